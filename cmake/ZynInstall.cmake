@@ -1,0 +1,25 @@
+include(CMakePackageConfigHelpers)
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZynBase)
+set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(TARGETS zynbase EXPORT ZynBaseTargets
+    RUNTIME COMPONENT Runtime
+    LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development
+    ARCHIVE COMPONENT Development
+    FILE_SET HEADERS COMPONENT Development)
+install(EXPORT ZynBaseTargets NAMESPACE ZynBase:: DESTINATION ${package_dir} COMPONENT Development)
+
+configure_package_config_file(cmake/ZynBaseConfig.cmake.in ${PROJECT_BINARY_DIR}/ZynBaseConfig.cmake
+    INSTALL_DESTINATION ${package_dir} NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZynBaseConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/ZynBaseConfig.cmake ${PROJECT_BINARY_DIR}/ZynBaseConfigVersion.cmake
+    DESTINATION ${package_dir} COMPONENT Development)
+
+# The prefix is told relative to the .pc file, so that an installed tree may be moved.
+file(RELATIVE_PATH pkgconfig_to_prefix ${CMAKE_INSTALL_PREFIX}/${pkgconfig_dir} ${CMAKE_INSTALL_PREFIX})
+set(pkgconfig_static_define "")
+if(NOT BUILD_SHARED_LIBS)
+    set(pkgconfig_static_define " -DZYN_STATIC_DEFINE")
+endif()
+configure_file(cmake/zynbase.pc.in ${PROJECT_BINARY_DIR}/zynbase.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/zynbase.pc DESTINATION ${pkgconfig_dir} COMPONENT Development)

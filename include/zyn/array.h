@@ -1,0 +1,209 @@
+// Typed arrays: counted, growable, contiguous, one class per element type.
+//
+// All members have the same operations in the same order (TypedArray) and are made by a factory of
+// their own, with count 0. A plain array holds its elements by value; a raw pointer is a value like
+// any other, and what it points to is the caller's. A reference-holding array (`...ArrayArray`)
+// holds pointers to counted objects and one count of each. Sizes, capacities and indices are int;
+// indices count from 0. An array is for one thread at a time.
+//
+//     ref_ptr<Pnt3dArray> points = newPnt3dArray();
+//     points->reserve(1000);                        // no element moves up to 1000 points
+//     points->append(XPnt3d(1.0, 2.0, 3.0));        // the new size: 1
+//     points->getRef(0).z = 5.0;
+//     for (const XPnt3d& p : *points) { use(p); }
+//     points->get(7);                               // throws std::out_of_range
+//
+//     ref_ptr<Pnt3dArrayArray> lines = newPnt3dArrayArray();
+//     lines->append(points.get());                  // the row is now held twice
+//
+// Growth is by half: 1, 2, 3, 4, 6, 9, 13, ... When the storage grows, every pointer and reference
+// into the array dies. Misuse throws as the standard containers do, and leaves the array as it was:
+// std::out_of_range "invalid vector<T> subscript", std::length_error "vector<T> too long",
+// std::bad_alloc. Operations told as unchecked have preconditions.
+#pragma once
+
+#include <zyn/export.h>
+#include <zyn/point.h>
+#include <zyn/referenced.h>
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+#include <vector>
+
+class QString;
+
+namespace zyn {
+
+/// Base of every array.
+class ZYN_EXPORT ZynArray : public ZynReferenced {
+public:
+    ZynArray() = default;
+    ZynArray(const ZynArray&) = default;
+    ZynArray& operator=(const ZynArray&) = default;
+
+    /// Size 0; the capacity stays. A reference-holding array lets the count of each row go.
+    virtual void removeAll() = 0;
+    /// Does nothing: no array returns memory before its end.
+    virtual void trim();
+
+protected:
+    ~ZynArray() override;
+};
+
+/// The interface of the array of E whose class is Derived. "Rows" below are the elements of a
+/// reference-holding array.
+template <class Derived, class E>
+class TypedArray : public ZynArray {
+public:
+    using value_type = E;
+
+    // Adding. Each gives the new size.
+
+    /// Appends copies of `count` elements, one by one; a count below 1 changes nothing. `items`
+    /// must not point into this array.
+    virtual int append(const E* items, int count) = 0;
+    /// Appends a copy of each element of `other`, which may be this array.
+    virtual int append(const Derived* other) = 0;
+    /// Appends one element. A row gains a count; a null row is allowed.
+    virtual int append(E value) = 0;
+    /// Inserts before position `index`. Unchecked: 0 <= index <= size().
+    virtual int insert(int index, E value) = 0;
+
+    // Reading and removing. A row that is read gains no count; one that is removed loses one.
+
+    /// Throws std::out_of_range for an index outside the array.
+    [[nodiscard]] virtual E get(int index) const = 0;
+    /// Checked like get(). Valid until the storage grows. Writing a row through it moves no count.
+    [[nodiscard]] virtual E& getRef(int index) = 0;
+    /// Unchecked: not empty. The same holds for first, removeLast and removeFirst.
+    [[nodiscard]] virtual E last() const = 0;
+    [[nodiscard]] virtual E first() const = 0;
+    virtual void removeLast() = 0;
+    virtual void removeFirst() = 0;
+    /// Removes the elements from `from` up to but not including `to`. Unchecked in a plain array:
+    /// 0 <= from <= to <= size(). A reference-holding one throws std::out_of_range, with nothing
+    /// removed, when an element of the range does not exist.
+    virtual void removeRange(int from, int to) = 0;
+    /// Removes one element. Unchecked in a plain array, checked in a reference-holding one.
+    virtual void removeAt(int index) = 0;
+
+    // Size
+
+    [[nodiscard]] virtual int size() const = 0;
+    [[nodiscard]] virtual int capacity() const = 0;
+    /// Makes room for exactly `count` elements, if there is less. A negative count throws
+    /// std::length_error; on elements of one byte, std::bad_alloc.
+    virtual void reserve(int count) = 0;
+    /// Cuts the array, or fills it with default elements: 0, null, or what the class makes. Throws
+    /// as reserve() does. Moves no count of a row, in either direction.
+    virtual void resize(int count) = 0;
+
+    // Whole arrays
+
+    /// Replaces the elements by copies of those of `other`; gives the new size. Assigning an array
+    /// to itself changes nothing.
+    virtual int assign(const Derived* other) = 0;
+    /// The same with `count` elements from `items`, which must not point into this array.
+    virtual int assign(const E* items, int count) = 0;
+    /// A new array with count 0 and copies of the elements. Rows are shared, not copied.
+    [[nodiscard]] virtual Derived* clone() const = 0;
+    /// The first element; null in an empty plain array. Valid until the storage grows.
+    [[nodiscard]] virtual E* data() = 0;
+    [[nodiscard]] virtual const E* data() const = 0;
+    /// Start of the storage, null only if there never was any.
+    [[nodiscard]] virtual E* begin() = 0;
+
+    // Not virtual: what lets an array stand in a range-based `for`, and what gives literals their
+    // meaning. `append(0)` on numbers and `append(nullptr)` on pointers append that element.
+
+    [[nodiscard]] E* end() { return begin() + size(); }
+
+    template <class N>
+        requires(std::is_arithmetic_v<N> && std::is_arithmetic_v<E>)
+    int append(N value) {
+        return append(static_cast<E>(value));
+    }
+    int append(std::nullptr_t)
+        requires std::is_pointer_v<E>
+    {
+        return append(E(nullptr));
+    }
+    int append(std::nullptr_t)
+        requires(!std::is_pointer_v<E>)
+    = delete;
+};
+
+/// Declares the array class `Name` of `Element` and its factory.
+#define ZYN_ARRAY(Name, ...)                                        \
+    class ZYN_EXPORT Name : public TypedArray<Name, __VA_ARGS__> {}; \
+    [[nodiscard]] ZYN_EXPORT Name* new##Name()
+
+// Numbers and strings
+
+ZYN_ARRAY(CharArray, char);
+ZYN_ARRAY(ByteArray, unsigned char);
+ZYN_ARRAY(ShortArray, short);
+ZYN_ARRAY(WCharArray, char16_t);
+ZYN_ARRAY(IntArray, int);
+ZYN_ARRAY(UIntArray, unsigned int);
+ZYN_ARRAY(LongArray, std::int32_t);
+ZYN_ARRAY(FloatArray, float);
+ZYN_ARRAY(DoubleArray, double);
+ZYN_ARRAY(StringArray, QString);
+
+// Points
+
+ZYN_ARRAY(Pnt2dArray, XPnt2d);
+ZYN_ARRAY(Pnt2fArray, XPnt2f);
+ZYN_ARRAY(Pnt2iArray, PT2<std::int32_t>);
+ZYN_ARRAY(Pnt3dArray, XPnt3d);
+ZYN_ARRAY(Pnt3fArray, XPnt3f);
+ZYN_ARRAY(TagPnt2dArray, TagPnt2d);
+ZYN_ARRAY(TagPnt3dArray, TagPnt3d);
+ZYN_ARRAY(EllipseArray, ZynEllipse);
+
+// Raw pointers, which nobody counts
+
+ZYN_ARRAY(PCharArray, char*);
+ZYN_ARRAY(PByteArray, unsigned char*);
+ZYN_ARRAY(PShortArray, short*);
+ZYN_ARRAY(PIntArray, int*);
+ZYN_ARRAY(PLongArray, std::int32_t*);
+ZYN_ARRAY(PFloatArray, float*);
+ZYN_ARRAY(PDoubleArray, double*);
+ZYN_ARRAY(PPnt2dArray, XPnt2d*);
+ZYN_ARRAY(PPnt2iArray, PT2<std::int32_t>*);
+ZYN_ARRAY(PPnt3fArray, XPnt3f*);
+ZYN_ARRAY(PPnt3dArray, XPnt3d*);
+
+// Reference-holding
+
+ZYN_ARRAY(ByteArrayArray, ByteArray*);
+ZYN_ARRAY(IntArrayArray, IntArray*);
+ZYN_ARRAY(UIntArrayArray, UIntArray*);
+ZYN_ARRAY(FloatArrayArray, FloatArray*);
+ZYN_ARRAY(DoubleArrayArray, DoubleArray*);
+ZYN_ARRAY(Pnt2dArrayArray, Pnt2dArray*);
+ZYN_ARRAY(Pnt2iArrayArray, Pnt2iArray*);
+ZYN_ARRAY(Pnt3fArrayArray, Pnt3fArray*);
+ZYN_ARRAY(Pnt3dArrayArray, Pnt3dArray*);
+ZYN_ARRAY(PPnt3fArrayArray, PPnt3fArray*);
+ZYN_ARRAY(PPnt3dArrayArray, PPnt3dArray*);
+ZYN_ARRAY(TagPnt2dArrayArray, TagPnt2dArray*);
+ZYN_ARRAY(EllipseArrayArray, EllipseArray*);
+
+// Conversions between point arrays. Each takes a source that is not null.
+
+/// The coordinates rounded to float, in order, with `inten` 0.
+[[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3fArray> Pnt3dToPnt3fArr(const Pnt3dArray* source);
+/// The coordinates widened to double, in order, with `inten` 0.
+[[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3dArray> Pnt3fToPnt3dArr(const Pnt3fArray* source);
+
+/// The address of each point. The result is a view: it holds no count of `source` and is valid as
+/// long as the points stay in place.
+[[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(Pnt3fArray* source);
+[[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(std::vector<XPnt3f*> source);
+
+}  // namespace zyn

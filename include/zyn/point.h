@@ -1,0 +1,428 @@
+// Points and vectors: small copyable values in two and three dimensions, in float and double.
+//
+// PT2 and PT3 are bare coordinates. XPnt2 and XPnt3 add the geometry, and XPnt3 carries a signed
+// 16-bit intensity, `inten`, which takes no part in norms, comparisons or coordinate arrays. The Tag
+// forms carry an `int tag`. Use the double forms for coordinates on the ground (UTM, earth-centred);
+// the float forms for what is shown and for clouds that are reduced to a local origin.
+//
+//     XPnt3d a(1.0, 2.0, 3.0), b(4.0, 6.0, 3.0);
+//     XPnt3d direction = b - a;                 // (3, 4, 0)
+//     double length = direction.norm();         // 5
+//     direction.normalize();                    // (0.6, 0.8, 0)
+//     XPnt3d half = a + direction * (length / 2);
+//     const double* xyz = half;                 // three consecutive coordinates
+//     half[2] = 7.0;                            // the same as half.z
+//     bool known = half.isValid();              // true
+//
+// "Invalid" is a finite mark, compared exactly: -2147483647 in double, -99999 in float. Marks do not
+// survive a conversion between the precisions: convert after having asked isValid().
+#pragma once
+
+#include <zyn/export.h>
+
+#include <cmath>
+#include <concepts>
+#include <cstdint>
+#include <type_traits>
+
+class QString;
+
+namespace zyn {
+
+struct LasPnt;
+
+/// What default construction of bare coordinates stores.
+template <class T>
+inline constexpr T unsetCoordinate = T(-99999);
+
+/// The mark of an invalid XPnt2 or XPnt3: -2147483647.0 in double, -99999.0f in float.
+template <std::floating_point T>
+inline constexpr T invalidCoordinate =
+    std::same_as<T, double> ? T(-2147483647.0) : unsetCoordinate<T>;
+
+/// A pointer to coordinates of type T, and nothing that merely converts to one.
+template <class P, class T>
+concept CoordinatePointer = std::same_as<P, T*> || std::same_as<P, const T*>;
+
+/// Two bare coordinates, consecutive in memory. T is float, double or std::int32_t.
+template <class T>
+struct PT2 {
+    T x = unsetCoordinate<T>;
+    T y = unsetCoordinate<T>;
+
+    constexpr PT2() noexcept = default;
+    constexpr PT2(T x_, T y_) noexcept : x(x_), y(y_) {}
+
+    /// Address of `x`: an array of two coordinates.
+    template <std::same_as<const T*> P>
+    operator P() const noexcept {
+        return &x;
+    }
+    /// Exact comparison of the coordinates.
+    friend constexpr bool operator==(const PT2& a, const PT2& b) noexcept {
+        return a.x == b.x && a.y == b.y;
+    }
+};
+
+/// Three bare coordinates, consecutive in memory. T is float or double.
+template <class T>
+struct PT3 {
+    T x = unsetCoordinate<T>;
+    T y = unsetCoordinate<T>;
+    T z = unsetCoordinate<T>;
+
+    constexpr PT3() noexcept = default;
+    constexpr PT3(T x_, T y_, T z_) noexcept : x(x_), y(y_), z(z_) {}
+
+    /// Address of `x`: an array of three coordinates.
+    template <std::same_as<const T*> P>
+    operator P() const noexcept {
+        return &x;
+    }
+    /// Exact comparison of the coordinates; nothing that a derived point carries takes part.
+    friend constexpr bool operator==(const PT3& a, const PT3& b) noexcept {
+        return a.x == b.x && a.y == b.y && a.z == b.z;
+    }
+};
+
+/// The plain forms of double points in signatures.
+struct PNT2D : PT2<double> {
+    using PT2<double>::PT2;
+};
+struct PNT3D : PT3<double> {
+    using PT3<double>::PT3;
+};
+
+/// Point in the plane. A new one is invalid.
+template <std::floating_point T>
+class XPnt2 : public PT2<T> {
+public:
+    using PT2<T>::x;
+    using PT2<T>::y;
+
+    constexpr XPnt2() noexcept : PT2<T>(invalidCoordinate<T>, invalidCoordinate<T>) {}
+    /// XPnt2f only: `false` makes the origin, `true` an invalid point.
+    template <std::same_as<bool> B>
+    constexpr explicit XPnt2(B invalid) noexcept
+        requires std::same_as<T, float>
+        : PT2<T>(invalid ? invalidCoordinate<T> : T(0), invalid ? invalidCoordinate<T> : T(0)) {}
+    constexpr XPnt2(T x_, T y_) noexcept : PT2<T>(x_, y_) {}
+    constexpr XPnt2(const PT2<T>& p) noexcept : PT2<T>(p) {}
+
+    [[nodiscard]] static constexpr XPnt2 invalidPnt() noexcept { return {}; }
+
+    /// False when a coordinate is the mark; in float, also when one is not a number. A NaN in an
+    /// XPnt2d counts as valid.
+    [[nodiscard]] bool isValid() const noexcept {
+        if constexpr (std::same_as<T, float>) {
+            if (std::isnan(x) || std::isnan(y)) { return false; }
+        }
+        return x != invalidCoordinate<T> && y != invalidCoordinate<T>;
+    }
+    /// Coordinate `i`; any other index gives x.
+    template <std::integral I>
+    [[nodiscard]] constexpr const T& operator[](I i) const noexcept {
+        return i == 1 ? y : x;
+    }
+    template <std::integral I>
+    [[nodiscard]] constexpr T& operator[](I i) noexcept {
+        return i == 1 ? y : x;
+    }
+
+    constexpr void set(T x_, T y_) noexcept {
+        x = x_;
+        y = y_;
+    }
+    constexpr void setInvalid() noexcept { set(invalidCoordinate<T>, invalidCoordinate<T>); }
+
+    constexpr XPnt2 operator-() const noexcept { return {-x, -y}; }
+    constexpr XPnt2& operator+=(const XPnt2& p) noexcept {
+        x += p.x;
+        y += p.y;
+        return *this;
+    }
+    constexpr XPnt2& operator-=(const XPnt2& p) noexcept {
+        x -= p.x;
+        y -= p.y;
+        return *this;
+    }
+
+    /// The coordinates rounded to float.
+    [[nodiscard]] constexpr XPnt2<float> to2f() const noexcept
+        requires std::same_as<T, double>
+    {
+        return {static_cast<float>(x), static_cast<float>(y)};
+    }
+    /// The coordinates widened to double.
+    [[nodiscard]] constexpr XPnt2<double> to2d() const noexcept
+        requires std::same_as<T, float>
+    {
+        return {double(x), double(y)};
+    }
+    /// "x,y", each with six significant digits; the argument has no effect.
+    [[nodiscard]] ZYN_EXPORT QString toString(int) const
+        requires std::same_as<T, double>;
+    /// Reads two numbers with a comma between them, split at the first comma; each part must be a
+    /// number as a whole. False, and the point unchanged, otherwise.
+    ZYN_EXPORT bool frString(QString text)
+        requires std::same_as<T, double>;
+};
+
+using XPnt2d = XPnt2<double>;
+using XPnt2f = XPnt2<float>;
+
+/// Point or vector in space, with an intensity. A new one is the origin.
+template <class T>
+class XPnt3 : public PT3<T> {
+public:
+    using PT3<T>::x;
+    using PT3<T>::y;
+    using PT3<T>::z;
+    std::int16_t inten = 0;
+
+    // Construction. A result that is built from bare coordinates has `inten` 0.
+
+    constexpr XPnt3() noexcept : PT3<T>(0, 0, 0) {}
+    constexpr explicit XPnt3(T x_) noexcept : PT3<T>(x_, 0, 0) {}
+    constexpr XPnt3(T x_, T y_, T z_ = 0, std::int16_t inten_ = 0) noexcept
+        : PT3<T>(x_, y_, z_), inten(inten_) {}
+    /// From three consecutive coordinates.
+    template <CoordinatePointer<T> P>
+    constexpr explicit XPnt3(P c) noexcept : PT3<T>(c[0], c[1], c[2]) {}
+    /// From the other precision, `inten` included; double is rounded to float.
+    template <std::floating_point U>
+        requires(!std::same_as<U, T>)
+    constexpr XPnt3(const XPnt3<U>& p) noexcept
+        : PT3<T>(static_cast<T>(p.x), static_cast<T>(p.y), static_cast<T>(p.z)), inten(p.inten) {}
+    /// From a laser point, `inten` included.
+    template <std::same_as<LasPnt> L>
+    constexpr XPnt3(const L& p) noexcept : PT3<T>(T(p.x), T(p.y), T(p.z)), inten(p.inten) {}
+
+    /// From a laser point, `inten` included.
+    template <std::same_as<LasPnt> L>
+    constexpr XPnt3& operator=(const L& p) noexcept {
+        return *this = XPnt3(p);
+    }
+    /// From bare double coordinates; `inten` stays.
+    template <std::derived_from<PT3<double>> P>
+        requires(!std::derived_from<P, XPnt3<double>>)
+    constexpr XPnt3& operator=(const P& p) noexcept {
+        return set(static_cast<T>(p.x), static_cast<T>(p.y), static_cast<T>(p.z));
+    }
+    /// From double coordinates in the plane: z becomes 0; `inten` stays.
+    template <std::derived_from<PT2<double>> P>
+    constexpr XPnt3& operator=(const P& p) noexcept {
+        return set(static_cast<T>(p.x), static_cast<T>(p.y), T(0));
+    }
+
+    // Reading
+
+    /// An invalid point with `inten` 0; the static of XPnt3d.
+    [[nodiscard]] static constexpr XPnt3 invalid() noexcept
+        requires std::same_as<T, double>
+    {
+        return {invalidCoordinate<T>, invalidCoordinate<T>, invalidCoordinate<T>};
+    }
+    /// An invalid point with `inten` 0; the static of XPnt3f.
+    [[nodiscard]] static constexpr XPnt3 invalidPnt() noexcept
+        requires std::same_as<T, float>
+    {
+        return {invalidCoordinate<T>, invalidCoordinate<T>, invalidCoordinate<T>};
+    }
+    /// False when a coordinate is the mark or not a number.
+    [[nodiscard]] bool isValid() const noexcept {
+        constexpr T mark = invalidCoordinate<T>;
+        return !std::isnan(x) && !std::isnan(y) && !std::isnan(z) && x != mark && y != mark &&
+               z != mark;
+    }
+    /// Coordinate `i`; any other index gives x.
+    template <std::integral I>
+    [[nodiscard]] constexpr const T& operator[](I i) const noexcept {
+        return i == 1 ? y : i == 2 ? z : x;
+    }
+    template <std::integral I>
+    [[nodiscard]] constexpr T& operator[](I i) noexcept {
+        return i == 1 ? y : i == 2 ? z : x;
+    }
+    /// Address of `x`: an array of three coordinates.
+    template <CoordinatePointer<T> P>
+    operator P() noexcept {
+        return &x;
+    }
+    template <std::same_as<const T*> P>
+    operator P() const noexcept {
+        return &x;
+    }
+
+    [[nodiscard]] constexpr T norm2() const noexcept { return x * x + y * y + z * z; }
+    [[nodiscard]] T norm() const noexcept { return std::sqrt(norm2()); }
+    /// Length of the x, y part.
+    [[nodiscard]] T norm_2d() const noexcept { return std::sqrt(x * x + y * y); }
+
+    [[nodiscard]] constexpr XPnt2<float> to2f() const noexcept
+        requires std::same_as<T, double>
+    {
+        return {static_cast<float>(x), static_cast<float>(y)};
+    }
+    [[nodiscard]] constexpr XPnt2<double> to2d() const noexcept
+        requires std::same_as<T, double>
+    {
+        return {x, y};
+    }
+    [[nodiscard]] constexpr PNT3D Copy() const noexcept
+        requires std::same_as<T, double>
+    {
+        return {x, y, z};
+    }
+
+    // Changing the coordinates. `inten` stays in all of these.
+
+    constexpr XPnt3& set(T x_, T y_, T z_) noexcept {
+        x = x_;
+        y = y_;
+        z = z_;
+        return *this;
+    }
+    template <CoordinatePointer<T> P>
+    constexpr XPnt3& set(P c) noexcept {
+        return set(c[0], c[1], c[2]);
+    }
+    /// Coordinate `i`; any index but 0, 1, 2 changes nothing.
+    constexpr XPnt3& set(int i, T v) noexcept {
+        if (i >= 0 && i <= 2) { (*this)[i] = v; }
+        return *this;
+    }
+    constexpr void setInvalid() noexcept {
+        set(invalidCoordinate<T>, invalidCoordinate<T>, invalidCoordinate<T>);
+    }
+    /// The vector from `a` to `b`, each three coordinates.
+    constexpr XPnt3& set_vec(const T* a, const T* b) noexcept {
+        return set(b[0] - a[0], b[1] - a[1], b[2] - a[2]);
+    }
+    /// Keeps the larger of each coordinate.
+    constexpr XPnt3& set_max(const XPnt3& p) noexcept {
+        return set(p.x > x ? p.x : x, p.y > y ? p.y : y, p.z > z ? p.z : z);
+    }
+    /// Keeps the smaller of each coordinate.
+    constexpr XPnt3& set_min(const XPnt3& p) noexcept {
+        return set(p.x < x ? p.x : x, p.y < y ? p.y : y, p.z < z ? p.z : z);
+    }
+
+    constexpr XPnt3 operator-() const noexcept { return {-x, -y, -z}; }
+    constexpr XPnt3& operator+=(const XPnt3& p) noexcept { return set(x + p.x, y + p.y, z + p.z); }
+    constexpr XPnt3& operator-=(const XPnt3& p) noexcept { return set(x - p.x, y - p.y, z - p.z); }
+    constexpr XPnt3& operator*=(T s) noexcept { return set(x * s, y * s, z * s); }
+    /// Multiplies by 1/s.
+    constexpr XPnt3& operator/=(T s) noexcept { return *this *= T(1) / s; }
+
+    /// Unit length; a zero vector stays as it is.
+    XPnt3& normalize() noexcept {
+        const T s = norm2();
+        return s == 0 ? *this : *this *= T(1) / std::sqrt(s);
+    }
+    /// Length `len`; a zero vector stays as it is.
+    XPnt3& set_norm(T len) noexcept {
+        const T s = norm2();
+        return s == 0 ? *this : *this *= len / std::sqrt(s);
+    }
+    /// (1-t)·p + t·q.
+    constexpr XPnt3& lerp(T t, const XPnt3& p, const XPnt3& q) noexcept {
+        const T u = T(1) - t;
+        return set(u * p.x + t * q.x, u * p.y + t * q.y, u * p.z + t * q.z);
+    }
+
+    // Transforms. A 16-element `m` takes the point as a row vector, with the translation in
+    // m[12..14]; the fourth column is not read. `r` is a row-major 3 x 3 rotation.
+
+    constexpr XPnt3& xform(const T* m) noexcept {
+        return set(x * m[0] + y * m[4] + z * m[8] + m[12], x * m[1] + y * m[5] + z * m[9] + m[13],
+                   x * m[2] + y * m[6] + z * m[10] + m[14]);
+    }
+    /// The inverse of xform(m) for a rigid `m`.
+    constexpr XPnt3& invxform(const T* m) noexcept {
+        const XPnt3 d(x - m[12], y - m[13], z - m[14]);
+        return set(d.x * m[0] + d.y * m[1] + d.z * m[2], d.x * m[4] + d.y * m[5] + d.z * m[6],
+                   d.x * m[8] + d.y * m[9] + d.z * m[10]);
+    }
+    /// r·this + t.
+    constexpr XPnt3& xform(const T (*r)[3], const T* t) noexcept {
+        return setXformed(*this, r, t);
+    }
+    /// rᵀ·(this - t), the inverse of xform(r, t).
+    constexpr XPnt3& invxform(const T (*r)[3], const T* t) noexcept {
+        const XPnt3 d(x - t[0], y - t[1], z - t[2]);
+        return set(r[0][0] * d.x + r[1][0] * d.y + r[2][0] * d.z,
+                   r[0][1] * d.x + r[1][1] * d.y + r[2][1] * d.z,
+                   r[0][2] * d.x + r[1][2] * d.y + r[2][2] * d.z);
+    }
+    /// r·p; `p` may be this point.
+    constexpr XPnt3& setRotated(const XPnt3& p, const T (*r)[3]) noexcept {
+        return set(r[0][0] * p.x + r[0][1] * p.y + r[0][2] * p.z,
+                   r[1][0] * p.x + r[1][1] * p.y + r[1][2] * p.z,
+                   r[2][0] * p.x + r[2][1] * p.y + r[2][2] * p.z);
+    }
+    /// r·p + t; `p` may be this point.
+    constexpr XPnt3& setXformed(const XPnt3& p, const T (*r)[3], const T* t) noexcept {
+        const T tx = t[0], ty = t[1], tz = t[2];  // `t` may be the coordinates of this point
+        setRotated(p, r);
+        return set(x + tx, y + ty, z + tz);
+    }
+
+    /// Becomes the centre of the smallest circle that holds the three points, in their plane, and
+    /// gives its radius: half the longest side of a right, obtuse or collinear triple, otherwise
+    /// the circumcircle. The points may be this point.
+    ZYN_EXPORT T smallest_circle(const XPnt3& a, const XPnt3& b, const XPnt3& c) noexcept;
+};
+
+using XPnt3d = XPnt3<double>;
+using XPnt3f = XPnt3<float>;
+
+// Arithmetic on XPnt3. `inten` comes from the first point.
+
+template <class T>
+[[nodiscard]] constexpr XPnt3<T> operator+(XPnt3<T> a,
+                                           const std::type_identity_t<XPnt3<T>>& b) noexcept {
+    return a += b;
+}
+template <class T>
+[[nodiscard]] constexpr XPnt3<T> operator-(XPnt3<T> a,
+                                           const std::type_identity_t<XPnt3<T>>& b) noexcept {
+    return a -= b;
+}
+template <class T>
+[[nodiscard]] constexpr XPnt3<T> operator*(XPnt3<T> p, std::type_identity_t<T> s) noexcept {
+    return p *= s;
+}
+template <class T>
+[[nodiscard]] constexpr XPnt3<T> operator*(std::type_identity_t<T> s, XPnt3<T> p) noexcept {
+    return p *= s;
+}
+/// Multiplies by 1/s.
+template <class T>
+[[nodiscard]] constexpr XPnt3<T> operator/(XPnt3<T> p, std::type_identity_t<T> s) noexcept {
+    return p /= s;
+}
+
+/// Point in the plane with a label, -1 when none. A new one is invalid.
+struct TagPnt2d : XPnt2d {
+    std::int32_t tag = -1;
+
+    constexpr TagPnt2d() noexcept = default;
+    constexpr TagPnt2d(double x_, double y_) noexcept : XPnt2d(x_, y_) {}
+};
+
+/// Point in space with a label, -1 when none. A new one is invalid, unlike a new XPnt3d.
+struct TagPnt3d : XPnt3d {
+    std::int32_t tag = -1;
+
+    constexpr TagPnt3d() noexcept : XPnt3d(XPnt3d::invalid()) {}
+    constexpr TagPnt3d(double x_, double y_, double z_) noexcept : XPnt3d(x_, y_, z_) {}
+};
+
+/// Five numbers whose names and meaning belong to the application; the library stores and copies
+/// them.
+struct ZynEllipse {
+    double parameters[5] = {};
+};
+
+}  // namespace zyn

@@ -1,6 +1,5 @@
 # The flags of every translation unit of this project, tests and examples included.
 function(zyn_compile_options target)
-    set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
     target_compile_options(${target} PRIVATE
         # A fused multiply-add rounds once instead of twice, and results would differ between machines.
         -ffp-contract=off

@@ -345,9 +345,7 @@ public:
                    d.x * m[8] + d.y * m[9] + d.z * m[10]);
     }
     /// r·this + t.
-    constexpr XPnt3& xform(const T (*r)[3], const T* t) noexcept {
-        return setXformed(*this, r, t);
-    }
+    constexpr XPnt3& xform(const T (*r)[3], const T* t) noexcept { return setXformed(*this, r, t); }
     /// rᵀ·(this - t), the inverse of xform(r, t).
     constexpr XPnt3& invxform(const T (*r)[3], const T* t) noexcept {
         const XPnt3 d(x - t[0], y - t[1], z - t[2]);

@@ -1,0 +1,225 @@
+// The implementations behind the typed arrays, reached through virtual calls only. A family stamps
+// its factories from them, one line each:
+//
+//     IntArray* newIntArray() { return new ArrayImp<IntArray>; }
+//     ByteArrayArray* newByteArrayArray() { return new ArrayRefPointerImp<ByteArrayArray>; }
+//
+// Failure: whatever an operation needs is allocated first, and copies of elements do not throw, so
+// an operation that throws leaves the array as it was.
+#pragma once
+
+#include <zyn/array.h>
+
+#include <algorithm>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace zyn {
+
+/// Throws std::out_of_range, "invalid vector<T> subscript".
+[[noreturn]] void throwInvalidSubscript();
+/// Throws std::length_error, "vector<T> too long".
+[[noreturn]] void throwTooLong();
+
+template <class E>
+concept CountedPointer =
+    std::is_pointer_v<E> && std::derived_from<std::remove_pointer_t<E>, ZynReferenced>;
+
+/// What both kinds of array do alike. `Self` is the final class; its `retain` is called for each
+/// element that the array is about to own, and it removes the elements.
+template <class Self, class Derived>
+class ArrayStorage : public Derived {
+public:
+    using E = typename Derived::value_type;
+    static_assert(std::is_nothrow_copy_constructible_v<E> && std::is_nothrow_move_assignable_v<E>);
+
+    ArrayStorage(const ArrayStorage&) = delete;
+    ArrayStorage& operator=(const ArrayStorage&) = delete;
+
+    int append(const E* source, int count) final {
+        if (count > 0) {
+            makeRoom(count);
+            retainAll(source, count);
+            items.insert(items.end(), source, source + count);
+        }
+        return size();
+    }
+    // Gathered first: reading an array of the application's own making may throw, and `other` may
+    // be this array.
+    int append(const Derived* other) final {
+        std::vector<E> gathered;
+        gathered.reserve(static_cast<std::size_t>(other->size()));
+        for (int i = 0; i < other->size(); ++i) { gathered.push_back(other->get(i)); }
+        return append(gathered.data(), static_cast<int>(gathered.size()));
+    }
+    int append(E value) final { return insert(size(), std::move(value)); }
+    int insert(int index, E value) final {
+        makeRoom(1);
+        Self::retain(value);
+        items.insert(items.begin() + index, std::move(value));
+        return size();
+    }
+
+    E get(int index) const final { return items[checked(index)]; }
+    E& getRef(int index) final { return items[checked(index)]; }
+    E last() const final { return items.back(); }
+    E first() const final { return items.front(); }
+
+    int size() const final { return static_cast<int>(items.size()); }
+    int capacity() const final { return static_cast<int>(items.capacity()); }
+    void reserve(int count) final { items.reserve(asSize(count)); }
+    void resize(int count) final {
+        const std::size_t newSize = asSize(count);
+        const E filler{};
+        if (count > capacity()) { reserve(std::max(count, halfAsMuchAgain(capacity()))); }
+        items.resize(newSize, filler);
+    }
+
+    int assign(const Derived* other) final {
+        return other == this ? size() : assign(other->data(), other->size());
+    }
+    // The new elements are owned before the old ones go, as in ref_ptr: they may be rows that only
+    // this array keeps alive.
+    int assign(const E* source, int count) final {
+        reserve(count);
+        retainAll(source, count);
+        this->removeAll();
+        items.assign(source, source + count);
+        return size();
+    }
+    Derived* clone() const final {
+        auto copy = std::make_unique<Self>();
+        copy->assign(this);
+        return copy.release();
+    }
+    E* begin() final { return items.data(); }
+
+protected:
+    ArrayStorage() = default;
+
+    /// Gives `index` as an index of `items`, or throws.
+    std::size_t checked(int index) const {
+        if (index < 0 || index >= size()) { throwInvalidSubscript(); }
+        return static_cast<std::size_t>(index);
+    }
+
+    std::vector<E> items;
+
+private:
+    static constexpr int maxSize = std::numeric_limits<int>::max();
+
+    /// Throws for a negative count.
+    static std::size_t asSize(int count) {
+        if (count < 0) {
+            // Elements of one byte are limited by the address space alone.
+            if constexpr (sizeof(E) == 1) { throw std::bad_alloc(); }
+            throwTooLong();
+        }
+        return static_cast<std::size_t>(count);
+    }
+
+    static int halfAsMuchAgain(std::int64_t room) {
+        return static_cast<int>(std::min<std::int64_t>(room + room / 2, maxSize));
+    }
+
+    /// Grows to the capacity that appending `more` elements one at a time arrives at.
+    void makeRoom(int more) {
+        if (more <= capacity() - size()) { return; }
+        if (more > maxSize - size()) { throwTooLong(); }
+        const int needed = size() + more;
+        int room = capacity();
+        while (room < needed) { room = std::max(room + 1, halfAsMuchAgain(room)); }
+        reserve(room);
+    }
+
+    static void retainAll(const E* source, int count) noexcept {
+        for (int i = 0; i < count; ++i) { Self::retain(source[i]); }
+    }
+};
+
+/// Holds its elements by value.
+template <class Derived>
+class ArrayImp final : public ArrayStorage<ArrayImp<Derived>, Derived> {
+public:
+    using E = typename Derived::value_type;
+    static_assert(!CountedPointer<E>, "pointers to counted objects: use ArrayRefPointerImp");
+
+    void removeAll() override { items.clear(); }
+    void removeLast() override { items.pop_back(); }
+    void removeFirst() override { removeAt(0); }
+    void removeRange(int from, int to) override {
+        if (from < to) { items.erase(items.begin() + from, items.begin() + to); }
+    }
+    void removeAt(int index) override { items.erase(items.begin() + index); }
+
+    E* data() override { return items.empty() ? nullptr : items.data(); }
+    const E* data() const override { return items.empty() ? nullptr : items.data(); }
+
+    static void retain(const E&) noexcept {}
+
+private:
+    using ArrayStorage<ArrayImp, Derived>::items;
+};
+
+/// Holds pointers to counted objects, and one count of each that is not null. A row leaves the
+/// array before its count goes: its destructor or a delete handler may look at this array, and
+/// change it.
+template <class Derived>
+class ArrayRefPointerImp final : public ArrayStorage<ArrayRefPointerImp<Derived>, Derived> {
+public:
+    using E = typename Derived::value_type;
+    static_assert(CountedPointer<E>);
+
+    ~ArrayRefPointerImp() override { removeAll(); }
+
+    // Rows become null in place, since nothing may be allocated here. A second round is for what a
+    // row's destructor moved or added behind the loop.
+    void removeAll() override {
+        while (std::ranges::any_of(items, [](E row) { return row != nullptr; })) {
+            for (std::size_t i = 0; i < items.size(); ++i) {
+                release(std::exchange(items[i], nullptr));
+            }
+        }
+        items.clear();
+    }
+    void removeLast() override { removeAt(this->size() - 1); }
+    void removeFirst() override { removeAt(0); }
+    void removeRange(int from, int to) override {
+        if (from >= to) { return; }
+        this->checked(from);
+        this->checked(to - 1);
+        const auto first = items.begin() + from;
+        const auto behind = items.begin() + to;
+        const std::vector<E> leaving(first, behind);
+        items.erase(first, behind);
+        for (E row : leaving) { release(row); }
+    }
+    void removeAt(int index) override {
+        E row = this->get(index);
+        items.erase(items.begin() + index);
+        release(row);
+    }
+
+    E* data() override { return items.data(); }
+    const E* data() const override { return items.data(); }
+
+    static void retain(E row) noexcept {
+        if (row != nullptr) { row->ref(); }
+    }
+
+private:
+    using ArrayStorage<ArrayRefPointerImp, Derived>::items;
+
+    static void release(E row) {
+        if (row != nullptr) { row->unref(); }
+    }
+};
+
+}  // namespace zyn

@@ -1,0 +1,194 @@
+// Delaunay engines: points in, a surface out.
+//
+// An engine is a triangulated irregular network inside a rectangular frame. It is fed points one at
+// a time and keeps them triangulated by Delaunay's rule in the plane: no vertex lies inside the
+// circle of any triangle. A vertex is a pointer to the caller's point, which must stay alive and in
+// place for the life of the engine: reserve the array before filling it. The four corners of the
+// frame are vertices too; triangles that touch one are frame triangles, and what reports on the
+// surface leaves them out. Leave a margin between the points and the frame.
+//
+//     ref_ptr<IZynDelaunayD> engine = newZynDelaunayDouble(0.0, minX, minY, maxX, maxY);
+//     for (XPnt3d& p : *points) { engine->addPoint(&p, 0.001); }
+//     engine->rewindTriangles();
+//     while (tind* t = engine->nextTriangle()) {
+//         if (!engine->isFrameTriangle(t)) { area += t->Area(); }
+//     }
+//     writeBinary(engine.get(), "terrain.tin");
+//
+// Take the double engine for coordinates on the ground; the float one halves the memory of the
+// points, not of the triangles. Points in spatial order are located in a few steps each.
+// Every network is valid after every call: triangles counter-clockwise by exact arithmetic, links
+// symmetric. A triangle of no area only stands on an edge of the frame and beside a duplicate.
+// One thread at a time; different engines share nothing. Records keep their address until
+// deleteTriangle or removePoint moves one.
+#pragma once
+
+#include <zyn/array.h>
+#include <zyn/envelope.h>
+#include <zyn/export.h>
+#include <zyn/point.h>
+#include <zyn/referenced.h>
+#include <zyn/tin.h>
+
+#include <cstdint>
+#include <span>
+
+namespace zyn {
+
+/// What both engines offer, in the order of the interface.
+template <class Real>
+class DelaunayInterface : public IZynGeometry {
+public:
+    using Tri = TinRecord<Real>;
+    using Pnt = XPnt3<Real>;
+
+    // Iteration, in pool order, by the engine's one cursor. rayIntersections, rayNearest, exportObj
+    // and the functions of surface.h move it too.
+
+    /// The triangle at the cursor, which moves on; null after the last, until the next rewind.
+    virtual Tri* nextTriangle() = 0;
+    virtual void rewindTriangles() = 0;
+    /// Number of triangles, frame triangles included: 2 in a new engine, 2 more a point.
+    [[nodiscard]] virtual int triangleCount() const = 0;
+
+    /// Takes `t` out and moves the newest triangle into its place; the links of its neighbours to
+    /// it become null. It does not repair the network. False when `t` is null, no triangle of this
+    /// engine, or the newest.
+    virtual bool deleteTriangle(Tri* t) = 0;
+    /// Returns 0.
+    virtual std::int32_t reservedA() = 0;
+
+    /// The triangle that holds (x, y), by a walk from the newest triangle; null outside.
+    [[nodiscard]] virtual Tri* locate(Real x, Real y) = 0;
+    /// Whether a corner of `t` is a corner of the frame.
+    [[nodiscard]] virtual bool isFrameTriangle(const Tri* t) const = 0;
+    /// Whether `p` points into the engine's frame.
+    [[nodiscard]] virtual bool isFrameVertex(const Real* p) const = 0;
+
+    /// Works towards edge a-b, both vertices of the network, by flipping the edges that cross it,
+    /// with exact orientation. Starts at `hint`, or at the first triangle when it is null. The
+    /// triangle that holds `a`, or null when `a` lies outside. Nothing is recorded: a later
+    /// addPoint may flip the edge away, and an edge that many others cross often does not come in;
+    /// calling again does not help then.
+    virtual Tri* enforceEdge(Real* a, Real* b, Tri* hint) = 0;
+
+    /// Inserts the point, which becomes a vertex by its address. False, with the network as it was,
+    /// when it lies outside the frame, is not finite, or when both x and y are within `tolerance`
+    /// of a corner of the triangle that holds it. Tolerance 0 refuses equal x, y only, a negative
+    /// one nothing. The double engine numbers the point first, also one that it refuses: `inten`
+    /// becomes the low 16 bits of the number of calls before.
+    virtual bool addPoint(Pnt* p, Real tolerance) = 0;
+};
+
+/// The engine in single precision.
+class ZYN_EXPORT IZynDelaunay : public DelaunayInterface<float> {
+public:
+    /// Removes the vertex nearest to (x, y), among the corners of the triangle there, that is nearer
+    /// than `radius` in the plane, and closes the hole. Starts at `hint`, or at the newest triangle
+    /// when it is null. False, with nothing changed, when there is none, for a corner of the frame,
+    /// for a vertex with an edge of the frame in its ring, and for one of more than 53 neighbours.
+    /// The point's own record is not touched.
+    virtual bool removePoint(tin* hint, float x, float y, float radius) = 0;
+    /// Returns 0.
+    virtual std::int32_t reservedB() = 0;
+    /// A new array, the caller's, of the points in which the whole line p1-p2 meets the surface, in
+    /// pool order.
+    [[nodiscard]] virtual Pnt3fArray* rayIntersections(const XPnt3f& p1, const XPnt3f& p2) = 0;
+    /// The smallest line parameter among those points, 0 at p1 and 1 at p2, negative ones included.
+    /// False, with `*t` without meaning, when the line misses the surface.
+    virtual bool rayNearest(const XPnt3f& p1, const XPnt3f& p2, float* t) = 0;
+    /// Returns 0.
+    virtual std::int32_t reservedC() = 0;
+};
+
+/// The engine in double precision.
+class ZYN_EXPORT IZynDelaunayD : public DelaunayInterface<double> {
+public:
+    /// One-shot triangulation of a point set by the mesh generator. This build has none: false, and
+    /// nothing is changed.
+    virtual bool triangulate(double** points, int count) = 0;
+    virtual bool triangulate(Pnt3dArray* points) = 0;
+    /// As in IZynDelaunay, without the limit on the number of neighbours.
+    virtual bool removePoint(tind* hint, double x, double y, double radius) = 0;
+    /// Returns 0.
+    virtual std::int32_t reservedB() = 0;
+    /// Only the float engine intersects lines: null.
+    [[nodiscard]] virtual Pnt3dArray* rayIntersections(const XPnt3d& p1, const XPnt3d& p2) = 0;
+    /// Only the float engine intersects lines: false.
+    virtual bool rayNearest(const XPnt3d& p1, const XPnt3d& p2, double* t) = 0;
+    /// Returns 0.
+    virtual std::int32_t reservedC() = 0;
+    /// Writes the surface as text lines `v x y z` and `f a b c` (formats.md), and its progress to
+    /// standard output. `points` is the whole sequence that addPoint was given, in that order. A
+    /// face whose longest edge in space is above `maxEdge` is left out, if that is below 99999.
+    /// Serves up to 32768 points, whose number fits `inten`; writeObj of surface.h has no such limit.
+    /// False when the file cannot be opened, and on a network whose vertices are bare coordinates
+    /// (after a read or compactVertices).
+    virtual bool exportObj(std::span<const XPnt3d> points, const char* path, double maxEdge) = 0;
+};
+
+/// A new engine with two triangles between the corners of the frame, whose height is `z`. REQUIRES:
+/// minX < maxX and minY < maxY. A frame that is not finite accepts no point.
+[[nodiscard]] ZYN_EXPORT IZynDelaunay* newZynDelaunay(float z, float minX, float minY, float maxX,
+                                                      float maxY);
+[[nodiscard]] ZYN_EXPORT IZynDelaunayD* newZynDelaunayDouble(double z, double minX, double minY,
+                                                             double maxX, double maxY);
+
+// Operations on an engine of either precision beside its interface. A null engine, or one that is
+// not this library's, gets false or 0.
+
+/// Distinct vertices of the network, without the corners of the frame.
+template <class Real>
+[[nodiscard]] ZYN_EXPORT int vertexCount(DelaunayInterface<Real>* engine);
+/// Distinct vertices, those corners of the frame included that a triangle has.
+template <class Real>
+[[nodiscard]] ZYN_EXPORT int allVertexCount(DelaunayInterface<Real>* engine);
+/// Triangles that are not frame triangles.
+template <class Real>
+[[nodiscard]] ZYN_EXPORT int surfaceTriangleCount(DelaunayInterface<Real>* engine);
+/// Sum of their areas in space.
+template <class Real>
+[[nodiscard]] ZYN_EXPORT Real surfaceArea(DelaunayInterface<Real>* engine);
+/// Sum of their areas in the plane.
+template <class Real>
+[[nodiscard]] ZYN_EXPORT Real surfaceAreaHorizen(DelaunayInterface<Real>* engine);
+/// Their bounds. False, with nothing written, when there is no such triangle.
+template <class Real>
+ZYN_EXPORT bool bounds(DelaunayInterface<Real>* engine, Real& minX, Real& minY, Real& minZ,
+                       Real& maxX, Real& maxY, Real& maxZ);
+
+/// Copies the vertices of the surface into one buffer that the engine owns until its end, and makes
+/// the network refer to it instead of the caller's points; `inten` does not travel along. The
+/// number of vertices copied.
+template <class Real>
+ZYN_EXPORT int compactVertices(DelaunayInterface<Real>* engine);
+
+/// Writes the network to a binary file (formats.md). False when it cannot be written whole.
+template <class Real>
+ZYN_EXPORT bool writeBinary(DelaunayInterface<Real>* engine, const char* path);
+/// The same as text, with six significant digits a coordinate. True even when the file could not be
+/// written.
+template <class Real>
+ZYN_EXPORT bool writeText(DelaunayInterface<Real>* engine, const char* path);
+
+/// Replaces the network by that of a binary file, which must be writable too. `count` becomes the
+/// number of its vertices, the corners of the frame included, and `vertices` a new array of
+/// (count - 4) triples that the network points into: the caller's, to be freed by `delete[]` after
+/// the engine's end. The vertices are bare coordinates: findCone with a radius and exportObj, which
+/// use `inten`, are not for them. A file that cannot be read or is damaged gives false, with
+/// `vertices` null, `count` 0 and the network empty, good for nothing but another read. A file of
+/// the other precision is not told apart from a damaged one.
+template <class Real>
+ZYN_EXPORT bool readBinary(DelaunayInterface<Real>* engine, const char* path, Real*& vertices,
+                           int& count);
+/// The same for a text file.
+template <class Real>
+ZYN_EXPORT bool readText(DelaunayInterface<Real>* engine, const char* path, Real*& vertices,
+                         int& count);
+
+// Arrays of engines, each holding a count of its engines.
+
+ZYN_ARRAY(DelaunayArray, IZynDelaunay*);
+ZYN_ARRAY(DelaunayDArray, IZynDelaunayD*);
+
+}  // namespace zyn

@@ -1,0 +1,149 @@
+// The Delaunay engine of both precisions: an incremental triangulation by walk, split and flips.
+//
+// The walks and flips of the records (tin.h) are plain arithmetic, which alone would neither end nor
+// keep its invariants on every input. The engine guards them: where rounding leaves a decision open,
+// exact predicates decide it; where it does not, the guards change nothing.
+//
+// A point's way in: engine_insert.ipp. The other operations: engine_enforce.ipp, engine_remove.ipp,
+// engine_query.ipp; files: tin_file.ipp. engine.cpp makes the engines of them.
+#pragma once
+
+#include <zyn/delaunay.h>
+
+#include "triangulation/predicates.h"
+#include "triangulation/triangle_pool.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <type_traits>
+#include <vector>
+
+namespace zyn {
+
+template <class Real>
+class DelaunayEngine
+    : public TrianglePool<Real>,
+      public std::conditional_t<std::same_as<Real, double>, IZynDelaunayD, IZynDelaunay> {
+public:
+    using Pool = TrianglePool<Real>;
+    using Tri = TinRecord<Real>;
+    using Pnt = XPnt3<Real>;
+
+    static constexpr bool isDouble = std::same_as<Real, double>;
+
+    DelaunayEngine(Real z, Real minX, Real minY, Real maxX, Real maxY);
+
+    // IZynGeometry
+
+    int getGeoType() const override { return 18; }
+    Enve3d getEnvelope() const override;
+    std::int32_t relation(const Enve3d&) const override { return 0; }
+    std::int32_t move(double, double, double) override { return 0; }
+    std::int32_t rotate(const double*, const double*, double) override { return 0; }
+
+    // The interface
+
+    Tri* nextTriangle() override;
+    void rewindTriangles() override { cursor = 0; }
+    int triangleCount() const override { return static_cast<int>(Pool::count()); }
+    bool deleteTriangle(Tri* t) override;
+    std::int32_t reservedA() override { return 0; }
+    Tri* locate(Real x, Real y) override;
+    bool isFrameTriangle(const Tri* t) const override;
+    bool isFrameVertex(const Real* p) const override;
+    Tri* enforceEdge(Real* a, Real* b, Tri* hint) override;
+    bool addPoint(Pnt* p, Real tolerance) override;
+    bool removePoint(Tri* hint, Real x, Real y, Real radius) override;
+    std::int32_t reservedB() override { return 0; }
+    std::int32_t reservedC() override { return 0; }
+
+    // Beside the interface
+
+    int vertexCount() const;
+    int allVertexCount() const;
+    int surfaceTriangleCount() const;
+    Real surfaceArea() const;
+    Real surfaceAreaHorizen() const;
+    bool bounds(Real& minX, Real& minY, Real& minZ, Real& maxX, Real& maxY, Real& maxZ) const;
+    int compactVertices();
+    bool writeBinary(const char* path);
+    bool writeText(const char* path);
+    bool readBinary(const char* path, Real*& vertices, int& count);
+    bool readText(const char* path, Real*& vertices, int& count);
+
+protected:
+    /// Calls `use(t)` for every triangle of the surface, in pool order.
+    template <class Use>
+    void forSurface(Use use) const {
+        for (std::size_t n = 0; n < Pool::count(); ++n) {
+            if (Tri* const t = Pool::at(n); !isFrameTriangle(t)) { use(t); }
+        }
+    }
+    /// Whether the vertices are whole points with an `inten`, as addPoint takes them.
+    [[nodiscard]] bool verticesArePoints() const { return wholePoints; }
+
+private:
+    struct Star;
+
+    // engine_insert.ipp
+    Tri* locateFrom(Tri* start, Xy q);
+    Tri* settle(Tri* t, Xy q);
+    Tri* leaveFlat(Tri* flat, Xy q);
+    Tri* searchPool(Xy q);
+    static bool isCorner(const Tri* t, const Pnt& p, Real tolerance);
+    Tri* split(Tri* t, Real* p);
+    void legalise(Tri* t, const Real* p);
+    Tri* flipIfIllegal(Tri* t, int slot);
+
+    // engine_remove.ipp
+    bool collectStar(Tri* t, int corner, Star& star) const;
+    bool planFan(const Star& star, std::vector<int>& ears) const;
+    bool planEars(const Star& star, std::vector<int>& ears) const;
+    void fillHole(const Star& star, const std::vector<int>& ears);
+    void dropSurplus(Star& star);
+    void legaliseFan(const Star& star);
+    void legaliseHole(Star& star);
+
+    // tin_file.ipp
+    template <class Sink>
+    bool write(Sink sink);
+    template <class Source>
+    bool read(Source source, Real*& vertices, int& count);
+    template <class Source>
+    bool readNetwork(Source& source, std::unique_ptr<Real[]>& vertices, std::int32_t& vertexCount);
+
+    void frameChanged();
+
+    Pnt frame[4];  // whole points: a flood through the records may mark their `inten`
+    bool frameIsUsable;
+    bool wholePoints = true;
+    std::uint32_t pointCounter = 0;
+    std::size_t cursor = 0;  // number of the next triangle, or `ended`
+    std::vector<std::unique_ptr<Real[]>> compactBuffers;
+
+    static constexpr std::size_t ended = static_cast<std::size_t>(-1);
+};
+
+/// The engine behind IZynDelaunay.
+class delaunayF final : public DelaunayEngine<float> {
+public:
+    using DelaunayEngine<float>::DelaunayEngine;
+
+    Pnt3fArray* rayIntersections(const XPnt3f& p1, const XPnt3f& p2) override;
+    bool rayNearest(const XPnt3f& p1, const XPnt3f& p2, float* t) override;
+};
+
+/// The engine behind IZynDelaunayD.
+class delaunayD final : public DelaunayEngine<double> {
+public:
+    using DelaunayEngine<double>::DelaunayEngine;
+
+    bool triangulate(double**, int) override { return false; }
+    bool triangulate(Pnt3dArray*) override { return false; }
+    Pnt3dArray* rayIntersections(const XPnt3d&, const XPnt3d&) override { return nullptr; }
+    bool rayNearest(const XPnt3d&, const XPnt3d&, double*) override { return false; }
+    bool exportObj(std::span<const XPnt3d> points, const char* path, double maxEdge) override;
+};
+
+}  // namespace zyn

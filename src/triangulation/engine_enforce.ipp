@@ -1,0 +1,66 @@
+// The engine: working an edge into the network by flips.
+#pragma once
+
+#include "triangulation/engine.h"
+#include "triangulation/flip.h"
+
+namespace zyn {
+namespace {
+
+/// The triangles from `from`, which holds a, to the one that holds b. Longer than `limit` only in a
+/// network whose links are damaged: then it is cut off.
+template <class Real>
+std::vector<TinRecord<Real>*> pathAlong(TinRecord<Real>* from, const Real* a, const Real* b,
+                                        std::size_t limit) {
+    std::vector<TinRecord<Real>*> path;
+    for (TinRecord<Real>* t = from; t != nullptr && path.size() < limit; t = t->find(b, a)) {
+        path.push_back(t);
+    }
+    return path;
+}
+
+/// Whether flipping the edge opposite corner `p` leaves two counter-clockwise triangles. The float
+/// records decide by plain products, which rounding can turn.
+template <class Real>
+bool flipsCleanly(const TinRecord<Real>* t, const Real* p) {
+    const int i = t->index(p);
+    const TinRecord<Real>* const n = i == 3 ? nullptr : t->neighbor[i];
+    const int j = n == nullptr ? 3 : n->index(t);
+    if (j == 3) { return false; }
+    const Xy corner = xyOf(p);
+    const Xy opposite = xyOf(n->vertex[j]);
+    return orientation(corner, xyOf(t->vertex[after[i]]), opposite) > 0 &&
+           orientation(corner, opposite, xyOf(t->vertex[before[i]])) > 0;
+}
+
+}  // namespace
+
+template <class Real>
+TinRecord<Real>* DelaunayEngine<Real>::enforceEdge(Real* a, Real* b, Tri* hint) {
+    if (a == nullptr || b == nullptr || Pool::count() == 0) { return nullptr; }
+    Tri* start = locateFrom(hint != nullptr ? hint : Pool::at(0), xyOf(a));
+    if (start == nullptr) { return nullptr; }
+
+    // Each pass starts again from the triangle that the last one started in. In exact arithmetic
+    // every flip takes one crossing edge away, so there are no more passes than crossings; the limit
+    // stands for the float records and for damaged networks.
+    for (std::size_t passes = 0, mostPasses = 0; passes <= mostPasses; ++passes) {
+        const std::vector<Tri*> path = pathAlong(start, a, b, Pool::count());
+        const std::size_t crossings = path.size() - 1;
+        if (passes == 0) { mostPasses = crossings; }
+
+        std::vector<Real*> apex(crossings);
+        for (std::size_t i = crossings; i-- > 0;) {
+            const int slot = path[i]->index(path[i + 1]);
+            apex[i] = slot == 3 ? nullptr : path[i]->vertex[slot];
+        }
+        std::size_t flips = 0;
+        for (std::size_t i = crossings; i-- > 0;) {
+            if (flipsCleanly(path[i], apex[i]) && path[i]->intersect(apex[i], a, b)) { ++flips; }
+        }
+        if (flips == 0 || flips == crossings) { break; }
+    }
+    return start;
+}
+
+}  // namespace zyn

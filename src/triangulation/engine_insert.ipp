@@ -1,0 +1,195 @@
+// The engine: a point's way from addPoint to the triangle that it lands in.
+#pragma once
+
+#include "triangulation/engine.h"
+#include "triangulation/flip.h"
+#include "triangulation/walk.h"
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_set>
+
+namespace zyn {
+
+/// The predicates' bounds hold up to here; a coordinate beyond it is refused like one that is not
+/// finite.
+inline constexpr double largestCoordinate = 1e100;
+
+inline bool isUsable(Xy q) {
+    return std::abs(q.x) <= largestCoordinate && std::abs(q.y) <= largestCoordinate;
+}
+
+template <class Real>
+bool DelaunayEngine<Real>::addPoint(Pnt* p, Real tolerance) {
+    if (p == nullptr) { return false; }
+    if constexpr (isDouble) {
+        p->inten = static_cast<std::int16_t>(static_cast<std::uint16_t>(pointCounter++));
+    }
+    Real* const coordinates = *p;
+    Tri* const t = locateFrom(Pool::newest(), xyOf(coordinates));
+    if (t == nullptr || isCorner(t, *p, tolerance)) { return false; }
+    legalise(split(t, coordinates), coordinates);
+    return true;
+}
+
+template <class Real>
+TinRecord<Real>* DelaunayEngine<Real>::locate(Real x, Real y) {
+    return locateFrom(Pool::newest(), {double(x), double(y)});
+}
+
+/// The triangle that holds q, or null outside the network. The walk is that of TinRecord::find: it
+/// crosses the first edge, in the order 01, 20, 12, that q lies strictly outside of by plain
+/// arithmetic. Where the last triangle's sides leave no doubt, it is the answer.
+template <class Real>
+TinRecord<Real>* DelaunayEngine<Real>::locateFrom(Tri* start, Xy q) {
+    if (start == nullptr || !frameIsUsable || !isUsable(q)) { return nullptr; }
+    Tri* last = start;  // the triangle that the walk ends in, or leaves the network from
+    bool inside = false;
+    const auto step = [q, &last, &inside](Tri* t) -> Tri* {
+        last = t;
+        const Xy a = xyOf(t->vertex[0]);
+        const Xy b = xyOf(t->vertex[1]);
+        const Side ab(a, b, q);
+        if (ab.value < 0.0) { return t->neighbor[2]; }
+        const Xy c = xyOf(t->vertex[2]);
+        const Side ca(c, a, q);
+        if (ca.value < 0.0) { return t->neighbor[1]; }
+        const Side bc(b, c, q);
+        if (bc.value < 0.0) { return t->neighbor[0]; }
+        inside = ab.value > ab.bound && ca.value > ca.bound && bc.value > bc.bound;
+        return t;
+    };
+    Tri* t = start;
+    if (walk(t, step) == WalkEnd::circling) { return searchPool(q); }
+    return inside ? t : settle(last, q);
+}
+
+/// Goes on by exact orientation, from where rounding may have stopped the walk too early.
+template <class Real>
+TinRecord<Real>* DelaunayEngine<Real>::settle(Tri* t, Xy q) {
+    const auto step = [q](Tri* from) -> Tri* {
+        const Xy a = xyOf(from->vertex[0]), b = xyOf(from->vertex[1]), c = xyOf(from->vertex[2]);
+        if (orientation(a, b, q) < 0) { return from->neighbor[2]; }
+        if (orientation(c, a, q) < 0) { return from->neighbor[1]; }
+        if (orientation(b, c, q) < 0) { return from->neighbor[0]; }
+        return from;
+    };
+    switch (walk(t, step)) {
+    case WalkEnd::left: return nullptr;
+    case WalkEnd::circling: return searchPool(q);
+    case WalkEnd::arrived: break;
+    }
+    return orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) > 0
+               ? t
+               : leaveFlat(t, q);
+}
+
+/// Whether the triangle has an area and holds q, edges included.
+template <class Real>
+bool holds(const TinRecord<Real>* t, Xy q) {
+    const Xy a = xyOf(t->vertex[0]), b = xyOf(t->vertex[1]), c = xyOf(t->vertex[2]);
+    return orientation(a, b, q) >= 0 && orientation(b, c, q) >= 0 && orientation(c, a, q) >= 0 &&
+           orientation(a, b, c) > 0;
+}
+
+/// From a triangle of no area, which holds every point of its line or none: the triangle with an
+/// area beside it and its like that really holds q.
+template <class Real>
+TinRecord<Real>* DelaunayEngine<Real>::leaveFlat(Tri* flat, Xy q) {
+    std::vector<Tri*> toVisit{flat};
+    std::unordered_set<const Tri*> seen{flat};
+    for (std::size_t i = 0; i < toVisit.size(); ++i) {
+        for (Tri* const n : toVisit[i]->neighbor) {
+            if (n == nullptr || !seen.insert(n).second) { continue; }
+            if (holds(n, q)) { return n; }
+            if (orientation(xyOf(n->vertex[0]), xyOf(n->vertex[1]), xyOf(n->vertex[2])) == 0) {
+                toVisit.push_back(n);
+            }
+        }
+    }
+    return searchPool(q);
+}
+
+template <class Real>
+TinRecord<Real>* DelaunayEngine<Real>::searchPool(Xy q) {
+    for (std::size_t n = 0; n < Pool::count(); ++n) {
+        if (Tri* const t = Pool::at(n); holds(t, q)) { return t; }
+    }
+    return nullptr;
+}
+
+/// Whether the point falls on a corner: a closed square of `tolerance` about the point decides.
+template <class Real>
+bool DelaunayEngine<Real>::isCorner(const Tri* t, const Pnt& p, Real tolerance) {
+    return std::any_of(std::begin(t->vertex), std::end(t->vertex), [&](const Real* c) {
+        return p.x + tolerance >= c[0] && c[0] >= p.x - tolerance && p.y + tolerance >= c[1] &&
+               c[1] >= p.y - tolerance;
+    });
+}
+
+/// Splits t = (P0, P1, P2) at p: t becomes (p, P1, P2), beside it stand the new triangles
+/// a = (p, P2, P0) and b = (p, P0, P1). Gives b, the newest.
+template <class Real>
+TinRecord<Real>* DelaunayEngine<Real>::split(Tri* t, Real* p) {
+    Pool::reserveMore(2);
+    Tri* const a = Pool::newTriangle();
+    Tri* const b = Pool::newTriangle();
+    Real* const p0 = t->vertex[0];
+    Tri* const n1 = t->neighbor[1];
+    Tri* const n2 = t->neighbor[2];
+    *a = {.vertex = {p, t->vertex[2], p0}, .neighbor = {n1, b, t}};
+    *b = {.vertex = {p, p0, t->vertex[1]}, .neighbor = {n2, t, a}};
+    t->vertex[0] = p;
+    t->neighbor[1] = a;
+    t->neighbor[2] = b;
+    redirect(n1, t, a);
+    redirect(n2, t, b);
+    return b;
+}
+
+/// Makes the edges opposite p Delaunay after a split. The order is that of a stack onto which t, a
+/// and b are pushed, and each triangle of a flip again: once round p, clockwise, from b. Every flip
+/// brings one more triangle to p, so the walk needs a count of those to look at, and no stack.
+template <class Real>
+void DelaunayEngine<Real>::legalise(Tri* t, const Real* p) {
+    std::size_t flips = 0;
+    for (int slot = 0, pending = 3; pending > 0;) {
+        Tri* const flipped = flipIfIllegal(t, slot);
+        if (flipped != nullptr) {
+            // No more flips than triangles: a network that was damaged in a file must not circle.
+            if (++flips > Pool::count()) { return; }
+            t = flipped;
+            ++pending;
+        } else {
+            t = t->neighbor[before[slot]];
+            --pending;
+        }
+        slot = t == nullptr ? 3 : t->index(p);
+        if (slot == 3) { return; }
+    }
+}
+
+/// Flips the edge opposite corner `slot` if that is Delaunay's rule, and gives the neighbour of
+/// before; null without a flip. Exact: a certain sign of the angle test decides, else the in-circle
+/// determinant. A flip of an edge that is illegal leaves two counter-clockwise triangles, a flip of
+/// four points on a circle does so unless two of them coincide or lie on one line with a third.
+template <class Real>
+TinRecord<Real>* DelaunayEngine<Real>::flipIfIllegal(Tri* t, int slot) {
+    Tri* const n = t->neighbor[slot];
+    const int j = n == nullptr ? 3 : n->index(t);
+    if (j == 3) { return nullptr; }
+    const Xy p = xyOf(t->vertex[slot]);
+    const Xy a = xyOf(t->vertex[after[slot]]);
+    const Xy b = xyOf(t->vertex[before[slot]]);
+    const Xy d = xyOf(n->vertex[j]);
+    const int inside = inCircle(p, a, b, d);
+    if (inside < 0) { return nullptr; }
+    if (inside == 0) {
+        // On one circle: the double engine's threshold flips, the float engine's does not.
+        if (!isDouble || orientation(p, a, d) <= 0 || orientation(p, d, b) <= 0) { return nullptr; }
+    }
+    flipEdge(t, slot, n, j);
+    return n;
+}
+
+}  // namespace zyn

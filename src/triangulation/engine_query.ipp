@@ -1,0 +1,129 @@
+// The engine: iteration, frame, counts, areas and bounds, compaction.
+#pragma once
+
+#include "triangulation/engine.h"
+#include "triangulation/vertex_numbers.h"
+
+#include <algorithm>
+
+namespace zyn {
+
+template <class Real>
+TinRecord<Real>* DelaunayEngine<Real>::nextTriangle() {
+    if (cursor >= Pool::count()) {
+        cursor = ended;
+        return nullptr;
+    }
+    return Pool::at(cursor++);
+}
+
+template <class Real>
+bool DelaunayEngine<Real>::isFrameVertex(const Real* p) const {
+    const void* const address = p;
+    return !std::less<>()(address, static_cast<const void*>(frame)) &&
+           std::less<>()(address, static_cast<const void*>(std::end(frame)));
+}
+
+template <class Real>
+bool DelaunayEngine<Real>::isFrameTriangle(const Tri* t) const {
+    return t != nullptr && std::any_of(std::begin(t->vertex), std::end(t->vertex),
+                                       [this](const Real* v) { return isFrameVertex(v); });
+}
+
+template <class Real>
+Enve3d DelaunayEngine<Real>::getEnvelope() const {
+    Real low[3] = {}, high[3] = {};
+    if (!bounds(low[0], low[1], low[2], high[0], high[1], high[2])) { return {}; }
+    return {low[0], low[1], low[2], high[0], high[1], high[2]};
+}
+
+template <class Real>
+bool DelaunayEngine<Real>::bounds(Real& minX, Real& minY, Real& minZ, Real& maxX, Real& maxY,
+                                  Real& maxZ) const {
+    Pnt low, high;
+    bool isFirst = true;
+    forSurface([&](const Tri* t) {
+        for (const Real* const v : t->vertex) {
+            const Pnt p(v);
+            low = isFirst ? p : low.set_min(p);
+            high = isFirst ? p : high.set_max(p);
+            isFirst = false;
+        }
+    });
+    if (isFirst) { return false; }
+    minX = low.x;
+    minY = low.y;
+    minZ = low.z;
+    maxX = high.x;
+    maxY = high.y;
+    maxZ = high.z;
+    return true;
+}
+
+template <class Real>
+int DelaunayEngine<Real>::allVertexCount() const {
+    VertexNumbers<Real> numbers;
+    for (std::size_t n = 0; n < Pool::count(); ++n) {
+        for (Real* const v : Pool::at(n)->vertex) { numbers(v); }
+    }
+    return static_cast<int>(numbers.vertices().size());
+}
+
+template <class Real>
+int DelaunayEngine<Real>::vertexCount() const {
+    VertexNumbers<Real> numbers;
+    for (std::size_t n = 0; n < Pool::count(); ++n) {
+        for (Real* const v : Pool::at(n)->vertex) {
+            if (!isFrameVertex(v)) { numbers(v); }
+        }
+    }
+    return static_cast<int>(numbers.vertices().size());
+}
+
+template <class Real>
+int DelaunayEngine<Real>::surfaceTriangleCount() const {
+    int count = 0;
+    forSurface([&count](const Tri*) { ++count; });
+    return count;
+}
+
+template <class Real>
+Real DelaunayEngine<Real>::surfaceArea() const {
+    Real area = 0;
+    forSurface([&area](const Tri* t) { area += t->Area(); });
+    return area;
+}
+
+template <class Real>
+Real DelaunayEngine<Real>::surfaceAreaHorizen() const {
+    Real area = 0;
+    forSurface([&area](const Tri* t) { area += t->AreaHorizen(); });
+    return area;
+}
+
+template <class Real>
+int DelaunayEngine<Real>::compactVertices() {
+    VertexNumbers<Real> numbers;
+    forSurface([&numbers](const Tri* t) {
+        for (Real* const v : t->vertex) { numbers(v); }
+    });
+    const std::vector<Real*>& vertices = numbers.vertices();
+    auto buffer = std::make_unique<Real[]>(3 * vertices.size());
+    compactBuffers.reserve(compactBuffers.size() + 1);
+    for (std::size_t i = 0; i < vertices.size(); ++i) {
+        std::copy_n(vertices[i], 3, &buffer[3 * i]);
+    }
+    for (std::size_t n = 0; n < Pool::count(); ++n) {
+        for (Real*& v : Pool::at(n)->vertex) {
+            if (const std::int32_t number = numbers.find(v); number >= 0) {
+                v = &buffer[3 * static_cast<std::size_t>(number)];
+            }
+        }
+    }
+    // What was compacted before stays: a host may still hold pointers to those vertices.
+    compactBuffers.push_back(std::move(buffer));
+    wholePoints = wholePoints && vertices.empty();
+    return static_cast<int>(vertices.size());
+}
+
+}  // namespace zyn

@@ -1,0 +1,222 @@
+// The engine: taking triangles and vertices out.
+#pragma once
+
+#include "triangulation/engine.h"
+#include "triangulation/engine_insert.ipp"
+#include "triangulation/flip.h"
+#include "triangulation/triangle_ring.ipp"
+
+#include <algorithm>
+
+namespace zyn {
+
+template <class Real>
+bool DelaunayEngine<Real>::deleteTriangle(Tri* t) {
+    if (t == nullptr || t == Pool::newest() || !Pool::owns(t)) { return false; }
+    for (Tri* const n : t->neighbor) { redirect(n, t, static_cast<Tri*>(nullptr)); }
+    Pool::drop(t);
+    return true;
+}
+
+/// What surrounds a vertex, counter-clockwise: ring[i] to ring[i + 1] is the edge of triangles[i]
+/// opposite the vertex; outer[i] is the triangle across it, and link[i] its slot back.
+template <class Real>
+struct DelaunayEngine<Real>::Star {
+    Real* centre = nullptr;
+    std::vector<Real*> ring;
+    std::vector<Tri*> triangles;
+    std::vector<Tri*> outer;
+    std::vector<int> link;
+
+    [[nodiscard]] int size() const { return static_cast<int>(ring.size()); }
+    [[nodiscard]] Xy at(int i) const { return xyOf(ring[static_cast<std::size_t>(i)]); }
+};
+
+template <class Real>
+bool DelaunayEngine<Real>::removePoint(Tri* hint, Real x, Real y, Real radius) {
+    Tri* const start = hint != nullptr ? hint : Pool::newest();
+    if (start == nullptr) { return false; }
+    Tri* t = start->findRefine(x, y);
+    if (t == nullptr) { t = locateFrom(start, {double(x), double(y)}); }
+    if (t == nullptr) { return false; }
+    const Real position[3] = {x, y, 0};
+    const int corner = nearestCorner(t, position, radius);
+
+    Star star;
+    std::vector<int> ears;
+    if (corner == 3 || !collectStar(t, corner, star)) { return false; }
+    const bool isFan = planFan(star, ears);
+    if (!isFan && !planEars(star, ears)) { return false; }
+    fillHole(star, ears);
+    dropSurplus(star);
+    if (isFan) {
+        legaliseFan(star);
+    } else {
+        legaliseHole(star);
+    }
+    return true;
+}
+
+/// False when the vertex, or an edge of its ring, lies on the boundary; when the ring does not
+/// close; and when it is longer than the record follows one.
+template <class Real>
+bool DelaunayEngine<Real>::collectStar(Tri* t, int corner, Star& star) const {
+    constexpr auto longest = static_cast<std::size_t>(tin_detail::ringSteps<Real>);
+    star.centre = t->vertex[corner];
+    Tri* current = t;
+    do {
+        const int from = current->index(star.centre);
+        if (from == 3) { return false; }
+        current = current->neighbor[after[from]];
+        const int at = current == nullptr ? 3 : current->index(star.centre);
+        Tri* const outer = at == 3 ? nullptr : current->neighbor[at];
+        const int link = outer == nullptr ? 3 : outer->index(current);
+        if (link == 3 || star.ring.size() > std::min(longest, Pool::count())) { return false; }
+        star.ring.push_back(current->vertex[after[at]]);
+        star.triangles.push_back(current);
+        star.outer.push_back(outer);
+        star.link.push_back(link);
+    } while (current != t);
+    return star.size() >= 3;
+}
+
+// A hole is filled by cutting off one ear of its ring after the other: the triangle of a vertex and
+// the two beside it that are still there. `ears` names the vertices in the order of cutting.
+
+/// All triangles at ring[0]: false unless each is counter-clockwise.
+template <class Real>
+bool DelaunayEngine<Real>::planFan(const Star& star, std::vector<int>& ears) const {
+    for (int i = 1; i + 1 < star.size(); ++i) {
+        if (orientation(star.at(0), star.at(i), star.at(i + 1)) <= 0) { return false; }
+        ears.push_back(i);
+    }
+    return true;
+}
+
+/// Ears of any hole that can be filled. Every point of the ring is seen from the centre, so an ear is
+/// good if it is convex and does not reach over the centre: nothing else can lie in it, and what
+/// remains is still seen from the centre.
+template <class Real>
+bool DelaunayEngine<Real>::planEars(const Star& star, std::vector<int>& ears) const {
+    const int n = star.size();
+    std::vector<int> next(static_cast<std::size_t>(n)), previous(static_cast<std::size_t>(n));
+    const auto nextOf = [&next](int i) -> int& { return next[static_cast<std::size_t>(i)]; };
+    const auto previousOf = [&previous](int i) -> int& {
+        return previous[static_cast<std::size_t>(i)];
+    };
+    for (int i = 0; i < n; ++i) {
+        nextOf(i) = (i + 1) % n;
+        previousOf(i) = (i + n - 1) % n;
+    }
+    const Xy centre = xyOf(star.centre);
+    ears.clear();
+    int rest = n;
+    for (int v = 0, misses = 0; rest > 2 && misses < rest;) {
+        const int u = previousOf(v);
+        const int w = nextOf(v);
+        const bool isEar = orientation(star.at(u), star.at(v), star.at(w)) > 0 &&
+                           (rest == 3 || orientation(star.at(u), star.at(w), centre) >= 0);
+        if (!isEar) {
+            v = w;
+            ++misses;
+            continue;
+        }
+        ears.push_back(v);
+        nextOf(u) = w;
+        previousOf(w) = u;
+        --rest;
+        misses = 0;
+        v = u;
+    }
+    return rest == 2;
+}
+
+/// Makes the ears of the first triangles of the star, and links them to each other and outwards.
+template <class Real>
+void DelaunayEngine<Real>::fillHole(const Star& star, const std::vector<int>& ears) {
+    const std::size_t n = star.ring.size();
+    struct Behind {  // what lies across the open edge from ring vertex i to the next one left
+        Tri* triangle;
+        int slot;
+    };
+    std::vector<Behind> behind(n);
+    std::vector<std::size_t> next(n), previous(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        behind[i] = {star.outer[i], star.link[i]};
+        next[i] = (i + 1) % n;
+        previous[i] = (i + n - 1) % n;
+    }
+    const auto connect = [](Tri* t, int slot, Behind other) {
+        t->neighbor[slot] = other.triangle;
+        other.triangle->neighbor[other.slot] = t;
+    };
+    for (std::size_t k = 0; k < ears.size(); ++k) {
+        const auto v = static_cast<std::size_t>(ears[k]);
+        const std::size_t u = previous[v];
+        const std::size_t w = next[v];
+        Tri* const t = star.triangles[k];
+        t->vertex[0] = star.ring[u];
+        t->vertex[1] = star.ring[v];
+        t->vertex[2] = star.ring[w];
+        connect(t, 0, behind[v]);
+        connect(t, 2, behind[u]);
+        if (k + 1 == ears.size()) { connect(t, 1, behind[w]); }
+        behind[u] = {t, 1};
+        next[u] = w;
+        previous[w] = u;
+    }
+}
+
+/// The last two triangles of the star are not needed any more. The newest triangle takes the place
+/// of each, and the star follows it there.
+template <class Real>
+void DelaunayEngine<Real>::dropSurplus(Star& star) {
+    const std::size_t kept = star.triangles.size() - 2;
+    for (std::size_t i = kept; i < kept + 2; ++i) {
+        std::fill_n(star.triangles[i]->neighbor, 3, nullptr);
+    }
+    for (std::size_t i = kept; i < kept + 2; ++i) {
+        Tri* const surplus = star.triangles[i];
+        Tri* const moved = Pool::drop(surplus);
+        std::replace(star.triangles.begin(), star.triangles.end(), moved, surplus);
+    }
+    star.triangles.resize(kept);
+}
+
+/// One forward pass over the fan's inner edges.
+template <class Real>
+void DelaunayEngine<Real>::legaliseFan(const Star& star) {
+    Tri* flipped = nullptr;
+    const Real* w = nullptr;
+    for (std::size_t j = 0; j + 1 < star.triangles.size(); ++j) {
+        Tri* const t = star.triangles[j];
+        if (flipped == nullptr) { w = t->vertex[after[t->index(star.ring[0])]]; }
+        const int slot = t->index(w);
+        flipped = slot == 3 ? nullptr : flipIfIllegal(t, slot);
+    }
+}
+
+/// Flips inner edges of the hole until none is illegal. Strictly: four points on a circle would flip
+/// to and fro.
+template <class Real>
+void DelaunayEngine<Real>::legaliseHole(Star& star) {
+    std::vector<Tri*>& inner = star.triangles;
+    std::sort(inner.begin(), inner.end(), std::less<>());
+    const auto isIllegal = [&inner](const Tri* t, int slot) {
+        Tri* const n = t->neighbor[slot];
+        if (!std::binary_search(inner.begin(), inner.end(), n, std::less<>())) { return false; }
+        const int j = n->index(t);
+        return j != 3 && inCircle(xyOf(t->vertex[slot]), xyOf(t->vertex[after[slot]]),
+                                  xyOf(t->vertex[before[slot]]), xyOf(n->vertex[j])) > 0;
+    };
+    for (bool flipped = true; flipped;) {
+        flipped = false;
+        for (Tri* const t : inner) {
+            for (int slot = 0; slot < 3; ++slot) {
+                if (isIllegal(t, slot) && flipIfIllegal(t, slot) != nullptr) { flipped = true; }
+            }
+        }
+    }
+}
+
+}  // namespace zyn

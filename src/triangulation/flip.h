@@ -1,0 +1,37 @@
+// Index arithmetic around a triangle, relinking, and the flip itself.
+#pragma once
+
+#include <zyn/tin.h>
+
+namespace zyn {
+
+/// (i + 1) % 3 and (i + 2) % 3; the entry for 3, "no corner", is that of 0.
+inline constexpr int after[4] = {1, 2, 0, 1};
+inline constexpr int before[4] = {2, 0, 1, 2};
+
+/// Makes the slot of `t` that holds `from` hold `to`. A null `t` and a missing slot are passed over.
+template <class Real>
+void redirect(TinRecord<Real>* t, const TinRecord<Real>* from, TinRecord<Real>* to) {
+    if (t == nullptr) { return; }
+    const int slot = t->index(from);
+    if (slot != 3) { t->neighbor[slot] = to; }
+}
+
+/// Replaces the edge between s and n by the other diagonal of their quadrilateral. s = (P, A, B) with
+/// P at i becomes (P, A, Q), n = (Q, B, A) with Q at j becomes (Q, B, P): both records stay in place.
+/// REQUIRES: n is neighbor[i] of s, and s is neighbor[j] of n.
+template <class Real>
+void flipEdge(TinRecord<Real>* s, int i, TinRecord<Real>* n, int j) {
+    s->vertex[before[i]] = n->vertex[j];
+    n->vertex[before[j]] = s->vertex[i];
+    TinRecord<Real>* const x = s->neighbor[after[i]];
+    TinRecord<Real>* const y = n->neighbor[after[j]];
+    s->neighbor[i] = y;
+    n->neighbor[j] = x;
+    s->neighbor[after[i]] = n;
+    n->neighbor[after[j]] = s;
+    redirect(x, s, n);
+    redirect(y, n, s);
+}
+
+}  // namespace zyn

@@ -1,0 +1,120 @@
+// The engine: whole networks to a file and back, in both encodings.
+#pragma once
+
+#include "triangulation/engine.h"
+#include "triangulation/tin_streams.h"
+#include "triangulation/vertex_numbers.h"
+
+#include <algorithm>
+
+namespace zyn {
+
+template <class Real>
+bool DelaunayEngine<Real>::writeBinary(const char* path) {
+    return write(tin_file::BinarySink(path));
+}
+
+template <class Real>
+bool DelaunayEngine<Real>::writeText(const char* path) {
+    write(tin_file::TextSink(path));
+    return true;
+}
+
+template <class Real>
+bool DelaunayEngine<Real>::readBinary(const char* path, Real*& vertices, int& count) {
+    return read(tin_file::BinarySource(path), vertices, count);
+}
+
+template <class Real>
+bool DelaunayEngine<Real>::readText(const char* path, Real*& vertices, int& count) {
+    return read(tin_file::TextSource(path), vertices, count);
+}
+
+/// Vertices are numbered by first appearance in pool order, after the corners of the frame;
+/// triangles by their place in the pool.
+template <class Real>
+template <class Sink>
+bool DelaunayEngine<Real>::write(Sink sink) {
+    VertexNumbers<Real> vertexNumbers;
+    for (Pnt& corner : frame) { vertexNumbers(corner); }
+    for (std::size_t n = 0; n < Pool::count(); ++n) {
+        for (Real* const v : Pool::at(n)->vertex) { vertexNumbers(v); }
+    }
+    TriangleNumbers<Real> triangleNumbers(*this);
+
+    sink.head();
+    sink.count(static_cast<std::int32_t>(vertexNumbers.vertices().size()));
+    sink.count(triangleCount());
+    for (const Real* const v : vertexNumbers.vertices()) { sink.point(v); }
+    for (std::size_t n = 0; n < Pool::count(); ++n) {
+        const Tri* const t = Pool::at(n);
+        sink.record({vertexNumbers(t->vertex[0]), vertexNumbers(t->vertex[1]),
+                     vertexNumbers(t->vertex[2]), triangleNumbers(t->neighbor[0]),
+                     triangleNumbers(t->neighbor[1]), triangleNumbers(t->neighbor[2])});
+    }
+    return sink.close();
+}
+
+template <class Real>
+template <class Source>
+bool DelaunayEngine<Real>::read(Source source, Real*& vertices, int& count) {
+    vertices = nullptr;
+    count = 0;
+    Pool::clear();
+    wholePoints = true;
+
+    std::unique_ptr<Real[]> readVertices;
+    std::int32_t vertexTotal = 0;
+    if (!readNetwork(source, readVertices, vertexTotal)) {
+        Pool::clear();
+        return false;
+    }
+    wholePoints = vertexTotal == 4;
+    vertices = readVertices.release();
+    count = vertexTotal;
+    return true;
+}
+
+template <class Real>
+template <class Source>
+bool DelaunayEngine<Real>::readNetwork(Source& source, std::unique_ptr<Real[]>& vertices,
+                                       std::int32_t& vertexTotal) {
+    std::int32_t triangleTotal = 0;
+    if (!source.isOpen() || !source.head() || !source.count(vertexTotal) ||
+        !source.count(triangleTotal) || vertexTotal < 4 || triangleTotal < 1) {
+        return false;
+    }
+    const auto free = static_cast<std::size_t>(vertexTotal - 4);
+    const auto total = static_cast<std::size_t>(triangleTotal);
+    if (!source.template canHold<Real>(free + 4, total)) { return false; }
+
+    for (Pnt& corner : frame) {
+        corner.inten = 0;
+        Real* const coordinates = corner;
+        if (!source.point(coordinates)) { return false; }
+    }
+    frameChanged();
+    vertices = std::make_unique<Real[]>(3 * free);
+    for (std::size_t v = 0; v < free; ++v) {
+        if (!source.point(&vertices[3 * v])) { return false; }
+    }
+
+    Pool::reserveMore(total);
+    for (std::size_t n = 0; n < total; ++n) { Pool::newTriangle(); }
+    for (std::size_t n = 0; n < total; ++n) {
+        Tri* const t = Pool::at(n);
+        tin_file::Record record;
+        if (!source.record(record)) { return false; }
+        for (int i = 0; i < 3; ++i) {
+            const std::int32_t v = record[i];
+            const std::int32_t m = record[i + 3];
+            if (v < 0 || v >= vertexTotal || m < -1 || m >= triangleTotal) { return false; }
+            t->vertex[i] = v < 4 ? static_cast<Real*>(frame[v])
+                                 : &vertices[3 * static_cast<std::size_t>(v - 4)];
+            t->neighbor[i] = m < 0 ? nullptr : Pool::at(static_cast<std::size_t>(m));
+        }
+    }
+    return true;
+}
+
+}  // namespace zyn

@@ -1,0 +1,18 @@
+// Factories of the arrays of triangle records and of engines.
+#include <zyn/delaunay.h>
+
+#include "containers/array_imp.h"
+
+namespace zyn {
+
+TinArray* newTinArray() { return new ArrayImp<TinArray>; }
+TinDArray* newTinDArray() { return new ArrayImp<TinDArray>; }
+PTinArray* newPTinArray() { return new ArrayImp<PTinArray>; }
+PTinDArray* newPTinDArray() { return new ArrayImp<PTinDArray>; }
+PTinArrayArray* newPTinArrayArray() { return new ArrayRefPointerImp<PTinArrayArray>; }
+PTinDArrayArray* newPTinDArrayArray() { return new ArrayRefPointerImp<PTinDArrayArray>; }
+
+DelaunayArray* newDelaunayArray() { return new ArrayRefPointerImp<DelaunayArray>; }
+DelaunayDArray* newDelaunayDArray() { return new ArrayRefPointerImp<DelaunayDArray>; }
+
+}  // namespace zyn

@@ -1,0 +1,139 @@
+// Triangle records: the ring of a vertex, and the flood within a radius.
+#pragma once
+
+#include <zyn/tin.h>
+
+#include "triangulation/flip.h"
+#include "triangulation/triangle_walk.ipp"
+
+#include <limits>
+
+namespace zyn {
+namespace tin_detail {
+
+/// How many triangles a ring is followed through, and what is reserved for it.
+template <class Real>
+inline constexpr int ringSteps = std::same_as<Real, double> ? std::numeric_limits<int>::max() : 52;
+inline constexpr int ringReserve = 1024;
+
+/// Squared distance in the plane, beyond which no corner is the nearest.
+template <class Real>
+inline constexpr Real nearestLimit = Real(9999999.0);
+
+template <class Real>
+Real squaredDistance2d(const Real* a, const Real* b) {
+    const Real dx = a[0] - b[0];
+    const Real dy = a[1] - b[1];
+    return dx * dx + dy * dy;
+}
+
+template <class Real>
+ref_ptr<typename TinRecord<Real>::RealPtrArray> newPointerArray() {
+    if constexpr (std::same_as<Real, double>) {
+        return newPDoubleArray();
+    } else {
+        return newPFloatArray();
+    }
+}
+
+/// The `inten` of a vertex, which is a whole point.
+template <class Real>
+std::int16_t& visited(Real* vertex) {
+    return reinterpret_cast<XPnt3<Real>*>(vertex)->inten;
+}
+
+}  // namespace tin_detail
+
+/// The corner of `t` that is nearest to p in the plane, nearer than `radius`; 3 if there is none.
+template <class Real>
+int nearestCorner(const TinRecord<Real>* t, const Real* p, Real radius) {
+    int nearest = 3;
+    Real best = tin_detail::nearestLimit<Real>;
+    for (int i = 0; i < 3; ++i) {
+        const Real d = tin_detail::squaredDistance2d(t->vertex[i], p);
+        if (d < best && d < radius * radius) {
+            nearest = i;
+            best = d;
+        }
+    }
+    return nearest;
+}
+
+template <class Real>
+std::int32_t TinRecord<Real>::findCone(int i, RealPtrArray* out) {
+    if (i < 0 || i > 2) { return 0; }
+    if constexpr (std::same_as<Real, float>) { out->reserve(tin_detail::ringReserve); }
+    const Real* const centre = vertex[i];
+    Real* const last = vertex[after[i]];
+    out->append(vertex[before[i]]);
+
+    // Counter-clockwise: each step appends a vertex and crosses the edge to it from the centre. The
+    // walk ends at this record, at the boundary, or where the links do not go round the centre.
+    TinRecord* t = neighbor[after[i]];
+    int steps = 0;
+    const auto counterClockwise = [&](TinRecord* from) -> TinRecord* {
+        const int k = from->index(centre);
+        if (from == this || k == 3 || steps == tin_detail::ringSteps<Real>) { return from; }
+        ++steps;
+        Real* const next = from->vertex[before[k]];
+        out->append(next);
+        if (std::same_as<Real, float> && next == last) { return from; }
+        return from->neighbor[after[k]];
+    };
+    if (t != nullptr && walk(t, counterClockwise) != WalkEnd::left) { return out->size(); }
+
+    out->append(last);
+    t = neighbor[before[i]];
+    const auto clockwise = [&](TinRecord* from) -> TinRecord* {
+        const int k = from->index(centre);
+        if (k == 3) { return from; }
+        out->append(from->vertex[after[k]]);
+        return from->neighbor[before[k]];
+    };
+    if (t != nullptr) { walk(t, clockwise); }
+    return out->size();
+}
+
+template <class Real>
+std::int32_t TinRecord<Real>::findCone(const Real* p, RealPtrArray* out) {
+    return findCone(index(p), out);
+}
+
+template <class Real>
+std::int32_t TinRecord<Real>::findCone(int i, Real radius, RealPtrArray* out) {
+    if (i < 0 || i > 2) { return 0; }
+    const auto ring = tin_detail::newPointerArray<Real>();
+    const auto pending = tin_detail::newPointerArray<Real>();
+    ring->reserve(tin_detail::ringReserve);
+    pending->reserve(tin_detail::ringReserve);
+
+    const Real* const centre = vertex[i];
+    findCone(i, ring.get());
+    for (;;) {
+        for (Real* const q : *ring) {
+            if (radius * radius >= tin_detail::squaredDistance2d<Real>(q, centre) && q != centre &&
+                tin_detail::visited(q) != 1) {
+                out->append(q);
+                pending->append(q);
+                tin_detail::visited(q) = 1;
+            }
+        }
+        if (pending->size() == 0) { break; }
+        const Real* const q = pending->last();
+        pending->removeLast();
+        ring->removeAll();
+        if (TinRecord* const t = findRefine(q[0], q[1]); t != nullptr) {
+            t->findCone(q, ring.get());
+        }
+    }
+    for (Real* const q : *out) { tin_detail::visited(q) = 0; }
+    return out->size();
+}
+
+template <class Real>
+std::int32_t TinRecord<Real>::findCone(const Real* p, Real radius, RealPtrArray* out) {
+    TinRecord* const t = findRefine(p[0], p[1]);
+    return t == nullptr ? 0 : t->findCone(nearestCorner(t, p, radius), radius, out);
+}
+
+}  // namespace zyn

@@ -1,0 +1,169 @@
+// Triangle records: walking to a point and along a segment.
+#pragma once
+
+#include <zyn/tin.h>
+
+#include "triangulation/predicates.h"
+#include "triangulation/walk.h"
+
+#include <cmath>
+
+namespace zyn {
+namespace tin_detail {
+
+/// What separates the two precisions in locating.
+template <class Real>
+struct Locating;
+
+template <>
+struct Locating<double> {
+    static constexpr double refineTolerance = 1e-5;
+    static constexpr double classifyTolerance = 1e-5;
+
+    static int sign(const double* a, const double* b, const double* c) {
+        const double value = orient2dexact(a, b, c);
+        return value > 0.0 ? 1 : value < 0.0 ? -1 : 0;
+    }
+};
+
+template <>
+struct Locating<float> {
+    static constexpr double refineTolerance = 1e-6;
+
+    static int sign(const float* a, const float* b, const float* c) {
+        const float value = (a[0] - c[0]) * (b[1] - c[1]) - (a[1] - c[1]) * (b[0] - c[0]);
+        return value > 0.0F ? 1 : value < 0.0F ? -1 : 0;
+    }
+};
+
+/// The two products whose difference tells the side of q against u-w. Differences are taken in
+/// Real, the rest in double.
+template <class Real>
+struct SideProducts {
+    double first;
+    double second;
+
+    SideProducts(const Real* u, const Real* w, Real x, Real y)
+        : first(double(w[0] - x) * double(u[1] - y)),
+          second(double(w[1] - y) * double(u[0] - x)) {}
+
+    /// Positive when q lies strictly to the right, so outside of a counter-clockwise triangle.
+    [[nodiscard]] double value() const { return first - second; }
+    [[nodiscard]] bool isOutside() const { return first > second; }
+};
+
+/// The edges in the order in which a step looks at them: from, to, and the slot across.
+struct Edge {
+    int from, to, across;
+};
+inline constexpr Edge stepOrder[3] = {{0, 1, 2}, {2, 0, 1}, {1, 2, 0}};
+inline constexpr Edge segmentOrder[3] = {{0, 1, 2}, {1, 2, 0}, {2, 0, 1}};
+
+}  // namespace tin_detail
+
+template <class Real>
+TinRecord<Real>* TinRecord<Real>::find(Real x, Real y) {
+    TinRecord* t = this;
+    if (t == nullptr) { return nullptr; }
+    const WalkEnd end = walk(t, [x, y](TinRecord* from) { return from->_find(x, y); });
+    return end == WalkEnd::arrived ? t : nullptr;
+}
+
+template <class Real>
+TinRecord<Real>* TinRecord<Real>::findRefine(Real x, Real y) {
+    TinRecord* t = this;
+    if (t == nullptr) { return nullptr; }
+    const WalkEnd end = walk(t, [x, y](TinRecord* from) { return from->_findRefine(x, y); });
+    return end == WalkEnd::arrived ? t : nullptr;
+}
+
+template <class Real>
+std::int32_t TinRecord<Real>::find(double x, double y, TinRecord*& tri, std::int32_t* where)
+    requires std::same_as<Real, double>
+{
+    tri = this;
+    if (tri == nullptr) { return -2; }
+    std::int32_t found = 0;
+    const WalkEnd end = walk(tri, [&](TinRecord* from) {
+        TinRecord* next = nullptr;
+        std::int32_t touched = 0;
+        found = from->_find(x, y, next, &touched);
+        if (found == 0) { return next; }
+        if (found > 0 && where != nullptr) { *where = touched; }
+        return from;
+    });
+    if (end == WalkEnd::circling) { tri = nullptr; }
+    return end == WalkEnd::arrived ? found : 0;
+}
+
+template <class Real>
+TinRecord<Real>* TinRecord<Real>::_find(Real x, Real y) {
+    for (const auto [from, to, across] : tin_detail::stepOrder) {
+        if (tin_detail::SideProducts<Real>(vertex[from], vertex[to], x, y).isOutside()) {
+            return neighbor[across];
+        }
+    }
+    return this;
+}
+
+template <class Real>
+TinRecord<Real>* TinRecord<Real>::_findRefine(Real x, Real y) {
+    for (const auto [from, to, across] : tin_detail::stepOrder) {
+        const tin_detail::SideProducts<Real> side(vertex[from], vertex[to], x, y);
+        if (side.value() > tin_detail::Locating<Real>::refineTolerance) { return neighbor[across]; }
+    }
+    return this;
+}
+
+template <class Real>
+std::int32_t TinRecord<Real>::_find(double x, double y, TinRecord*& next, std::int32_t* where)
+    requires std::same_as<Real, double>
+{
+    next = nullptr;
+    int touching = 0;
+    int opposite[3] = {};     // of the edges that touch, the corner opposite
+    int notTouching = 0;      // the corner opposite the last edge that does not
+    for (const auto [from, to, across] : tin_detail::stepOrder) {
+        const double side = tin_detail::SideProducts<double>(vertex[from], vertex[to], x, y).value();
+        if (std::abs(side) < tin_detail::Locating<double>::classifyTolerance) {
+            opposite[touching++] = across;
+            continue;
+        }
+        notTouching = across;
+        if (side > 0.0) {
+            next = neighbor[across];
+            return 0;
+        }
+    }
+    switch (touching) {
+    case 0:
+        next = this;
+        return 0;
+    case 1:
+        if (where != nullptr) { *where = opposite[0]; }
+        return 1;
+    case 2:
+        if (where != nullptr) { *where = notTouching; }
+        return 2;
+    default:
+        return -1;
+    }
+}
+
+template <class Real>
+TinRecord<Real>* TinRecord<Real>::find(const Real* p, const Real* q) {
+    const auto sign = tin_detail::Locating<Real>::sign;
+    const auto notOneSide = [](int a, int b) { return a != b || a == 0; };
+    for (const auto [from, to, across] : tin_detail::segmentOrder) {
+        const Real* const u = vertex[from];
+        const Real* const w = vertex[to];
+        const int sideOfP = sign(u, w, p);
+        if (sideOfP < 0 && notOneSide(sideOfP, sign(u, w, q)) &&
+            notOneSide(sign(p, q, u), sign(p, q, w))) {
+            return neighbor[across];
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace zyn

@@ -78,9 +78,13 @@ public:
     // Topology
 
     /// Index of the corner that is `p`; 3 when there is none.
-    [[nodiscard]] int index(const Real* p) const noexcept;
+    [[nodiscard]] int index(const Real* p) const noexcept {
+        return p == vertex[0] ? 0 : p == vertex[1] ? 1 : p == vertex[2] ? 2 : 3;
+    }
     /// Index of the neighbour slot that holds `n`; 3 when there is none.
-    [[nodiscard]] int index(const TinRecord* n) const noexcept;
+    [[nodiscard]] int index(const TinRecord* n) const noexcept {
+        return n == neighbor[0] ? 0 : n == neighbor[1] ? 1 : n == neighbor[2] ? 2 : 3;
+    }
     /// The third index, 3 - a - b; -1 when that is not 0, 1 or 2.
     [[nodiscard]] static int index(int a, int b) noexcept;
     /// Index of the corner that is neither `a` nor `b`; -1 unless both are corners.

@@ -17,10 +17,9 @@ template <class Real>
 DelaunayEngine<Real>::DelaunayEngine(Real z, Real minX, Real minY, Real maxX, Real maxY)
     : frame{{minX, minY, z}, {maxX, minY, z}, {maxX, maxY, z}, {minX, maxY, z}} {
     frameChanged();
-    Tri* const first = Pool::newTriangle();
-    Tri* const last = Pool::newTriangle();
-    *first = {.vertex = {frame[0], frame[1], frame[2]}, .neighbor = {nullptr, last, nullptr}};
-    *last = {.vertex = {frame[2], frame[3], frame[0]}, .neighbor = {nullptr, first, nullptr}};
+    Tri* const first = Pool::newTriangle({.vertex = {frame[0], frame[1], frame[2]}});
+    first->neighbor[1] = Pool::newTriangle(
+        {.vertex = {frame[2], frame[3], frame[0]}, .neighbor = {nullptr, first, nullptr}});
 }
 
 template <class Real>

@@ -77,7 +77,7 @@ protected:
     template <class Use>
     void forSurface(Use use) const {
         for (std::size_t n = 0; n < Pool::count(); ++n) {
-            if (Tri* const t = Pool::at(n); !isFrameTriangle(t)) { use(t); }
+            if (const Tri* const t = Pool::at(n); !isFrameTriangle(t)) { use(t); }
         }
     }
     /// Whether the vertices are whole points with an `inten`, as addPoint takes them.

@@ -5,7 +5,6 @@
 #include "triangulation/flip.h"
 #include "triangulation/walk.h"
 
-#include <algorithm>
 #include <cmath>
 #include <unordered_set>
 
@@ -121,24 +120,26 @@ TinRecord<Real>* DelaunayEngine<Real>::searchPool(Xy q) {
 /// Whether the point falls on a corner: a closed square of `tolerance` about the point decides.
 template <class Real>
 bool DelaunayEngine<Real>::isCorner(const Tri* t, const Pnt& p, Real tolerance) {
-    return std::any_of(std::begin(t->vertex), std::end(t->vertex), [&](const Real* c) {
-        return p.x + tolerance >= c[0] && c[0] >= p.x - tolerance && p.y + tolerance >= c[1] &&
-               c[1] >= p.y - tolerance;
-    });
+    const Real minX = p.x - tolerance, maxX = p.x + tolerance;
+    const Real minY = p.y - tolerance, maxY = p.y + tolerance;
+    for (const Real* const c : t->vertex) {
+        if (maxX >= c[0] && c[0] >= minX && maxY >= c[1] && c[1] >= minY) { return true; }
+    }
+    return false;
 }
 
 /// Splits t = (P0, P1, P2) at p: t becomes (p, P1, P2), beside it stand the new triangles
 /// a = (p, P2, P0) and b = (p, P0, P1). Gives b, the newest.
 template <class Real>
 TinRecord<Real>* DelaunayEngine<Real>::split(Tri* t, Real* p) {
-    Pool::reserveMore(2);
-    Tri* const a = Pool::newTriangle();
-    Tri* const b = Pool::newTriangle();
+    Pool::prepareTwo();
     Real* const p0 = t->vertex[0];
     Tri* const n1 = t->neighbor[1];
     Tri* const n2 = t->neighbor[2];
-    *a = {.vertex = {p, t->vertex[2], p0}, .neighbor = {n1, b, t}};
-    *b = {.vertex = {p, p0, t->vertex[1]}, .neighbor = {n2, t, a}};
+    Tri* const a =
+        Pool::newTriangle({.vertex = {p, t->vertex[2], p0}, .neighbor = {n1, nullptr, t}});
+    Tri* const b = Pool::newTriangle({.vertex = {p, p0, t->vertex[1]}, .neighbor = {n2, t, a}});
+    a->neighbor[1] = b;
     t->vertex[0] = p;
     t->neighbor[1] = a;
     t->neighbor[2] = b;
@@ -164,7 +165,7 @@ void DelaunayEngine<Real>::legalise(Tri* t, const Real* p) {
             t = t->neighbor[before[slot]];
             --pending;
         }
-        slot = t == nullptr ? 3 : t->index(p);
+        slot = t == nullptr ? 3 : placeOf(t->vertex, p);
         if (slot == 3) { return; }
     }
 }
@@ -176,17 +177,19 @@ void DelaunayEngine<Real>::legalise(Tri* t, const Real* p) {
 template <class Real>
 TinRecord<Real>* DelaunayEngine<Real>::flipIfIllegal(Tri* t, int slot) {
     Tri* const n = t->neighbor[slot];
-    const int j = n == nullptr ? 3 : n->index(t);
+    const int j = n == nullptr ? 3 : placeOf(n->neighbor, t);
     if (j == 3) { return nullptr; }
-    const Xy p = xyOf(t->vertex[slot]);
-    const Xy a = xyOf(t->vertex[after[slot]]);
-    const Xy b = xyOf(t->vertex[before[slot]]);
-    const Xy d = xyOf(n->vertex[j]);
+    const Real* const p = t->vertex[slot];
+    const Real* const a = t->vertex[after[slot]];
+    const Real* const b = t->vertex[before[slot]];
+    const Real* const d = n->vertex[j];
     const int inside = inCircle(p, a, b, d);
     if (inside < 0) { return nullptr; }
     if (inside == 0) {
         // On one circle: the double engine's threshold flips, the float engine's does not.
-        if (!isDouble || orientation(p, a, d) <= 0 || orientation(p, d, b) <= 0) { return nullptr; }
+        const bool isStrict = orientation(xyOf(p), xyOf(a), xyOf(d)) > 0 &&
+                              orientation(xyOf(p), xyOf(d), xyOf(b)) > 0;
+        if (!isDouble || !isStrict) { return nullptr; }
     }
     flipEdge(t, slot, n, j);
     return n;

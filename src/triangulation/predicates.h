@@ -62,16 +62,17 @@ struct Side {
 /// The sign is that of the sine of the sum of the angles at p and d, which is the determinant of the
 /// published in-circle test in another order: cosD·sinC + sinD·cosC, positive outside. REQUIRES of
 /// the bound: |coordinate| <= 1e100.
-[[nodiscard]] inline int inCircle(Xy p, Xy a, Xy b, Xy d) {
-    const Xy ap{a.x - p.x, a.y - p.y};
-    const Xy bp{b.x - p.x, b.y - p.y};
-    const Xy ad{a.x - d.x, a.y - d.y};
-    const Xy bd{b.x - d.x, b.y - d.y};
+template <class Real>
+[[nodiscard]] int inCircle(const Real* p, const Real* a, const Real* b, const Real* d) {
+    const double px = double(p[0]), py = double(p[1]), dx = double(d[0]), dy = double(d[1]);
+    const double ax = double(a[0]), ay = double(a[1]), bx = double(b[0]), by = double(b[1]);
+    const double apx = ax - px, apy = ay - py, bpx = bx - px, bpy = by - py;
+    const double adx = ax - dx, ady = ay - dy, bdx = bx - dx, bdy = by - dy;
 
-    const double sinC1 = ap.x * bp.y, sinC2 = ap.y * bp.x;
-    const double cosC1 = ap.x * bp.x, cosC2 = ap.y * bp.y;
-    const double sinD1 = bd.x * ad.y, sinD2 = bd.y * ad.x;
-    const double cosD1 = ad.x * bd.x, cosD2 = ad.y * bd.y;
+    const double sinC1 = apx * bpy, sinC2 = apy * bpx;
+    const double cosC1 = apx * bpx, cosC2 = apy * bpy;
+    const double sinD1 = bdx * ady, sinD2 = bdy * adx;
+    const double cosD1 = adx * bdx, cosD2 = ady * bdy;
     const double value =
         (cosD1 + cosD2) * (sinC1 - sinC2) + (sinD1 - sinD2) * (cosC1 + cosC2);
 
@@ -87,7 +88,7 @@ struct Side {
     const double bound = errorBound * permanent + 1e-110;
     if (value > bound) { return -1; }
     if (value < -bound) { return 1; }
-    return inCircleExact(p, a, b, d);
+    return inCircleExact({px, py}, {ax, ay}, {bx, by}, {dx, dy});
 }
 
 }  // namespace zyn

@@ -99,8 +99,7 @@ bool DelaunayEngine<Real>::readNetwork(Source& source, std::unique_ptr<Real[]>& 
         if (!source.point(&vertices[3 * v])) { return false; }
     }
 
-    Pool::reserveMore(total);
-    for (std::size_t n = 0; n < total; ++n) { Pool::newTriangle(); }
+    for (std::size_t n = 0; n < total; ++n) { Pool::newTriangle({}); }
     for (std::size_t n = 0; n < total; ++n) {
         Tri* const t = Pool::at(n);
         tin_file::Record record;

@@ -17,16 +17,6 @@ inline constexpr double delaunayThreshold = std::same_as<Real, double> ? 1e-8 : 
 }  // namespace tin_detail
 
 template <class Real>
-int TinRecord<Real>::index(const Real* p) const noexcept {
-    return p == vertex[0] ? 0 : p == vertex[1] ? 1 : p == vertex[2] ? 2 : 3;
-}
-
-template <class Real>
-int TinRecord<Real>::index(const TinRecord* n) const noexcept {
-    return n == neighbor[0] ? 0 : n == neighbor[1] ? 1 : n == neighbor[2] ? 2 : 3;
-}
-
-template <class Real>
 int TinRecord<Real>::index(int a, int b) noexcept {
     const std::int64_t third = std::int64_t{3} - a - b;
     return third >= 0 && third <= 2 ? static_cast<int>(third) : -1;

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <functional>
-#include <memory>
+#include <utility>
 #include <vector>
 
 namespace zyn {
@@ -23,57 +23,70 @@ public:
 
     TrianglePool() { addBlock(); }
 
-    [[nodiscard]] std::size_t count() const noexcept { return used; }
-    [[nodiscard]] Tri* at(std::size_t n) const noexcept {
+    [[nodiscard]] std::size_t count() const noexcept {
+        return (blocks.size() - 1) * blockSize + blocks.back().size();
+    }
+    [[nodiscard]] Tri* at(std::size_t n) noexcept {
+        return &blocks[n / blockSize][n % blockSize];
+    }
+    [[nodiscard]] const Tri* at(std::size_t n) const noexcept {
         return &blocks[n / blockSize][n % blockSize];
     }
     /// Null in an empty pool.
-    [[nodiscard]] Tri* newest() const noexcept { return used == 0 ? nullptr : at(used - 1); }
-
+    [[nodiscard]] Tri* newest() noexcept {
+        return blocks.back().empty() ? nullptr : &blocks.back().back();
+    }
     [[nodiscard]] bool owns(const Tri* t) const noexcept {
-        for (std::size_t b = 0; b < blocks.size(); ++b) {
-            const Tri* const block = blocks[b].get();
-            const std::size_t size = std::min(used - std::min(used, b * blockSize), blockSize);
-            if (!std::less<>()(t, block) && std::less<>()(t, block + size)) { return true; }
-        }
-        return false;
+        return std::any_of(blocks.begin(), blocks.end(), [t](const Block& block) {
+            return !std::less<>()(t, block.data()) &&
+                   std::less<>()(t, block.data() + block.size());
+        });
     }
 
-    /// Makes sure that the next `n` triangles need no memory.
-    void reserveMore(std::size_t n) {
-        while (used + n > blocks.size() * blockSize) { addBlock(); }
+    /// Makes sure that the next two triangles need no memory.
+    void prepareTwo() {
+        if (blocks.back().size() + 2 > blockSize && spare.capacity() == 0) {
+            spare.reserve(blockSize);
+            if (blocks.size() == blocks.capacity()) { blocks.reserve(2 * blocks.size()); }
+        }
     }
-    /// A default triangle at the end.
-    Tri* newTriangle() {
-        reserveMore(1);
-        Tri* const t = at(used++);
-        *t = Tri();
-        return t;
+    /// Adds a triangle at the end.
+    Tri* newTriangle(const Tri& triangle) {
+        if (blocks.back().size() == blockSize) { addBlock(); }
+        blocks.back().push_back(triangle);
+        return &blocks.back().back();
     }
     /// Drops `t` from the pool, which stays without holes: the newest triangle moves into its place,
     /// and its neighbours are linked to it there. Links to `t` are the caller's business. Gives the
-    /// place that the newest triangle left, which is `t` if it was that itself.
+    /// place that the newest triangle left, which is `t` if it was that itself. REQUIRES: `t` is of
+    /// this pool.
     Tri* drop(Tri* t) {
-        Tri* const last = newest();
+        Tri* const last = &blocks.back().back();
         if (t != last) {
             std::copy_n(last->vertex, 3, t->vertex);
             std::copy_n(last->neighbor, 3, t->neighbor);
             for (Tri* const n : last->neighbor) { redirect(n, last, t); }
         }
-        --used;
-        if (used % blockSize == 0 && used != 0) { blocks.resize(used / blockSize); }
+        blocks.back().pop_back();
+        if (blocks.back().empty() && blocks.size() > 1) { blocks.pop_back(); }
         return last;
     }
     void clear() {
-        used = 0;
         blocks.resize(1);
+        blocks.back().clear();
     }
 
 private:
-    void addBlock() { blocks.push_back(std::make_unique<Tri[]>(blockSize)); }
+    using Block = std::vector<Tri>;  // reserved whole, so that its triangles never move
 
-    std::vector<std::unique_ptr<Tri[]>> blocks;
-    std::size_t used = 0;
+    void addBlock() {
+        spare.reserve(blockSize);
+        blocks.push_back(std::move(spare));
+        spare = Block();
+    }
+
+    std::vector<Block> blocks;
+    Block spare;  // for the next addBlock, or without storage
 };
 
 /// The number of any triangle of a pool from its address.

@@ -164,8 +164,6 @@ public:
 private:
     TinRecord* _find(Real x, Real y);
     TinRecord* _findRefine(Real x, Real y);
-    std::int32_t _find(double x, double y, TinRecord*& next, std::int32_t* where)
-        requires std::same_as<Real, double>;
     static bool _delaunay(const Real* a, const Real* b, const Real* c, const Real* d);
     void _swap(TinRecord* n);
 };

@@ -25,7 +25,7 @@ DelaunayEngine<Real>::DelaunayEngine(Real z, Real minX, Real minY, Real maxX, Re
 template <class Real>
 void DelaunayEngine<Real>::frameChanged() {
     frameIsUsable = std::all_of(std::begin(frame), std::end(frame),
-                                [](const Pnt& corner) { return isUsable({corner.x, corner.y}); });
+                                [](const Pnt& corner) { return isUsable(xyOf<Real>(corner)); });
 }
 
 Pnt3fArray* delaunayF::rayIntersections(const XPnt3f& p1, const XPnt3f& p2) {

@@ -34,7 +34,8 @@ template <class Real>
 Enve3d DelaunayEngine<Real>::getEnvelope() const {
     Real low[3] = {}, high[3] = {};
     if (!bounds(low[0], low[1], low[2], high[0], high[1], high[2])) { return {}; }
-    return {low[0], low[1], low[2], high[0], high[1], high[2]};
+    return {double(low[0]),  double(low[1]),  double(low[2]),
+            double(high[0]), double(high[1]), double(high[2])};
 }
 
 template <class Real>

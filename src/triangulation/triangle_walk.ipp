@@ -18,7 +18,6 @@ struct Locating;
 template <>
 struct Locating<double> {
     static constexpr double refineTolerance = 1e-5;
-    static constexpr double classifyTolerance = 1e-5;
 
     static int sign(const double* a, const double* b, const double* c) {
         const double value = orient2dexact(a, b, c);
@@ -52,12 +51,44 @@ struct SideProducts {
     [[nodiscard]] bool isOutside() const { return first > second; }
 };
 
+/// Nearer to an edge than this, as a cross product, counts as on it.
+inline constexpr double classifyTolerance = 1e-5;
+
 /// The edges in the order in which a step looks at them: from, to, and the slot across.
 struct Edge {
     int from, to, across;
 };
 inline constexpr Edge stepOrder[3] = {{0, 1, 2}, {2, 0, 1}, {1, 2, 0}};
 inline constexpr Edge segmentOrder[3] = {{0, 1, 2}, {1, 2, 0}, {2, 0, 1}};
+
+/// Where (x, y) lies in `t` alone: 0 with the triangle to go to in `next`, 1 on the edge opposite
+/// corner `where`, 2 on corner `where`, -1 when all three edges are too close to tell.
+template <class Real>
+std::int32_t classify(TinRecord<Real>* t, Real x, Real y, TinRecord<Real>*& next,
+                      std::int32_t& where) {
+    int touching = 0;
+    int touched = 0;     // the corner opposite the last edge that (x, y) touches
+    int notTouched = 0;  // the corner opposite the last edge that it does not
+    for (const auto [from, to, across] : stepOrder) {
+        const double side = SideProducts<Real>(t->vertex[from], t->vertex[to], x, y).value();
+        if (std::abs(side) < classifyTolerance) {
+            touched = across;
+            ++touching;
+            continue;
+        }
+        notTouched = across;
+        if (side > 0.0) {
+            next = t->neighbor[across];
+            return 0;
+        }
+    }
+    switch (touching) {
+    case 0: next = t; return 0;
+    case 1: where = touched; return 1;
+    case 2: where = notTouched; return 2;
+    default: return -1;
+    }
+}
 
 }  // namespace tin_detail
 
@@ -87,7 +118,7 @@ std::int32_t TinRecord<Real>::find(double x, double y, TinRecord*& tri, std::int
     const WalkEnd end = walk(tri, [&](TinRecord* from) {
         TinRecord* next = nullptr;
         std::int32_t touched = 0;
-        found = from->_find(x, y, next, &touched);
+        found = tin_detail::classify(from, static_cast<Real>(x), static_cast<Real>(y), next, touched);
         if (found == 0) { return next; }
         if (found > 0 && where != nullptr) { *where = touched; }
         return from;
@@ -113,41 +144,6 @@ TinRecord<Real>* TinRecord<Real>::_findRefine(Real x, Real y) {
         if (side.value() > tin_detail::Locating<Real>::refineTolerance) { return neighbor[across]; }
     }
     return this;
-}
-
-template <class Real>
-std::int32_t TinRecord<Real>::_find(double x, double y, TinRecord*& next, std::int32_t* where)
-    requires std::same_as<Real, double>
-{
-    next = nullptr;
-    int touching = 0;
-    int opposite[3] = {};     // of the edges that touch, the corner opposite
-    int notTouching = 0;      // the corner opposite the last edge that does not
-    for (const auto [from, to, across] : tin_detail::stepOrder) {
-        const double side = tin_detail::SideProducts<double>(vertex[from], vertex[to], x, y).value();
-        if (std::abs(side) < tin_detail::Locating<double>::classifyTolerance) {
-            opposite[touching++] = across;
-            continue;
-        }
-        notTouching = across;
-        if (side > 0.0) {
-            next = neighbor[across];
-            return 0;
-        }
-    }
-    switch (touching) {
-    case 0:
-        next = this;
-        return 0;
-    case 1:
-        if (where != nullptr) { *where = opposite[0]; }
-        return 1;
-    case 2:
-        if (where != nullptr) { *where = notTouching; }
-        return 2;
-    default:
-        return -1;
-    }
 }
 
 template <class Real>

@@ -55,7 +55,7 @@ protected:
 /// The interface of the array of E whose class is Derived. "Rows" below are the elements of a
 /// reference-holding array.
 template <class Derived, class E>
-class TypedArray : public ZynArray {
+class ZYN_EXPORT TypedArray : public ZynArray {
 public:
     using value_type = E;
 

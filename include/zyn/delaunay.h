@@ -37,7 +37,7 @@ namespace zyn {
 
 /// What both engines offer, in the order of the interface.
 template <class Real>
-class DelaunayInterface : public IZynGeometry {
+class ZYN_EXPORT DelaunayInterface : public IZynGeometry {
 public:
     using Tri = TinRecord<Real>;
     using Pnt = XPnt3<Real>;

@@ -47,6 +47,8 @@ concept CoordinatePointer = std::same_as<P, T*> || std::same_as<P, const T*>;
 /// Two bare coordinates, consecutive in memory. T is float, double or std::int32_t.
 template <class T>
 struct PT2 {
+    using Coordinate = T;
+
     T x = unsetCoordinate<T>;
     T y = unsetCoordinate<T>;
 
@@ -67,6 +69,8 @@ struct PT2 {
 /// Three bare coordinates, consecutive in memory. T is float or double.
 template <class T>
 struct PT3 {
+    using Coordinate = T;
+
     T x = unsetCoordinate<T>;
     T y = unsetCoordinate<T>;
     T z = unsetCoordinate<T>;
@@ -84,6 +88,18 @@ struct PT3 {
         return a.x == b.x && a.y == b.y && a.z == b.z;
     }
 };
+
+// A point is neither compared with an address of coordinates nor subtracted from one: some compilers
+// would turn it into its own address for that.
+
+template <class P, CoordinatePointer<typename P::Coordinate> A>
+bool operator==(const P&, A) = delete;
+template <class P, CoordinatePointer<typename P::Coordinate> A>
+bool operator<=>(const P&, A) = delete;
+template <class P, CoordinatePointer<typename P::Coordinate> A>
+void operator-(const P&, A) = delete;
+template <class P, CoordinatePointer<typename P::Coordinate> A>
+void operator-(A, const P&) = delete;
 
 /// The plain forms of double points in signatures.
 struct PNT2D : PT2<double> {

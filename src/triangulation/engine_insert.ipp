@@ -175,7 +175,7 @@ void DelaunayEngine<Real>::legalise(Tri* t, const Real* p) {
 /// determinant. A flip of an edge that is illegal leaves two counter-clockwise triangles, a flip of
 /// four points on a circle does so unless two of them coincide or lie on one line with a third.
 template <class Real>
-TinRecord<Real>* DelaunayEngine<Real>::flipIfIllegal(Tri* t, int slot) {
+inline TinRecord<Real>* DelaunayEngine<Real>::flipIfIllegal(Tri* t, int slot) {
     Tri* const n = t->neighbor[slot];
     const int j = n == nullptr ? 3 : placeOf(n->neighbor, t);
     if (j == 3) { return nullptr; }

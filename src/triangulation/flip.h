@@ -12,14 +12,14 @@ inline constexpr int before[4] = {2, 0, 1, 2};
 /// The place of `item` among three different ones, or 3. Found without a branch: in the middle of an
 /// insertion any place is as likely as the others.
 template <class T>
-int placeOf(T* const (&three)[3], const T* item) {
+inline int placeOf(T* const (&three)[3], const T* item) {
     const int place = int(three[1] == item) + 2 * int(three[2] == item);
     return place < 3 && three[place] == item ? place : 3;
 }
 
 /// Makes the slot of `t` that holds `from` hold `to`. A null `t` and a missing slot are passed over.
 template <class Real>
-void redirect(TinRecord<Real>* t, const TinRecord<Real>* from, TinRecord<Real>* to) {
+inline void redirect(TinRecord<Real>* t, const TinRecord<Real>* from, TinRecord<Real>* to) {
     if (t == nullptr) { return; }
     const int slot = placeOf(t->neighbor, from);
     if (slot != 3) { t->neighbor[slot] = to; }
@@ -29,7 +29,7 @@ void redirect(TinRecord<Real>* t, const TinRecord<Real>* from, TinRecord<Real>* 
 /// P at i becomes (P, A, Q), n = (Q, B, A) with Q at j becomes (Q, B, P): both records stay in place.
 /// REQUIRES: n is neighbor[i] of s, and s is neighbor[j] of n.
 template <class Real>
-void flipEdge(TinRecord<Real>* s, int i, TinRecord<Real>* n, int j) {
+inline void flipEdge(TinRecord<Real>* s, int i, TinRecord<Real>* n, int j) {
     s->vertex[before[i]] = n->vertex[j];
     n->vertex[before[j]] = s->vertex[i];
     TinRecord<Real>* const x = s->neighbor[after[i]];

@@ -63,7 +63,7 @@ struct Side {
 /// published in-circle test in another order: cosD·sinC + sinD·cosC, positive outside. REQUIRES of
 /// the bound: |coordinate| <= 1e100.
 template <class Real>
-[[nodiscard]] int inCircle(const Real* p, const Real* a, const Real* b, const Real* d) {
+[[nodiscard]] inline int inCircle(const Real* p, const Real* a, const Real* b, const Real* d) {
     const double px = double(p[0]), py = double(p[1]), dx = double(d[0]), dy = double(d[1]);
     const double ax = double(a[0]), ay = double(a[1]), bx = double(b[0]), by = double(b[1]);
     const double apx = ax - px, apy = ay - py, bpx = bx - px, bpy = by - py;

@@ -4,6 +4,8 @@
 
 #include "core/text_number.h"
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <concepts>

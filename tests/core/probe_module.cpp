@@ -1,0 +1,39 @@
+// A module that stands on the library as an application does, for a program that does not link it.
+#include <zyn/point.h>
+#include <zyn/referenced.h>
+
+namespace {
+
+struct TracedObject : zyn::ZynReferenced {
+    explicit TracedObject(int* ends_) : ends(ends_) {}
+    ~TracedObject() override { ++*ends; }
+    int* ends;
+};
+
+/// Holds an object beyond its own end's begin, as a handler with a queue does.
+struct TracedHandler : zyn::DeleteHandler {
+    TracedHandler(int* ends_, int* objectEnds)
+        : ends(ends_), object(new TracedObject(objectEnds)) {}
+    ~TracedHandler() override { ++*ends; }
+    void deleteObject(const zyn::ZynReferenced*) override {}
+    int* ends;
+    zyn::ref_ptr<TracedObject> object;
+};
+
+}  // namespace
+
+extern "C" {
+
+bool probeHasGlobal() { return zyn::g_zynGlobal != nullptr; }
+
+bool probeIsOriginGiven() { return zyn::g_zynGlobal->isOrgPosGive(); }
+
+bool probeGiveOrigin() {
+    zyn::XPnt3f origin(1, 2, 3);
+    return zyn::g_zynGlobal->setOrgPosition(origin);
+}
+
+void probeInstallHandler(int* handlerEnds, int* objectEnds) {
+    zyn::ZynReferenced::setDeleteHandler(new TracedHandler(handlerEnds, objectEnds));
+}
+}

@@ -1,0 +1,179 @@
+#include "network_check.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "exact_signs.h"
+
+namespace support {
+namespace {
+
+// Long double decides what is clear: its range takes products of four doubles, and a bound of
+// sixteen units in the last place is above the error of either determinant.
+constexpr long double unclear = 16 * std::numeric_limits<long double>::epsilon();
+
+struct Wide {
+    long double x;
+    long double y;
+};
+Wide operator-(Position p, Position q) {
+    return {static_cast<long double>(p.x) - q.x, static_cast<long double>(p.y) - q.y};
+}
+
+int orientation(Position a, Position b, Position c) {
+    const Wide u = a - c, v = b - c;
+    const long double left = u.x * v.y, right = u.y * v.x;
+    const long double bound = unclear * (std::abs(left) + std::abs(right));
+    if (std::abs(left - right) > bound) { return left > right ? 1 : -1; }
+    return exactOrientation(a, b, c);
+}
+
+int inCircle(Position a, Position b, Position c, Position d) {
+    const Wide u = a - d, v = b - d, w = c - d;
+    long double value = 0, size = 0;
+    const auto add = [&](const Wide& lifted, const Wide& p, const Wide& q) {
+        const long double lift = lifted.x * lifted.x + lifted.y * lifted.y;
+        value += lift * (p.x * q.y - p.y * q.x);
+        size += lift * (std::abs(p.x * q.y) + std::abs(p.y * q.x));
+    };
+    add(u, v, w);
+    add(v, w, u);
+    add(w, u, v);
+    if (std::abs(value) > unclear * size) { return value > 0 ? 1 : -1; }
+    return exactInCircle(a, b, c, d);
+}
+
+template <class Real>
+class Check {
+public:
+    using Tri = zyn::TinRecord<Real>;
+
+    Check(zyn::DelaunayInterface<Real>& engine, const Expected& expected_) : expected(expected_) {
+        engine.rewindTriangles();
+        while (Tri* const t = engine.nextTriangle()) {
+            numbers.emplace(t, static_cast<int>(triangles.size()));
+            triangles.push_back(t);
+            for (const Real* const v : t->vertex) {
+                if (v == nullptr || !vertices.insert(v).second || !engine.isFrameVertex(v)) {
+                    continue;
+                }
+                minX = std::min(minX, at(v).x);
+                minY = std::min(minY, at(v).y);
+                maxX = std::max(maxX, at(v).x);
+                maxY = std::max(maxY, at(v).y);
+            }
+        }
+        count = engine.triangleCount();
+    }
+
+    std::string fault() {
+        for (std::size_t n = 0; n < triangles.size(); ++n) {
+            if (const char* const text = faultOfTriangle(triangles[n])) {
+                return "triangle " + std::to_string(n) + ": " + text;
+            }
+        }
+        return faultOfWhole();
+    }
+
+private:
+    static Position at(const Real* v) { return {double(v[0]), double(v[1])}; }
+
+    const char* faultOfTriangle(Tri* t) {
+        const auto& v = t->vertex;
+        if (v[0] == nullptr || v[1] == nullptr || v[2] == nullptr) { return "a corner is null"; }
+        if (v[0] == v[1] || v[1] == v[2] || v[2] == v[0]) { return "a corner comes twice"; }
+        const int turn = orientation(at(v[0]), at(v[1]), at(v[2]));
+        if (turn < 0) { return "runs clockwise"; }
+        if (turn == 0 && !mayBeFlat(t)) { return "has no area"; }
+        for (int i = 0; i < 3; ++i) {
+            if (const char* const text = faultOfEdge(t, i)) { return text; }
+        }
+        return nullptr;
+    }
+
+    const char* faultOfEdge(Tri* t, int i) {
+        Tri* const n = t->neighbor[i];
+        const Real* const from = t->vertex[(i + 1) % 3];
+        const Real* const to = t->vertex[(i + 2) % 3];
+        if (n == nullptr) {
+            ++openEdges;
+            return onOneSide({at(from), at(to)}) ? nullptr : "an open edge is not on the frame";
+        }
+        if (!numbers.contains(n)) { return "a neighbour is no triangle of the network"; }
+        int back = 0;
+        while (back < 3 && (n->neighbor[back] != t || n->vertex[(back + 1) % 3] != to ||
+                            n->vertex[(back + 2) % 3] != from)) {
+            ++back;
+        }
+        if (back == 3) { return "a neighbour does not link back across the same edge"; }
+        const bool illegal = inCircle(at(t->vertex[i]), at(from), at(to), at(n->vertex[back])) > 0;
+        return expected.delaunay && illegal ? "an edge is not Delaunay" : nullptr;
+    }
+
+    std::string faultOfWhole() const {
+        const int v = static_cast<int>(vertices.size());
+        const int t = static_cast<int>(triangles.size());
+        if (t != count) { return "the count is not the number of triangles"; }
+        if (expected.vertices && *expected.vertices != v) {
+            return "there are " + std::to_string(v) + " vertices";
+        }
+        // V - E + T = 1 of a disc, with 2 E = 3 T + open edges.
+        if (2 * v - t - openEdges != 2) { return "the network is no disc"; }
+        return isConnected() ? "" : "the network is in pieces";
+    }
+
+    bool isConnected() const {
+        std::unordered_set<const Tri*> seen{triangles[0]};
+        std::vector<const Tri*> pending{triangles[0]};
+        while (!pending.empty()) {
+            const Tri* const t = pending.back();
+            pending.pop_back();
+            for (const Tri* const n : t->neighbor) {
+                if (n != nullptr && seen.insert(n).second) { pending.push_back(n); }
+            }
+        }
+        return seen.size() == triangles.size();
+    }
+
+    bool onOneSide(std::initializer_list<Position> positions) const {
+        const auto all = [&](auto test) {
+            return std::all_of(positions.begin(), positions.end(), test);
+        };
+        return all([this](Position p) { return p.x == minX; }) ||
+               all([this](Position p) { return p.y == minY; }) ||
+               all([this](Position p) { return p.x == maxX; }) ||
+               all([this](Position p) { return p.y == maxY; });
+    }
+
+    bool mayBeFlat(const Tri* t) const {
+        const Position a = at(t->vertex[0]), b = at(t->vertex[1]), c = at(t->vertex[2]);
+        const auto same = [](Position p, Position q) { return p.x == q.x && p.y == q.y; };
+        return onOneSide({a, b, c}) ||
+               (expected.duplicates && (same(a, b) || same(b, c) || same(c, a)));
+    }
+
+    Expected expected;
+    std::vector<Tri*> triangles;
+    std::unordered_map<const Tri*, int> numbers;
+    std::unordered_set<const Real*> vertices;
+    double minX = HUGE_VAL, minY = HUGE_VAL, maxX = -HUGE_VAL, maxY = -HUGE_VAL;
+    int count = 0;
+    int openEdges = 0;
+};
+
+}  // namespace
+
+template <class Real>
+std::string faultOf(zyn::DelaunayInterface<Real>& engine, const Expected& expected) {
+    if (engine.triangleCount() == 0) { return "the network is empty"; }
+    return Check<Real>(engine, expected).fault();
+}
+
+template std::string faultOf(zyn::DelaunayInterface<float>&, const Expected&);
+template std::string faultOf(zyn::DelaunayInterface<double>&, const Expected&);
+
+}  // namespace support

@@ -1,0 +1,15 @@
+// ESRI ASCII grids: a header of keys and values, then the heights row by row from north to south.
+#pragma once
+
+#include "line_reader.h"
+
+#include <zyn/array.h>
+
+#include <string_view>
+
+/// Whether `line` begins the header of a grid.
+bool startsEsriGrid(std::string_view line);
+
+/// Reads a grid from the reader's present line on and appends a point for the centre of each cell.
+/// The number of cells without data. Throws a Failure.
+int readEsriGrid(LineReader& file, zyn::Pnt3dArray& points);

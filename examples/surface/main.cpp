@@ -1,0 +1,131 @@
+// Turns terrain points into a surface: reads them, triangulates them, works the breaklines in,
+// writes the network and reports what came out.
+#include "failure.h"
+#include "network.h"
+#include "options.h"
+#include "point_reader.h"
+#include "progress_bar.h"
+#include "spatial_order.h"
+
+#include <zyn/surface.h>
+
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <new>
+#include <span>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace {
+
+using zyn::IZynDelaunayD;
+
+class Stopwatch {
+public:
+    /// Seconds since the last call, or since the start.
+    double lap() {
+        const Clock::time_point now = Clock::now();
+        const std::chrono::duration<double> passed = now - std::exchange(last, now);
+        return passed.count();
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+    Clock::time_point last = Clock::now();
+};
+
+struct TemporaryFile {
+    std::string path;
+    ~TemporaryFile() {
+        std::error_code ignored;
+        std::filesystem::remove(path, ignored);
+    }
+};
+
+void makeFolder(const std::string& folder) {
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) { throw Failure(folder, error.message()); }
+}
+
+/// Each file appears whole or not at all, and the first only if the second can be written too.
+void writeFiles(IZynDelaunayD* engine, const std::string& tin, const std::string& obj,
+                double maxEdge) {
+    const TemporaryFile part{tin + ".part"};
+    ProgressBar bar("writing");
+    bar.show(0.0);
+    if (!writeBinary(engine, part.path.c_str())) { throw Failure(tin, "cannot be written"); }
+    bar.show(0.5);
+    if (!writeObj(engine, obj.c_str(), maxEdge)) { throw Failure(obj, "cannot be written"); }
+    std::error_code error;
+    std::filesystem::rename(part.path, tin, error);
+    if (error) { throw Failure(tin, error.message()); }
+}
+
+void makeSurface(const Options& options) {
+    Stopwatch watch;
+    zyn::ref_ptr<zyn::Pnt3dArray> points = zyn::newPnt3dArray();
+    const int skipped = readPoints(options.input, *points);
+    zyn::ref_ptr<zyn::Pnt3dArrayArray> breaklines = zyn::newPnt3dArrayArray();
+    if (!options.breaklines.empty()) { breaklines = readBreaklines(options.breaklines); }
+    if (points->size() < 3) {
+        throw Failure(options.input,
+                      "a surface needs three points, not " + std::to_string(points->size()));
+    }
+    makeFolder(options.out);
+    const double readingTime = watch.lap();
+
+    points = inSpatialOrder(*points);
+    const Network network = triangulate(*points, *breaklines, options.tolerance);
+    IZynDelaunayD* const engine = network.engine.get();
+    if (surfaceTriangleCount(engine) == 0) {
+        throw Failure(options.input, "all points lie on one line, or within --tolerance");
+    }
+    const Measures surface = measure(*engine, options.maxEdge);
+    if (surface.triangles == 0) {
+        throw Failure(options.input, "every triangle has an edge longer than --max-edge");
+    }
+    const double networkTime = watch.lap();
+
+    const std::string tin = std::filesystem::path(options.out) / "terrain.tin";
+    const std::string obj = std::filesystem::path(options.out) / "terrain.obj";
+    writeFiles(engine, tin, obj, options.maxEdge);
+    const double writingTime = watch.lap();
+
+    std::printf("points      %d read, %d skipped, %d rejected\n", points->size(), skipped,
+                network.rejectedPoints);
+    if (breaklines->size() > 0) {
+        std::printf("breaklines  %d with %d edges, %d of them not in the surface\n",
+                    breaklines->size(), network.breaklineEdges, network.missingEdges);
+    }
+    std::printf("triangles   %d\n", surface.triangles);
+    std::printf("area        %.1f m2 on the surface, %.1f m2 in plan\n", surface.area,
+                surface.planArea);
+    std::printf("heights     %.3f to %.3f m\n", surface.minZ, surface.maxZ);
+    std::printf("seconds     %.2f reading, %.2f triangulating, %.2f writing\n", readingTime,
+                networkTime, writingTime);
+    std::printf("files       %s, %s\n", tin.c_str(), obj.c_str());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        const Options options = parseOptions(std::span(argv, std::size_t(argc)).subspan(1));
+        if (options.help) {
+            std::fputs(helpText, stdout);
+        } else {
+            makeSurface(options);
+        }
+        if (std::fflush(stdout) != 0) { throw Failure("standard output", "cannot be written"); }
+        return 0;
+    } catch (const std::bad_alloc&) {
+        std::fputs("surface: not enough memory\n", stderr);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "surface: %s\n", failure.what());
+    }
+    return 1;
+}

@@ -1,0 +1,27 @@
+// From points and breaklines to a network, and its measures.
+#pragma once
+
+#include <zyn/array.h>
+#include <zyn/delaunay.h>
+
+struct Network {
+    zyn::ref_ptr<zyn::IZynDelaunayD> engine;
+    int rejectedPoints = 0;
+    int breaklineEdges = 0;
+    int missingEdges = 0;  ///< breakline edges that could not be brought in
+};
+
+/// Inserts the points and the breaklines' vertices, then works the breaklines' edges in. Points and
+/// breaklines must stay in place for the life of the network.
+Network triangulate(zyn::Pnt3dArray& points, zyn::Pnt3dArrayArray& breaklines, double tolerance);
+
+struct Measures {
+    int triangles = 0;
+    double area = 0;
+    double planArea = 0;
+    double minZ = 0;  ///< without meaning when there is no triangle, like maxZ
+    double maxZ = 0;
+};
+
+/// Measures the triangles of the surface that have no edge longer than `maxEdge` in space.
+Measures measure(zyn::IZynDelaunayD& engine, double maxEdge);

@@ -1,0 +1,76 @@
+#include "options.h"
+
+#include "failure.h"
+#include "fields.h"
+
+#include <cmath>
+
+const char* const helpText =
+    R"(usage: surface INPUT [--breaklines FILE] [--max-edge M] [--tolerance T] [--out DIR]
+
+Triangulates terrain points and writes the surface to DIR/terrain.tin (the network, binary)
+and DIR/terrain.obj (points and faces as text). Coordinates and lengths are metres.
+
+INPUT is one of these, as its contents tell:
+  an ESRI ASCII grid    cells without data are skipped
+  lines of x y z        separated by blanks, tabs or commas; what follows on a line is not read,
+                        and lines that do not begin with a number are skipped
+
+  --breaklines FILE     polylines that become edges of the surface: lines of x y z,
+                        with a blank line, or one that begins with # or >, between polylines;
+                        an edge across many triangles may stay out: give more vertices then
+  --max-edge M          leave triangles with an edge longer than M out of terrain.obj and of the
+                        reported areas: bays in the outline, gaps in the data
+  --tolerance T         refuse a point when x and y are both within T of a point that is there
+                        already (0.001)
+  --out DIR             where the files go; made if it is missing (.)
+
+example: surface data/jacksboro.asc --out out
+)";
+
+namespace {
+
+double lengthIn(const std::string& option, const std::string& text) {
+    const std::optional<double> length = toNumber(text);
+    if (!length || !std::isfinite(*length) || *length < 0) {
+        throw Failure(option + " needs a length in metres, not '" + text + "'");
+    }
+    return *length;
+}
+
+}  // namespace
+
+Options parseOptions(std::span<const char* const> arguments) {
+    Options options;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string name = arguments[i];
+        const auto value = [&]() -> std::string {
+            std::string text = i + 1 < arguments.size() ? arguments[++i] : "";
+            if (text.empty() || text.starts_with("--")) {
+                throw Failure(name + " needs a value; see surface --help");
+            }
+            return text;
+        };
+        if (name == "--help") {
+            options.help = true;
+        } else if (name == "--breaklines") {
+            options.breaklines = value();
+        } else if (name == "--max-edge") {
+            options.maxEdge = lengthIn(name, value());
+        } else if (name == "--tolerance") {
+            options.tolerance = lengthIn(name, value());
+        } else if (name == "--out") {
+            options.out = value();
+        } else if (name.starts_with("-")) {
+            throw Failure("unknown option '" + name + "'; see surface --help");
+        } else if (!options.input.empty()) {
+            throw Failure("one INPUT only, not '" + name + "' too; see surface --help");
+        } else {
+            options.input = name;
+        }
+    }
+    if (options.input.empty() && !options.help) {
+        throw Failure("INPUT is missing; see surface --help");
+    }
+    return options;
+}

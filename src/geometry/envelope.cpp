@@ -10,6 +10,18 @@ namespace {
 
 bool within(double v, double lo, double hi) { return lo <= v && v <= hi; }
 
+/// Whether `e` lies within the bounds of x and y, bounds included.
+template <class Box>
+bool coversInPlan(const Box& box, const Enve2d& e) {
+    return box.minX <= e.minX && e.maxX <= box.maxX && box.minY <= e.minY && e.maxY <= box.maxY;
+}
+
+/// Whether the bounds of x and y overlap with positive width.
+template <class Box>
+bool overlapsInPlan(const Box& box, const Enve2d& e) {
+    return e.maxX > box.minX && box.maxX > e.minX && e.maxY > box.minY && box.maxY > e.minY;
+}
+
 void order(double& lo, double& hi) {
     if (lo > hi) { std::swap(lo, hi); }
 }
@@ -98,17 +110,13 @@ void Enve2d::Normalize() noexcept {
     order(minY, maxY);
 }
 
-bool Enve2d::isCover(const Enve2d& e) const noexcept {
-    return minX <= e.minX && e.maxX <= maxX && minY <= e.minY && e.maxY <= maxY;
-}
+bool Enve2d::isCover(const Enve2d& e) const noexcept { return coversInPlan(*this, e); }
 
 bool Enve2d::isCover(double x, double y) const noexcept {
     return minX <= x && x < maxX && minY <= y && y < maxY;
 }
 
-bool Enve2d::isIntersect(const Enve2d& e) const noexcept {
-    return e.maxX > minX && maxX > e.minX && e.maxY > minY && maxY > e.minY;
-}
+bool Enve2d::isIntersect(const Enve2d& e) const noexcept { return overlapsInPlan(*this, e); }
 
 bool Enve2d::isIntersect(const XPnt2d& a, const XPnt2d& b) const noexcept {
     return isRayIntersect(a, b) && !(isCover(a.x, a.y) && isCover(b.x, b.y));
@@ -195,14 +203,14 @@ bool Enve3d::isYZCover(double y, double z) const noexcept {
     return within(y, minY, maxY) && within(z, minZ, maxZ);
 }
 
-bool Enve3d::isCover(const Enve2d& e) const noexcept { return getEnve2d().isCover(e); }
+bool Enve3d::isCover(const Enve2d& e) const noexcept { return coversInPlan(*this, e); }
 
 bool Enve3d::isCover(const Enve3d& e) const noexcept {
     return isIntersect(minX, maxX, e.minX, e.maxX) && isIntersect(minY, maxY, e.minY, e.maxY) &&
            isIntersect(minZ, maxZ, e.minZ, e.maxZ);
 }
 
-bool Enve3d::isIntersected(const Enve2d& e) const noexcept { return getEnve2d().isIntersect(e); }
+bool Enve3d::isIntersected(const Enve2d& e) const noexcept { return overlapsInPlan(*this, e); }
 
 bool Enve3d::isIntersected(const XPnt3d& a, const XPnt3d& b) const noexcept {
     if (isCover(a) && isCover(b)) { return true; }

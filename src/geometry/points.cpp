@@ -66,7 +66,7 @@ bool XPnt2<T>::frString(QString text)
     bool xRead = false;
     bool yRead = false;
     const double newX = text.left(comma).toDouble(&xRead);
-    const double newY = text.mid(comma + 1).toDouble(&yRead);
+    const double newY = text.remove(0, comma + 1).toDouble(&yRead);
     if (!xRead || !yRead) { return false; }
     set(newX, newY);
     return true;

@@ -9,6 +9,7 @@
 #include "triangulation/vertex_numbers.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 #include <algorithm>
@@ -72,8 +73,8 @@ bool delaunayD::exportObj(std::span<const XPnt3d> points, const char* path, doub
         if (isFrameTriangle(t) || (maxEdge < noFilter && longestEdge2(t) > maxEdge * maxEdge)) {
             continue;
         }
-        file.face({numberOf(t->vertex[0]) + 1, numberOf(t->vertex[1]) + 1,
-                   numberOf(t->vertex[2]) + 1});
+        file.face(
+            {numberOf(t->vertex[0]) + 1, numberOf(t->vertex[1]) + 1, numberOf(t->vertex[2]) + 1});
     }
     std::printf("Done!");
     return file.close();
@@ -82,7 +83,10 @@ bool delaunayD::exportObj(std::span<const XPnt3d> points, const char* path, doub
 template <class Real>
 bool writeObj(DelaunayInterface<Real>* engine, const char* path, double maxEdge) {
     if (engine == nullptr || path == nullptr) { return false; }
-    QSaveFile file(QFile::decodeName(path));
+    const QString name = QFile::decodeName(path);
+    // A device or a pipe would be replaced by the file.
+    if (const QFileInfo target(name); target.exists() && !target.isFile()) { return false; }
+    QSaveFile file(name);
     if (!file.open(QIODevice::WriteOnly)) { return false; }
 
     const auto forFaces = [engine, maxEdge](auto use) {
@@ -93,8 +97,10 @@ bool writeObj(DelaunayInterface<Real>* engine, const char* path, double maxEdge)
         }
     };
     std::string text;
-    const auto flush = [&file, &text] {
-        file.write(text.data(), static_cast<qint64>(text.size()));
+    bool isWritten = true;
+    const auto flush = [&file, &text, &isWritten] {
+        const auto size = static_cast<qint64>(text.size());
+        isWritten = isWritten && file.write(text.data(), size) == size && file.flush();
         text.clear();
     };
     VertexNumbers<Real> numbers;
@@ -121,7 +127,7 @@ bool writeObj(DelaunayInterface<Real>* engine, const char* path, double maxEdge)
         if (text.size() >= tin_file::bufferSize) { flush(); }
     });
     flush();
-    return file.commit();
+    return isWritten && file.commit();
 }
 
 template bool writeObj(DelaunayInterface<float>*, const char*, double);

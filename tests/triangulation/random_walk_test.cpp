@@ -21,7 +21,7 @@ using support::faultOf;
 /// How many operations a walk has; ZYN_WALK_OPERATIONS says otherwise.
 int operationCount() {
     const char* const wanted = std::getenv("ZYN_WALK_OPERATIONS");
-    return wanted != nullptr ? std::atoi(wanted) : 300000;
+    return wanted != nullptr ? std::atoi(wanted) : 50000;
 }
 
 template <class Real>

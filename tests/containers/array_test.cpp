@@ -6,10 +6,10 @@
 #include <memory>
 #include <random>
 #include <stdexcept>
-#include <string>
 #include <vector>
 
 #include "array_elements.h"
+#include "seed.h"
 #include "traced_row.h"
 
 namespace {
@@ -143,9 +143,7 @@ using ArrayClasses = testing::Types<CharArray, ByteArray, DoubleArray, StringArr
 TYPED_TEST_SUITE(ArrayTest, ArrayClasses);
 
 TYPED_TEST(ArrayTest, FollowsAVectorThroughRandomOperations) {
-    const unsigned seed = std::random_device{}();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    Twin<TypeParam> twin(seed);
+    Twin<TypeParam> twin(support::newSeed());
     for (int step = 0; step < 3000 && !this->HasFailure(); ++step) {
         twin.changeOnce();
         twin.expectEqual();

@@ -37,6 +37,30 @@ private:
     Clock::time_point last = Clock::now();
 };
 
+struct Input {
+    zyn::ref_ptr<zyn::Pnt3dArray> points = zyn::newPnt3dArray();
+    zyn::ref_ptr<zyn::Pnt3dArrayArray> breaklines = zyn::newPnt3dArrayArray();
+    int skipped = 0;
+};
+
+Input readInput(const Options& options) {
+    Input input;
+    input.skipped = readPoints(options.input, *input.points);
+    if (!options.breaklines.empty()) { input.breaklines = readBreaklines(options.breaklines); }
+    const int count = input.points->size();
+    if (count < 3) {
+        throw Failure(options.input, "a surface needs three points, not " + std::to_string(count));
+    }
+    input.points = inSpatialOrder(*input.points);
+    return input;
+}
+
+void makeFolder(const std::string& folder) {
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) { throw Failure(folder, error.message()); }
+}
+
 struct TemporaryFile {
     std::string path;
     ~TemporaryFile() {
@@ -44,12 +68,6 @@ struct TemporaryFile {
         std::filesystem::remove(path, ignored);
     }
 };
-
-void makeFolder(const std::string& folder) {
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error) { throw Failure(folder, error.message()); }
-}
 
 /// Each file appears whole or not at all, and the first only if the second can be written too.
 void writeFiles(IZynDelaunayD* engine, const std::string& tin, const std::string& obj,
@@ -65,21 +83,26 @@ void writeFiles(IZynDelaunayD* engine, const std::string& tin, const std::string
     if (error) { throw Failure(tin, error.message()); }
 }
 
+void report(const Input& input, const Network& network, const Measures& surface) {
+    std::printf("points      %d read, %d skipped, %d rejected\n", input.points->size(),
+                input.skipped, network.rejectedPoints);
+    if (input.breaklines->size() > 0) {
+        std::printf("breaklines  %d with %d edges, %d of them not in the surface\n",
+                    input.breaklines->size(), network.breaklineEdges, network.missingEdges);
+    }
+    std::printf("triangles   %d\n", surface.triangles);
+    std::printf("area        %.1f m2 on the surface, %.1f m2 in plan\n", surface.area,
+                surface.planArea);
+    std::printf("heights     %.3f to %.3f m\n", surface.minZ, surface.maxZ);
+}
+
 void makeSurface(const Options& options) {
     Stopwatch watch;
-    zyn::ref_ptr<zyn::Pnt3dArray> points = zyn::newPnt3dArray();
-    const int skipped = readPoints(options.input, *points);
-    zyn::ref_ptr<zyn::Pnt3dArrayArray> breaklines = zyn::newPnt3dArrayArray();
-    if (!options.breaklines.empty()) { breaklines = readBreaklines(options.breaklines); }
-    if (points->size() < 3) {
-        throw Failure(options.input,
-                      "a surface needs three points, not " + std::to_string(points->size()));
-    }
+    const Input input = readInput(options);
     makeFolder(options.out);
     const double readingTime = watch.lap();
 
-    points = inSpatialOrder(*points);
-    const Network network = triangulate(*points, *breaklines, options.tolerance);
+    const Network network = triangulate(*input.points, *input.breaklines, options.tolerance);
     IZynDelaunayD* const engine = network.engine.get();
     if (surfaceTriangleCount(engine) == 0) {
         throw Failure(options.input, "all points lie on one line, or within --tolerance");
@@ -95,16 +118,7 @@ void makeSurface(const Options& options) {
     writeFiles(engine, tin, obj, options.maxEdge);
     const double writingTime = watch.lap();
 
-    std::printf("points      %d read, %d skipped, %d rejected\n", points->size(), skipped,
-                network.rejectedPoints);
-    if (breaklines->size() > 0) {
-        std::printf("breaklines  %d with %d edges, %d of them not in the surface\n",
-                    breaklines->size(), network.breaklineEdges, network.missingEdges);
-    }
-    std::printf("triangles   %d\n", surface.triangles);
-    std::printf("area        %.1f m2 on the surface, %.1f m2 in plan\n", surface.area,
-                surface.planArea);
-    std::printf("heights     %.3f to %.3f m\n", surface.minZ, surface.maxZ);
+    report(input, network, surface);
     std::printf("seconds     %.2f reading, %.2f triangulating, %.2f writing\n", readingTime,
                 networkTime, writingTime);
     std::printf("files       %s, %s\n", tin.c_str(), obj.c_str());

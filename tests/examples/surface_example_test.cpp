@@ -1,0 +1,273 @@
+// The program `surface` as a user runs it: by its exit code, its output and its files.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string contentsOf(const fs::path& path) {
+    std::ostringstream contents;
+    contents << std::ifstream(path, std::ios::binary).rdbuf();
+    return contents.str();
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) { lines.push_back(line); }
+    return lines;
+}
+
+/// Runs the program in a folder of the test's own.
+class SurfaceExample : public testing::Test {
+protected:
+    struct Result {
+        int exitCode;
+        std::string out, err;
+    };
+
+    SurfaceExample()
+        : folder(fs::path(testing::TempDir()) /
+                 ("surface_example_" +
+                  std::string(testing::UnitTest::GetInstance()->current_test_info()->name()))) {
+        fs::remove_all(folder);
+        fs::create_directories(folder);
+    }
+    ~SurfaceExample() override { fs::remove_all(folder); }
+
+    void write(const std::string& name, const std::string& contents) const {
+        std::ofstream(folder / name, std::ios::binary) << contents;
+    }
+    /// `before` is put in front of the program in the shell's line.
+    Result run(const std::string& arguments, const std::string& before = "") const {
+        const std::string command = "cd '" + folder.string() + "' && " + before + " '" +
+                                    SURFACE_PROGRAM + "' " + arguments + " >stdout 2>stderr";
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(folder / "stdout"),
+                contentsOf(folder / "stderr")};
+    }
+    /// Runs the program on a file of these contents and gives its report.
+    std::string report(const std::string& contents, const std::string& options = "") const {
+        write("input", contents);
+        const Result result = run("input --out out " + options);
+        EXPECT_EQ(result.exitCode, 0) << contents;
+        EXPECT_EQ(result.err, "") << contents;
+        return result.out;
+    }
+    /// The lines of terrain.obj that begin with `letter`.
+    std::multiset<std::string> objLines(char letter) const {
+        std::multiset<std::string> found;
+        for (const std::string& line : linesOf(contentsOf(folder / "out/terrain.obj"))) {
+            if (line.front() == letter) { found.insert(line); }
+        }
+        return found;
+    }
+    std::set<std::string> outFiles() const {
+        std::set<std::string> names;
+        if (!fs::is_directory(folder / "out")) { return names; }
+        for (const auto& entry : fs::directory_iterator(folder / "out")) {
+            names.insert(entry.path().filename());
+        }
+        return names;
+    }
+    /// Checks for exit code 1, one line on standard error that has `message`, and no file.
+    void expectFailure(const Result& result, const std::string& message) const {
+        EXPECT_EQ(result.exitCode, 1) << message;
+        EXPECT_EQ(result.out, "") << message;
+        EXPECT_EQ(linesOf(result.err).size(), 1U) << result.err;
+        EXPECT_NE(result.err.find(message), std::string::npos) << result.err << "not: " << message;
+        EXPECT_EQ(outFiles(), std::set<std::string>()) << message;
+    }
+
+    const fs::path folder;
+};
+
+testing::AssertionResult contains(const std::string& text, const std::string& part) {
+    if (text.find(part) != std::string::npos) { return testing::AssertionSuccess(); }
+    return testing::AssertionFailure() << "'" << part << "' is not in:\n" << text;
+}
+
+TEST_F(SurfaceExample, MakesASurfaceOfTheShippedTerrain) {
+    const Result result = run("'" TERRAIN_FILE "' --out 'new folders/out'");
+
+    // A grid of 344 x 403 points, 92.474972 m and 74.573157 m apart.
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "") << "no progress bar away from a terminal";
+    EXPECT_TRUE(contains(result.out, "138632 read, 0 skipped, 0 rejected\n"));
+    EXPECT_TRUE(contains(result.out, "triangles   275772\n"));
+    EXPECT_TRUE(contains(result.out, " 950882622.4 m2 in plan\n"));
+    EXPECT_TRUE(contains(result.out, "236.000 to 1076.000 m\n"));
+    fs::rename(folder / "new folders/out", folder / "out");
+    EXPECT_EQ(outFiles(), (std::set<std::string>{"terrain.obj", "terrain.tin"}));
+
+    const std::string tin = contentsOf(folder / "out/terrain.tin");
+    std::int32_t counts[2] = {};
+    ASSERT_EQ(tin.substr(0, 12), "ZynTINFile10");
+    std::memcpy(counts, tin.data() + 64, sizeof counts);
+    EXPECT_EQ(counts[0], 138632 + 4) << "the corners of the frame are vertices too";
+    EXPECT_EQ(counts[1], 2 + 2 * 138632);
+    EXPECT_EQ(tin.size(), 72U + 24U * static_cast<std::size_t>(counts[0] + counts[1]));
+    EXPECT_EQ(objLines('v').size(), 138632U);
+    EXPECT_EQ(objLines('f').size(), 275772U);
+}
+
+TEST_F(SurfaceExample, ReadsLinesOfPointsWhateverSeparatesThem) {
+    const std::string inputs[] = {
+        "0 0 1\n8 0 2\n0 8 3\n",
+        "\xEF\xBB\xBFx;y;z\r\n0,0,1\r\n8,0,2\r\n\r\n0,8,3\r\n",
+        "# hill\n0\t0\t1\t255 grey\n 8 \t0  2 7\n0 8 +3",
+        "name\n0.0 , 0e0 , 1.\n8,0,2,near, the wall\n0,.8e1,3,\n",
+    };
+    for (const std::string& input : inputs) {
+        const bool headed = input.front() != '0';
+        EXPECT_TRUE(contains(report(input), headed ? "3 read, 1 skipped" : "3 read, 0 skipped"));
+        EXPECT_EQ(objLines('v'), (std::multiset<std::string>{"v 0 0 1", "v 8 0 2", "v 0 8 3"}))
+            << input;
+    }
+}
+
+TEST_F(SurfaceExample, PutsGridHeightsAtTheCentresOfTheirCells) {
+    const std::string inputs[] = {
+        "ncols 3\nnrows 2\nxllcorner 100\nyllcorner 200\ncellsize 10\nNODATA_value -1\n"
+        "1 2 -1\n4 5 6\n",
+        "NODATA_VALUE nan\r\ndy 10\r\nDX 10\r\nYLLCENTER 205\r\nXLLCENTER 105\r\nNROWS 2\r\n"
+        "NCOLS 3\r\n1 2\r\nnan 4\r\n5 6",
+        "ncols 3\nnrows 2\nxllcorner 100\nyllcenter 205\ncellsize 10\n\n1 2 -9999 4 5 6\n\n",
+    };
+    for (const std::string& input : inputs) {
+        EXPECT_TRUE(contains(report(input), "5 read, 1 skipped, 0 rejected\n"));
+        EXPECT_EQ(objLines('v'),
+                  (std::multiset<std::string>{"v 105 215 1", "v 115 215 2", "v 105 205 4",
+                                              "v 115 205 5", "v 125 205 6"}))
+            << input;
+    }
+}
+
+TEST_F(SurfaceExample, RefusesPointsWithinTheTolerance) {
+    const std::string input = "0 0 1\n8 0 2\n0 8 3\n8.0005 0 4\n0 0 5\n";
+    EXPECT_TRUE(contains(report(input), "5 read, 0 skipped, 2 rejected\n"));
+    EXPECT_TRUE(contains(report(input, "--tolerance 0"), "5 read, 0 skipped, 1 rejected\n"));
+    EXPECT_EQ(objLines('v').count("v 0 0 1"), 1U) << "of points in one place the first stays";
+}
+
+TEST_F(SurfaceExample, LeavesLongTrianglesOutOfAreasAndFaces) {
+    const std::string squareAndFarPoint = "0 0 0\n10 0 0\n0 10 0\n10 10 0\n5 90 7\n";
+    EXPECT_TRUE(contains(report(squareAndFarPoint), "triangles   3\n"));
+
+    const std::string kept = report(squareAndFarPoint, "--max-edge 15");
+    EXPECT_TRUE(contains(kept, "triangles   2\narea        100.0 m2 on the surface, 100.0 m2 in"));
+    EXPECT_TRUE(contains(kept, "0.000 to 0.000 m\n"));
+    EXPECT_EQ(objLines('v').size(), 4U);
+    EXPECT_EQ(objLines('f').size(), 2U);
+}
+
+TEST_F(SurfaceExample, BringsBreaklinesIn) {
+    // Four points of a rhombus: Delaunay's rule takes the short diagonal, a valley.
+    const std::string rhombus = "-10 0 5\n10 0 5\n0 -1 0\n0 1 0\n";
+    EXPECT_TRUE(contains(report(rhombus), "area        22.4 m2"));
+
+    write("ridge", "-10 0 5\n10 0 5\n");
+    const std::string ridge = report(rhombus, "--breaklines ridge");
+    EXPECT_TRUE(contains(ridge, "breaklines  1 with 1 edges, 0 of them not in the surface\n"));
+    EXPECT_TRUE(contains(ridge, "area        102.0 m2"));
+
+    // The second edge flips the first one away. A breakline of one vertex only adds a point.
+    write("crossing", "# ridge\n-10 0 5\n10 0 5\n\n> ditch\n0 -1 0\n0 1 0\n\n#\n20 20 9\n");
+    const std::string crossing = report(rhombus, "--breaklines crossing");
+    EXPECT_TRUE(contains(crossing, "breaklines  3 with 2 edges, 1 of them not in the surface\n"));
+    EXPECT_TRUE(contains(crossing, "4 read, 0 skipped, 0 rejected\n"));
+    EXPECT_EQ(objLines('v').size(), 5U);
+}
+
+TEST_F(SurfaceExample, NamesTheFileAndTheLineOfBadInput) {
+    const std::string header = "ncols 3\nnrows 2\nxllcorner 0\nyllcorner 0\n";
+    const struct {
+        std::string contents, message;
+    } cases[] = {
+        {"", "is empty"},
+        {" \n\n", "is empty"},
+        {"It was a dark\nand stormy night.\n", "no line of x y z in it"},
+        {std::string("1 2 3\n\0\n", 8), "not a text file"},
+        {"1 2 3\n4 5 6\n", "three points, not 2"},
+        {"1 1 3\n2 2 5\n3 3 4\n9 9 1\n", "on one line"},
+        {"5 5 1\n5 5 2\n5 5 3\n", "on one line"},
+        {"x y z\n1 2 3\n4 nan 6\n7 8 8\n", ", line 3: 'nan' is not"},
+        {"1 2 3\n4 5 1e400\n", ", line 2: '1e400' is not"},
+        {"1 2 3\n4 5 6O\n", ", line 2: '6O' is not"},
+        {"1 2 3\n\n4 5\n", ", line 3: a point is three numbers"},
+        {"1,,3,4\n", ", line 1: '' is not"},
+        {"0,5 1,5 2,5\n", ", line 1: both commas and blanks"},
+        {header, "ends before the heights"},
+        {header + "1 2 3\n4 5 6\n", "cellsize"},
+        {header + "cellsize 0\n1 2 3\n4 5 6\n", "cellsize"},
+        {header + "cellsize x\n1 2 3\n4 5 6\n", ", line 5: 'cellsize' needs"},
+        {header + "cellsize 1\nNcols 3\n1 2 3\n4 5 6\n", ", line 6: 'Ncols' is there twice"},
+        {header + "cell 1\n1 2 3\n4 5 6\n", ", line 5: no key"},
+        {header + "cellsize 1\n1 2 3\n4 5\n", ", line 7: ends after 5 of 6"},
+        {header + "cellsize 1\n1 2 3\n4 5 6 7\n", ", line 7: goes on after the last of 6"},
+        {header + "cellsize 1\n1 2 3\n4 nan 6\n", ", line 7: 'nan' is not"},
+        {"ncols 1.5\nnrows 2\nxllcorner 0\nyllcorner 0\ncellsize 1\n1 2\n", "whole numbers"},
+        {"ncols 99999\nnrows 99999\nxllcorner 0\nyllcorner 0\ncellsize 1\n1 2\n", "fewer cells"},
+    };
+    for (const auto& [contents, message] : cases) {
+        write("input", contents);
+        const Result result = run("input --out out");
+        expectFailure(result, message);
+        EXPECT_TRUE(result.err.starts_with("surface: input")) << result.err;
+    }
+    expectFailure(run("missing.xyz --out out"), "missing.xyz: No such file");
+    expectFailure(run(". --out out"), ".: is a directory");
+
+    write("input", "0 0 1\n8 0 2\n0 8 3\n");
+    write("lines", "1 1 1\n\n2 2 x\n");
+    expectFailure(run("input --breaklines lines --out out"), "lines, line 3: 'x' is not");
+    expectFailure(run("input --breaklines missing --out out"), "missing: No such file");
+}
+
+TEST_F(SurfaceExample, ExplainsItselfAndRefusesWhatItDoesNotUnderstand) {
+    const Result help = run("--help");
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_EQ(help.err, "");
+    EXPECT_TRUE(contains(help.out, "usage: surface INPUT"));
+    EXPECT_TRUE(contains(help.out, "\nexample: "));
+
+    write("input", "0 0 1\n8 0 2\n0 8 3\n");
+    expectFailure(run(""), "INPUT is missing");
+    expectFailure(run("input input2"), "'input2'");
+    expectFailure(run("input --ouT out"), "unknown option '--ouT'");
+    expectFailure(run("input --out"), "--out needs a value");
+    expectFailure(run("input --breaklines --out out"), "--breaklines needs a value");
+    expectFailure(run("input --max-edge 5m --out out"), "--max-edge needs a length");
+    expectFailure(run("input --tolerance -1 --out out"), "--tolerance needs a length");
+    expectFailure(run("input --max-edge 0.5 --out out"), "longer than --max-edge");
+    expectFailure(run("input --tolerance 100 --out out"), "within --tolerance");
+}
+
+TEST_F(SurfaceExample, LeavesNothingBehindWhereItCannotWrite) {
+    write("input", "0 0 1\n8 0 2\n0 8 3\n");
+    write("file", "");
+    expectFailure(run("input --out file"), "file: ");
+    expectFailure(run("input --out file/out"), "file/out: ");
+    expectFailure(run("input --out /proc"), "/proc/terrain.tin: cannot be written");
+
+    // A limit on the size of files acts like a full disk once its signal is ignored.
+    const std::string fullDisk = "trap '' XFSZ; ulimit -f 2048;";
+    expectFailure(run("'" TERRAIN_FILE "' --out out", fullDisk), "out/terrain.tin: cannot be");
+    fs::create_directories(folder / "out/terrain.obj");
+    EXPECT_EQ(run("input --out out").exitCode, 1);
+    EXPECT_EQ(outFiles(), std::set<std::string>{"terrain.obj"}) << "the directory of that name";
+}
+
+}  // namespace

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <memory>
 #include <random>
 #include <stdexcept>
 #include <vector>
@@ -196,52 +195,6 @@ TYPED_TEST(ArrayTest, ThrowsOnMisuseAndStaysAsItWas) {
     EXPECT_EQ(array->append(one.data(), -5), 4);
     EXPECT_EQ(this->contents(*array), this->elements(4));
     EXPECT_EQ(array->capacity(), 4);
-}
-
-TYPED_TEST(ArrayTest, TakesItsOwnElements) {
-    using E = typename TypeParam::value_type;
-    const ref_ptr<TypeParam> array = this->arrayOf(4);
-    array->append(array->getRef(1));
-    array->reserve(6);
-    array->insert(0, array->getRef(3));
-    array->insert(2, array->getRef(5));
-    const std::vector<E> expected = {element<E>(3), element<E>(0), element<E>(1), element<E>(1),
-                                     element<E>(2), element<E>(3), element<E>(1)};
-    EXPECT_EQ(this->contents(*array), expected);
-    EXPECT_EQ(array->assign(array.get()), 7);
-    EXPECT_EQ(this->contents(*array), expected);
-    EXPECT_TRUE(array->first() == expected.front() && array->last() == expected.back());
-}
-
-TYPED_TEST(ArrayTest, IsCopiedByCloneAndAssign) {
-    const ref_ptr<TypeParam> source = this->arrayOf(5);
-    TypeParam* const clone = source->clone();
-    EXPECT_EQ(clone->referenceCount(), 0);
-    const ref_ptr<TypeParam> copy = clone;
-    source->removeFirst();
-    EXPECT_EQ(this->contents(*copy), this->elements(5));
-
-    EXPECT_EQ(copy->assign(source.get()), 4);
-    EXPECT_EQ(this->contents(*copy), this->contents(*source));
-    EXPECT_EQ(copy->assign(this->arrayOf(0).get()), 0);
-    EXPECT_EQ(source->assign(nullptr, 0), 0);
-}
-
-class SharedArray : public TypedArray<SharedArray, std::shared_ptr<int>> {};
-
-TEST(Array, DestroysWhatItRemoves) {
-    const auto value = std::make_shared<int>(7);
-    const ref_ptr<SharedArray> array = newArrayOf<SharedArray>();
-    while (array->size() < 10) { array->append(value); }
-    array->removeFirst();
-    array->removeLast();
-    array->removeAt(3);
-    array->removeRange(1, 3);
-    EXPECT_EQ(value.use_count(), 6);
-    array->resize(2);
-    EXPECT_EQ(value.use_count(), 3);
-    array->removeAll();
-    EXPECT_EQ(value.use_count(), 1);
 }
 
 }  // namespace

@@ -68,16 +68,6 @@ TEST_F(RowArrayTest, HoldsOneCountForEachPlace) {
     EXPECT_EQ(row->referenceCount(), 1);
 }
 
-TEST_F(RowArrayTest, MovesNoCountInResizeAndGetRef) {
-    fill(3);
-    TracedRow* const cut = array->last();
-    array->resize(2);
-    array->resize(4);
-    EXPECT_EQ(array->last(), nullptr);
-    array->getRef(3) = cut;
-    EXPECT_EQ(cut->referenceCount(), 1);
-}
-
 TEST_F(RowArrayTest, ReleasesInAscendingOrder) {
     fill(7);
     array->removeRange(2, 5);
@@ -103,16 +93,6 @@ TEST_F(RowArrayTest, ChecksARangeBeforeItReleasesAnything) {
     array->removeRange(3, 1);
     EXPECT_EQ(array->size(), 4);
     EXPECT_EQ(ended, Names{});
-}
-
-TEST_F(RowArrayTest, AssignsRowsThatOnlyItHolds) {
-    fill(4);
-    std::vector<TracedRow*> reversed(array->begin() + 1, array->end());
-    std::ranges::reverse(reversed);
-    array->assign(reversed.data(), 3);
-    EXPECT_EQ(ended, Names{0});
-    array->removeAll();
-    EXPECT_EQ(ended, (Names{0, 3, 2, 1}));
 }
 
 TEST_F(RowArrayTest, MayBeChangedByARowThatEnds) {

@@ -111,8 +111,15 @@ void scanLines(Maker& m) {
     }
 }
 
+/// Points twice and more in one place: on a lattice, whose nodes lie on each other's edges, and off it.
 void duplicates(Maker& m) {
-    for (int i = 0; i < many; ++i) { m.add(m.whole(0, 30), m.whole(0, 30)); }
+    for (int i = 0; i < many; ++i) {
+        m.add(m.whole(0, 30), m.whole(0, 30));
+        if (i % 3 == 0) { m.add(m.uniform(0, 30), m.uniform(0, 30)); }
+        const zyn::XPnt3d again =
+            m.set.points[std::size_t(m.whole(0, int(m.set.points.size()) - 1))];
+        if (i % 3 == 0) { m.add(again.x, again.y); }
+    }
     m.set.duplicates = true;
 }
 

@@ -141,6 +141,19 @@ TYPED_TEST(EngineTest, FourPointsOnACircleFlipInDoubleOnly) {
     EXPECT_EQ(this->triangleOn(this->vertex(1), this->vertex(3)) != nullptr, this->isDouble);
 }
 
+TYPED_TEST(EngineTest, PointsInOnePlaceKeepAStarOfTheirOwn) {
+    // A vertex beside its duplicate has three triangles at least, whatever is flipped around it.
+    constexpr int sets[][6][2] = {{{1, 1}, {1, 1}, {1, 3}, {2, 2}, {3, 3}, {1, 2}},
+                                  {{2, 2}, {8, 2}, {2, 2}, {8, 2}, {5, 2}, {5, 2}},
+                                  {{5, 5}, {5, 5}, {5, 5}, {5, 5}, {0, 0}, {0, 5}}};
+    for (const auto& set : sets) {
+        support::Network<TypeParam> network(0, 0, 10, 10);
+        for (const auto& [x, y] : set) { EXPECT_TRUE(network.add(x, y, 0, -1)); }
+        EXPECT_EQ(faultOf(*network.engine, {.delaunay = false, .duplicates = true, .vertices = 10}),
+                  "");
+    }
+}
+
 TYPED_TEST(EngineTest, LocateFindsTheTriangleThatHoldsThePosition) {
     this->addRandom(300);
     auto& e = *this->engine;

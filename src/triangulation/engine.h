@@ -95,8 +95,6 @@ private:
     Tri* split(Tri* t, Real* p);
     void legalise(Tri* t, const Real* p);
     Tri* flipIfIllegal(Tri* t, int slot);
-    bool flipsOnCircle(const Tri* n, const Real* p, const Real* a, const Real* b,
-                       const Real* d) const;
 
     // engine_remove.ipp
     bool collectStar(Tri* t, int corner, Star& star) const;

@@ -170,37 +170,10 @@ void DelaunayEngine<Real>::legalise(Tri* t, const Real* p) {
     }
 }
 
-inline bool isOnePlace(Xy a, Xy b) { return a.x == b.x && a.y == b.y; }
-
-/// What a flip is decided by when p, a, b, d lie on one circle. Four places on it: the double engine's
-/// threshold flips, the float engine's does not. A duplicate at d makes the neighbour n a mere edge,
-/// and hides the triangle behind it: it is that one's corner that decides, and the flip takes the
-/// duplicate out of the way.
-template <class Real>
-bool DelaunayEngine<Real>::flipsOnCircle(const Tri* n, const Real* p, const Real* a, const Real* b,
-                                         const Real* d) const {
-    const Xy pp = xyOf(p), pa = xyOf(a), pb = xyOf(b), pd = xyOf(d);
-    if (!isOnePlace(pd, pa) && !isOnePlace(pd, pb)) {
-        return isDouble && orientation(pp, pa, pd) > 0 && orientation(pp, pd, pb) > 0;
-    }
-    if (isOnePlace(pa, pb) || isOnePlace(pp, pa) || isOnePlace(pp, pb)) { return false; }
-    const Real* from = a;
-    const Real* to = b;
-    for (std::size_t steps = 0; n != nullptr && steps < Pool::count(); ++steps) {
-        const int k = n->index(from, to);
-        if (k < 0) { return false; }
-        const Real* const corner = n->vertex[k];
-        const bool isFrom = isOnePlace(xyOf(corner), pa);
-        if (!isFrom && !isOnePlace(xyOf(corner), pb)) { return inCircle(p, a, b, corner) > 0; }
-        n = n->neighbor[n->index(isFrom ? from : to)];
-        (isFrom ? from : to) = corner;
-    }
-    return false;
-}
-
 /// Flips the edge opposite corner `slot` if that is Delaunay's rule, and gives the neighbour of
 /// before; null without a flip. Exact: a certain sign of the angle test decides, else the in-circle
-/// determinant. The flip of an illegal edge leaves two counter-clockwise triangles.
+/// determinant. A flip of an edge that is illegal leaves two counter-clockwise triangles, a flip of
+/// four points on a circle does so unless two of them coincide or lie on one line with a third.
 template <class Real>
 inline TinRecord<Real>* DelaunayEngine<Real>::flipIfIllegal(Tri* t, int slot) {
     Tri* const n = t->neighbor[slot];
@@ -211,7 +184,13 @@ inline TinRecord<Real>* DelaunayEngine<Real>::flipIfIllegal(Tri* t, int slot) {
     const Real* const b = t->vertex[before[slot]];
     const Real* const d = n->vertex[j];
     const int inside = inCircle(p, a, b, d);
-    if (inside < 0 || (inside == 0 && !flipsOnCircle(n, p, a, b, d))) { return nullptr; }
+    if (inside < 0) { return nullptr; }
+    if (inside == 0) {
+        // On one circle: the double engine's threshold flips, the float engine's does not.
+        const bool isStrict = orientation(xyOf(p), xyOf(a), xyOf(d)) > 0 &&
+                              orientation(xyOf(p), xyOf(d), xyOf(b)) > 0;
+        if (!isDouble || !isStrict) { return nullptr; }
+    }
     flipEdge(t, slot, n, j);
     return n;
 }

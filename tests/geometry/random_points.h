@@ -5,23 +5,28 @@
 #include <zyn/point.h>
 
 #include <cstdint>
+#include <limits>
 #include <random>
 #include <string>
 
 namespace zyn {
+
+using Precisions = testing::Types<float, double>;
+
+/// What a result of order 1 may lose to rounding.
+template <class T>
+constexpr double tolerated = 1e4 * double(std::numeric_limits<T>::epsilon());
 
 class RandomPoints {
 public:
     explicit RandomPoints(std::uint32_t seed)
         : trace(__FILE__, __LINE__, "seed " + std::to_string(seed)), engine(seed) {}
 
-    double number(double lo, double hi) {
-        return std::uniform_real_distribution<double>(lo, hi)(engine);
-    }
     int integer(int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(engine); }
     template <class T>
     XPnt3<T> point(double half) {
-        const double x = number(-half, half), y = number(-half, half), z = number(-half, half);
+        std::uniform_real_distribution<double> number(-half, half);
+        const double x = number(engine), y = number(engine), z = number(engine);
         return {static_cast<T>(x), static_cast<T>(y), static_cast<T>(z)};
     }
 

@@ -13,8 +13,9 @@
 //     int side = left_right(a.to2d(), b.to2d(), c.to2d());        // 1: c is on the left
 //     XPnt3d foot;
 //     double best = 16.0;                                         // nearer than 4 wanted
-//     bool found = closer_on_tri(p, foot, a, b, c, best);         // true, best 9, foot on the
-//     plane double t = 0.0; line_plane_X(p, XPnt3d(0, 0, -1), a, b, c, foot, t);        // t = 3
+//     bool found = closer_on_tri(p, foot, a, b, c, best);         // true, best 9, foot in a-b-c
+//     double t = 0.0;
+//     line_plane_X(p, XPnt3d(0, 0, -1), a, b, c, foot, t);        // t = 3
 #pragma once
 
 #include <zyn/export.h>

@@ -111,13 +111,11 @@ void scanLines(Maker& m) {
     }
 }
 
-/// Points twice and more in one place: on a lattice, whose nodes lie on each other's edges, and off it.
-void duplicates(Maker& m) {
+/// New points, and after every third one of them again.
+void duplicates(Maker& m, const std::function<double()>& place) {
     for (int i = 0; i < many; ++i) {
-        m.add(m.whole(0, 30), m.whole(0, 30));
-        if (i % 3 == 0) { m.add(m.uniform(0, 30), m.uniform(0, 30)); }
-        const zyn::XPnt3d again =
-            m.set.points[std::size_t(m.whole(0, int(m.set.points.size()) - 1))];
+        m.add(place(), place());
+        const zyn::XPnt3d again = m.set.points[std::size_t(m.whole(0, i))];
         if (i % 3 == 0) { m.add(again.x, again.y); }
     }
     m.set.duplicates = true;
@@ -150,7 +148,12 @@ const std::vector<std::pair<std::string_view, Fill>> families{
     {"SpacingGiga", [](Maker& m) { m.spaced(1e9); }},
     {"FrameEdges", frameEdges},
     {"Circle", circle},
-    {"Duplicates", duplicates},
+    {"Duplicates", [](Maker& m) { duplicates(m, [&m] { return m.uniform(0, 30); }); }},
+    {"LatticeDuplicates",
+     [](Maker& m) {
+         duplicates(m, [&m] { return m.whole(0, 30); });
+         m.set.delaunay = false;
+     }},
     {"Collinear", collinear},
     {"Spiral", spiral},
     {"ScanLines", scanLines},

@@ -170,15 +170,6 @@ void DelaunayEngine<Real>::legalise(Tri* t, const Real* p) {
     }
 }
 
-/// Whether p lies on the edge a-b, and d in the place of one of its ends: between p and the triangle
-/// behind the edge stands one of no area, which the flip puts aside.
-template <class Real>
-bool isHiddenByDuplicate(const Real* p, const Real* a, const Real* b, const Real* d) {
-    const auto same = [](const Real* u, const Real* v) { return u[0] == v[0] && u[1] == v[1]; };
-    return same(d, a) != same(d, b) && !same(p, a) && !same(p, b) &&
-           orientation(xyOf(p), xyOf(a), xyOf(b)) == 0;
-}
-
 /// Flips the edge opposite corner `slot` if that is Delaunay's rule, and gives the neighbour of
 /// before; null without a flip. Exact: a certain sign of the angle test decides, else the in-circle
 /// determinant. A flip of an edge that is illegal leaves two counter-clockwise triangles, a flip of
@@ -194,7 +185,7 @@ inline TinRecord<Real>* DelaunayEngine<Real>::flipIfIllegal(Tri* t, int slot) {
     const Real* const d = n->vertex[j];
     const int inside = inCircle(p, a, b, d);
     if (inside < 0) { return nullptr; }
-    if (inside == 0 && !isHiddenByDuplicate(p, a, b, d)) {
+    if (inside == 0) {
         // On one circle: the double engine's threshold flips, the float engine's does not.
         const bool isStrict = orientation(xyOf(p), xyOf(a), xyOf(d)) > 0 &&
                               orientation(xyOf(p), xyOf(d), xyOf(b)) > 0;

@@ -75,9 +75,9 @@ public:
     /// Inserts the point, which becomes a vertex by its address. False, with the network as it was,
     /// when it lies outside the frame, is not finite, or when both x and y are within `tolerance`
     /// of a corner of the triangle that holds it. Tolerance 0 refuses equal x, y only, a negative
-    /// one nothing: beside points in one place the network is valid, but may be less than Delaunay,
-    /// since triangles of no area between them hide an edge. The double engine numbers the point first, also one that it refuses: `inten`
-    /// becomes the low 16 bits of the number of calls before.
+    /// one nothing: beside points in one place the network is valid, but triangles of no area
+    /// between them can hide an edge from its neighbour. The double engine numbers the point first,
+    /// also one that it refuses: `inten` becomes the low 16 bits of the number of calls before.
     virtual bool addPoint(Pnt* p, Real tolerance) = 0;
 };
 

@@ -10,7 +10,7 @@ namespace support {
 
 struct Expected {
     bool delaunay = true;              ///< no inner edge may fail the exact in-circle test
-    bool duplicates = false;           ///< triangles with two corners in one place may have no area
+    bool duplicates = false;           ///< triangles beside points in one place may have no area
     std::optional<int> vertices = {};  ///< the corners of the frame included
 };
 

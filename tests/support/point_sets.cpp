@@ -149,11 +149,7 @@ const std::vector<std::pair<std::string_view, Fill>> families{
     {"FrameEdges", frameEdges},
     {"Circle", circle},
     {"Duplicates", [](Maker& m) { duplicates(m, [&m] { return m.uniform(0, 30); }); }},
-    {"LatticeDuplicates",
-     [](Maker& m) {
-         duplicates(m, [&m] { return m.whole(0, 30); });
-         m.set.delaunay = false;
-     }},
+    {"LatticeDuplicates", [](Maker& m) { duplicates(m, [&m] { return m.whole(0, 30); }); }},
     {"Collinear", collinear},
     {"Spiral", spiral},
     {"ScanLines", scanLines},

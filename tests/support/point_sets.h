@@ -13,9 +13,6 @@ struct PointSet {
     std::vector<zyn::XPnt3d> points;
     double minX = 0, minY = 0, maxX = 0, maxY = 0;  ///< a frame that holds them all
     bool duplicates = false;                        ///< points in one place, to be kept
-    /// False where points lie on edges beside duplicates: from these, a flip does not see what is
-    /// behind them.
-    bool delaunay = true;
 };
 
 /// The names that makePointSet knows.

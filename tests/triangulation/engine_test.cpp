@@ -45,41 +45,23 @@ using Precisions = testing::Types<double, float>;
 TYPED_TEST_SUITE(EngineTest, Precisions);
 
 TYPED_TEST(EngineTest, ANewEngineHoldsTwoTrianglesInItsFrame) {
-    using Real = TypeParam;
     auto& e = *this->engine;
-    EXPECT_EQ(e.getGeoType(), 18);
-    EXPECT_EQ(e.relation(Enve3d()) | e.move(1, 1, 1) | e.rotate(nullptr, nullptr, 1), 0);
-    EXPECT_EQ(e.reservedA() | e.reservedB() | e.reservedC(), 0);
-
-    auto* const first = e.nextTriangle();
-    auto* const last = e.nextTriangle();
-    ASSERT_TRUE(first != nullptr && last != nullptr);
-    EXPECT_EQ(e.nextTriangle(), nullptr);
-    EXPECT_EQ(e.nextTriangle(), nullptr);
-    const Real* const corners[4] = {first->vertex[0], first->vertex[1], first->vertex[2],
-                                    last->vertex[1]};
-    constexpr Real expected[4][3] = {{0, 0, 1}, {10, 0, 1}, {10, 10, 1}, {0, 10, 1}};
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_TRUE(std::equal(corners[i], corners[i] + 3, expected[i]));
-        EXPECT_TRUE(e.isFrameVertex(corners[i]));
+    auto *const first = e.nextTriangle(), *const last = e.nextTriangle();
+    ASSERT_TRUE(first != nullptr && last != nullptr && e.nextTriangle() == nullptr);
+    const auto* const* const v = first->vertex;
+    constexpr TypeParam expected[4][3] = {{0, 0, 1}, {10, 0, 1}, {10, 10, 1}, {0, 10, 1}};
+    int i = 0;
+    for (const auto* const corner : {v[0], v[1], v[2], last->vertex[1]}) {
+        EXPECT_TRUE(e.isFrameVertex(corner) && std::equal(corner, corner + 3, expected[i++]));
     }
-    EXPECT_EQ(last->vertex[0], first->vertex[2]);
-    EXPECT_EQ(last->vertex[2], first->vertex[0]);
+    EXPECT_TRUE(last->vertex[0] == v[2] && last->vertex[2] == v[0]);
     EXPECT_TRUE(e.isFrameTriangle(first) && e.isFrameTriangle(last));
     EXPECT_EQ(faultOf(e, {.vertices = 4}), "");
-
-    EXPECT_EQ(e.triangleCount(), 2);
-    EXPECT_EQ(vertexCount(&e), 0);
-    EXPECT_EQ(allVertexCount(&e), 4);
-    EXPECT_EQ(surfaceTriangleCount(&e), 0);
-    EXPECT_EQ(surfaceArea(&e), 0);
-    EXPECT_EQ(compactVertices(&e), 0);
-    EXPECT_FALSE(e.getEnvelope().isValid());
-    Real b[6] = {7, 7, 7, 7, 7, 7};
-    EXPECT_FALSE(bounds(&e, b[0], b[1], b[2], b[3], b[4], b[5]));
-    EXPECT_EQ(std::count(b, b + 6, Real(7)), 6);
-    EXPECT_FALSE(e.removePoint(nullptr, 5, 5, 99));
-    EXPECT_EQ(e.enforceEdge(first->vertex[0], first->vertex[1], nullptr), first);
+    TypeParam b = 7;
+    EXPECT_FALSE(e.getEnvelope().isValid() || bounds(&e, b, b, b, b, b, b) || b != 7);
+    EXPECT_TRUE(e.locate(0, 5) != nullptr && e.locate(10, 10) != nullptr);
+    EXPECT_EQ(e.locate(5, std::nextafter(TypeParam(10), TypeParam(11))), nullptr);
+    EXPECT_EQ(e.locate(TypeParam(std::nan("")), 5), nullptr);
 }
 
 TYPED_TEST(EngineTest, AddPointSplitsFlipsAndStoresInOrder) {
@@ -101,12 +83,10 @@ TYPED_TEST(EngineTest, AddPointNumbersInDoubleAndRefusesWithoutAChange) {
     ASSERT_TRUE(this->add(2, 3, 4));
     const auto before = this->records();
     const double huge = std::numeric_limits<TypeParam>::max(), inf = HUGE_VAL, nan = std::nan("");
-    const struct {
-        double x, y, tolerance;
-    } refused[] = {{2, 3, 0},     {2.25, 2.75, 0.25}, {1.75, 3.25, 0.25}, {0.5, 0.5, 0.5},
-                   {10, 10, 0},   {-0.001, 5, 0},     {5, 10.001, 0},     {nan, 5, 0},
-                   {5, nan, 0},   {inf, 5, 0},        {5, -inf, -1},      {huge, huge, 0},
-                   {-1e-30, 5, 0}};
+    const double refused[][3] = {
+        {2, 3, 0},      {2.25, 2.75, 0.25}, {1.75, 3.25, 0.25}, {0.5, 0.5, 0.5}, {10, 10, 0},
+        {-0.001, 5, 0}, {5, 10.001, 0},     {nan, 5, 0},        {5, nan, 0},     {inf, 5, 0},
+        {5, -inf, -1},  {huge, huge, 0},    {-1e-30, 5, 0}};
     for (const auto& [x, y, tolerance] : refused) {
         EXPECT_FALSE(this->add(x, y, 99, tolerance)) << x << ", " << y;
     }
@@ -121,53 +101,26 @@ TYPED_TEST(EngineTest, AddPointNumbersInDoubleAndRefusesWithoutAChange) {
         this->engine->addPoint(&this->points[0], 0);
         ASSERT_EQ(this->points[0].inten, this->isDouble ? static_cast<std::int16_t>(n) : 0);
     }
-    const struct {
-        double x, y, tolerance;
-    } accepted[] = {{2.25, 2.74, 0.25}, {2.25, 2.74, -1}, {1.74, 3, 0.25},
-                    {0, 5, 0},          {10, 0.5, 0.25},  {5, 0, 0},
-                    {5, 10, 0},         {5, 5, 0},        {7, 7, 0}};
+    constexpr double accepted[][3] = {{2.25, 2.74, 0.25}, {2.25, 2.74, -1}, {1.74, 3, 0.25},
+                                      {0, 5, 0},          {10, 0.5, 0.25},  {5, 0, 0},
+                                      {5, 10, 0},         {5, 5, 0},        {7, 7, 0}};
     for (const auto& [x, y, tolerance] : accepted) {
         EXPECT_TRUE(this->add(x, y, 0, tolerance)) << x << ", " << y;
     }
-    EXPECT_EQ(this->engine->triangleCount(), 2 + 2 * 10);
     EXPECT_EQ(faultOf(*this->engine, {.duplicates = true, .vertices = 14}), "");
 }
 
 TYPED_TEST(EngineTest, FourPointsOnACircleFlipInDoubleOnly) {
     for (const auto& [x, y] : {XPnt2d(3, 3), XPnt2d(7, 3), XPnt2d(7, 7), XPnt2d(3, 7)}) {
-        ASSERT_TRUE(this->add(x, y));
+        ASSERT_TRUE(this->add(x, y, x));
     }
     EXPECT_EQ(this->triangleOn(this->vertex(0), this->vertex(2)) != nullptr, !this->isDouble);
     EXPECT_EQ(this->triangleOn(this->vertex(1), this->vertex(3)) != nullptr, this->isDouble);
-}
-
-TYPED_TEST(EngineTest, PointsInOnePlaceKeepAStarOfTheirOwn) {
-    // A vertex beside its duplicate has three triangles at least, whatever is flipped around it.
-    constexpr int sets[][6][2] = {{{1, 1}, {1, 1}, {1, 3}, {2, 2}, {3, 3}, {1, 2}},
-                                  {{2, 2}, {8, 2}, {2, 2}, {8, 2}, {5, 2}, {5, 2}},
-                                  {{5, 5}, {5, 5}, {5, 5}, {5, 5}, {0, 0}, {0, 5}}};
-    for (const auto& set : sets) {
-        support::Network<TypeParam> network(0, 0, 10, 10);
-        for (const auto& [x, y] : set) { EXPECT_TRUE(network.add(x, y, 0, -1)); }
-        EXPECT_EQ(faultOf(*network.engine, {.delaunay = false, .duplicates = true, .vertices = 10}),
-                  "");
-    }
-}
-
-TYPED_TEST(EngineTest, LocateFindsTheTriangleThatHoldsThePosition) {
-    this->addRandom(300);
-    auto& e = *this->engine;
-    for (std::size_t i = 0; i < this->points.size(); ++i) {
-        auto* const v = this->vertex(i);
-        auto* const t = e.locate(v[0], v[1]);
-        ASSERT_NE(t, nullptr);
-        EXPECT_NE(t->index(v), 3);
-        EXPECT_EQ(t->find(v[0], v[1]), t);
-    }
-    EXPECT_NE(e.locate(0, 5), nullptr);
-    EXPECT_NE(e.locate(10, 10), nullptr);
-    EXPECT_EQ(e.locate(5, std::nextafter(TypeParam(10), TypeParam(11))), nullptr);
-    EXPECT_EQ(e.locate(TypeParam(std::nan("")), 5), nullptr);
+    auto* const e = this->engine.get();
+    EXPECT_EQ(vertexCount(e) * 100 + allVertexCount(e) * 10 + surfaceTriangleCount(e), 482);
+    EXPECT_NEAR(double(surfaceArea(e)), 16 * std::numbers::sqrt2, 1e-5);
+    EXPECT_NEAR(double(surfaceAreaHorizen(e)), 16, 1e-5);
+    EXPECT_EQ(e->getEnvelope(), Enve3d(3, 3, 3, 7, 7, 7));
 }
 
 TYPED_TEST(EngineTest, EnforceEdgeFlipsTheCrossingEdges) {
@@ -184,9 +137,7 @@ TYPED_TEST(EngineTest, EnforceEdgeFlipsTheCrossingEdges) {
     EXPECT_EQ(faultOf(e, {.delaunay = false, .vertices = 12}), "");
 
     const auto before = this->records();
-    t = e.enforceEdge(a, b, t);  // it is there already
-    EXPECT_TRUE(t != nullptr && t->index(a) != 3);
-    t = e.enforceEdge(b, a, t);
+    t = e.enforceEdge(b, a, t);  // it is there already
     EXPECT_TRUE(t != nullptr && t->index(b) != 3);
     TypeParam outside[3] = {11, 5, 0};
     EXPECT_EQ(e.enforceEdge(outside, a, nullptr), nullptr);
@@ -214,23 +165,23 @@ TYPED_TEST(EngineTest, RemovePointClosesTheHole) {
 }
 
 TYPED_TEST(EngineTest, RemovePointFillsAHoleThatNoFanFills) {
-    for (const int spikes : {4, 5, 12}) {
-        SCOPED_TRACE(spikes);
-        // A star, concave at every other vertex; edges from the hub, point 0, make it the hub's ring.
+    // A wheel, a star where the inner radius is less. A float engine keeps more than 53 neighbours.
+    for (const auto& [count, inner] : {std::pair(8, 1), {10, 1}, {24, 1}, {53, 4}, {54, 4}}) {
+        SCOPED_TRACE(count);
         typename TestFixture::Net star(0, 0, 10, 10);
         ASSERT_TRUE(star.add(5, 5));
-        for (int i = 0; i < 2 * spikes; ++i) {
-            const double angle = i * std::numbers::pi / spikes;
-            const double radius = i % 2 == 0 ? 4 : 1;
+        for (int i = 0; i < count; ++i) {
+            const double angle = 2 * i * std::numbers::pi / count, radius = i % 2 == 0 ? 4 : inner;
             ASSERT_TRUE(star.add(5 + radius * std::cos(angle), 5 + radius * std::sin(angle)));
         }
         for (std::size_t i = 1; i < star.points.size(); ++i) {
             star.engine->enforceEdge(star.vertex(0), star.vertex(i), nullptr);
             ASSERT_NE(star.triangleOn(star.vertex(0), star.vertex(i)), nullptr);
         }
-        EXPECT_TRUE(star.engine->removePoint(nullptr, 5, 5, TypeParam(0.5)));
-        EXPECT_FALSE(star.has(star.vertex(0)));
-        EXPECT_EQ(faultOf(*star.engine, {.delaunay = false, .vertices = 4 + 2 * spikes}), "");
+        const bool goes = this->isDouble || count < 54;
+        EXPECT_EQ(star.engine->removePoint(nullptr, 5, 5, TypeParam(0.5)), goes);
+        EXPECT_EQ(star.has(star.vertex(0)), !goes);
+        EXPECT_EQ(faultOf(*star.engine, {.delaunay = false, .vertices = 5 - goes + count}), "");
     }
 }
 
@@ -249,26 +200,12 @@ TYPED_TEST(EngineTest, RemovePointRefusesWithoutAChange) {
     EXPECT_TRUE(e.removePoint(nullptr, 5, 5, 1));
 }
 
-TYPED_TEST(EngineTest, AFloatEngineKeepsAHubOfMoreThan53Neighbours) {
-    for (const int count : {53, 54}) {
-        support::Network<TypeParam> hub(0, 0, 10, 10);
-        ASSERT_TRUE(hub.add(5, 5));
-        for (int i = 0; i < count; ++i) {
-            const double angle = 2 * std::numbers::pi * i / count;
-            ASSERT_TRUE(hub.add(5 + 3 * std::cos(angle), 5 + 3 * std::sin(angle)));
-        }
-        EXPECT_EQ(hub.engine->removePoint(nullptr, 5, 5, 1), this->isDouble || count == 53);
-        EXPECT_EQ(faultOf(*hub.engine, {.delaunay = false}), "");
-    }
-}
-
 TYPED_TEST(EngineTest, DeleteTriangleMovesTheNewestIntoItsPlace) {
     this->addRandom(1500);  // three blocks of triangles
     auto& e = *this->engine;
     std::vector<typename TestFixture::Tri*> all;
     e.rewindTriangles();
     while (auto* const t = e.nextTriangle()) { all.push_back(t); }
-    ASSERT_EQ(all.size(), 3002U);
     EXPECT_FALSE(e.deleteTriangle(nullptr));
     EXPECT_FALSE(e.deleteTriangle(all.back()));
     typename TestFixture::Tri foreign = *all[5];
@@ -282,7 +219,6 @@ TYPED_TEST(EngineTest, DeleteTriangleMovesTheNewestIntoItsPlace) {
     }
     const auto newest = *all.back();
     ASSERT_TRUE(e.deleteTriangle(victim));
-    EXPECT_EQ(e.triangleCount(), 3001);
     for (auto** const link : links) { EXPECT_EQ(*link, nullptr); }
     EXPECT_TRUE(std::equal(newest.vertex, newest.vertex + 3, victim->vertex));
     EXPECT_EQ(victim->mark, 77);
@@ -291,57 +227,15 @@ TYPED_TEST(EngineTest, DeleteTriangleMovesTheNewestIntoItsPlace) {
     }
     // The cursor goes on past what is deleted under it, over the borders of blocks, to an end.
     e.rewindTriangles();
-    int seen = 0, deleted = 0;
+    int seen = 0;
     while (auto* const t = e.nextTriangle()) {
-        if (++seen % 3 != 0 && e.deleteTriangle(t)) { ++deleted; }
+        if (++seen % 3 != 0) { e.deleteTriangle(t); }
     }
-    EXPECT_EQ(e.nextTriangle(), nullptr);
-    EXPECT_EQ(e.triangleCount(), 3001 - deleted);
     EXPECT_EQ(seen, e.triangleCount());
-    while (e.triangleCount() > 1) {
+    for (int left = seen; left > 0; --left) {
         e.rewindTriangles();
-        ASSERT_TRUE(e.deleteTriangle(e.nextTriangle()));
+        ASSERT_EQ(e.deleteTriangle(e.nextTriangle()), left > 1);  // the last one stays
     }
-    e.rewindTriangles();
-    EXPECT_FALSE(e.deleteTriangle(e.nextTriangle()));
-}
-
-TYPED_TEST(EngineTest, CountsAreasAndBoundsAreThoseOfTheSurface) {
-    using Real = TypeParam;
-    this->addRandom(200);
-    auto& e = *this->engine;
-    std::set<const Real*> vertices;
-    double area = 0, plan = 0;
-    int triangles = 0;
-    Enve3d box;
-    for (const auto& t : this->records()) {
-        for (const Real* const v : t.vertex) {
-            if (!e.isFrameVertex(v)) { vertices.insert(v); }
-        }
-        if (e.isFrameTriangle(&t)) { continue; }
-        ++triangles;
-        XPnt3d p[3];
-        for (int i = 0; i < 3; ++i) {
-            p[i] = support::pointOf(t.vertex[i]);
-            box.SetBox(p[i]);
-        }
-        const XPnt3d u = p[1] - p[0], v = p[2] - p[0];
-        const double x = u.y * v.z - u.z * v.y, y = u.z * v.x - u.x * v.z,
-                     z = u.x * v.y - u.y * v.x;
-        area += std::sqrt(x * x + y * y + z * z) / 2;
-        plan += z / 2;
-    }
-    EXPECT_EQ(vertices.size(), 200U);
-    EXPECT_EQ(vertexCount(&e), 200);
-    EXPECT_EQ(allVertexCount(&e), 204);
-    EXPECT_EQ(surfaceTriangleCount(&e), triangles);
-    const double relative = this->isDouble ? 1e-9 : 1e-3;
-    EXPECT_NEAR(double(surfaceArea(&e)), area, relative * area);
-    EXPECT_NEAR(double(surfaceAreaHorizen(&e)), plan, relative * plan);
-    EXPECT_EQ(e.getEnvelope(), box);
-    Real b[6] = {};
-    EXPECT_TRUE(bounds(&e, b[0], b[1], b[2], b[3], b[4], b[5]));
-    EXPECT_EQ(Enve3d(b[0], b[1], b[2], b[3], b[4], b[5]), box);
 }
 
 TYPED_TEST(EngineTest, CompactVerticesFreesTheCallersPoints) {
@@ -382,59 +276,17 @@ TEST(Engine, FloatEnginesMeetLinesAndDoubleOnesDoNot) {
     float t = 9;
     EXPECT_TRUE(e.rayNearest({4, 3.5F, 4}, {4, 3.5F, 8}, &t));
     EXPECT_EQ(t, -0.5F);
-    hits = e.rayIntersections({1, 1, 4}, {1, 1, 8});  // only frame triangles there
-    EXPECT_EQ(hits->size(), 0);
-    EXPECT_FALSE(e.rayNearest({1, 1, 4}, {1, 1, 8}, &t));
-    EXPECT_TRUE(e.rayNearest({5, 4, 4}, {5, 4, 1}, &t));
+    EXPECT_FALSE(e.rayNearest({1, 1, 4}, {1, 1, 8}, &t));  // only frame triangles there
     ASSERT_TRUE(network.add(5, 5, 6));  // a peak: the line from the side meets it twice
     EXPECT_TRUE(e.rayNearest({10, 4.75F, 3}, {0, 4.75F, 3}, &t));
     EXPECT_NEAR(t, 0.35F, 1e-6F);
     hits = e.rayIntersections({10, 4.75F, 3}, {0, 4.75F, 3});
     EXPECT_EQ(hits->size(), 2);
 
-    support::Network<double> other(0, 0, 10, 10);
+    const support::Network<double> other(0, 0, 10, 10);
     double d = 9;
     EXPECT_EQ(other.engine->rayIntersections({}, {}), nullptr);
-    EXPECT_FALSE(other.engine->rayNearest({}, {}, &d));
-    EXPECT_EQ(d, 9);
-}
-
-/// Another maker's engine.
-class ForeignEngine : public IZynDelaunay {
-    int getGeoType() const override { return 0; }
-    tin* nextTriangle() override { return nullptr; }
-    void rewindTriangles() override {}
-    int triangleCount() const override { return 7; }
-    bool deleteTriangle(tin*) override { return true; }
-    std::int32_t reservedA() override { return 0; }
-    tin* locate(float, float) override { return nullptr; }
-    bool isFrameTriangle(const tin*) const override { return true; }
-    bool isFrameVertex(const float*) const override { return true; }
-    tin* enforceEdge(float*, float*, tin*) override { return nullptr; }
-    bool addPoint(XPnt3f*, float) override { return true; }
-    bool removePoint(tin*, float, float, float) override { return true; }
-    std::int32_t reservedB() override { return 0; }
-    Pnt3fArray* rayIntersections(const XPnt3f&, const XPnt3f&) override { return nullptr; }
-    bool rayNearest(const XPnt3f&, const XPnt3f&, float*) override { return true; }
-    std::int32_t reservedC() override { return 0; }
-};
-
-TEST(Engine, FunctionsBesideTheInterfaceRefuseNullAndForeignEngines) {
-    const ref_ptr<ForeignEngine> foreign = new ForeignEngine;
-    for (DelaunayInterface<float>* const e :
-         {static_cast<IZynDelaunay*>(foreign.get()), static_cast<IZynDelaunay*>(nullptr)}) {
-        EXPECT_EQ(vertexCount(e) | allVertexCount(e) | surfaceTriangleCount(e), 0);
-        EXPECT_EQ(surfaceArea(e) + surfaceAreaHorizen(e), 0);
-        EXPECT_EQ(compactVertices(e), 0);
-        float f = 3;
-        EXPECT_FALSE(bounds(e, f, f, f, f, f, f));
-        EXPECT_EQ(f, 3);
-        EXPECT_FALSE(writeBinary(e, "x.tin") || writeText(e, "x.tin"));
-        float* vertices = &f;
-        int count = 5;
-        EXPECT_FALSE(readBinary(e, "x.tin", vertices, count) || readText(e, "x", vertices, count));
-        EXPECT_TRUE(vertices == nullptr && count == 0);
-    }
+    EXPECT_FALSE(other.engine->rayNearest({}, {}, &d) || d != 9);
 }
 
 }  // namespace

@@ -36,10 +36,6 @@ protected:
             EXPECT_TRUE(this->add(place(random), place(random), place(random)));
         }
     }
-    /// Points beside each side of the frame, so that no vertex between them is linked to a side.
-    void addGuards() {
-        EXPECT_TRUE(this->add(5, 1) && this->add(9, 5) && this->add(5, 9) && this->add(1, 5));
-    }
 };
 using Precisions = testing::Types<double, float>;
 TYPED_TEST_SUITE(EngineTest, Precisions);
@@ -48,7 +44,7 @@ TYPED_TEST(EngineTest, ANewEngineHoldsTwoTrianglesInItsFrame) {
     auto& e = *this->engine;
     auto *const first = e.nextTriangle(), *const last = e.nextTriangle();
     ASSERT_TRUE(first != nullptr && last != nullptr && e.nextTriangle() == nullptr);
-    const auto* const* const v = first->vertex;
+    auto* const* const v = first->vertex;
     constexpr TypeParam expected[4][3] = {{0, 0, 1}, {10, 0, 1}, {10, 10, 1}, {0, 10, 1}};
     int i = 0;
     for (const auto* const corner : {v[0], v[1], v[2], last->vertex[1]}) {
@@ -56,9 +52,6 @@ TYPED_TEST(EngineTest, ANewEngineHoldsTwoTrianglesInItsFrame) {
     }
     EXPECT_TRUE(last->vertex[0] == v[2] && last->vertex[2] == v[0]);
     EXPECT_TRUE(e.isFrameTriangle(first) && e.isFrameTriangle(last));
-    EXPECT_EQ(faultOf(e, {.vertices = 4}), "");
-    TypeParam b = 7;
-    EXPECT_FALSE(e.getEnvelope().isValid() || bounds(&e, b, b, b, b, b, b) || b != 7);
     EXPECT_TRUE(e.locate(0, 5) != nullptr && e.locate(10, 10) != nullptr);
     EXPECT_EQ(e.locate(5, std::nextafter(TypeParam(10), TypeParam(11))), nullptr);
     EXPECT_EQ(e.locate(TypeParam(std::nan("")), 5), nullptr);
@@ -74,8 +67,8 @@ TYPED_TEST(EngineTest, AddPointSplitsFlipsAndStoresInOrder) {
                 *const f3 = t[1].vertex[1];
     const TypeParam* const corners[]{p, f1, f2, p, f3, f0, p, f2, f3, p, f0, f1};
     for (std::size_t i = 0; i < 12; ++i) { EXPECT_EQ(t[i / 3].vertex[i % 3], corners[i]); }
-    EXPECT_EQ(t[0].neighbor[1], t[1].neighbor[2]);  // the third triangle
-    EXPECT_EQ(t[0].neighbor[2], t[1].neighbor[1]);  // the fourth
+    // The third triangle and the fourth.
+    EXPECT_TRUE(t[0].neighbor[1] == t[1].neighbor[2] && t[0].neighbor[2] == t[1].neighbor[1]);
     EXPECT_EQ(faultOf(*this->engine, {.vertices = 5}), "");
 }
 
@@ -92,9 +85,6 @@ TYPED_TEST(EngineTest, AddPointNumbersInDoubleAndRefusesWithoutAChange) {
     }
     EXPECT_FALSE(this->engine->addPoint(nullptr, 0));
     EXPECT_EQ(this->records(), before);
-    for (std::size_t i = 0; i < this->points.size(); ++i) {
-        EXPECT_EQ(this->points[i].inten, this->isDouble ? int(i) : 0);
-    }
     // The low 16 bits of the number, which goes on in refused points.
     for (std::size_t n = this->points.size(); n < 65540; ++n) {
         this->points[0].inten = 0;
@@ -119,7 +109,6 @@ TYPED_TEST(EngineTest, FourPointsOnACircleFlipInDoubleOnly) {
     auto* const e = this->engine.get();
     EXPECT_EQ(vertexCount(e) * 100 + allVertexCount(e) * 10 + surfaceTriangleCount(e), 482);
     EXPECT_NEAR(double(surfaceArea(e)), 16 * std::numbers::sqrt2, 1e-5);
-    EXPECT_NEAR(double(surfaceAreaHorizen(e)), 16, 1e-5);
     EXPECT_EQ(e->getEnvelope(), Enve3d(3, 3, 3, 7, 7, 7));
 }
 
@@ -130,38 +119,33 @@ TYPED_TEST(EngineTest, EnforceEdgeFlipsTheCrossingEdges) {
     auto *const a = this->vertex(0), *const b = this->vertex(1);
     auto& e = *this->engine;
     ASSERT_EQ(this->triangleOn(a, b), nullptr);
-    auto* t = e.enforceEdge(a, b, nullptr);
-    EXPECT_NE(this->triangleOn(a, b), nullptr);
-    ASSERT_NE(t, nullptr);
-    EXPECT_NE(t->index(a), 3);
+    auto* const t = e.enforceEdge(a, b, nullptr);
+    ASSERT_TRUE(t != nullptr && t->index(a) != 3 && this->triangleOn(a, b) != nullptr);
     EXPECT_EQ(faultOf(e, {.delaunay = false, .vertices = 12}), "");
-
     const auto before = this->records();
-    t = e.enforceEdge(b, a, t);  // it is there already
-    EXPECT_TRUE(t != nullptr && t->index(b) != 3);
-    TypeParam outside[3] = {11, 5, 0};
-    EXPECT_EQ(e.enforceEdge(outside, a, nullptr), nullptr);
-    EXPECT_EQ(e.enforceEdge(nullptr, a, nullptr), nullptr);
-    EXPECT_NE(e.enforceEdge(a, outside, nullptr), nullptr);
+    EXPECT_NE(e.enforceEdge(b, a, t)->index(b), 3);  // it is there already
     EXPECT_EQ(this->records(), before);
 }
 
-TYPED_TEST(EngineTest, RemovePointClosesTheHole) {
+TYPED_TEST(EngineTest, RemovePointClosesTheHoleOrChangesNothing) {
     auto& e = *this->engine;
-    this->addGuards();
-    ASSERT_TRUE(this->add(4, 4) && this->add(6, 4) && this->add(5, 6));
+    // Points beside each side of the frame, so that no vertex between them is linked to a side.
+    ASSERT_TRUE(this->add(5, 1) && this->add(9, 5) && this->add(5, 9) && this->add(1, 5));
+    ASSERT_TRUE(this->add(4, 4) && this->add(6, 4) && this->add(5, 6) && this->add(5, 4.5));
+    const auto before = this->records();
+    // A corner of the frame, an edge of the frame opposite, none within the radius, outside.
+    const double nan = std::nan("");
+    const double refused[][3] = {{0, 0, 1},       {5, 1, 1},   {5, 4.5, 0},
+                                 {5, 4.75, 0.25}, {12, 5, 99}, {nan, 5, 99}};
+    for (const auto& [x, y, radius] : refused) {
+        EXPECT_FALSE(e.removePoint(nullptr, TypeParam(x), TypeParam(y), TypeParam(radius))) << x;
+    }
+    EXPECT_EQ(this->records(), before);
     // Degree 3: one triangle stays, linked to its three neighbours.
-    ASSERT_TRUE(this->add(5, 4.5));
-    ASSERT_TRUE(e.removePoint(nullptr, 5, 4.5, TypeParam(0.1)));
+    ASSERT_TRUE(e.removePoint(nullptr, 5, 4.75, TypeParam(0.26)));
     EXPECT_EQ(faultOf(e, {.vertices = 11}), "");
-    EXPECT_FALSE(this->has(this->vertex(7)));
     auto* const t = e.locate(5, 5);
     EXPECT_EQ(t->index(this->vertex(4)) + t->index(this->vertex(5)) + t->index(this->vertex(6)), 3);
-    // The nearest corner goes, from a hint on, and only if it is nearer than the radius.
-    EXPECT_FALSE(e.removePoint(t, 4.25, 4, TypeParam(0.25)));
-    EXPECT_TRUE(e.removePoint(t, 4.25, 4, TypeParam(0.26)));
-    EXPECT_FALSE(this->has(this->vertex(4)));
-    EXPECT_EQ(faultOf(e, {.delaunay = false, .vertices = 10}), "");
 }
 
 TYPED_TEST(EngineTest, RemovePointFillsAHoleThatNoFanFills) {
@@ -185,45 +169,23 @@ TYPED_TEST(EngineTest, RemovePointFillsAHoleThatNoFanFills) {
     }
 }
 
-TYPED_TEST(EngineTest, RemovePointRefusesWithoutAChange) {
-    auto& e = *this->engine;
-    this->addGuards();
-    ASSERT_TRUE(this->add(5, 5));
-    const auto before = this->records();
-    EXPECT_FALSE(e.removePoint(nullptr, 0, 0, 1));  // a corner of the frame
-    EXPECT_FALSE(e.removePoint(nullptr, 5, 1, 1));  // an edge of the frame opposite
-    EXPECT_FALSE(e.removePoint(nullptr, 5, 5, 0));  // nothing is nearer than 0
-    EXPECT_FALSE(e.removePoint(nullptr, 5, TypeParam(5.5), TypeParam(0.4)));
-    EXPECT_FALSE(e.removePoint(nullptr, 12, 5, 99));  // outside
-    EXPECT_FALSE(e.removePoint(nullptr, TypeParam(std::nan("")), 5, 99));
-    EXPECT_EQ(this->records(), before);
-    EXPECT_TRUE(e.removePoint(nullptr, 5, 5, 1));
-}
-
 TYPED_TEST(EngineTest, DeleteTriangleMovesTheNewestIntoItsPlace) {
     this->addRandom(1500);  // three blocks of triangles
     auto& e = *this->engine;
     std::vector<typename TestFixture::Tri*> all;
     e.rewindTriangles();
     while (auto* const t = e.nextTriangle()) { all.push_back(t); }
-    EXPECT_FALSE(e.deleteTriangle(nullptr));
-    EXPECT_FALSE(e.deleteTriangle(all.back()));
     typename TestFixture::Tri foreign = *all[5];
-    EXPECT_FALSE(e.deleteTriangle(&foreign));
+    EXPECT_FALSE(e.deleteTriangle(nullptr) || e.deleteTriangle(all.back()) ||
+                 e.deleteTriangle(&foreign));
 
     auto* const victim = all[7];
-    victim->mark = 77;
-    std::vector<typename TestFixture::Tri**> links;
-    for (auto* const n : victim->neighbor) {
-        if (n != nullptr && n != all.back()) { links.push_back(&n->neighbor[n->index(victim)]); }
-    }
     const auto newest = *all.back();
     ASSERT_TRUE(e.deleteTriangle(victim));
-    for (auto** const link : links) { EXPECT_EQ(*link, nullptr); }
     EXPECT_TRUE(std::equal(newest.vertex, newest.vertex + 3, victim->vertex));
-    EXPECT_EQ(victim->mark, 77);
-    for (auto* const n : victim->neighbor) {
-        if (n != nullptr) { EXPECT_NE(n->index(victim), 3); }
+    e.rewindTriangles();  // links lead to a triangle that leads back, or nowhere
+    while (auto* const t = e.nextTriangle()) {
+        for (auto* const n : t->neighbor) { EXPECT_TRUE(n == nullptr || n->index(t) != 3); }
     }
     // The cursor goes on past what is deleted under it, over the borders of blocks, to an end.
     e.rewindTriangles();
@@ -255,38 +217,25 @@ TYPED_TEST(EngineTest, CompactVerticesFreesTheCallersPoints) {
     EXPECT_EQ(compactVertices(&e), int(surface.size()));
     const auto twice = this->records();
     EXPECT_EQ(faultOf(e, {.vertices = 104}), "");
-    for (std::size_t n = 0; n < once.size(); ++n) {
-        for (int i = 0; i < 3; ++i) {
-            const Real *const v = once[n].vertex[i], *const w = twice[n].vertex[i];
-            EXPECT_EQ(v != w, surface.contains(before[n].vertex[i]));
-            EXPECT_TRUE(std::equal(v, v + 3, w));  // the first buffer is still there
-        }
+    for (std::size_t n = 0; n < 3 * once.size(); ++n) {
+        const Real *const v = once[n / 3].vertex[n % 3], *const w = twice[n / 3].vertex[n % 3];
+        EXPECT_EQ(v != w, surface.contains(before[n / 3].vertex[n % 3]));
+        EXPECT_TRUE(std::equal(v, v + 3, w));  // the first buffer is still there
     }
 }
 
-TEST(Engine, FloatEnginesMeetLinesAndDoubleOnesDoNot) {
+TEST(Engine, FloatEnginesMeetLines) {
     support::Network<float> network(0, 0, 10, 10);
     for (const auto& [x, y] : {XPnt2d(3, 3), XPnt2d(7, 3), XPnt2d(7, 7), XPnt2d(3, 7)}) {
         ASSERT_TRUE(network.add(x, y, 2));
     }
-    IZynDelaunay& e = *network.engine;
-    ref_ptr<Pnt3fArray> hits = e.rayIntersections({4, 3.5F, 4}, {4, 3.5F, 8});
-    ASSERT_EQ(hits->size(), 1);
-    EXPECT_EQ(hits->get(0), XPnt3f(4, 3.5F, 2));
-    float t = 9;
-    EXPECT_TRUE(e.rayNearest({4, 3.5F, 4}, {4, 3.5F, 8}, &t));
-    EXPECT_EQ(t, -0.5F);
-    EXPECT_FALSE(e.rayNearest({1, 1, 4}, {1, 1, 8}, &t));  // only frame triangles there
     ASSERT_TRUE(network.add(5, 5, 6));  // a peak: the line from the side meets it twice
-    EXPECT_TRUE(e.rayNearest({10, 4.75F, 3}, {0, 4.75F, 3}, &t));
+    float t = 9;
+    EXPECT_TRUE(network.engine->rayNearest({10, 4.75F, 3}, {0, 4.75F, 3}, &t));
     EXPECT_NEAR(t, 0.35F, 1e-6F);
-    hits = e.rayIntersections({10, 4.75F, 3}, {0, 4.75F, 3});
+    const ref_ptr hits(network.engine->rayIntersections({10, 4.75F, 3}, {0, 4.75F, 3}));
     EXPECT_EQ(hits->size(), 2);
-
-    const support::Network<double> other(0, 0, 10, 10);
-    double d = 9;
-    EXPECT_EQ(other.engine->rayIntersections({}, {}), nullptr);
-    EXPECT_FALSE(other.engine->rayNearest({}, {}, &d) || d != 9);
+    EXPECT_FALSE(network.engine->rayNearest({1, 1, 4}, {1, 1, 8}, &t));
 }
 
 }  // namespace

@@ -136,7 +136,7 @@ public:
 };
 
 /// Declares the array class `Name` of `Element` and its factory.
-#define ZYN_ARRAY(Name, ...)                                        \
+#define ZYN_ARRAY(Name, ...)                                         \
     class ZYN_EXPORT Name : public TypedArray<Name, __VA_ARGS__> {}; \
     [[nodiscard]] ZYN_EXPORT Name* new##Name()
 

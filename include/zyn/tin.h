@@ -44,8 +44,7 @@ template <class Real>
 class TinRecord {
 public:
     /// Arrays of pointers to coordinates.
-    using RealPtrArray =
-        std::conditional_t<std::same_as<Real, double>, PDoubleArray, PFloatArray>;
+    using RealPtrArray = std::conditional_t<std::same_as<Real, double>, PDoubleArray, PFloatArray>;
 
     Real* vertex[3] = {};
     TinRecord* neighbor[3] = {};

@@ -110,8 +110,7 @@ Real surfaceAreaHorizen(DelaunayInterface<Real>* engine) {
 template <class Real>
 bool bounds(DelaunayInterface<Real>* engine, Real& minX, Real& minY, Real& minZ, Real& maxX,
             Real& maxY, Real& maxZ) {
-    return onEngine(engine,
-                    [&](auto& e) { return e.bounds(minX, minY, minZ, maxX, maxY, maxZ); });
+    return onEngine(engine, [&](auto& e) { return e.bounds(minX, minY, minZ, maxX, maxY, maxZ); });
 }
 
 template <class Real>
@@ -162,7 +161,8 @@ template int allVertexCount(DelaunayInterface<double>*);
 template int surfaceTriangleCount(DelaunayInterface<double>*);
 template double surfaceArea(DelaunayInterface<double>*);
 template double surfaceAreaHorizen(DelaunayInterface<double>*);
-template bool bounds(DelaunayInterface<double>*, double&, double&, double&, double&, double&, double&);
+template bool bounds(DelaunayInterface<double>*, double&, double&, double&, double&, double&,
+                     double&);
 template int compactVertices(DelaunayInterface<double>*);
 template bool writeBinary(DelaunayInterface<double>*, const char*);
 template bool writeText(DelaunayInterface<double>*, const char*);

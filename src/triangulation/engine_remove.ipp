@@ -206,8 +206,8 @@ void DelaunayEngine<Real>::legaliseHole(Star& star) {
         Tri* const n = t->neighbor[slot];
         if (!std::binary_search(inner.begin(), inner.end(), n, std::less<>())) { return false; }
         const int j = n->index(t);
-        return j != 3 && inCircle(t->vertex[slot], t->vertex[after[slot]],
-                                  t->vertex[before[slot]], n->vertex[j]) > 0;
+        return j != 3 && inCircle(t->vertex[slot], t->vertex[after[slot]], t->vertex[before[slot]],
+                                  n->vertex[j]) > 0;
     };
     for (bool flipped = true; flipped;) {
         flipped = false;

@@ -79,8 +79,8 @@ Expansion<N + M> sum(const Expansion<N>& e, const Expansion<M>& f) {
     int i = 0;
     int j = 0;
     const auto nextSmallest = [&] {
-        const bool fromE = j == f.size || (i < e.size && (f.term[j] > e.term[i]) ==
-                                                             (f.term[j] > -e.term[i]));
+        const bool fromE =
+            j == f.size || (i < e.size && (f.term[j] > e.term[i]) == (f.term[j] > -e.term[i]));
         return fromE ? e.term[i++] : f.term[j++];
     };
     const int total = e.size + f.size;

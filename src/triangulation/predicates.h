@@ -73,8 +73,7 @@ template <class Real>
     const double cosC1 = apx * bpx, cosC2 = apy * bpy;
     const double sinD1 = bdx * ady, sinD2 = bdy * adx;
     const double cosD1 = adx * bdx, cosD2 = ady * bdy;
-    const double value =
-        (cosD1 + cosD2) * (sinC1 - sinC2) + (sinD1 - sinD2) * (cosC1 + cosC2);
+    const double value = (cosD1 + cosD2) * (sinC1 - sinC2) + (sinD1 - sinD2) * (cosC1 + cosC2);
 
     // A sine or cosine carries four rounding errors (two differences, a product, a sum), a product
     // of two of them nine, the last sum ten. (1 + e)^10 - 1, with the rounding of the permanent

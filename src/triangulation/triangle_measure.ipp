@@ -53,8 +53,7 @@ Real length2d(const Real* p, const Real* q) {
 /// Largest minus smallest of one coordinate of the corners.
 template <class Real>
 Real extent(const TinRecord<Real>& t, int axis) {
-    const auto [low, high] =
-        std::minmax({t.vertex[0][axis], t.vertex[1][axis], t.vertex[2][axis]});
+    const auto [low, high] = std::minmax({t.vertex[0][axis], t.vertex[1][axis], t.vertex[2][axis]});
     return high - low;
 }
 

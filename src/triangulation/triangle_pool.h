@@ -26,9 +26,7 @@ public:
     [[nodiscard]] std::size_t count() const noexcept {
         return (blocks.size() - 1) * blockSize + blocks.back().size();
     }
-    [[nodiscard]] Tri* at(std::size_t n) noexcept {
-        return &blocks[n / blockSize][n % blockSize];
-    }
+    [[nodiscard]] Tri* at(std::size_t n) noexcept { return &blocks[n / blockSize][n % blockSize]; }
     [[nodiscard]] const Tri* at(std::size_t n) const noexcept {
         return &blocks[n / blockSize][n % blockSize];
     }
@@ -38,8 +36,7 @@ public:
     }
     [[nodiscard]] bool owns(const Tri* t) const noexcept {
         return std::any_of(blocks.begin(), blocks.end(), [t](const Block& block) {
-            return !std::less<>()(t, block.data()) &&
-                   std::less<>()(t, block.data() + block.size());
+            return !std::less<>()(t, block.data()) && std::less<>()(t, block.data() + block.size());
         });
     }
 
@@ -101,9 +98,8 @@ public:
             blocks.push_back({pool.at(n), static_cast<std::int32_t>(n),
                               std::min(pool.count() - n, Pool::blockSize)});
         }
-        std::sort(blocks.begin(), blocks.end(), [](const Block& a, const Block& b) {
-            return std::less<>()(a.first, b.first);
-        });
+        std::sort(blocks.begin(), blocks.end(),
+                  [](const Block& a, const Block& b) { return std::less<>()(a.first, b.first); });
     }
     /// -1 for null and for a triangle of no block.
     [[nodiscard]] std::int32_t operator()(const Tri* t) {

@@ -43,8 +43,7 @@ struct SideProducts {
     double second;
 
     SideProducts(const Real* u, const Real* w, Real x, Real y)
-        : first(double(w[0] - x) * double(u[1] - y)),
-          second(double(w[1] - y) * double(u[0] - x)) {}
+        : first(double(w[0] - x) * double(u[1] - y)), second(double(w[1] - y) * double(u[0] - x)) {}
 
     /// Positive when q lies strictly to the right, so outside of a counter-clockwise triangle.
     [[nodiscard]] double value() const { return first - second; }
@@ -118,7 +117,8 @@ std::int32_t TinRecord<Real>::find(double x, double y, TinRecord*& tri, std::int
     const WalkEnd end = walk(tri, [&](TinRecord* from) {
         TinRecord* next = nullptr;
         std::int32_t touched = 0;
-        found = tin_detail::classify(from, static_cast<Real>(x), static_cast<Real>(y), next, touched);
+        found =
+            tin_detail::classify(from, static_cast<Real>(x), static_cast<Real>(y), next, touched);
         if (found == 0) { return next; }
         if (found > 0 && where != nullptr) { *where = touched; }
         return from;

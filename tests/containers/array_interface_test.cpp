@@ -9,14 +9,10 @@ namespace {
 using namespace zyn;
 
 template <class Array, class Argument>
-concept Appends = requires(Array& array, Argument argument) {
-    array.append(argument);
-};
+concept Appends = requires(Array& array, Argument argument) { array.append(argument); };
 
 template <class Array>
-concept AppendsZero = requires(Array& array) {
-    array.append(0);
-};
+concept AppendsZero = requires(Array& array) { array.append(0); };
 
 static_assert(AppendsZero<CharArray> && AppendsZero<IntArray> && AppendsZero<DoubleArray>);
 static_assert(!AppendsZero<Pnt3dArray> && !AppendsZero<Pnt2iArray> && !AppendsZero<StringArray>);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <clocale>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -211,6 +212,35 @@ TEST(ExportObj, WritesNumberedPointsAndTheFacesBelowTheLimit) {
     EXPECT_TRUE(contentOf(path).starts_with(vertices + "f "));
     EXPECT_FALSE(e->exportObj(points, (path + "/no/file").c_str(), 1));
     fs::remove(path);
+}
+
+TYPED_TEST(TinFileTest, AnEngineOfNobodyIsRefused) {
+    using Real = TypeParam;
+    zyn::DelaunayInterface<Real>* const none = nullptr;
+    Real marker = 0, low[3] = {7, 7, 7}, high[3] = {7, 7, 7};
+    Real* vertices = &marker;
+    int count = 7;
+    EXPECT_FALSE(writeBinary(none, this->file.c_str()) || writeText(none, this->file.c_str()));
+    EXPECT_FALSE(writeObj(none, this->file.c_str()) || fs::exists(this->file));
+    EXPECT_FALSE(readBinary(none, this->file.c_str(), vertices, count));
+    EXPECT_TRUE(vertices == nullptr && count == 0);
+    EXPECT_FALSE(bounds(none, low[0], low[1], low[2], high[0], high[1], high[2]));
+    EXPECT_EQ(low[0], 7);
+    EXPECT_EQ(vertexCount(none) + allVertexCount(none) + compactVertices(none), 0);
+    EXPECT_EQ(surfaceArea(none) + surfaceAreaHorizen(none), 0);
+}
+
+TYPED_TEST(TinFileTest, TextKeepsToThePointInALocaleWithCommas) {
+    this->add(2.5, 3.25);
+    const std::string before = this->write(*this, true);
+    const std::string old = std::setlocale(LC_ALL, nullptr);
+    const bool changed = std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
+    const std::string after = this->write(*this, true);
+    typename TestFixture::Back back(this->file, true);
+    std::setlocale(LC_ALL, old.c_str());
+    EXPECT_EQ(after, before) << (changed ? "" : "the locale is not installed");
+    EXPECT_TRUE(back.result && back.vertices[0] == TypeParam(2.5) &&
+                back.vertices[1] == TypeParam(3.25));
 }
 
 }  // namespace

@@ -3,10 +3,14 @@
 #include <zyn/surface.h>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cmath>
+#include <csignal>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -195,6 +199,17 @@ TYPED_TEST(TinFileTest, ObjFilesHoldTheFacesBelowTheLimit) {
     }
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     EXPECT_FALSE(writeObj(e, fifo.c_str()) || !fs::is_fifo(fifo));  // a file would take its place
+    // A disk that fills up: no file may grow beyond 20 bytes.
+    rlimit unlimited = {};
+    getrlimit(RLIMIT_FSIZE, &unlimited);
+    const rlimit full{20, unlimited.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &full);
+    const bool written = writeObj(e, path.c_str()),
+               binaryWritten = writeBinary(e, this->file.c_str());
+    setrlimit(RLIMIT_FSIZE, &unlimited);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(written || binaryWritten);
     EXPECT_EQ(contentOf(path), content);
 }
 
@@ -203,7 +218,12 @@ TEST(ExportObj, WritesNumberedPointsAndTheFacesBelowTheLimit) {
     const ref_ptr<IZynDelaunayD> e = newZynDelaunayDouble(0, 0, 0, 10, 10);
     for (XPnt3d& p : points) { EXPECT_EQ(e->addPoint(&p, 0), p.z != 5); }
     const std::string path = testing::TempDir() + "zyn_export.obj";
+    testing::internal::CaptureStdout();
     EXPECT_TRUE(e->exportObj(points, path.c_str(), 4.4));
+    std::fflush(stdout);
+    EXPECT_EQ(
+        testing::internal::GetCapturedStdout(),
+        "Writing File \"" + path + "\"...\nWriting vertices...Done!\nWriting triangles...Done!");
     const std::string vertices = contentOf(path);  // the refused point keeps its line
     EXPECT_EQ(vertices,
               "v 2.000000 2.000000 0.000000\nv 5.000000 2.000000 1.500000\n"
@@ -211,6 +231,13 @@ TEST(ExportObj, WritesNumberedPointsAndTheFacesBelowTheLimit) {
     EXPECT_TRUE(e->exportObj(points, path.c_str(), 4.5));
     EXPECT_TRUE(contentOf(path).starts_with(vertices + "f "));
     EXPECT_FALSE(e->exportObj(points, (path + "/no/file").c_str(), 1));
+    std::vector<XPnt3d> many(32770);  // the last two have a number that does not fit
+    for (std::size_t i = 0; i < many.size(); ++i) { many[i].inten = static_cast<std::int16_t>(i); }
+    EXPECT_TRUE(e->exportObj(many, path.c_str(), 0));
+    const std::string lines = contentOf(path);
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), 'v'), 32768);
+    compactVertices(e.get());  // vertices without a number
+    EXPECT_FALSE(e->exportObj(points, path.c_str(), 1));
     fs::remove(path);
 }
 

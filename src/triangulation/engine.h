@@ -84,6 +84,10 @@ protected:
     [[nodiscard]] bool verticesArePoints() const { return wholePoints; }
 
 private:
+    struct Corner {
+        Tri* triangle = nullptr;
+        int slot = 0;
+    };
     struct Star;
 
     // engine_insert.ipp
@@ -93,8 +97,8 @@ private:
     Tri* searchPool(Xy q);
     static bool isCorner(const Tri* t, const Pnt& p, Real tolerance);
     Tri* split(Tri* t, Real* p);
-    void legalise(Tri* t, const Real* p);
-    Tri* flipIfIllegal(Tri* t, int slot);
+    void legalise(Corner corner, const Real* p);
+    [[gnu::always_inline]] static inline Corner flipIfIllegal(Corner corner);
 
     // engine_remove.ipp
     bool collectStar(Tri* t, int corner, Star& star) const;

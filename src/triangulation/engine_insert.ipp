@@ -27,7 +27,7 @@ bool DelaunayEngine<Real>::addPoint(Pnt* p, Real tolerance) {
     Real* const coordinates = *p;
     Tri* const t = locateFrom(Pool::newest(), xyOf(coordinates));
     if (t == nullptr || isCorner(t, *p, tolerance)) { return false; }
-    legalise(split(t, coordinates), coordinates);
+    legalise({split(t, coordinates), 0}, coordinates);
     return true;
 }
 
@@ -152,47 +152,49 @@ TinRecord<Real>* DelaunayEngine<Real>::split(Tri* t, Real* p) {
 /// and b are pushed, and each triangle of a flip again: once round p, clockwise, from b. Every flip
 /// brings one more triangle to p, so the walk needs a count of those to look at, and no stack.
 template <class Real>
-void DelaunayEngine<Real>::legalise(Tri* t, const Real* p) {
-    std::size_t flips = 0;
-    for (int slot = 0, pending = 3; pending > 0;) {
-        Tri* const flipped = flipIfIllegal(t, slot);
-        if (flipped != nullptr) {
-            // No more flips than triangles: a network that was damaged in a file must not circle.
-            if (++flips > Pool::count()) { return; }
-            t = flipped;
+void DelaunayEngine<Real>::legalise(Corner corner, const Real* p) {
+    // No more flips than triangles: a network that was damaged in a file must not circle.
+    std::size_t flipsLeft = Pool::count();
+    for (int pending = 3; pending > 0;) {
+        if (const Corner flipped = flipIfIllegal(corner); flipped.triangle != nullptr) {
+            if (flipsLeft-- == 0) { return; }
+            corner = flipped;
             ++pending;
         } else {
-            t = t->neighbor[before[slot]];
+            Tri* const next = corner.triangle->neighbor[before[corner.slot]];
+            if (next == nullptr) { return; }
+            corner = {next, placeOf(next->vertex, p)};
+            if (corner.slot == 3) { return; }
             --pending;
         }
-        slot = t == nullptr ? 3 : placeOf(t->vertex, p);
-        if (slot == 3) { return; }
     }
 }
 
-/// Flips the edge opposite corner `slot` if that is Delaunay's rule, and gives the neighbour of
-/// before; null without a flip. Exact: a certain sign of the angle test decides, else the in-circle
-/// determinant. A flip of an edge that is illegal leaves two counter-clockwise triangles, a flip of
-/// four points on a circle does so unless two of them coincide or lie on one line with a third.
+/// Flips the edge opposite a corner if that is Delaunay's rule, and gives the vertex's corner in the
+/// neighbour of before; none without a flip. Exact: a certain sign of the angle test decides, else
+/// the in-circle determinant. A flip of an edge that is illegal leaves two counter-clockwise
+/// triangles, a flip of four points on a circle does so unless two of them coincide or lie on one
+/// line with a third.
 template <class Real>
-inline TinRecord<Real>* DelaunayEngine<Real>::flipIfIllegal(Tri* t, int slot) {
+inline auto DelaunayEngine<Real>::flipIfIllegal(Corner corner) -> Corner {
+    const auto [t, slot] = corner;
     Tri* const n = t->neighbor[slot];
     const int j = n == nullptr ? 3 : placeOf(n->neighbor, t);
-    if (j == 3) { return nullptr; }
+    if (j == 3) { return {}; }
     const Real* const p = t->vertex[slot];
     const Real* const a = t->vertex[after[slot]];
     const Real* const b = t->vertex[before[slot]];
     const Real* const d = n->vertex[j];
     const int inside = inCircle(p, a, b, d);
-    if (inside < 0) { return nullptr; }
+    if (inside < 0) { return {}; }
     if (inside == 0) {
         // On one circle: the double engine's threshold flips, the float engine's does not.
         const bool isStrict = orientation(xyOf(p), xyOf(a), xyOf(d)) > 0 &&
                               orientation(xyOf(p), xyOf(d), xyOf(b)) > 0;
-        if (!isDouble || !isStrict) { return nullptr; }
+        if (!isDouble || !isStrict) { return {}; }
     }
     flipEdge(t, slot, n, j);
-    return n;
+    return {n, before[j]};
 }
 
 }  // namespace zyn

@@ -192,7 +192,7 @@ void DelaunayEngine<Real>::legaliseFan(const Star& star) {
         Tri* const t = star.triangles[j];
         if (flipped == nullptr) { w = t->vertex[after[t->index(star.ring[0])]]; }
         const int slot = t->index(w);
-        flipped = slot == 3 ? nullptr : flipIfIllegal(t, slot);
+        flipped = slot == 3 ? nullptr : flipIfIllegal({t, slot}).triangle;
     }
 }
 
@@ -213,7 +213,7 @@ void DelaunayEngine<Real>::legaliseHole(Star& star) {
         flipped = false;
         for (Tri* const t : inner) {
             for (int slot = 0; slot < 3; ++slot) {
-                if (isIllegal(t, slot) && flipIfIllegal(t, slot) != nullptr) { flipped = true; }
+                flipped |= isIllegal(t, slot) && flipIfIllegal({t, slot}).triangle != nullptr;
             }
         }
     }

@@ -9,12 +9,14 @@ namespace zyn {
 inline constexpr int after[4] = {1, 2, 0, 1};
 inline constexpr int before[4] = {2, 0, 1, 2};
 
-/// The place of `item` among three different ones, or 3. Found without a branch: in the middle of an
-/// insertion any place is as likely as the others.
+/// The place of `item` among three, or 3: the number of those before it. Counted without a branch,
+/// since in the middle of an insertion any place is as likely as the others.
 template <class T>
 inline int placeOf(T* const (&three)[3], const T* item) {
-    const int place = int(three[1] == item) + 2 * int(three[2] == item);
-    return place < 3 && three[place] == item ? place : 3;
+    const unsigned first = three[0] != item;
+    const unsigned second = first & unsigned(three[1] != item);
+    const unsigned third = second & unsigned(three[2] != item);
+    return int(first + second + third);
 }
 
 /// Makes the slot of `t` that holds `from` hold `to`. A null `t` and a missing slot are passed over.

@@ -80,7 +80,9 @@ int orientationExact(Xy a, Xy b, Xy c) {
     return (exact(a.x, c.x) * exact(b.y, c.y) - exact(a.y, c.y) * exact(b.x, c.x)).sign();
 }
 
-int inCircleExact(Xy p, Xy a, Xy b, Xy d) {
+template <class Real>
+int inCircleExact(const Real* atP, const Real* atA, const Real* atB, const Real* atD) {
+    const Xy p = xyOf(atP), a = xyOf(atA), b = xyOf(atB), d = xyOf(atD);
     const std::array<double, 8> coordinates{p.x, p.y, a.x, a.y, b.x, b.y, d.x, d.y};
     if (expansionsAreExact(coordinates)) {
         const auto exact = [](double u, double v) { return fromTwo(twoDiff(u, v)); };
@@ -107,5 +109,8 @@ int inCircleExact(Xy p, Xy a, Xy b, Xy d) {
                 [](const auto& e, const auto& f) { return e * f; })
                 .sign();
 }
+
+template int inCircleExact(const float*, const float*, const float*, const float*);
+template int inCircleExact(const double*, const double*, const double*, const double*);
 
 }  // namespace zyn

@@ -8,6 +8,8 @@
 #include "triangulation/expansion.h"
 
 #include <cmath>
+#include <cstdint>
+#include <limits>
 
 namespace zyn {
 
@@ -53,7 +55,36 @@ struct Side {
     return orientationExact(a, b, c);
 }
 
-[[nodiscard]] int inCircleExact(Xy p, Xy a, Xy b, Xy d);
+/// Two doubles side by side, which one instruction computes with at once.
+using Pair = double __attribute__((vector_size(16)));
+
+template <class Real>
+[[nodiscard]] inline Pair pairOf(const Real* p) {
+    return Pair{double(p[0]), double(p[1])};
+}
+[[nodiscard]] inline Pair swapped(Pair p) { return __builtin_shufflevector(p, p, 1, 0); }
+[[nodiscard]] inline Pair absolute(Pair p) {
+    using Bits = std::int64_t __attribute__((vector_size(16)));
+    return Pair(Bits(p) & std::numeric_limits<std::int64_t>::max());
+}
+
+/// The angle from u to v by its cosine and its sine, both times the lengths of u and v.
+struct Angle {
+    Pair value;      ///< cosine and sine, rounded
+    Pair magnitude;  ///< the same sums with the absolute values of their products
+
+    Angle(Pair u, Pair v) {
+        const Pair first = u[0] * v;            // ux vx, ux vy
+        const Pair second = u[1] * swapped(v);  // uy vy, uy vx
+        value = __builtin_shufflevector(first + second, first - second, 0, 3);
+        magnitude = absolute(first) + absolute(second);
+    }
+};
+
+/// Takes pointers, since four copies would be made at every call of inCircle that needs none.
+template <class Real>
+[[nodiscard, gnu::cold]] int inCircleExact(const Real* p, const Real* a, const Real* b,
+                                           const Real* d);
 
 /// 1 when d lies inside the circle through p, a, b, which run counter-clockwise, -1 when outside,
 /// 0 when the four lie on one circle. On a triangle of no area, the limit: 1 when p lies strictly
@@ -64,16 +95,13 @@ struct Side {
 /// the bound: |coordinate| <= 1e100.
 template <class Real>
 [[nodiscard]] inline int inCircle(const Real* p, const Real* a, const Real* b, const Real* d) {
-    const double px = double(p[0]), py = double(p[1]), dx = double(d[0]), dy = double(d[1]);
-    const double ax = double(a[0]), ay = double(a[1]), bx = double(b[0]), by = double(b[1]);
-    const double apx = ax - px, apy = ay - py, bpx = bx - px, bpy = by - py;
-    const double adx = ax - dx, ady = ay - dy, bdx = bx - dx, bdy = by - dy;
-
-    const double sinC1 = apx * bpy, sinC2 = apy * bpx;
-    const double cosC1 = apx * bpx, cosC2 = apy * bpy;
-    const double sinD1 = bdx * ady, sinD2 = bdy * adx;
-    const double cosD1 = adx * bdx, cosD2 = ady * bdy;
-    const double value = (cosD1 + cosD2) * (sinC1 - sinC2) + (sinD1 - sinD2) * (cosC1 + cosC2);
+    const Pair pp = pairOf(p), pa = pairOf(a), pb = pairOf(b), pd = pairOf(d);
+    const Angle atP(pa - pp, pb - pp);
+    const Angle atD(pb - pd, pa - pd);
+    const Pair products = atP.value * swapped(atD.value);
+    const Pair magnitudes = atP.magnitude * swapped(atD.magnitude);
+    const double value = products[0] + products[1];
+    const double permanent = magnitudes[0] + magnitudes[1];
 
     // A sine or cosine carries four rounding errors (two differences, a product, a sum), a product
     // of two of them nine, the last sum ten. (1 + e)^10 - 1, with the rounding of the permanent
@@ -81,13 +109,10 @@ template <class Real>
     // the square of the largest difference: 1e-110 covers that up to 1e100.
     constexpr double eps = expansion::epsilon;
     constexpr double errorBound = (10.0 + 256.0 * eps) * eps;
-    const double permanent =
-        (std::abs(cosD1) + std::abs(cosD2)) * (std::abs(sinC1) + std::abs(sinC2)) +
-        (std::abs(sinD1) + std::abs(sinD2)) * (std::abs(cosC1) + std::abs(cosC2));
     const double bound = errorBound * permanent + 1e-110;
     if (value > bound) { return -1; }
     if (value < -bound) { return 1; }
-    return inCircleExact({px, py}, {ax, ay}, {bx, by}, {dx, dy});
+    return inCircleExact(p, a, b, d);
 }
 
 }  // namespace zyn

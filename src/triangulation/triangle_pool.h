@@ -8,82 +8,74 @@
 #include <algorithm>
 #include <cstddef>
 #include <functional>
-#include <utility>
+#include <memory>
 #include <vector>
 
 namespace zyn {
 
-/// Triangles by number, without holes: block n holds the triangles from n * 1024 on, and only the
-/// last block is not full. The last triangle is called the newest.
+/// Triangles by number, without holes: block n holds the triangles from n * 1024 on. The last
+/// triangle is called the newest. Memory is kept until the pool is cleared.
 template <class Real>
 class TrianglePool {
 public:
     using Tri = TinRecord<Real>;
     static constexpr std::size_t blockSize = 1024;
 
-    TrianglePool() { addBlock(); }
-
-    [[nodiscard]] std::size_t count() const noexcept {
-        return (blocks.size() - 1) * blockSize + blocks.back().size();
+    [[nodiscard]] std::size_t count() const noexcept { return size; }
+    [[nodiscard]] Tri* at(std::size_t n) noexcept {
+        return reinterpret_cast<Tri*>(blocks[n / blockSize].get()) + n % blockSize;
     }
-    [[nodiscard]] Tri* at(std::size_t n) noexcept { return &blocks[n / blockSize][n % blockSize]; }
     [[nodiscard]] const Tri* at(std::size_t n) const noexcept {
-        return &blocks[n / blockSize][n % blockSize];
+        return reinterpret_cast<const Tri*>(blocks[n / blockSize].get()) + n % blockSize;
     }
     /// Null in an empty pool.
-    [[nodiscard]] Tri* newest() noexcept {
-        return blocks.back().empty() ? nullptr : &blocks.back().back();
-    }
+    [[nodiscard]] Tri* newest() noexcept { return size == 0 ? nullptr : at(size - 1); }
     [[nodiscard]] bool owns(const Tri* t) const noexcept {
-        return std::any_of(blocks.begin(), blocks.end(), [t](const Block& block) {
-            return !std::less<>()(t, block.data()) && std::less<>()(t, block.data() + block.size());
-        });
+        for (std::size_t n = 0; n < size; n += blockSize) {
+            const Tri* const first = at(n);
+            const Tri* const end = first + std::min(blockSize, size - n);
+            if (!std::less<>()(t, first) && std::less<>()(t, end)) { return true; }
+        }
+        return false;
     }
 
     /// Makes sure that the next two triangles need no memory.
     void prepareTwo() {
-        if (blocks.back().size() + 2 > blockSize && spare.capacity() == 0) {
-            spare.reserve(blockSize);
-            if (blocks.size() == blocks.capacity()) { blocks.reserve(2 * blocks.size()); }
-        }
+        if (size + 2 > blocks.size() * blockSize) { addBlock(); }
     }
     /// Adds a triangle at the end.
     Tri* newTriangle(const Tri& triangle) {
-        if (blocks.back().size() == blockSize) { addBlock(); }
-        blocks.back().push_back(triangle);
-        return &blocks.back().back();
+        if (size == blocks.size() * blockSize) { addBlock(); }
+        return std::construct_at(at(size++), triangle);
     }
     /// Drops `t` from the pool, which stays without holes: the newest triangle moves into its place,
     /// and its neighbours are linked to it there. Links to `t` are the caller's business. Gives the
     /// place that the newest triangle left, which is `t` if it was that itself. REQUIRES: `t` is of
     /// this pool.
     Tri* drop(Tri* t) {
-        Tri* const last = &blocks.back().back();
+        Tri* const last = newest();
         if (t != last) {
             std::copy_n(last->vertex, 3, t->vertex);
             std::copy_n(last->neighbor, 3, t->neighbor);
             for (Tri* const n : last->neighbor) { redirect(n, last, t); }
         }
-        blocks.back().pop_back();
-        if (blocks.back().empty() && blocks.size() > 1) { blocks.pop_back(); }
+        --size;
         return last;
     }
     void clear() {
-        blocks.resize(1);
-        blocks.back().clear();
+        size = 0;
+        blocks.clear();
     }
 
 private:
-    using Block = std::vector<Tri>;  // reserved whole, so that its triangles never move
+    using Block = std::unique_ptr<std::byte[]>;  // not written before its triangles are
 
     void addBlock() {
-        spare.reserve(blockSize);
-        blocks.push_back(std::move(spare));
-        spare = Block();
+        blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(blockSize * sizeof(Tri)));
     }
 
+    std::size_t size = 0;
     std::vector<Block> blocks;
-    Block spare;  // for the next addBlock, or without storage
 };
 
 /// The number of any triangle of a pool from its address.

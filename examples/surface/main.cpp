@@ -105,7 +105,8 @@ void makeSurface(const Options& options) {
     const Network network = triangulate(*input.points, *input.breaklines, options.tolerance);
     IZynDelaunayD* const engine = network.engine.get();
     if (surfaceTriangleCount(engine) == 0) {
-        throw Failure(options.input, "all points lie on one line, or within --tolerance");
+        throw Failure(options.input,
+                      "all points lie on one line, or nearly so, or within --tolerance");
     }
     const Measures surface = measure(*engine, options.maxEdge);
     if (surface.triangles == 0) {

@@ -19,7 +19,7 @@ namespace {
 Enve2d frameAround(Pnt3dArray& points, Pnt3dArrayArray& breaklines) {
     Enve2d frame = boxAround(points);
     for (Pnt3dArray* const breakline : breaklines) { frame.Union(boxAround(*breakline)); }
-    constexpr double margin = 10;
+    constexpr double margin = 1000;
     constexpr double leastExtent = 1;  // points in one place need a frame too
     frame.extend(margin * std::max({frame.width(), frame.hight(), leastExtent}));
     return frame;

@@ -75,7 +75,8 @@ public:
 
     /// Throws std::out_of_range for an index outside the array.
     [[nodiscard]] virtual E get(int index) const = 0;
-    /// Checked like get(). Valid until the storage grows. Writing a row through it moves no count.
+    /// Checked like get(). Valid until the storage grows, and until something is inserted or removed
+    /// at or before the element. Writing a row through it moves no count.
     [[nodiscard]] virtual E& getRef(int index) = 0;
     /// Unchecked: not empty. The same holds for first, removeLast and removeFirst.
     [[nodiscard]] virtual E last() const = 0;
@@ -120,8 +121,8 @@ public:
 
     [[nodiscard]] E* end() { return begin() + size(); }
 
-    template <class N>
-        requires(std::is_arithmetic_v<N> && std::is_arithmetic_v<E>)
+    template <std::integral N>
+        requires std::is_arithmetic_v<E>
     int append(N value) {
         return append(static_cast<E>(value));
     }
@@ -133,6 +134,7 @@ public:
     int append(std::nullptr_t)
         requires(!std::is_pointer_v<E>)
     = delete;
+    int assign(std::nullptr_t) = delete;
 };
 
 /// Declares the array class `Name` of `Element` and its factory.

@@ -1,8 +1,8 @@
 // Delaunay engines: points in, a surface out.
 //
 // An engine is a triangulated irregular network inside a rectangular frame. It is fed points one at
-// a time and keeps them triangulated by Delaunay's rule in the plane: no vertex lies inside the
-// circle of any triangle. A vertex is a pointer to the caller's point, which must stay alive and in
+// a time and triangulates them by Delaunay's rule in the plane: no vertex lies inside the circle of
+// any triangle. Enforced edges, and holes that removePoint closes, may break that rule. A vertex is a pointer to the caller's point, which must stay alive and in
 // place for the life of the engine: reserve the array before filling it. The four corners of the
 // frame are vertices too; triangles that touch one are frame triangles, and what reports on the
 // surface leaves them out. Leave a margin between the points and the frame.
@@ -18,9 +18,11 @@
 // Take the double engine for coordinates on the ground; the float one halves the memory of the
 // points, not of the triangles. Points in spatial order are located in a few steps each.
 // Every network is valid after every call: triangles counter-clockwise by exact arithmetic, links
-// symmetric. A triangle of no area only stands on an edge of the frame and beside a duplicate.
+// symmetric. A triangle of no area only stands on an edge of the frame and beside a duplicate. A
+// network that was read is what the file says: its numbers are checked, its geometry is not, and on
+// a damaged one every call still ends and touches no foreign memory.
 // One thread at a time; different engines share nothing. Records keep their address until
-// deleteTriangle or removePoint moves one.
+// deleteTriangle or removePoint moves one, or a read replaces them all.
 #pragma once
 
 #include <zyn/array.h>
@@ -65,8 +67,8 @@ public:
     /// Whether `p` points into the engine's frame.
     [[nodiscard]] virtual bool isFrameVertex(const Real* p) const = 0;
 
-    /// Works towards edge a-b, both vertices of the network, by flipping the edges that cross it,
-    /// with exact orientation. Starts at `hint`, or at the first triangle when it is null. The
+    /// Works towards edge a-b, both vertices of the network, by flipping the edges that cross it.
+    /// Starts at `hint`, or at the first triangle when it is null. The
     /// triangle that holds `a`, or null when `a` lies outside. Nothing is recorded: a later
     /// addPoint may flip the edge away, and an edge that many others cross often does not come in;
     /// calling again does not help then.
@@ -85,7 +87,8 @@ public:
 class ZYN_EXPORT IZynDelaunay : public DelaunayInterface<float> {
 public:
     /// Removes the vertex nearest to (x, y), among the corners of the triangle there, that is nearer
-    /// than `radius` in the plane, and closes the hole. Starts at `hint`, or at the newest triangle
+    /// than `radius` and than 3162.27 in the plane, and closes the hole with triangles that are
+    /// Delaunay's as far as one pass over them makes them so. Starts at `hint`, or at the newest triangle
     /// when it is null. False, with nothing changed, when there is none, for a corner of the frame,
     /// for a vertex with an edge of the frame in its ring, and for one of more than 53 neighbours.
     /// The point's own record is not touched.
@@ -123,7 +126,7 @@ public:
     /// standard output. `points` is the whole sequence that addPoint was given, in that order. A
     /// face whose longest edge in space is above `maxEdge` is left out, if that is below 99999.
     /// Serves up to 32768 points, whose number fits `inten`; writeObj of surface.h has no such limit.
-    /// False when the file cannot be opened, and on a network whose vertices are bare coordinates
+    /// False when the file cannot be opened or written whole, and on a network whose vertices are bare coordinates
     /// (after a read or compactVertices).
     virtual bool exportObj(std::span<const XPnt3d> points, const char* path, double maxEdge) = 0;
 };
@@ -159,8 +162,8 @@ ZYN_EXPORT bool bounds(DelaunayInterface<Real>* engine, Real& minX, Real& minY, 
                        Real& maxX, Real& maxY, Real& maxZ);
 
 /// Copies the vertices of the surface into one buffer that the engine owns until its end, and makes
-/// the network refer to it instead of the caller's points; `inten` does not travel along. The
-/// number of vertices copied.
+/// the network refer to it instead of the caller's points. These are bare coordinates: findCone with
+/// a radius and exportObj, which use `inten`, are not for them. The number of vertices copied.
 template <class Real>
 ZYN_EXPORT int compactVertices(DelaunayInterface<Real>* engine);
 

@@ -124,7 +124,12 @@ public:
     /// Grows by the point (x, y).
     void SetBox(double x, double y) noexcept { SetBox(x, y, x, y); }
     /// Grows: the first two move the minima only, the last two the maxima only.
-    void SetBox(double minX_, double minY_, double maxX_, double maxY_) noexcept;
+    constexpr void SetBox(double minX_, double minY_, double maxX_, double maxY_) noexcept {
+        minX = std::min(minX, minX_);
+        minY = std::min(minY, minY_);
+        maxX = std::max(maxX, maxX_);
+        maxY = std::max(maxY, maxY_);
+    }
     /// Grows by x, y of the points.
     template <PlanarOrSpatialPoint P>
     void SetBox(const P& p) noexcept {
@@ -172,7 +177,7 @@ public:
     [[nodiscard]] bool isCover(const Enve2d& e) const noexcept;
     /// minX <= x < maxX and minY <= y < maxY: each point belongs to one cell of a grid of boxes.
     [[nodiscard]] bool isCover(double x, double y) const noexcept;
-    /// Whether the boxes overlap in more than a line.
+    /// Whether the ranges overlap on both axes, their bounds not counted.
     [[nodiscard]] bool isIntersect(const Enve2d& e) const noexcept;
     /// Whether the segment a-b crosses or touches the outline and does not have both its ends in the
     /// box, as isCover(x, y) tells it.
@@ -245,7 +250,14 @@ public:
         *this = Enve3d(minX_, minY_, minZ_, maxX_, maxY_, maxZ_);
     }
     /// Each minimum becomes the smaller of the two, each maximum the larger.
-    void Union(const Enve3d& e) noexcept;
+    constexpr void Union(const Enve3d& e) noexcept {
+        minX = std::min(minX, e.minX);
+        minY = std::min(minY, e.minY);
+        minZ = std::min(minZ, e.minZ);
+        maxX = std::max(maxX, e.maxX);
+        maxY = std::max(maxY, e.maxY);
+        maxZ = std::max(maxZ, e.maxZ);
+    }
     /// All six sides move out by `d`.
     void Extend(double d) noexcept;
 
@@ -269,7 +281,7 @@ public:
     /// Swaps the bounds of an axis that are in the wrong order.
     void Normalize() noexcept;
 
-    // Containment and crossing. All sides are included, unlike in Enve2d.
+    // Containment and crossing. A point on a side is in the box, unlike in Enve2d.
 
     [[nodiscard]] bool isCover(const XPnt3d& p) const noexcept { return isCover(p.x, p.y, p.z); }
     [[nodiscard]] bool isCover(double x, double y, double z) const noexcept;
@@ -281,7 +293,7 @@ public:
     /// Whether, on each axis, the bounds of this box reach a bound of `e`: isIntersect(min, max,
     /// e.min, e.max). So a box strictly inside `e` on any axis does not cover it.
     [[nodiscard]] bool isCover(const Enve3d& e) const noexcept;
-    /// Whether the bounds of x and y overlap in more than a line.
+    /// Whether the ranges of x and y overlap, their bounds not counted.
     [[nodiscard]] bool isIntersected(const Enve2d& e) const noexcept;
     /// Whether the segment a-b touches the box: both ends inside, or the line through them passes
     /// through a side of an axis on which the segment reaches a bound of the box. That side may lie

@@ -158,7 +158,8 @@ template <class T>
 [[nodiscard]] T dist_manhattan(const XPnt3<T>& a, const XPnt3<T>& b) noexcept {
     return std::max({std::abs(a.x - b.x), std::abs(a.y - b.y), std::abs(a.z - b.z)});
 }
-/// Distance, not squared, from `p` to the infinite line a-b, and the foot of its perpendicular.
+/// Distance, not squared, from `p` to the infinite line a-b, and the foot of its perpendicular, with
+/// the `inten` of `a`.
 template <class T>
 ZYN_EXPORT T dist2_line(const XPnt3<T>& p, const XPnt3<T>& a, const XPnt3<T>& b,
                         XPnt3<T>& foot) noexcept;
@@ -181,7 +182,8 @@ template <class T>
     return dist2_2d(a, b);
 }
 [[nodiscard]] ZYN_EXPORT float length(float x1, float y1, float x2, float y2) noexcept;
-/// Distance of two points of `n` coordinates each, 2 or 3; 0 for any other `n`.
+/// Distance of two points of `n` coordinates each, 2 or 3; 0 for any other `n`. REQUIRES: with `n`
+/// 3, three coordinates at both.
 [[nodiscard]] ZYN_EXPORT float length(Coordinates<float, 2> a, Coordinates<float, 2> b,
                                       std::int32_t n) noexcept;
 [[nodiscard]] ZYN_EXPORT double dist3d(Coordinates<double, 3> a, Coordinates<double, 3> b) noexcept;
@@ -243,7 +245,8 @@ template <class T>
 ZYN_EXPORT void line_plane_X(const XPnt3<T>& p, const XPnt3<T>& dir, const XPnt3<T>& n, Scalar<T> d,
                              XPnt3<T>& out, Scalar<T>& t) noexcept;
 /// The point, with the `inten` of `a`, of the line a-b that is nearest to the line c-d. False, and
-/// `out` unchanged, when they are parallel.
+/// `out` unchanged, when they count as parallel: |(b - a) x (d - c)|^2 < 1e-7. The bound is absolute,
+/// so that short segments do so at any angle.
 template <class T>
 ZYN_EXPORT bool lines_intersect(const XPnt3<T>& a, const XPnt3<T>& b, const XPnt3<T>& c,
                                 const XPnt3<T>& d, XPnt3<T>& out) noexcept;
@@ -257,7 +260,7 @@ ZYN_EXPORT void bary(const XPnt3<T>& p, const XPnt3<T>& a, const XPnt3<T>& b, co
 template <class T>
 ZYN_EXPORT void bary(const XPnt3<T>& p, const XPnt3<T>& dir, const XPnt3<T>& a, const XPnt3<T>& b,
                      const XPnt3<T>& c, Scalar<T>& u, Scalar<T>& v, Scalar<T>& w) noexcept;
-/// The same for a triangle with the normal `n` (of any length) and the corners o + e1, o + e2 and
+/// Weights of `p`, as the first bary(), for a triangle with the normal `n` (of any length) and the corners o + e1, o + e2 and
 /// o, to which u, v and w belong in this order.
 template <class T>
 ZYN_EXPORT void bary_fast(const XPnt3<T>& p, const XPnt3<T>& n, const XPnt3<T>& o,
@@ -316,7 +319,8 @@ template <std::floating_point T>
 [[nodiscard]] ZYN_EXPORT bool isIntersect2d(const XPnt3d& a, const XPnt3d& b, const XPnt2d& c,
                                             const XPnt2d& d) noexcept;
 /// Crossing of the lines a-b and c-d: the parameters `t` on a-b and `u` on c-d, each 0 to 1 within
-/// its segment. False, with both unwritten, when the lines are parallel.
+/// its segment. False, with both unwritten, when the lines count as parallel: |(b - a) x (d - c)| <
+/// 1e-8. The bound is absolute: two segments of 1e-4, as in degrees, do so at any angle.
 ZYN_EXPORT bool intersect_line(const XPnt2d& a, const XPnt2d& b, const XPnt2d& c, const XPnt2d& d,
                                double& t, double& u) noexcept;
 /// Whether the lines cross within both closed segments. `t` and `u` are those of intersect_line(),

@@ -61,6 +61,6 @@ ZYN_ARRAY(PLasPntdArrayArray, PLasPntdArray*);
 // view holds no count and is valid as long as the records stay in place.
 
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(LasPntArray* source);
-[[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(PLasPntArray* source);
+[[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(const PLasPntArray* source);
 
 }  // namespace zyn

@@ -211,11 +211,11 @@ public:
     constexpr XPnt3(const XPnt3<U>& p) noexcept
         : PT3<T>(static_cast<T>(p.x), static_cast<T>(p.y), static_cast<T>(p.z)), inten(p.inten) {}
     /// From a laser point, `inten` included.
-    template <std::same_as<LasPnt> L>
+    template <std::derived_from<LasPnt> L>
     constexpr XPnt3(const L& p) noexcept : PT3<T>(T(p.x), T(p.y), T(p.z)), inten(p.inten) {}
 
     /// From a laser point, `inten` included.
-    template <std::same_as<LasPnt> L>
+    template <std::derived_from<LasPnt> L>
     constexpr XPnt3& operator=(const L& p) noexcept {
         return *this = XPnt3(p);
     }
@@ -303,6 +303,7 @@ public:
     constexpr XPnt3& set(P c) noexcept {
         return set(c[0], c[1], c[2]);
     }
+    constexpr XPnt3& set(const PT3<T>& p) noexcept { return set(p.x, p.y, p.z); }
     /// Coordinate `i`; any index but 0, 1, 2 changes nothing.
     constexpr XPnt3& set(int i, T v) noexcept {
         if (i >= 0 && i <= 2) { (*this)[i] = v; }

@@ -47,7 +47,8 @@ public:
     virtual void reserved();
 
     /// Takes over `object`, whose count has reached zero. The library does not look at it again;
-    /// it stays alive until the handler calls destroy() on it.
+    /// it stays alive until the handler calls destroy() on it. Must not throw: a count may be given
+    /// up in a destructor.
     virtual void deleteObject(const ZynReferenced* object) = 0;
 
 protected:
@@ -104,7 +105,6 @@ template <class T>
 class ref_ptr {
 public:
     constexpr ref_ptr() noexcept = default;
-    constexpr ref_ptr(std::nullptr_t) noexcept {}
     ref_ptr(T* object) noexcept : held(object) { refHeld(); }
     ref_ptr(const ref_ptr& other) noexcept : held(other.held) { refHeld(); }
     ref_ptr(ref_ptr&& other) noexcept : held(std::exchange(other.held, nullptr)) {}
@@ -123,7 +123,6 @@ public:
         if (old != nullptr) { old->unref(); }
         return *this;
     }
-    ref_ptr& operator=(std::nullptr_t) { return *this = static_cast<T*>(nullptr); }
     ref_ptr& operator=(const ref_ptr& other) { return *this = other.held; }
     ref_ptr& operator=(ref_ptr&& other) noexcept {
         ref_ptr(std::move(other)).swap(*this);
@@ -160,6 +159,9 @@ private:
     T* held = nullptr;
 };
 
+// A ZynGlobel is a value: nothing is ever deleted through a pointer to it.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 /// Keeps whether the application gave an origin; see g_zynGlobal. This base never has one.
 class ZYN_EXPORT ZynGlobel {
 public:
@@ -171,10 +173,8 @@ public:
     virtual bool isOrgPosGive();
     /// Takes a copy of `position`; gives what isOrgPosGive() then answers.
     virtual bool setOrgPosition(XPnt3<float>& position);
-
-protected:
-    ~ZynGlobel() = default;
 };
+#pragma GCC diagnostic pop
 
 /// The module's one ZynGlobel, made at load and kept until the process ends.
 ZYN_EXPORT extern ZynGlobel* g_zynGlobal;

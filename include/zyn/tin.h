@@ -12,11 +12,9 @@
 //          vertex[1] ------ vertex[2]
 //                 neighbor[0]
 //
-//     long inside = 0;
-//     engine->rewindTriangles();
-//     while (tind* t = engine->nextTriangle()) {
+//     if (tind* t = engine->locate(x, y); t != nullptr && !engine->isFrameTriangle(t)) {
 //         double out = 0.0;                                  // height of z = 0 above the plane
-//         if (t->find(x, y) == t && t->IntersectVertical(x, y, 0.0, out)) { height = -out; }
+//         if (t->IntersectVertical(x, y, 0.0, out)) { height = -out; }
 //     }
 //
 // One thread at a time. A float record computes in float where it says so and double elsewhere; take
@@ -115,7 +113,7 @@ public:
     /// XPnt3, whose `inten` serves as the mark of this search and is 0 for all of `out` afterwards.
     std::int32_t findCone(int i, Real radius, RealPtrArray* out);
     /// The same, from the corner nearest to `p` in the triangle that holds it; 0 when no corner is
-    /// nearer than `radius`.
+    /// nearer than `radius` and than 3162.27.
     std::int32_t findCone(const Real* p, Real radius, RealPtrArray* out);
 
     // Measures. A plane is ax + by + cz + d = 0, its normal not scaled; c > 0 on a triangle that

@@ -51,13 +51,19 @@ public:
         }
         return size();
     }
-    // Gathered first: reading an array of the application's own making may throw, and `other` may
-    // be this array.
+    // Reading an array of the application's own making may throw; `other` may be this array.
     int append(const Derived* other) final {
-        std::vector<E> gathered;
-        gathered.reserve(static_cast<std::size_t>(other->size()));
-        for (int i = 0; i < other->size(); ++i) { gathered.push_back(other->get(i)); }
-        return append(gathered.data(), static_cast<int>(gathered.size()));
+        const int before = size();
+        const int count = other->size();
+        makeRoom(count);
+        try {
+            for (int i = 0; i < count; ++i) { items.push_back(other->get(i)); }
+        } catch (...) {
+            items.erase(items.begin() + before, items.end());
+            throw;
+        }
+        retainAll(items.data() + before, count);
+        return size();
     }
     int append(E value) final { return insert(size(), std::move(value)); }
     int insert(int index, E value) final {

@@ -57,7 +57,7 @@ ref_ptr<PPnt3fArray> PntsToPnt3f(LasPntArray* source) {
     return headsOf(source, [=](int i) { return &source->getRef(i); });
 }
 
-ref_ptr<PPnt3fArray> PntsToPnt3f(PLasPntArray* source) {
+ref_ptr<PPnt3fArray> PntsToPnt3f(const PLasPntArray* source) {
     return headsOf(source, [=](int i) { return source->get(i); });
 }
 

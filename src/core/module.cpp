@@ -7,6 +7,8 @@ namespace zyn {
 
 namespace {
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"  // as in the base
 class CZynGlobal final : public ZynGlobel {
 public:
     bool isOrgPosGive() override { return given; }
@@ -20,6 +22,7 @@ private:
     bool given = false;
     XPnt3f origin;
 };
+#pragma GCC diagnostic pop
 
 // Initialised without running code, so that no static object of an application is ever earlier,
 // and never destroyed.

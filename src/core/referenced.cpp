@@ -22,7 +22,8 @@ DeleteHandler* ZynReferenced::getDeleteHandler() noexcept { return installedHand
 void ZynReferenced::setDeleteHandler(DeleteHandler* handler) {
     if (handler == installedHandler) { return; }
     // Without a handler in the slot, what the old one releases in its destructor is deleted at once.
-    delete std::exchange(installedHandler, nullptr);
+    // That destructor may install one, which then goes in its turn.
+    while (installedHandler != nullptr) { delete std::exchange(installedHandler, nullptr); }
     installedHandler = handler;
 }
 

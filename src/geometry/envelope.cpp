@@ -74,13 +74,6 @@ bool Enve2d::operator<(const Enve2d& e) const noexcept {
     return sum != otherSum ? sum < otherSum : minX < e.minX;
 }
 
-void Enve2d::SetBox(double minX_, double minY_, double maxX_, double maxY_) noexcept {
-    minX = std::min(minX, minX_);
-    minY = std::min(minY, minY_);
-    maxX = std::max(maxX, maxX_);
-    maxY = std::max(maxY, maxY_);
-}
-
 void Enve2d::extend(double d) noexcept { *this = Enve2d(minX - d, minY - d, maxX + d, maxY + d); }
 
 void Enve2d::extendPercent(double p) noexcept {
@@ -147,15 +140,6 @@ bool Enve3d::operator<(const Enve3d& e) const noexcept {
     const double sum = minX + maxX + minY + maxY + minZ + maxZ;
     const double otherSum = e.minX + e.maxX + e.minY + e.maxY + e.minZ + e.maxZ;
     return sum != otherSum ? sum < otherSum : minX < e.minX;
-}
-
-void Enve3d::Union(const Enve3d& e) noexcept {
-    minX = std::min(minX, e.minX);
-    minY = std::min(minY, e.minY);
-    minZ = std::min(minZ, e.minZ);
-    maxX = std::max(maxX, e.maxX);
-    maxY = std::max(maxY, e.maxY);
-    maxZ = std::max(maxZ, e.maxZ);
 }
 
 void Enve3d::Extend(double d) noexcept {

@@ -5,8 +5,10 @@
 #include "triangulation/flip.h"
 #include "triangulation/walk.h"
 
+#include <algorithm>
 #include <cmath>
 #include <unordered_set>
+#include <vector>
 
 namespace zyn {
 
@@ -26,7 +28,7 @@ bool DelaunayEngine<Real>::addPoint(Pnt* p, Real tolerance) {
     }
     Real* const coordinates = *p;
     Tri* const t = locateFrom(Pool::newest(), xyOf(coordinates));
-    if (t == nullptr || isCorner(t, *p, tolerance)) { return false; }
+    if (t == nullptr || !std::isfinite(p->z) || isCorner(t, *p, tolerance)) { return false; }
     legalise({split(t, coordinates), 0}, coordinates);
     return true;
 }
@@ -91,18 +93,38 @@ bool holds(const TinRecord<Real>* t, Xy q) {
            orientation(a, b, c) > 0;
 }
 
+/// How promising it is to cross edge i of a triangle of no area on the way to q on its line: first
+/// an edge that q lies on, then the longest, beyond which the triangles reach farther.
+template <class Real>
+int promise(const TinRecord<Real>* flat, int i, Xy q) {
+    const Xy a = xyOf(flat->vertex[after[i]]), b = xyOf(flat->vertex[before[i]]);
+    const Xy c = xyOf(flat->vertex[i]);
+    const auto spans = [a, b](Xy p) {
+        return std::min(a.x, b.x) <= p.x && p.x <= std::max(a.x, b.x) &&
+               std::min(a.y, b.y) <= p.y && p.y <= std::max(a.y, b.y);
+    };
+    return spans(q) ? 2 : spans(c) ? 1 : 0;
+}
+
 /// From a triangle of no area, which holds every point of its line or none: the triangle with an
 /// area beside it and its like that really holds q.
 template <class Real>
 TinRecord<Real>* DelaunayEngine<Real>::leaveFlat(Tri* flat, Xy q) {
     std::vector<Tri*> toVisit{flat};
     std::unordered_set<const Tri*> seen{flat};
-    for (std::size_t i = 0; i < toVisit.size(); ++i) {
-        for (Tri* const n : toVisit[i]->neighbor) {
-            if (n == nullptr || !seen.insert(n).second) { continue; }
-            if (holds(n, q)) { return n; }
-            if (orientation(xyOf(n->vertex[0]), xyOf(n->vertex[1]), xyOf(n->vertex[2])) == 0) {
-                toVisit.push_back(n);
+    while (!toVisit.empty()) {
+        Tri* const t = toVisit.back();
+        toVisit.pop_back();
+        for (int wanted = 0; wanted < 3; ++wanted) {  // what is pushed last is visited first
+            for (int i = 0; i < 3; ++i) {
+                Tri* const n = t->neighbor[i];
+                if (n == nullptr || promise(t, i, q) != wanted || !seen.insert(n).second) {
+                    continue;
+                }
+                if (holds(n, q)) { return n; }
+                if (orientation(xyOf(n->vertex[0]), xyOf(n->vertex[1]), xyOf(n->vertex[2])) == 0) {
+                    toVisit.push_back(n);
+                }
             }
         }
     }

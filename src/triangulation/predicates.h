@@ -8,8 +8,6 @@
 #include "triangulation/expansion.h"
 
 #include <cmath>
-#include <cstdint>
-#include <limits>
 
 namespace zyn {
 
@@ -55,31 +53,21 @@ struct Side {
     return orientationExact(a, b, c);
 }
 
-/// Two doubles side by side, which one instruction computes with at once.
-using Pair = double __attribute__((vector_size(16)));
-
-template <class Real>
-[[nodiscard]] inline Pair pairOf(const Real* p) {
-    return Pair{double(p[0]), double(p[1])};
-}
-[[nodiscard]] inline Pair swapped(Pair p) { return __builtin_shufflevector(p, p, 1, 0); }
-[[nodiscard]] inline Pair absolute(Pair p) {
-    using Bits = std::int64_t __attribute__((vector_size(16)));
-    return Pair(Bits(p) & std::numeric_limits<std::int64_t>::max());
-}
-
 /// The angle from u to v by its cosine and its sine, both times the lengths of u and v.
 struct Angle {
-    Pair value;      ///< cosine and sine, rounded
-    Pair magnitude;  ///< the same sums with the absolute values of their products
+    double cosine, sine;          ///< rounded
+    double cosineSize, sineSize;  ///< the same sums with the absolute values of their products
 
-    Angle(Pair u, Pair v) {
-        const Pair first = u[0] * v;            // ux vx, ux vy
-        const Pair second = u[1] * swapped(v);  // uy vy, uy vx
-        value = __builtin_shufflevector(first + second, first - second, 0, 3);
-        magnitude = absolute(first) + absolute(second);
+    Angle(Xy u, Xy v) {
+        const double xx = u.x * v.x, yy = u.y * v.y, xy = u.x * v.y, yx = u.y * v.x;
+        cosine = xx + yy;
+        sine = xy - yx;
+        cosineSize = std::abs(xx) + std::abs(yy);
+        sineSize = std::abs(xy) + std::abs(yx);
     }
 };
+
+[[nodiscard]] inline Xy operator-(Xy a, Xy b) { return {a.x - b.x, a.y - b.y}; }
 
 /// Takes pointers, since four copies would be made at every call of inCircle that needs none.
 template <class Real>
@@ -95,13 +83,12 @@ template <class Real>
 /// the bound: |coordinate| <= 1e100.
 template <class Real>
 [[nodiscard]] inline int inCircle(const Real* p, const Real* a, const Real* b, const Real* d) {
-    const Pair pp = pairOf(p), pa = pairOf(a), pb = pairOf(b), pd = pairOf(d);
-    const Angle atP(pa - pp, pb - pp);
-    const Angle atD(pb - pd, pa - pd);
-    const Pair products = atP.value * swapped(atD.value);
-    const Pair magnitudes = atP.magnitude * swapped(atD.magnitude);
-    const double value = products[0] + products[1];
-    const double permanent = magnitudes[0] + magnitudes[1];
+    const Xy atP = xyOf(p), atA = xyOf(a), atB = xyOf(b), atD = xyOf(d);
+    const Angle angleP(atA - atP, atB - atP);
+    const Angle angleD(atB - atD, atA - atD);
+    const double value = angleD.cosine * angleP.sine + angleD.sine * angleP.cosine;
+    const double permanent =
+        angleD.cosineSize * angleP.sineSize + angleD.sineSize * angleP.cosineSize;
 
     // A sine or cosine carries four rounding errors (two differences, a product, a sum), a product
     // of two of them nine, the last sum ten. (1 + e)^10 - 1, with the rounding of the permanent

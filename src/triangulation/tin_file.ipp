@@ -65,9 +65,14 @@ bool DelaunayEngine<Real>::read(Source source, Real*& vertices, int& count) {
 
     std::unique_ptr<Real[]> readVertices;
     std::int32_t vertexTotal = 0;
-    if (!readNetwork(source, readVertices, vertexTotal)) {
+    try {
+        if (!readNetwork(source, readVertices, vertexTotal)) {
+            Pool::clear();
+            return false;
+        }
+    } catch (...) {  // out of memory
         Pool::clear();
-        return false;
+        throw;
     }
     wholePoints = vertexTotal == 4;
     vertices = readVertices.release();

@@ -193,7 +193,8 @@ bool TinRecord<Real>::ray_intersect3d(const Real* p1, const Real* p2, Real* t) c
     const double divisor = dot(n, along);
     if (divisor == 0.0 || !std::isfinite(divisor)) { return false; }
 
-    const double parameter = dot(n, corner[0] - from) / divisor;
+    const double d = -(n.x * corner[0].x + n.y * corner[0].y + n.z * corner[0].z);
+    const double parameter = -(n.x * from.x + n.y * from.y + n.z * from.z + d) / divisor;
     *t = static_cast<Real>(parameter);
     XPnt3d hit = from + along * parameter;
     const double area = area3d(corner[0], corner[1], corner[2]);

@@ -14,7 +14,8 @@
 namespace zyn {
 
 /// Triangles by number, without holes: block n holds the triangles from n * 1024 on. The last
-/// triangle is called the newest. Memory is kept until the pool is cleared.
+/// triangle is called the newest. Memory is kept until the pool is cleared: in a network that was
+/// damaged in a file, a link that nobody answers may lead to any triangle that ever was.
 template <class Real>
 class TrianglePool {
 public:

@@ -7,7 +7,6 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <clocale>
 #include <cmath>
 #include <csignal>
 #include <cstdio>
@@ -255,19 +254,6 @@ TYPED_TEST(TinFileTest, AnEngineOfNobodyIsRefused) {
     EXPECT_EQ(low[0], 7);
     EXPECT_EQ(vertexCount(none) + allVertexCount(none) + compactVertices(none), 0);
     EXPECT_EQ(surfaceArea(none) + surfaceAreaHorizen(none), 0);
-}
-
-TYPED_TEST(TinFileTest, TextKeepsToThePointInALocaleWithCommas) {
-    this->add(2.5, 3.25);
-    const std::string before = this->write(*this, true);
-    const std::string old = std::setlocale(LC_ALL, nullptr);
-    const bool changed = std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
-    const std::string after = this->write(*this, true);
-    typename TestFixture::Back back(this->file, true);
-    std::setlocale(LC_ALL, old.c_str());
-    EXPECT_EQ(after, before) << (changed ? "" : "the locale is not installed");
-    EXPECT_TRUE(back.result && back.vertices[0] == TypeParam(2.5) &&
-                back.vertices[1] == TypeParam(3.25));
 }
 
 }  // namespace

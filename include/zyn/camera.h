@@ -1,0 +1,128 @@
+// Frame cameras: interior and exterior orientation, the direct linear transformation, projection.
+//
+// Angles are in radians. Lengths are in the unit of the world coordinates; image coordinates and
+// the focal length share one unit. A value that is not set is -99999, unlike the invalid mark of
+// points.
+//
+//     zynCamOutParam cam;
+//     cam.X = 500.0; cam.Y = 500.0; cam.Z = 1000.0;
+//     cam.phi = cam.omega = cam.kappa = 0.0;
+//     XPnt2d image = project(cam, 0.1, XPnt3d(510.0, 500.0, 0.0));      // (0.001, 0)
+//
+// The rotation of an image is R = R(phi) R(omega) R(kappa), about Y, X and Z in this order; its
+// columns are the axes of the image in the world.
+#pragma once
+
+#include <zyn/array.h>
+#include <zyn/export.h>
+#include <zyn/point.h>
+
+#include <cstdint>
+
+namespace zyn {
+
+/// The mark of a value of a camera record that is not set.
+inline constexpr double unsetCamera = -99999.0;
+
+/// The linear elements of an exterior orientation: the projection centre.
+struct zynCamLineParam {
+    double X, Y, Z;
+};
+
+/// The angular elements of an exterior orientation.
+struct zynCamAngelParam {
+    double phi, omega, kappa;
+
+    /// All three become unset.
+    void setInvalid() noexcept { phi = omega = kappa = unsetCamera; }
+};
+
+/// Seven numbers that the library carries and does not read.
+struct zynCamModel {
+    double v[7];
+};
+
+/// Interior orientation. It has no constructor of its own.
+struct zynCamInParam {
+    double x0, y0;   ///< principal point
+    double f;        ///< focal length; above 0 when the camera is known
+    double ext[41];  ///< carried, not read
+};
+
+/// Exterior orientation of one image.
+struct ZYN_EXPORT zynCamOutParam {
+    double X, Y, Z;              ///< projection centre in the world
+    double phi, omega, kappa;    ///< rotation
+    std::int32_t tagA;           ///< carried
+    std::int32_t carriedWord;    ///< carried; no value of its own in a new record
+    std::int32_t imageIndex;     ///< the image's index in its table, -1 once that has removed it
+    std::int32_t tagB;           ///< carried
+    std::int64_t carriedNumber;  ///< carried; no value of its own in a new record
+
+    /// All but the two carried words unset.
+    zynCamOutParam() noexcept { setInvalid(); }
+    /// The same.
+    void setInvalid() noexcept;
+    /// A new array of nine: X, Y, Z, phi, omega, kappa, tagA, imageIndex, tagB.
+    [[nodiscard]] DoubleArray* toArray() const;
+};
+
+/// Everything about one camera. The coefficients are those of the direct linear transformation in
+/// the form x + (L1 X + L2 Y + L3 Z + L4) / (L9 X + L10 Y + L11 Z + 1) = 0 and
+/// y + (L5 X + L6 Y + L7 Z + L8) / (L9 X + L10 Y + L11 Z + 1) = 0.
+struct ZYN_EXPORT zynCamParam {
+    zynCamInParam in;
+    zynCamOutParam out;
+    double L1, L2, L3, L4, L5, L6, L7, L8, L9, L10, L11;
+
+    /// Unset, but for the further block of `in`, the carried words of `out`, and L2 to L11, which
+    /// have no value.
+    zynCamParam() noexcept;
+    /// Whether the focal length is above 0; nothing else is looked at.
+    [[nodiscard]] bool isValid() const noexcept { return in.f > 0.0; }
+    /// Unsets x0, y0, f, the six numbers of `out`, its imageIndex, and L1.
+    void setInvalid() noexcept;
+    /// Derives principal point (x0, y0) and projection centre (X, Y, Z) from the coefficients, in
+    /// closed form. False, with nothing changed, when L1 is exactly -1, when the coefficients are
+    /// those of no camera (a singular matrix, with the message of matrix<T>::invert), and when a
+    /// result is not finite. f and the angles stay.
+    bool calcCameraOE();
+};
+
+ZYN_ARRAY(CamParaArray, zynCamOutParam);
+
+/// Image coordinates of a world point, without principal point and distortion: (-f u1 / u3,
+/// -f u2 / u3) for u = R^-1 (pnt - centre). NaN for a rotation that is not finite.
+[[nodiscard]] ZYN_EXPORT XPnt2d project(const zynCamOutParam& cam, double f, const XPnt3d& pnt);
+
+// Position and attitude, as a navigation system gives it
+
+/// A position and three angles. It has no constructor of its own: arrays fill with zeros.
+struct ZynPOS3d {
+    double X, Y, Z;
+    double phi, omega, kappa;
+
+    [[nodiscard]] XPnt3d getXYZ() const noexcept { return {X, Y, Z}; }
+    void setXYZ(const PT3<double>& xyz) noexcept {
+        X = xyz.x;
+        Y = xyz.y;
+        Z = xyz.z;
+    }
+    /// phi, omega, kappa as x, y, z.
+    [[nodiscard]] XPnt3d getAngle() const noexcept { return {phi, omega, kappa}; }
+    void setAngle(const PT3<double>& angle) noexcept {
+        phi = angle.x;
+        omega = angle.y;
+        kappa = angle.z;
+    }
+};
+
+/// Seven numbers of an image that the library carries and does not read.
+struct ZynImagePOS {
+    double v[7];
+};
+
+ZYN_ARRAY(ZynPOS3dSArray, ZynPOS3d);
+ZYN_ARRAY(ImagePOSArray, ZynImagePOS);
+
+}  // namespace zyn

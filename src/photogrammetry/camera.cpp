@@ -1,0 +1,99 @@
+#include <zyn/camera.h>
+#include <zyn/matrix.h>
+
+#include "containers/array_imp.h"
+
+// Armadillo writes nothing about systems that it cannot solve.
+#define ARMA_WARN_LEVEL 0
+#include <armadillo>
+
+#include <cmath>
+#include <limits>
+#include <memory>
+
+namespace zyn {
+
+namespace {
+
+void unsetOrientation(zynCamOutParam& cam) {
+    cam.X = cam.Y = cam.Z = unsetCamera;
+    cam.phi = cam.omega = cam.kappa = unsetCamera;
+}
+
+constexpr auto unsetIndex = static_cast<std::int32_t>(unsetCamera);
+
+arma::mat33 rotationOf(const zynCamOutParam& cam) {
+    const double sp = std::sin(cam.phi), cp = std::cos(cam.phi);
+    const double so = std::sin(cam.omega), co = std::cos(cam.omega);
+    const double sk = std::sin(cam.kappa), ck = std::cos(cam.kappa);
+    return {{cp * ck - sp * so * sk, -cp * sk - sp * so * ck, -sp * co},
+            {co * sk, co * ck, -so},
+            {sp * ck + cp * so * sk, -sp * sk + cp * so * ck, cp * co}};
+}
+
+}  // namespace
+
+void zynCamOutParam::setInvalid() noexcept {
+    unsetOrientation(*this);
+    tagA = imageIndex = tagB = unsetIndex;
+}
+
+DoubleArray* zynCamOutParam::toArray() const {
+    auto values = std::make_unique<ArrayImp<DoubleArray>>();
+    const double all[] = {X,           Y, Z, phi, omega, kappa, double(tagA), double(imageIndex),
+                          double(tagB)};
+    values->assign(all, 9);
+    return values.release();
+}
+
+zynCamParam::zynCamParam() noexcept { setInvalid(); }
+
+void zynCamParam::setInvalid() noexcept {
+    in.x0 = in.y0 = in.f = unsetCamera;
+    unsetOrientation(out);
+    out.imageIndex = unsetIndex;
+    L1 = unsetCamera;
+}
+
+bool zynCamParam::calcCameraOE() {
+    if (L1 == -1.0) { return false; }
+    const double s = 1.0 / (L9 * L9 + L10 * L10 + L11 * L11);
+    const double x0 = -(L9 * L1 + L10 * L2 + L11 * L3) * s;
+    const double y0 = -(L9 * L5 + L10 * L6 + L11 * L7) * s;
+
+    matrix<double> a(3, 3), b(3, 1);
+    const double coefficients[3][4] = {{L1, L2, L3, -L4}, {L5, L6, L7, -L8}, {L9, L10, L11, -1.0}};
+    for (int r = 0; r < 3; ++r) {
+        for (int c = 0; c < 3; ++c) { a.set(r, c, coefficients[r][c]); }
+        b.set(r, 0, coefficients[r][3]);
+    }
+    if (!a.invert()) { return false; }
+    const matrix<double> centre = a * b;
+    for (const double v : {x0, y0, centre.get(0, 0), centre.get(1, 0), centre.get(2, 0)}) {
+        if (!std::isfinite(v)) { return false; }
+    }
+    in.x0 = x0;
+    in.y0 = y0;
+    out.X = centre.get(0, 0);
+    out.Y = centre.get(1, 0);
+    out.Z = centre.get(2, 0);
+    return true;
+}
+
+XPnt2d project(const zynCamOutParam& cam, double f, const XPnt3d& pnt) {
+    const arma::vec3 d = {pnt.x - cam.X, pnt.y - cam.Y, pnt.z - cam.Z};
+    const arma::mat33 rotation = rotationOf(cam);
+    arma::vec u;
+    // Not inv(R) * d, which throws where there is no inverse.
+    if (!rotation.is_finite() || !arma::solve(u, rotation, d, arma::solve_opts::no_approx)) {
+        constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+        return {nan, nan};
+    }
+    return {-f * u[0] / u[2], -f * u[1] / u[2]};
+}
+
+CamParaArray* newCamParaArray() { return new ArrayImp<CamParaArray>; }
+ZynPOS3dSArray* newZynPOS3dSArray() { return new ArrayImp<ZynPOS3dSArray>; }
+ImagePOSArray* newImagePOSArray() { return new ArrayImp<ImagePOSArray>; }
+
+}  // namespace zyn

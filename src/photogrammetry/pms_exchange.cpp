@@ -1,0 +1,127 @@
+// A block in compact form, out and back.
+#include "photogrammetry/pms_table.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace zyn {
+
+namespace {
+
+/// Which places are kept, and their numbers among those that are.
+struct Compact {
+    std::vector<int> places;   // of the kept ones, in order
+    std::vector<int> numbers;  // of all places; -1 of those left out
+
+    template <class IsKept>
+    Compact(int count, IsKept isKept) {
+        for (int place = 0; place < count; ++place) {
+            const bool kept = isKept(place);
+            numbers.push_back(kept ? static_cast<int>(places.size()) : -1);
+            if (kept) { places.push_back(place); }
+        }
+    }
+    int size() const { return static_cast<int>(places.size()); }
+};
+
+/// Whether the map has an entry for each of `count` places, each -1 or below `limit`.
+bool isMap(IntArray& map, int count, int limit) {
+    return map.size() >= count && std::all_of(map.begin(), map.begin() + count, [=](int number) {
+               return number >= -1 && number < limit;
+           });
+}
+
+}  // namespace
+
+ref_ptr<Pnt3dArray> CZynPMSDataTable::getValidWrdPnts() {
+    const ref_ptr<Pnt3dArray> valid = newPnt3dArray();
+    for (const XPnt3d& p : *points->getPnts()) {
+        if (p.isValid()) { valid->append(p); }
+    }
+    return valid;
+}
+
+// Everything is made first: running out of memory, and one array given for two, spoil nothing.
+int CZynPMSDataTable::exportData(const ref_ptr<Pnt2dArrayArray>& imgPnts,
+                                 const ref_ptr<IntArrayArray>& imgPntIds,
+                                 const ref_ptr<CamParaArray>& cams, const ref_ptr<IntArray>& camMap,
+                                 const ref_ptr<Pnt3dArray>& wrdPnts,
+                                 const ref_ptr<IntArray>& wrdMap) {
+    if (!imgPnts || !imgPntIds || !cams || !camMap || !wrdPnts || !wrdMap) { return -1; }
+    const Compact images(getImgNum(), [this](int img) { return cameras->isLive(img); });
+    const Compact kept(getWrdPntNum(), [this](int pnt) { return points->isValid(pnt); });
+
+    // An image's column of the block, written through plain pointers.
+    struct Column {
+        int img;
+        const XPnt2d* measured;  // null without measurements
+        int count = 0;
+        ref_ptr<Pnt2dArray> pnts = newPnt2dArray();
+        ref_ptr<IntArray> ids = newIntArray();
+    };
+    std::vector<Column> columns;
+    columns.reserve(images.places.size());
+    for (const int img : images.places) {
+        const _ZynImgPntsData* const found = record(img);
+        columns.push_back({img, found != nullptr ? found->pnts->data() : nullptr});
+    }
+    const auto forLinks = [&](auto use) {
+        for (int number = 0; number < kept.size(); ++number) {
+            const IntArray& links = points->linksOf(kept.places[static_cast<std::size_t>(number)]);
+            const int* const link = links.data();
+            for (Column& column : columns) {
+                if (column.img < links.size() && link[column.img] != -1) {
+                    use(column, column.measured[link[column.img]], number);
+                }
+            }
+        }
+    };
+    forLinks([](Column& column, const XPnt2d&, int) { ++column.count; });
+    for (Column& column : columns) {
+        column.pnts->resize(column.count);
+        column.ids->resize(column.count);
+        column.count = 0;
+    }
+    forLinks([](Column& column, const XPnt2d& xy, int number) {
+        column.pnts->data()[column.count] = xy;
+        column.ids->data()[column.count] = number;
+        ++column.count;
+    });
+
+    imgPnts->removeAll();
+    imgPntIds->removeAll();
+    cams->removeAll();
+    wrdPnts->removeAll();
+    for (const Column& column : columns) {
+        imgPnts->append(column.pnts.get());
+        imgPntIds->append(column.ids.get());
+        cams->append(cameras->get(column.img));
+    }
+    for (const int pnt : kept.places) { wrdPnts->append(points->getPnt(pnt)); }
+    camMap->assign(images.numbers.data(), static_cast<int>(images.numbers.size()));
+    wrdMap->assign(kept.numbers.data(), static_cast<int>(kept.numbers.size()));
+    return 0;
+}
+
+int CZynPMSDataTable::importData(const ref_ptr<CamParaArray>& cams, const ref_ptr<IntArray>& camMap,
+                                 const ref_ptr<Pnt3dArray>& wrdPnts,
+                                 const ref_ptr<IntArray>& wrdMap) {
+    if (!cams || !camMap || !wrdPnts || !wrdMap || !isMap(*camMap, getImgNum(), cams->size()) ||
+        !isMap(*wrdMap, getWrdPntNum(), wrdPnts->size())) {
+        return -1;
+    }
+    for (int img = 0; img < getImgNum(); ++img) {
+        if (const int number = camMap->get(img); number != -1) {
+            cameras->set(img, cams->get(number));
+        }
+    }
+    for (int pnt = 0; pnt < getWrdPntNum(); ++pnt) {
+        if (const int number = wrdMap->get(pnt); number != -1) {
+            points->setPnt(pnt, wrdPnts->get(number));
+        }
+    }
+    return 0;
+}
+
+}  // namespace zyn

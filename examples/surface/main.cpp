@@ -1,6 +1,7 @@
 // Turns terrain points into a surface: reads them, triangulates them, works the breaklines in,
 // writes the network and reports what came out.
 #include "failure.h"
+#include "folder.h"
 #include "network.h"
 #include "options.h"
 #include "point_reader.h"
@@ -53,12 +54,6 @@ Input readInput(const Options& options) {
     }
     input.points = inSpatialOrder(*input.points);
     return input;
-}
-
-void makeFolder(const std::string& folder) {
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error) { throw Failure(folder, error.message()); }
 }
 
 struct TemporaryFile {

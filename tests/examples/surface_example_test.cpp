@@ -1,63 +1,18 @@
-// The program `surface` as a user runs it: by its exit code, its output and its files.
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
+// The program `surface`.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
-#include <vector>
+
+#include "program_test.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-std::string contentsOf(const fs::path& path) {
-    std::ostringstream contents;
-    contents << std::ifstream(path, std::ios::binary).rdbuf();
-    return contents.str();
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::istringstream stream(text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);) { lines.push_back(line); }
-    return lines;
-}
-
-/// Runs the program in a folder of the test's own.
-class SurfaceExample : public testing::Test {
+class SurfaceExample : public ProgramTest {
 protected:
-    struct Result {
-        int exitCode;
-        std::string out, err;
-    };
+    SurfaceExample() : ProgramTest(SURFACE_PROGRAM) {}
 
-    SurfaceExample()
-        : folder(fs::path(testing::TempDir()) /
-                 ("surface_example_" +
-                  std::string(testing::UnitTest::GetInstance()->current_test_info()->name()))) {
-        fs::remove_all(folder);
-        fs::create_directories(folder);
-    }
-    ~SurfaceExample() override { fs::remove_all(folder); }
-
-    void write(const std::string& name, const std::string& contents) const {
-        std::ofstream(folder / name, std::ios::binary) << contents;
-    }
-    /// `before` is put in front of the program in the shell's line.
-    Result run(const std::string& arguments, const std::string& before = "") const {
-        const std::string command = "cd '" + folder.string() + "' && " + before + " '" +
-                                    SURFACE_PROGRAM + "' " + arguments + " >stdout 2>stderr";
-        const int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(folder / "stdout"),
-                contentsOf(folder / "stderr")};
-    }
     /// Runs the program on a file of these contents and gives its report.
     std::string report(const std::string& contents, const std::string& options = "") const {
         write("input", contents);
@@ -74,30 +29,7 @@ protected:
         }
         return found;
     }
-    std::set<std::string> outFiles() const {
-        std::set<std::string> names;
-        if (!fs::is_directory(folder / "out")) { return names; }
-        for (const auto& entry : fs::directory_iterator(folder / "out")) {
-            names.insert(entry.path().filename());
-        }
-        return names;
-    }
-    /// Checks for exit code 1, one line on standard error that has `message`, and no file.
-    void expectFailure(const Result& result, const std::string& message) const {
-        EXPECT_EQ(result.exitCode, 1) << message;
-        EXPECT_EQ(result.out, "") << message;
-        EXPECT_EQ(linesOf(result.err).size(), 1U) << result.err;
-        EXPECT_NE(result.err.find(message), std::string::npos) << result.err << "not: " << message;
-        EXPECT_EQ(outFiles(), std::set<std::string>()) << message;
-    }
-
-    const fs::path folder;
 };
-
-testing::AssertionResult contains(const std::string& text, const std::string& part) {
-    if (text.find(part) != std::string::npos) { return testing::AssertionSuccess(); }
-    return testing::AssertionFailure() << "'" << part << "' is not in:\n" << text;
-}
 
 TEST_F(SurfaceExample, MakesASurfaceOfTheShippedTerrain) {
     const Result result = run("'" TERRAIN_FILE "' --out 'new folders/out'");

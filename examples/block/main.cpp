@@ -1,0 +1,176 @@
+// Makes a photogrammetric block over a terrain, as a measuring program would: measures points on
+// images, intersects them forward, takes the block out and back, and removes what was measured
+// badly.
+//
+// usage: block INPUT [OUT]      the file block_file.h describes; results go to OUT, or to .
+#include "block_file.h"
+#include "failure.h"
+#include "folder.h"
+#include "intersection.h"
+
+#include <zyn/pms.h>
+
+#include <cmath>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <memory>
+#include <random>
+#include <string>
+
+using namespace zyn;
+
+namespace {
+
+constexpr double noise = 2e-6;  ///< of a measurement, on the image
+constexpr double limit = 2e-5;  ///< residuals above it are errors
+
+/// What a person at the instrument would measure: the projections that fall on the image, each with
+/// a little noise, and the errors that the file asks for.
+void measure(IZynPMSDataTable& table, const BlockFile& block) {
+    std::mt19937 random(1);
+    const auto noisy = [&random](double v) {
+        return v + noise * (double(random()) / double(std::mt19937::max()) - 0.5);
+    };
+    const int images = table.getImgNum();
+    for (int pnt = 0; pnt < int(block.points.size()); ++pnt) {
+        const XPnt3d& ground = block.points[std::size_t(pnt)];
+        const ref_ptr<Pnt2dArray> seen = newPnt2dArray();
+        seen->resize(images);  // invalid where the point is not seen
+        for (int img = 0; img < images; ++img) {
+            const zynCamOutParam cam = table.getCamOutParam(img);
+            XPnt2d xy = project(cam, block.focalLength, ground);
+            if (cam.Z <= ground.z || std::abs(xy.x) > block.width / 2 ||
+                std::abs(xy.y) > block.height / 2) {
+                continue;
+            }
+            for (const BadMeasurement& bad : block.bad) {
+                if (bad.image == img && bad.point == pnt) { xy += bad.error; }
+            }
+            seen->getRef(img).set(noisy(xy.x), noisy(xy.y));
+        }
+        table.addWrdPnt(seen);  // nothing is added for a point seen fewer than two times
+    }
+}
+
+void printState(IZynPMSDataTable& table, const char* when) {
+    int live = 0, measured = 0;
+    for (int img = 0; img < table.getImgNum(); ++img) {
+        live += table.getCamOutParam(img).imageIndex != -1;
+        measured += table.getImgTagPnts(img)->size();
+    }
+    std::printf("%-12s %d images, %d world points of %d, %d measurements\n", when, live,
+                table.getValidWrdPnts()->size(), table.getWrdPntNum(), measured);
+}
+
+/// Intersects a point, after removing its worst measurement as long as that is an error. False when
+/// that took the point with it.
+bool intersectPoint(IZynPMSDataTable& table, int pnt, double f) {
+    const ref_ptr<Pnt2dArray> pnts = newPnt2dArray();
+    const ref_ptr<CamParaArray> cams = newCamParaArray();
+    while (table.getWrdPntObservations(pnt, pnts.get(), cams.get()) == 0) {
+        const auto result = intersect(*pnts, *cams, f);
+        if (result && result->worstResidual <= limit) {
+            table.setWrdPnt(pnt, result->point);
+            return true;
+        }
+        const int img = cams->get(result ? result->worst : 0).imageIndex;
+        table.removeImgPnt(img, pnt);
+        std::printf("removed      world point %d on image %d, off by %.1e", pnt, img,
+                    result ? result->worstResidual : 0.0);
+        std::printf(", of %d measurements\n", pnts->size());
+    }
+    return false;
+}
+
+/// An outside computation on the compact block: it moves to the middle of its cameras.
+void centre(IZynPMSDataTable& table) {
+    const ref_ptr<Pnt2dArrayArray> imgPnts = newPnt2dArrayArray();
+    const ref_ptr<IntArrayArray> imgPntIds = newIntArrayArray();
+    const ref_ptr<CamParaArray> cams = newCamParaArray();
+    const ref_ptr<IntArray> camMap = newIntArray(), wrdMap = newIntArray();
+    const ref_ptr<Pnt3dArray> wrdPnts = newPnt3dArray();
+    table.exportData(imgPnts, imgPntIds, cams, camMap, wrdPnts, wrdMap);
+    XPnt3d middle(0, 0, 0);
+    for (const zynCamOutParam& cam : *cams) { middle += XPnt3d(cam.X, cam.Y, 0) / cams->size(); }
+    for (zynCamOutParam& cam : *cams) {
+        cam.X -= middle.x;
+        cam.Y -= middle.y;
+    }
+    for (XPnt3d& p : *wrdPnts) { p -= middle; }
+    table.importData(cams, camMap, wrdPnts, wrdMap);
+    std::printf("centred      %d images and %d world points by (%.3f, %.3f)\n", cams->size(),
+                wrdPnts->size(), -middle.x, -middle.y);
+}
+
+struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+void write(IZynPMSDataTable& table, const std::string& path) {
+    std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "w"));
+    if (!file) { throw Failure(path, "cannot be written"); }
+    for (int img = 0; img < table.getImgNum(); ++img) {
+        const zynCamOutParam cam = table.getCamOutParam(img);
+        if (cam.imageIndex == -1) { continue; }
+        std::fprintf(file.get(), "image %d %.4f %.4f %.4f %.6f %.6f %.6f\n", img, cam.X, cam.Y,
+                     cam.Z, cam.phi, cam.omega, cam.kappa);
+    }
+    for (int pnt = 0; pnt < table.getWrdPntNum(); ++pnt) {
+        const XPnt3d p = table.getWrdPnt(pnt);
+        if (p.isValid()) {
+            std::fprintf(file.get(), "point %d %.4f %.4f %.4f\n", pnt, p.x, p.y, p.z);
+        }
+    }
+    const bool failed = std::ferror(file.get()) != 0;
+    if (std::fclose(file.release()) != 0 || failed) {
+        std::error_code ignored;
+        std::filesystem::remove(path, ignored);
+        throw Failure(path, "cannot be written");
+    }
+    std::printf("file         %s\n", path.c_str());
+}
+
+void run(const std::string& input, const std::string& out) {
+    const BlockFile block = readBlock(input);
+    makeFolder(out);
+    const ref_ptr<IZynPMSDataTable> table = newZynPMSDataTable();
+    setImgNum(table.get(), int(block.images.size()));
+    zynCamInParam interior = {};
+    interior.f = block.focalLength;
+    table->setCamInParam(interior);
+    for (int img = 0; img < table->getImgNum(); ++img) {
+        zynCamOutParam cam = block.images[std::size_t(img)];
+        cam.imageIndex = img;  // the image's life: the table's own index, or -1
+        table->setCamOutParam(img, cam);
+    }
+    measure(*table, block);
+    printState(*table, "measured");
+    int lost = 0;
+    for (int pnt = 0; pnt < table->getWrdPntNum(); ++pnt) {
+        if (!intersectPoint(*table, pnt, block.focalLength)) { ++lost; }
+    }
+    printState(*table, "intersected");
+    std::printf("lost         %d world points with fewer than two good measurements\n", lost);
+    centre(*table);
+    table->removeImg(0);
+    printState(*table, "without 0");
+    write(*table, std::filesystem::path(out) / "results.txt");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        const std::string input = argc > 1 ? argv[1] : "";
+        if (argc < 2 || argc > 3 || input.starts_with('-')) {
+            std::fputs("usage: block INPUT [OUT]\n", input == "--help" ? stdout : stderr);
+            return input == "--help" ? 0 : 1;
+        }
+        run(input, argc == 3 ? argv[2] : ".");
+        return 0;
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "block: %s\n", failure.what());
+        return 1;
+    }
+}

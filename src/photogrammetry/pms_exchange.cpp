@@ -2,6 +2,9 @@
 #include "photogrammetry/pms_table.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -59,6 +62,8 @@ int CZynPMSDataTable::exportData(const ref_ptr<Pnt2dArrayArray>& imgPnts,
         int count = 0;
         ref_ptr<Pnt2dArray> pnts = newPnt2dArray();
         ref_ptr<IntArray> ids = newIntArray();
+        XPnt2d* xy = nullptr;  // the next places to write to
+        int* id = nullptr;
     };
     std::vector<Column> columns;
     columns.reserve(images.places.size());
@@ -66,27 +71,34 @@ int CZynPMSDataTable::exportData(const ref_ptr<Pnt2dArrayArray>& imgPnts,
         const _ZynImgPntsData* const found = record(img);
         columns.push_back({img, found != nullptr ? found->pnts->data() : nullptr});
     }
+    // In tiles of points, so that each column is written in runs.
     const auto forLinks = [&](auto use) {
-        for (int number = 0; number < kept.size(); ++number) {
-            const IntArray& links = points->linksOf(kept.places[static_cast<std::size_t>(number)]);
-            const int* const link = links.data();
+        constexpr int tile = 64;
+        std::array<std::span<const int>, tile> links;
+        for (int first = 0; first < kept.size(); first += tile) {
+            const int count = std::min(tile, kept.size() - first);
+            for (int n = 0; n < count; ++n) {
+                links[std::size_t(n)] = points->linksOf(kept.places[std::size_t(first + n)]);
+            }
             for (Column& column : columns) {
-                if (column.img < links.size() && link[column.img] != -1) {
-                    use(column, column.measured[link[column.img]], number);
+                const auto img = static_cast<std::size_t>(column.img);
+                for (int n = 0; n < count; ++n) {
+                    const std::span<const int> link = links[std::size_t(n)];
+                    if (img < link.size() && link[img] != -1) { use(column, link[img], first + n); }
                 }
             }
         }
     };
-    forLinks([](Column& column, const XPnt2d&, int) { ++column.count; });
+    forLinks([](Column& column, int, int) { ++column.count; });
     for (Column& column : columns) {
         column.pnts->resize(column.count);
         column.ids->resize(column.count);
-        column.count = 0;
+        column.xy = column.pnts->data();
+        column.id = column.ids->data();
     }
-    forLinks([](Column& column, const XPnt2d& xy, int number) {
-        column.pnts->data()[column.count] = xy;
-        column.ids->data()[column.count] = number;
-        ++column.count;
+    forLinks([](Column& column, int idx, int number) {
+        *column.xy++ = column.measured[idx];
+        *column.id++ = number;
     });
 
     imgPnts->removeAll();

@@ -3,6 +3,9 @@
 
 #include <zyn/array.h>
 
+#include <cstddef>
+#include <span>
+
 namespace zyn {
 
 /// Coordinates and links. A link array has the index of the point's measurement on each image, or
@@ -36,7 +39,10 @@ public:
 
     bool holds(int pnt) const { return pnt >= 0 && pnt < size(); }
     bool isValid(int pnt) const { return pnts->data()[pnt].isValid(); }
-    const IntArray& linksOf(int pnt) const { return *links->data()[pnt]; }
+    std::span<const int> linksOf(int pnt) const {
+        const IntArray& ids = *links->data()[pnt];
+        return {ids.data(), static_cast<std::size_t>(ids.size())};
+    }
     /// The measurement of a point on an image; -1 when there is none, or no such point.
     int link(int pnt, int img) const;
     void setLink(int pnt, int img, int idx);

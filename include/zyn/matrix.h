@@ -138,13 +138,13 @@ private:
     std::unique_ptr<T[]> elements;
 };
 
-#pragma GCC diagnostic pop
-
 extern template class ZYN_EXPORT matrix<unsigned char>;
 extern template class ZYN_EXPORT matrix<char>;
 extern template class ZYN_EXPORT matrix<int>;
 extern template class ZYN_EXPORT matrix<float>;
 extern template class ZYN_EXPORT matrix<double>;
+
+#pragma GCC diagnostic pop
 
 /// The interface of the counted matrix of T whose class is Derived; matrix<T> documents what the
 /// operations do.

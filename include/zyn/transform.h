@@ -52,8 +52,8 @@ public:
     [[nodiscard]] bool isValid() const noexcept;
     [[nodiscard]] double* getPointer() noexcept { return m; }
     [[nodiscard]] const double* getPointer() const noexcept { return m; }
-    [[nodiscard]] Helper operator[](int r) noexcept { return Helper(m + 4 * r); }
-    [[nodiscard]] const double* operator[](int r) const noexcept { return m + 4 * r; }
+    [[nodiscard]] Helper operator[](int r) noexcept { return Helper(m + rowStart(r)); }
+    [[nodiscard]] const double* operator[](int r) const noexcept { return m + rowStart(r); }
 
     /// Exact comparison of all elements.
     friend bool operator==(const ZynMatrix4d&, const ZynMatrix4d&) noexcept = default;
@@ -91,6 +91,9 @@ public:
     /// The conjugate of the quaternion whose rotation this is: 1. A matrix that is not valid gives
     /// -1, with nothing changed.
     int toQuad(ZynQuad& q) const noexcept;
+
+private:
+    static constexpr std::ptrdiff_t rowStart(int r) noexcept { return std::ptrdiff_t(4) * r; }
 };
 
 /// A new matrix: `m` with every element scaled.

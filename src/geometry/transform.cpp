@@ -16,12 +16,12 @@ constexpr double lengthTolerance = 0.001;
 constexpr double normTolerance = 1e-6;
 
 /// Whether the first three rows and columns have length 1, as far as three elements tell.
-bool hasUnitRowsAndColumns(const double* m) {
+bool hasUnitRowsAndColumns(const ZynMatrix4d& m) {
     const auto isUnit = [](double a, double b, double c) {
         return !(std::abs(a * a + b * b + c * c - 1.0) > lengthTolerance);
     };
     for (int i = 0; i < 3; ++i) {
-        if (!isUnit(m[4 * i], m[4 * i + 1], m[4 * i + 2]) || !isUnit(m[i], m[4 + i], m[8 + i])) {
+        if (!isUnit(m[i][0], m[i][1], m[i][2]) || !isUnit(m[0][i], m[1][i], m[2][i])) {
             return false;
         }
     }
@@ -66,7 +66,7 @@ void ZynMatrix4d::setInvalid() noexcept { std::fill_n(m, 16, invalidComponent); 
 
 int ZynMatrix4d::setIdentity() noexcept {
     setZero();
-    for (int i = 0; i < 4; ++i) { m[5 * i] = 1; }
+    m[0] = m[5] = m[10] = m[15] = 1;
     return 1;
 }
 
@@ -76,7 +76,7 @@ int ZynMatrix4d::setZero() noexcept {
 }
 
 bool ZynMatrix4d::isValid() const noexcept {
-    return std::find(m, m + 16, invalidComponent) == m + 16 && hasUnitRowsAndColumns(m);
+    return std::find(m, m + 16, invalidComponent) == m + 16 && hasUnitRowsAndColumns(*this);
 }
 
 ZynMatrix4d& ZynMatrix4d::operator*(const ZynMatrix4d& b) noexcept {
@@ -149,7 +149,7 @@ ZynMatrix4d ZynMatrix4d::getNormalised(double lo, double hi) const noexcept {
     return result;
 }
 
-int ZynMatrix4d::fromQuad(ZynQuad q) noexcept {
+int ZynMatrix4d::fromQuad(ZynQuad q) noexcept {  // NOLINT(performance-unnecessary-value-param)
     if (!q.isNormal()) { return -1; }
     setRotation(m, q);
     return 1;
@@ -178,9 +178,13 @@ XPnt3d operator*(const ZynMatrix4d& matrix, const XPnt3d& p) noexcept {
 
 ZynQuad::ZynQuad() noexcept
     : ZynQuad(invalidComponent, invalidComponent, invalidComponent, invalidComponent) {}
-ZynQuad::ZynQuad(double w_, double x_, double y_, double z_) noexcept
-    : tagZynQuad{w_, x_, y_, z_} {}
-ZynQuad::ZynQuad(const double* q) noexcept : tagZynQuad{q[0], q[1], q[2], q[3]} {}
+ZynQuad::ZynQuad(double w_, double x_, double y_, double z_) noexcept {
+    w = w_;
+    x = x_;
+    y = y_;
+    z = z_;
+}
+ZynQuad::ZynQuad(const double* q) noexcept : ZynQuad(q[0], q[1], q[2], q[3]) {}
 ZynQuad::~ZynQuad() = default;
 
 double ZynQuad::getNorm() const noexcept { return std::sqrt(getNorm2()); }
@@ -276,7 +280,7 @@ ZynQuad& ZynQuad::operator*=(const ZynQuad& q) noexcept { return *this * q; }
 ZynQuad& ZynQuad::operator/=(double s) noexcept { return *this / s; }
 
 std::int32_t ZynQuad::fromMatrix(ZynMatrix4d& matrix) noexcept {
-    if (!hasUnitRowsAndColumns(matrix.m)) {
+    if (!hasUnitRowsAndColumns(matrix)) {
         matrix.setInvalid();
         return -1;
     }

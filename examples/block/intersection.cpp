@@ -3,6 +3,7 @@
 #include <zyn/geometry.h>
 #include <zyn/matrix.h>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace zyn;
@@ -26,9 +27,14 @@ std::optional<Intersection> intersect(Pnt2dArray& pnts, CamParaArray& cams, doub
     // Each ray c + t d asks for (I - d d') p = (I - d d') c. Coordinates count from the first centre.
     const XPnt3d origin(cams.getRef(0).X, cams.getRef(0).Y, cams.getRef(0).Z);
     matrix<double> normal(3, 3), right(3, 1);
+    constexpr double leastAngle = 1e-3;
+    double widest = 0;
+    const XPnt3d firstRay = rayThrough(pnts.get(0), cams.getRef(0), f);
     for (int i = 0; i < pnts.size(); ++i) {
         const zynCamOutParam& cam = cams.getRef(i);
         const XPnt3d d = rayThrough(pnts.get(i), cam, f), c = XPnt3d(cam.X, cam.Y, cam.Z) - origin;
+        const XPnt3d across = cross(firstRay, d);
+        widest = std::max(widest, std::sqrt(dot(across, across)));
         for (int r = 0; r < 3; ++r) {
             for (int k = 0; k < 3; ++k) {
                 const double weight = double(r == k) - d[r] * d[k];
@@ -37,13 +43,13 @@ std::optional<Intersection> intersect(Pnt2dArray& pnts, CamParaArray& cams, doub
             }
         }
     }
-    if (!normal.invert()) { return {}; }
+    if (widest < leastAngle || !normal.invert()) { return {}; }
     const matrix<double> p = normal * right;
     Intersection result;
     result.point = origin + XPnt3d(p.get(0, 0), p.get(1, 0), p.get(2, 0));
     for (int i = 0; i < pnts.size(); ++i) {
         const double residual = dist(project(cams.getRef(i), f, result.point), pnts.get(i));
-        if (residual > result.worstResidual) {
+        if (!(residual <= result.worstResidual)) {  // NaN, too, is a bad one
             result.worst = i;
             result.worstResidual = residual;
         }

@@ -12,5 +12,5 @@ struct Intersection {
 };
 
 /// Least squares over the distances from the rays, each through the projection centre `cams[i]` and
-/// the measurement `pnts[i]`. Nothing when the rays are parallel.
+/// the measurement `pnts[i]`. Nothing when all rays are parallel within a milliradian.
 std::optional<Intersection> intersect(zyn::Pnt2dArray& pnts, zyn::CamParaArray& cams, double f);

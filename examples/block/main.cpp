@@ -74,11 +74,15 @@ bool intersectPoint(IZynPMSDataTable& table, int pnt, double f) {
             table.setWrdPnt(pnt, result->point);
             return true;
         }
-        const int img = cams->get(result ? result->worst : 0).imageIndex;
+        if (!result) {
+            table.removeWrdPnt(pnt);
+            std::printf("removed      world point %d, whose rays are parallel\n", pnt);
+            return false;
+        }
+        const int img = cams->get(result->worst).imageIndex;
         table.removeImgPnt(img, pnt);
-        std::printf("removed      world point %d on image %d, off by %.1e", pnt, img,
-                    result ? result->worstResidual : 0.0);
-        std::printf(", of %d measurements\n", pnts->size());
+        std::printf("removed      world point %d on image %d, off by %.1e, of %d measurements\n",
+                    pnt, img, result->worstResidual, pnts->size());
     }
     return false;
 }

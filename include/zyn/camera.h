@@ -84,8 +84,8 @@ struct ZYN_EXPORT zynCamParam {
     void setInvalid() noexcept;
     /// Derives principal point (x0, y0) and projection centre (X, Y, Z) from the coefficients, in
     /// closed form. False, with nothing changed, when L1 is exactly -1, when the coefficients are
-    /// those of no camera (a singular matrix, with the message of matrix<T>::invert), and when a
-    /// result is not finite. f and the angles stay.
+    /// those of no camera: a singular matrix, with the message of matrix<T>::invert, or a centre that
+    /// is not finite. f and the angles stay.
     bool calcCameraOE();
 };
 

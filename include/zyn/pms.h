@@ -19,8 +19,8 @@
 //
 // A measurement and its world point name each other. A world point lasts while it has two
 // measurements, an image while it has one valid measurement, as far as measurements are removed one
-// by one. An operation with an index out of range, a null argument or a wrong length gives -1, null
-// or an invalid value, and changes nothing. A table is for one thread at a time.
+// by one. With an index out of range, a null argument or a wrong length an operation leaves the table
+// as it was and gives -1, null or an invalid value. A table is for one thread at a time.
 #pragma once
 
 #include <zyn/array.h>
@@ -99,7 +99,7 @@ public:
 
     // Adding
 
-    /// Adds a measurement of an existing world point. An earlier one of it on that image stays on
+    /// Adds a measurement of an existing world point, valid or not. An earlier one of it on that image stays on
     /// the image, but the point no longer leads to it.
     virtual int addImgPnt(int img, const XPnt2d& xy, int pnt) = 0;
     /// Adds a world point with its measurements: one entry an image, invalid where there is none, at
@@ -140,7 +140,8 @@ protected:
 [[nodiscard]] ZYN_EXPORT IZynPMSDataTable* newZynPMSDataTable();
 
 /// Gives the table `n` images, all live, each with its index; cameras that it had keep the rest of
-/// their records. 0, also for an `n` below 1, which changes nothing; -1 for null and for a table
+/// their records. Meant for a new table: of images that it had beyond `n`, the measurements stay out
+/// of sight and come back with the images. 0, also for an `n` below 1, which changes nothing; -1 for null and for a table
 /// that is not the library's.
 ZYN_EXPORT int setImgNum(IZynPMSDataTable* table, int n);
 

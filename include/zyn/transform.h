@@ -2,8 +2,8 @@
 //
 // Both are values. Operators named like those of numbers work in place: `m * n`, `m + n` and
 // `q * r` change their left side and give it back. Only `m * 2.0` and `m * point` make something
-// new. Return codes are those of the table of each operation: a matrix answers 1 for success, a
-// quaternion 0, both -1 for failure.
+// new. Return codes follow no single rule: conversions answer 1 from a matrix and 0 from a
+// quaternion, -1 where they fail; the other operations tell theirs.
 //
 //     ZynQuad q(1, 0, 0, 0);
 //     q.rotate(0, 0, 1, 0.5);                       // half a radian about z

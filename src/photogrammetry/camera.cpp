@@ -69,8 +69,8 @@ bool zynCamParam::calcCameraOE() {
     }
     if (!a.invert()) { return false; }
     const matrix<double> centre = a * b;
-    for (const double v : {x0, y0, centre.get(0, 0), centre.get(1, 0), centre.get(2, 0)}) {
-        if (!std::isfinite(v)) { return false; }
+    for (int i = 0; i < 3; ++i) {
+        if (!std::isfinite(centre.get(i, 0))) { return false; }
     }
     in.x0 = x0;
     in.y0 = y0;

@@ -38,7 +38,7 @@ bool isMap(IntArray& map, int count, int limit) {
 }  // namespace
 
 ref_ptr<Pnt3dArray> CZynPMSDataTable::getValidWrdPnts() {
-    const ref_ptr<Pnt3dArray> valid = newPnt3dArray();
+    ref_ptr<Pnt3dArray> valid = newPnt3dArray();
     for (const XPnt3d& p : *points->getPnts()) {
         if (p.isValid()) { valid->append(p); }
     }
@@ -78,12 +78,13 @@ int CZynPMSDataTable::exportData(const ref_ptr<Pnt2dArrayArray>& imgPnts,
         for (int first = 0; first < kept.size(); first += tile) {
             const int count = std::min(tile, kept.size() - first);
             for (int n = 0; n < count; ++n) {
-                links[std::size_t(n)] = points->linksOf(kept.places[std::size_t(first + n)]);
+                const auto number = static_cast<std::size_t>(first) + static_cast<std::size_t>(n);
+                links[static_cast<std::size_t>(n)] = points->linksOf(kept.places[number]);
             }
             for (Column& column : columns) {
                 const auto img = static_cast<std::size_t>(column.img);
                 for (int n = 0; n < count; ++n) {
-                    const std::span<const int> link = links[std::size_t(n)];
+                    const std::span<const int> link = links[static_cast<std::size_t>(n)];
                     if (img < link.size() && link[img] != -1) { use(column, link[img], first + n); }
                 }
             }
@@ -101,6 +102,13 @@ int CZynPMSDataTable::exportData(const ref_ptr<Pnt2dArrayArray>& imgPnts,
         *column.id++ = number;
     });
 
+    const int imageTotal = images.size(), pointTotal = kept.size();
+    imgPnts->reserve(imageTotal);
+    imgPntIds->reserve(imageTotal);
+    cams->reserve(imageTotal);
+    wrdPnts->reserve(pointTotal);
+    camMap->reserve(getImgNum());
+    wrdMap->reserve(getWrdPntNum());
     imgPnts->removeAll();
     imgPntIds->removeAll();
     cams->removeAll();

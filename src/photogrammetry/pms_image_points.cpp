@@ -8,7 +8,7 @@ namespace {
 
 /// Whether the record is there and has such a measurement.
 bool has(const _ZynImgPntsData* record, int idx) {
-    return record != nullptr && idx >= 0 && idx < record->pnts->size();
+    return record != nullptr && idx >= 0 && idx < record->pnts->size() && idx < record->ids->size();
 }
 
 }  // namespace

@@ -77,7 +77,7 @@ int CZynPMSDataTable::getCommonPnts3(int imgA, int imgB, int imgC, Pnt2dArray* a
 // A world point is stamped with the number of listed images, from the first on, that all have it.
 ref_ptr<IntArray> CZynPMSDataTable::getCommonWrdPnts(const ref_ptr<IntArray>& imgs) {
     if (!imgs || imgs->size() < 2) { return nullptr; }
-    const ref_ptr<IntArray> common = newIntArray();
+    ref_ptr<IntArray> common = newIntArray();
     std::vector<int> seenOn(static_cast<std::size_t>(getWrdPntNum()), 0);
     for (int n = 0; n < imgs->size(); ++n) {
         common->removeAll();
@@ -105,7 +105,7 @@ int CZynPMSDataTable::getWrdPntObservations(int pnt, Pnt2dArray* pnts, CamParaAr
 
 ref_ptr<Pnt2dArray> CZynPMSDataTable::getWrdPntImgPnts(int pnt) {
     if (!points->holds(pnt)) { return nullptr; }
-    const ref_ptr<Pnt2dArray> seen = newPnt2dArray();
+    ref_ptr<Pnt2dArray> seen = newPnt2dArray();
     seen->reserve(getImgNum());
     for (int img = 0; img < getImgNum(); ++img) { seen->append(getImgPnt(img, pnt)); }
     return seen;
@@ -113,7 +113,7 @@ ref_ptr<Pnt2dArray> CZynPMSDataTable::getWrdPntImgPnts(int pnt) {
 
 ref_ptr<TagPnt2dArray> CZynPMSDataTable::getImgTagPnts(int img) {
     if (!cameras->holds(img)) { return nullptr; }
-    const ref_ptr<TagPnt2dArray> tagged = newTagPnt2dArray();
+    ref_ptr<TagPnt2dArray> tagged = newTagPnt2dArray();
     forLinked(img, [&](int idx, int pnt) {
         const XPnt2d xy = measurements->getPnt(img, idx);
         if (!xy.isValid()) { return; }

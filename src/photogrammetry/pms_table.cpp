@@ -186,8 +186,8 @@ Enve3d CZynPMSDataTable::getEnvelope() {
     int valid = 0;
     for (const XPnt3d& p : *points->getPnts()) {
         if (!p.isValid()) { continue; }
+        if (valid++ == 0) { box.SetBox(p, p); }
         box.SetBox(p);
-        ++valid;
     }
     return valid < 2 ? Enve3d::invalid() : box;
 }

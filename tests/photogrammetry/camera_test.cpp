@@ -103,18 +103,27 @@ TEST_F(CameraTest, NoCameraChangesNothing) {
     EXPECT_FALSE(p.isValid());
     p.in.f = 0.001;
     EXPECT_TRUE(p.isValid());
-    const double inf = HUGE_VAL, huge = 1e300;
+    const double nan = std::nan(""), huge = 1e300;
     const double coefficients[][4] = {// L1, L6, L11, L4
                                       {-1, 1, 1, 1},
                                       {0, 0, 0, 0},
                                       {1, 1, 0, 1},
-                                      {1, 1, inf, 1},
+                                      {1, 1, nan, 1},
                                       {1e-300, 1, 1, huge}};
+    std::memset(&p.in, 1, sizeof p.in);
+    std::memset(static_cast<void*>(&p.out), 1, sizeof p.out);
     for (const auto& [l1, l6, l11, l4] : coefficients) {
         p.L1 = l1, p.L6 = l6, p.L11 = l11, p.L4 = l4;
+        const zynCamParam before = p;
         EXPECT_FALSE(p.calcCameraOE()) << l1 << ' ' << l6 << ' ' << l11;
-        EXPECT_TRUE(p.in.x0 == unsetCamera && p.out.X == unsetCamera && p.out.Z == unsetCamera);
+        EXPECT_EQ(std::memcmp(&p, &before, sizeof p), 0);
     }
+    // A real camera whose first coefficient happens to be -1.
+    p.L6 = 1, p.L11 = 0.5, p.L4 = 0;
+    p.L1 = 1;
+    EXPECT_TRUE(p.calcCameraOE());
+    p.L1 = -1;
+    EXPECT_FALSE(p.calcCameraOE());
     p.out.tagA = p.out.tagB = 5;
     p.L2 = 7;
     p.setInvalid();
@@ -139,7 +148,7 @@ TEST(Geodesy, KnownPlacesAndTheWayBack) {
     // P is not 0 there, so that the formula holds; H divides by the cosine.
     EXPECT_NEAR(WGS2BLH(pole).x, 90, 1e-9);
 
-    std::vector<double> longitudes{0, 0.01, 180};
+    std::vector<double> longitudes{0, 0.01, 179.99, 180};
     for (double l = 7.3; l < 180; l += 7.3) { longitudes.push_back(l); }
     for (const double l : longitudes) {
         for (const double b : {-89.0, -48.25, -1e-7, 0.0, 30.0, 75.5, 89.9}) {

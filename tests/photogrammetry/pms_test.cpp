@@ -41,14 +41,12 @@ struct Export {
     }
 };
 
-/// All that can be seen of a table, as text.
-std::string contentOf(IZynPMSDataTable& table) {
-    std::string text;
-    const auto add = [&text](auto... numbers) {
-        ((text += std::to_string(numbers) + ' '), ...);
-        text += '\n';
-    };
-    add(table.getImgNum(), table.getWrdPntNum(), table.getCamInParam().f);
+/// All that can be seen of a table, to the last bit.
+std::vector<double> contentOf(IZynPMSDataTable& table) {
+    std::vector<double> content;
+    const auto add = [&content](auto... numbers) { (content.push_back(double(numbers)), ...); };
+    const zynCamInParam in = table.getCamInParam();
+    add(table.getImgNum(), table.getWrdPntNum(), in.f, in.x0, in.y0);
     for (int pnt = 0; pnt < table.getWrdPntNum(); ++pnt) {
         const XPnt3d p = table.getWrdPnt(pnt);
         add(p.x, p.y, p.z);
@@ -56,22 +54,26 @@ std::string contentOf(IZynPMSDataTable& table) {
         for (const XPnt2d& xy : *seen) { add(xy.x, xy.y); }
     }
     for (int img = 0; img < table.getImgNum(); ++img) {
-        const zynCamOutParam cam = table.getCamOutParam(img);
-        add(cam.X, cam.kappa, cam.imageIndex);
+        const ref_ptr<DoubleArray> cam = table.getCamOutParam(img).toArray();
+        for (const double v : *cam) { add(v); }
         const ref_ptr<TagPnt2dArray> tagged = table.getImgTagPnts(img);
         for (const TagPnt2d& t : *tagged) { add(t.x, t.y, t.tag); }
+        // Indices tell of what was removed before them.
+        const ref_ptr<Pnt2dArray> a = newPnt2dArray(), b = newPnt2dArray();
+        const ref_ptr<IntArray> onA = newIntArray(), onB = newIntArray();
+        table.getCommonPnts(img, img, a.get(), b.get(), onA.get(), onB.get());
+        for (const int n : *onA) { add(n); }
     }
     const Export exported(table);
     for (const int n : list(exported.camMap)) { add(n); }
     for (const int n : list(exported.wrdMap)) { add(n); }
     for (int i = 0; i < exported.cams->size(); ++i) {
-        add(exported.cams->get(i).imageIndex);
         for (int n = 0; n < exported.imgPnts->get(i)->size(); ++n) {
             const XPnt2d xy = exported.imgPnts->get(i)->get(n);
             add(xy.x, xy.y, exported.imgPntIds->get(i)->get(n));
         }
     }
-    return text;
+    return content;
 }
 
 /// The same block without links: every one is found by search.
@@ -211,7 +213,7 @@ TEST_F(PmsTest, ARandomWalkKeepsEveryLink) {
             continue;
         }
         const int a = pick(model.points.size()), b = pick(model.points.size());
-        switch (pick(image.empty() ? 4 : 8)) {
+        switch (pick(image.empty() ? 4 : 9)) {
         case 0:
             if (model.find(std::size_t(img), a) != nullptr) { break; }
             ASSERT_EQ(table->addImgPnt(img, xy, a), 0);
@@ -247,6 +249,12 @@ TEST_F(PmsTest, ARandomWalkKeepsEveryLink) {
             if (pnt != -1) { model.removePoint(pnt); }
             break;
         }
+        case 7:
+            table->scale(step % 2 == 0 ? 2 : 0.5);
+            for (XPnt3d& p : model.points) {
+                if (p.isValid()) { p *= step % 2 == 0 ? 2 : 0.5; }
+            }
+            break;
         default: {
             const int idx = pick(image.size());
             ASSERT_EQ(table->removeImgPntAt(img, idx), 0);
@@ -327,12 +335,61 @@ TEST_F(PmsTest, ResultsComeBackByTheirMaps) {
     EXPECT_EQ(table->getCamInParam().f, 5);
 }
 
+TEST_F(PmsTest, WhatIsLeftUnsupportedGoes) {
+    const auto at = [](int img, int pnt) { return std::pair(img, XPnt2d(img, pnt)); };
+    zynCamOutParam cam;
+    cam.X = cam.Y = cam.Z = 10;
+    cam.imageIndex = 4;
+    table->setCamOutParam(4, cam);
+    const auto fill = [&] {
+        table->addWrdPnt(seenOn(imageCount, {at(0, 0), at(1, 0)}), XPnt3d(1, 2, 5e9));
+        table->addWrdPnt(seenOn(imageCount, {at(1, 1), at(2, 1), at(3, 1)}), XPnt3d(3, 4, 6e9));
+    };
+    fill();
+    EXPECT_EQ(table->getEnvelope(), Enve3d(1, 2, 5e9, 3, 4, 6e9));
+    table->scale(-2);
+    EXPECT_EQ(table->getEnvelope(), Enve3d(-6, -8, -12e9, -2, -4, -10e9));
+    cam = table->getCamOutParam(4);
+    EXPECT_TRUE(cam.X == -20 && cam.Y == -20 && cam.Z == -20 && cam.phi == unsetCamera);
+
+    // The only measurement of image 0: the image goes, then the point and what it has on image 1.
+    EXPECT_EQ(table->removeImgPnt(0, 0), 0);
+    EXPECT_EQ(table->getCamOutParam(0).imageIndex, -1);
+    EXPECT_FALSE(table->getWrdPnt(0).isValid() || table->getImgPnt(1, 0).isValid());
+    EXPECT_EQ(table->getEnvelope(), Enve3d::invalid());  // of one point
+    EXPECT_EQ(table->getCamOutParam(1).imageIndex, 1);
+    // A point takes no image along.
+    table->addImgPnt(4, XPnt2d(), 1);  // not valid: a link, but nothing that keeps the image
+    EXPECT_EQ(table->getImgTagPnts(4)->size(), 0);
+    table->addImgPnt(4, XPnt2d(9, 9), 0);
+    const ref_ptr<Pnt2dArray> pnts = newPnt2dArray();
+    const ref_ptr<CamParaArray> cams = newCamParaArray();
+    EXPECT_EQ(table->getWrdPntObservations(0, pnts.get(), cams.get()), -1);
+    EXPECT_TRUE(pnts->size() == 1 && pnts->get(0) == XPnt2d(9, 9) && cams->size() == 1);
+    table->removeWrdPnt(1);
+    EXPECT_EQ(table->getCamOutParam(2).imageIndex, 2);
+    EXPECT_EQ(table->removeImgPntAt(4, 1), 0);
+    EXPECT_EQ(table->getCamOutParam(4).imageIndex, -1);
+
+    table->clear();
+    setImgNum(table.get(), imageCount);
+    fill();
+    EXPECT_TRUE(table->getImgPnt(1, 1) == XPnt2d(1, 1) && table->getCommonPntNum(1, 0) == 1);
+}
+
 TEST_F(PmsTest, BadArgumentsChangeNothing) {
     for (int n = 0; n < 3; ++n) {
         table->addWrdPnt(seenOn(imageCount, {{0, XPnt2d(n, 0)}, {1, XPnt2d(n, 1)}}),
                          XPnt3d(n, 2, 3));
     }
-    const std::string before = contentOf(*table);
+    zynCamInParam interior = {};
+    table->setCamInParam(interior);
+    table->addImgPnt(3, XPnt2d(3, 3), 1);
+    table->addImgPnt(2, XPnt2d(4, 3), 1);
+    table->removeImg(2);
+    table->addWrdPnt(seenOn(imageCount, {{0, XPnt2d(7, 0)}, {4, XPnt2d(7, 1)}}), XPnt3d(7, 2, 3));
+    table->removeWrdPnt(3);
+    const std::vector<double> before = contentOf(*table);
     auto& t = *table;
     const ref_ptr<Pnt2dArray> p = newPnt2dArray();
     const ref_ptr<CamParaArray> cams = newCamParaArray();
@@ -354,7 +411,7 @@ TEST_F(PmsTest, BadArgumentsChangeNothing) {
                       t.getWrdPntObservations(bad, p.get(), cams.get()),
                   -17);
     }
-    EXPECT_EQ(t.removeImgPntAt(3, 0) + t.removeImgPnt(3, 0) + t.mergeWrdPnts(0, 1, xyz) +
+    EXPECT_EQ(t.removeImgPntAt(3, 1) + t.removeImgPnt(3, 0) + t.mergeWrdPnts(0, 1, xyz) +
                   t.mergeWrdPnts(1, 1, xyz) + t.swapWrdPnts(2, 2),
               -5);
     EXPECT_EQ(t.addWrdPnt(nullptr, xyz) + t.addWrdPnt(nullptr) + t.addWrdPnt(p) +

@@ -1,0 +1,258 @@
+// Colours: values, the ramp through which a scalar is displayed, and the scale that fills it.
+//
+//     ref_ptr<IZynGradeColor> grade = newZynGradeColor();           // black at 0 to white at 1
+//     grade->addPeg(0x000000FF, 0.3f);                              // red at 0.3
+//     grade->setMode(0);                                            // straight blends
+//     ref_ptr<IZynColorRamp> ramp = newZynColorRamp();
+//     grade->fillTable(ramp->pcolor(), ramp->size());
+//     ZynColor4b c = ramp->clr(int(255 * (z - low) / (high - low)));
+//
+// A packed colour is 0x00BBGGRR. Byte channels run from 0 to 255, float channels from 0 to 1; alpha
+// is opacity. One thread at a time on an object; pegs are made on one thread at a time.
+#pragma once
+
+#include <zyn/export.h>
+#include <zyn/referenced.h>
+
+#include <cstdint>
+
+namespace zyn {
+
+/// Three channels. T is signed char, unsigned char or float.
+template <class T>
+struct ZynColorBase3 {
+    T r, g, b;
+
+    constexpr void setVal(T r_, T g_, T b_) noexcept {
+        r = r_;
+        g = g_;
+        b = b_;
+    }
+    friend constexpr bool operator==(const ZynColorBase3&, const ZynColorBase3&) noexcept = default;
+};
+
+/// Three channels and opacity.
+template <class T>
+struct ZynColorBase4 {
+    T r, g, b, a;
+
+    constexpr void setVal(T r_, T g_, T b_, T a_) noexcept {
+        r = r_;
+        g = g_;
+        b = b_;
+        a = a_;
+    }
+    friend constexpr bool operator==(const ZynColorBase4&, const ZynColorBase4&) noexcept = default;
+};
+
+/// A new one is white.
+struct ZynColor3b : ZynColorBase3<unsigned char> {
+    constexpr ZynColor3b() noexcept : ZynColor3b(255, 255, 255) {}
+    constexpr ZynColor3b(unsigned char r_, unsigned char g_, unsigned char b_) noexcept
+        : ZynColorBase3{r_, g_, b_} {}
+};
+
+/// A new one has all bits set: -1 in each channel.
+struct ZynColor3c : ZynColorBase3<signed char> {
+    constexpr ZynColor3c() noexcept : ZynColor3c(-1, -1, -1) {}
+    constexpr ZynColor3c(signed char r_, signed char g_, signed char b_) noexcept
+        : ZynColorBase3{r_, g_, b_} {}
+};
+
+/// A new one is black.
+struct ZynColor3f : ZynColorBase3<float> {
+    constexpr ZynColor3f() noexcept : ZynColor3f(0, 0, 0) {}
+    constexpr ZynColor3f(float r_, float g_, float b_) noexcept : ZynColorBase3{r_, g_, b_} {}
+};
+
+/// A new one is white and transparent.
+struct ZynColor4b : ZynColorBase4<unsigned char> {
+    constexpr ZynColor4b() noexcept : ZynColor4b(255, 255, 255, 0) {}
+    constexpr ZynColor4b(unsigned char r_, unsigned char g_, unsigned char b_,
+                         unsigned char a_) noexcept
+        : ZynColorBase4{r_, g_, b_, a_} {}
+
+    // Without the opacity.
+
+    [[nodiscard]] constexpr ZynColor3b toColor3b() const noexcept { return {r, g, b}; }
+    [[nodiscard]] constexpr ZynColor3f toColor3f() const noexcept {
+        return {static_cast<float>(r / 255.0), static_cast<float>(g / 255.0),
+                static_cast<float>(b / 255.0)};
+    }
+
+    // Named colours, opaque.
+
+    [[nodiscard]] static constexpr ZynColor4b Black() noexcept { return {0, 0, 0, 255}; }
+    [[nodiscard]] static constexpr ZynColor4b Blue() noexcept { return {0, 0, 255, 255}; }
+    [[nodiscard]] static constexpr ZynColor4b Brown() noexcept { return {165, 42, 42, 255}; }
+    [[nodiscard]] static constexpr ZynColor4b Green() noexcept { return {0, 255, 0, 255}; }
+    [[nodiscard]] static constexpr ZynColor4b Grey() noexcept { return {73, 73, 73, 255}; }
+    [[nodiscard]] static constexpr ZynColor4b Red() noexcept { return {255, 0, 0, 255}; }
+    [[nodiscard]] static constexpr ZynColor4b White() noexcept { return {255, 255, 255, 255}; }
+    [[nodiscard]] static constexpr ZynColor4b Yellow() noexcept { return {255, 255, 0, 255}; }
+};
+
+/// A new one is -1, -1, -1, 0.
+struct ZynColor4c : ZynColorBase4<signed char> {
+    constexpr ZynColor4c() noexcept : ZynColor4c(-1, -1, -1, 0) {}
+    constexpr ZynColor4c(signed char r_, signed char g_, signed char b_, signed char a_) noexcept
+        : ZynColorBase4{r_, g_, b_, a_} {}
+};
+
+/// A new one is white and transparent.
+struct ZynColor4f : ZynColorBase4<float> {
+    constexpr ZynColor4f() noexcept : ZynColor4f(1, 1, 1, 0) {}
+    constexpr ZynColor4f(float r_, float g_, float b_, float a_) noexcept
+        : ZynColorBase4{r_, g_, b_, a_} {}
+};
+
+// Hue is in degrees, 0 to 360; saturation, value and channels run from 0 to 1, ends included. 0 for
+// success; -1, with the outputs untouched, for an argument out of range or NaN.
+
+ZYN_EXPORT int HSV2RGB(double h, double s, double v, double* r, double* g, double* b) noexcept;
+ZYN_EXPORT int RGB2HSV(double r, double g, double b, double* h, double* s, double* v) noexcept;
+/// The packed colour; 0 for an argument out of range. A channel between two steps rounds to the
+/// nearest, one exactly in the middle down.
+[[nodiscard]] ZYN_EXPORT std::uint32_t HSV2RGB(double h, double s, double v) noexcept;
+/// Of a packed colour, whose bytes count as 256ths: white has the value 0.99609375.
+ZYN_EXPORT void RGB2HSV(std::int32_t c, double& h, double& s, double& v) noexcept;
+
+/// A table of 256 colours, and the ways to compute a colour between two.
+class ZYN_EXPORT IZynColorRamp : public ZynReferenced {
+public:
+    /// Opaque greys, black to white.
+    IZynColorRamp() noexcept;
+    IZynColorRamp(const IZynColorRamp&) noexcept = default;
+    IZynColorRamp& operator=(const IZynColorRamp&) noexcept = default;
+
+    /// The first of the 256 colours, to be read and written.
+    [[nodiscard]] virtual ZynColor4b* pcolor() noexcept;
+    /// 256.
+    [[nodiscard]] virtual int size() const noexcept;
+    /// Colour `i`; a default colour, transparent white, outside 0..255.
+    [[nodiscard]] virtual ZynColor4b clr(int i) const noexcept;
+
+    /// A new ramp with these colours.
+    [[nodiscard]] IZynColorRamp* clone() const;
+
+    // The colour at `pos` on the stretch from `start`, coloured `c0`, to `end`, coloured `c1`. A
+    // channel is truncated and its low 8 bits are kept, also where `pos` lies outside. On a stretch
+    // without length the blends give c0, the cosine and the HSL forms black. The HSL forms reach
+    // their end colour within a step of each channel. In the order of the modes of IZynGradeColor:
+
+    /// 0: straight blend of the channels.
+    static std::uint32_t InterpolateLinear(std::uint32_t c0, std::uint32_t c1, float pos,
+                                           float start, float end) noexcept;
+    /// 1: c0.
+    static std::uint32_t InterpolateFlatStart(std::uint32_t c0, std::uint32_t c1, float pos,
+                                              float start, float end) noexcept;
+    /// 2: the mean of both.
+    static std::uint32_t InterpolateFlatMid(std::uint32_t c0, std::uint32_t c1, float pos,
+                                            float start, float end) noexcept;
+    /// 3: c1.
+    static std::uint32_t InterpolateFlatEnd(std::uint32_t c0, std::uint32_t c1, float pos,
+                                            float start, float end) noexcept;
+    /// 4: a blend that starts and ends gently.
+    static std::uint32_t InterpolateCosine(std::uint32_t c0, std::uint32_t c1, float pos,
+                                           float start, float end) noexcept;
+    /// 5: through hue, saturation and lightness, the hue rising.
+    static std::uint32_t InterpolateHSLClockwise(std::uint32_t c0, std::uint32_t c1, float pos,
+                                                 float start, float end) noexcept;
+    /// 6: the hue falls to a lower one, and rises once round to a higher one.
+    static std::uint32_t InterpolateHSLAntiClockwise(std::uint32_t c0, std::uint32_t c1, float pos,
+                                                     float start, float end) noexcept;
+    /// 7: the short way round the hues.
+    static std::uint32_t InterpolateHSLShortest(std::uint32_t c0, std::uint32_t c1, float pos,
+                                                float start, float end) noexcept;
+    /// 8: the long way round.
+    static std::uint32_t InterpolateHSLLongest(std::uint32_t c0, std::uint32_t c1, float pos,
+                                               float start, float end) noexcept;
+    /// 9: the straight blend from c1 to c0.
+    static std::uint32_t InterpolateReverse(std::uint32_t c0, std::uint32_t c1, float pos,
+                                            float start, float end) noexcept;
+
+protected:
+    ~IZynColorRamp() override;
+
+private:
+    ZynColor4b table[256];
+};
+
+[[nodiscard]] ZYN_EXPORT IZynColorRamp* newZynColorRamp();
+
+/// A colour at a place on a scale, with an identity that stays when it moves.
+struct ZYN_EXPORT ZynColorPeg {
+    std::uint32_t color = 0;  ///< packed
+    float pos = 0;
+    int id;  ///< -1 for a peg made of a colour and a place
+
+    /// Takes the next id.
+    ZynColorPeg() noexcept : id(uniqueID++) {}
+    ZynColorPeg(std::uint32_t color_, float pos_) noexcept : color(color_), pos(pos_), id(-1) {}
+
+    [[nodiscard]] int getID() const noexcept { return id; }
+
+    static int uniqueID;  ///< the next id
+};
+
+/// A scale of colours from 0 to 1: a start, an end, any number of inner pegs between them, one of
+/// the ten ways to interpolate, and bands. Inner pegs are numbered from 0 by ascending place; three
+/// negative indices name the fixed pegs.
+class ZYN_EXPORT IZynGradeColor : public ZynReferenced {
+public:
+    static constexpr int startIndex = -3;
+    static constexpr int endIndex = -2;
+    static constexpr int zeroIndex = -4;
+
+    /// Number of inner pegs.
+    [[nodiscard]] virtual int getPegCount() = 0;
+    /// Any negative index but those of start and end gives the zero peg, one that is too large a peg
+    /// of black at 0 with the id -1.
+    [[nodiscard]] virtual ZynColorPeg getPeg(int index) = 0;
+    /// Sets colour and place of an inner peg, whose id stays, and gives its new index; of a fixed peg
+    /// sets the colour alone: -1, as for an index that there is not. The place is held within 0..1,
+    /// in `peg` too.
+    virtual int setPeg(int index, ZynColorPeg& peg) = 0;
+    virtual int setPeg(int index, std::uint32_t color, float pos) = 0;
+    /// Adds an inner peg with a new id, behind those at its place, and gives its index. The place is
+    /// held within 0..1.
+    virtual int addPeg(const ZynColorPeg& peg) = 0;
+    virtual int addPeg(std::uint32_t color, float pos) = 0;
+    /// Removes an inner peg, if there is such a one.
+    virtual void removePeg(int index) = 0;
+    /// The inner peg at the lower end of the stretch that holds `pos`, the first of two; startIndex
+    /// below the first peg, -1 beyond the last one.
+    [[nodiscard]] virtual int findSegment(float pos) = 0;
+
+    virtual void setStartColor(std::uint32_t color) = 0;
+    [[nodiscard]] virtual std::uint32_t getStartColor() = 0;
+    virtual void setEndColor(std::uint32_t color) = 0;
+    [[nodiscard]] virtual std::uint32_t getEndColor() = 0;
+    virtual void setZeroColor(std::uint32_t color) = 0;
+    [[nodiscard]] virtual std::uint32_t getZeroColor() = 0;
+    /// Whether 0 exactly has a colour of its own; not 0 for yes.
+    virtual void setUseZero(int use) = 0;
+    [[nodiscard]] virtual int getUseZero() = 0;
+    /// The way to interpolate, 0 to 9 as IZynColorRamp numbers them; 4 in a new scale.
+    [[nodiscard]] virtual int getMode() = 0;
+    virtual void setMode(int mode) = 0;
+    /// Number of bands of one colour; -1, as any number below 1, for none.
+    [[nodiscard]] virtual int getSteps() = 0;
+    virtual void setSteps(int steps) = 0;
+
+    /// The packed colour at `t`; 0 outside 0..1, for NaN, and in a mode that there is not. With
+    /// bands, the colour in the middle of t's: at 1 exactly that lies beyond the end of the scale,
+    /// and what comes depends on the mode.
+    [[nodiscard]] virtual std::uint32_t getColor(float t) = 0;
+    /// Fills `out` with the opaque colours at i / count, the first with the zero colour if that is
+    /// in use. False, with nothing written, for a null `out` and in a mode that there is not.
+    /// REQUIRES: room for `count`, and for one if the zero colour is in use.
+    virtual bool fillTable(ZynColor4b* out, int count) = 0;
+
+protected:
+    ~IZynGradeColor() override = default;
+};
+
+[[nodiscard]] ZYN_EXPORT IZynGradeColor* newZynGradeColor();
+
+}  // namespace zyn

@@ -1,0 +1,75 @@
+// What a display holds for a point cloud: classes of points, and parameters of drawing.
+//
+//     ref_ptr<IZynLasDrawParam> param = newZynLasDrawParam();
+//     param->ramp = newZynColorRamp();
+//     param->classes[2].value = 2;                        // the application knows class 2
+//     param->assignPntClass(read);                        // takes colour, name, visibility from it
+#pragma once
+
+#include <zyn/array.h>
+#include <zyn/color.h>
+#include <zyn/export.h>
+#include <zyn/referenced.h>
+
+#include <QString>
+#include <cstdint>
+
+namespace zyn {
+
+/// A class of points.
+struct ZYN_EXPORT PntClass {
+    /// The number of an entry that is free.
+    static constexpr std::int32_t freeValue = -2147483647;
+
+    std::int32_t value;
+    bool visible;
+    ZynColor4b color;
+    QString name;
+
+    PntClass(std::int32_t value_ = freeValue, bool visible_ = true,
+             ZynColor4b color_ = ZynColor4b::White(),
+             QString name_ = QString::fromLatin1("Default"));
+
+    void setVal(std::int32_t value_, bool visible_, ZynColor4b color_, QString name_);
+    [[nodiscard]] bool isValid() const noexcept { return value != freeValue; }
+    /// Frees the entry; all but `value` stays.
+    void setInvalid() noexcept { value = freeValue; }
+};
+
+ZYN_ARRAY(PntClassArray, PntClass);
+
+/// Parameters of drawing. But for the ramp and the classes, what they mean is the application's.
+/// Copies share the ramp.
+class ZYN_EXPORT IZynLasDrawParam : public ZynReferenced {
+public:
+    IZynLasDrawParam() = default;
+    IZynLasDrawParam(const IZynLasDrawParam&) = default;
+    IZynLasDrawParam& operator=(const IZynLasDrawParam&) = default;
+
+    /// A new object with a ramp of its own, or without one as this.
+    [[nodiscard]] IZynLasDrawParam* clone() const;
+    /// Gives each element's visibility, colour and name to the first entry of `classes` with its
+    /// value, if there is one. The number of elements; 0 for null.
+    std::int32_t assignPntClass(const ref_ptr<PntClassArray>& a);
+
+    std::uint8_t head[5] = {};
+    std::int32_t param0 = 0, param1 = 0;
+    double range0Min = 0.0, range0Max = 1.0;
+    double range1Min = 0.0, range1Max = 1.0;
+    std::int32_t mode0 = 0, mode1 = 2, mode2 = 0;
+    ref_ptr<IZynColorRamp> ramp;
+    PntClass classes[256];
+    // Bytes from here on, so that they follow each other without a gap.
+    std::uint8_t flag0 = 0xFF;
+    ZynColor4b colors[4] = {ZynColor4b::Yellow(), ZynColor4b::Yellow(), ZynColor4b::Yellow(),
+                            ZynColor4b::Yellow()};
+    std::uint8_t flag1 = 0xFF, flag2 = 0xFF;
+    std::uint8_t flag3 = 0;
+
+protected:
+    ~IZynLasDrawParam() override;
+};
+
+[[nodiscard]] ZYN_EXPORT IZynLasDrawParam* newZynLasDrawParam();
+
+}  // namespace zyn

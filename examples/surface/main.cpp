@@ -7,6 +7,7 @@
 #include "point_reader.h"
 #include "progress_bar.h"
 #include "spatial_order.h"
+#include "terrain_picture.h"
 
 #include <zyn/surface.h>
 
@@ -64,18 +65,28 @@ struct TemporaryFile {
     }
 };
 
-/// Each file appears whole or not at all, and the first only if the second can be written too.
-void writeFiles(IZynDelaunayD* engine, const std::string& tin, const std::string& obj,
+struct Files {
+    std::string tin, obj, picture;
+};
+
+/// Each file appears whole or not at all, and none unless all can be written.
+void writeFiles(IZynDelaunayD* engine, const Files& files, const Measures& surface,
                 double maxEdge) {
-    const TemporaryFile part{tin + ".part"};
+    const TemporaryFile tin{files.tin + ".part"}, picture{files.picture + ".part"};
     ProgressBar bar("writing");
     bar.show(0.0);
-    if (!writeBinary(engine, part.path.c_str())) { throw Failure(tin, "cannot be written"); }
-    bar.show(0.5);
-    if (!writeObj(engine, obj.c_str(), maxEdge)) { throw Failure(obj, "cannot be written"); }
-    std::error_code error;
-    std::filesystem::rename(part.path, tin, error);
-    if (error) { throw Failure(tin, error.message()); }
+    if (!writeBinary(engine, tin.path.c_str())) { throw Failure(files.tin, "cannot be written"); }
+    bar.show(0.3);
+    writePicture(*engine, maxEdge, surface, picture.path);
+    bar.show(0.6);
+    if (!writeObj(engine, files.obj.c_str(), maxEdge)) {
+        throw Failure(files.obj, "cannot be written");
+    }
+    for (const auto& [from, to] : {std::pair(tin.path, files.tin), {picture.path, files.picture}}) {
+        std::error_code error;
+        std::filesystem::rename(from, to, error);
+        if (error) { throw Failure(to, error.message()); }
+    }
 }
 
 void report(const Input& input, const Network& network, const Measures& surface) {
@@ -109,15 +120,16 @@ void makeSurface(const Options& options) {
     }
     const double networkTime = watch.lap();
 
-    const std::string tin = std::filesystem::path(options.out) / "terrain.tin";
-    const std::string obj = std::filesystem::path(options.out) / "terrain.obj";
-    writeFiles(engine, tin, obj, options.maxEdge);
+    const std::filesystem::path out = options.out;
+    const Files files{out / "terrain.tin", out / "terrain.obj", out / "terrain.png"};
+    writeFiles(engine, files, surface, options.maxEdge);
     const double writingTime = watch.lap();
 
     report(input, network, surface);
     std::printf("seconds     %.2f reading, %.2f triangulating, %.2f writing\n", readingTime,
                 networkTime, writingTime);
-    std::printf("files       %s, %s\n", tin.c_str(), obj.c_str());
+    std::printf("files       %s, %s, %s\n", files.tin.c_str(), files.obj.c_str(),
+                files.picture.c_str());
 }
 
 }  // namespace

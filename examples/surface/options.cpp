@@ -8,8 +8,9 @@
 const char* const helpText =
     R"(usage: surface INPUT [--breaklines FILE] [--max-edge M] [--tolerance T] [--out DIR]
 
-Triangulates terrain points and writes the surface to DIR/terrain.tin (the network, binary)
-and DIR/terrain.obj (points and faces as text). Coordinates and lengths are metres.
+Triangulates terrain points and writes the surface to DIR/terrain.tin (the network, binary),
+DIR/terrain.obj (points and faces as text) and DIR/terrain.png (a picture). Coordinates and lengths
+are metres.
 
 INPUT is one of these, as its contents tell:
   an ESRI ASCII grid    cells without data are skipped

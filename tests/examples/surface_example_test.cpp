@@ -42,7 +42,7 @@ TEST_F(SurfaceExample, MakesASurfaceOfTheShippedTerrain) {
     EXPECT_TRUE(contains(result.out, " 950882622.4 m2 in plan\n"));
     EXPECT_TRUE(contains(result.out, "236.000 to 1076.000 m\n"));
     fs::rename(folder / "new folders/out", folder / "out");
-    EXPECT_EQ(outFiles(), (std::set<std::string>{"terrain.obj", "terrain.tin"}));
+    EXPECT_EQ(outFiles(), (std::set<std::string>{"terrain.obj", "terrain.png", "terrain.tin"}));
 
     const std::string tin = contentsOf(folder / "out/terrain.tin");
     std::int32_t counts[2] = {};
@@ -51,6 +51,10 @@ TEST_F(SurfaceExample, MakesASurfaceOfTheShippedTerrain) {
     EXPECT_EQ(counts[0], 138632 + 4) << "the corners of the frame are vertices too";
     EXPECT_EQ(counts[1], 2 + 2 * 138632);
     EXPECT_EQ(tin.size(), 72U + 24U * static_cast<std::size_t>(counts[0] + counts[1]));
+    // The picture: 8 bytes of signature, the header's length and name, then width and height.
+    const std::string png = contentsOf(folder / "out/terrain.png");
+    EXPECT_EQ(png.substr(1, 3) + png.substr(12, 4), "PNGIHDR");
+    EXPECT_EQ(png.substr(16, 8), std::string("\0\0\4\6\0\0\3\xAC", 8));  // 1030 x 940
     EXPECT_EQ(objLines('v').size(), 138632U);
     EXPECT_EQ(objLines('f').size(), 275772U);
 }

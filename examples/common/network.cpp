@@ -86,19 +86,30 @@ Network triangulate(Pnt3dArray& points, Pnt3dArrayArray& breaklines, double tole
     return network;
 }
 
-Measures measure(IZynDelaunayD& engine, double maxEdge) {
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    Measures surface{.minZ = infinity, .maxZ = -infinity};
+void forSurface(IZynDelaunayD& engine, double maxEdge,
+                const std::function<void(const tind&)>& use) {
     engine.rewindTriangles();
     while (const tind* const t = engine.nextTriangle()) {
         const XPnt3d a(t->vertex[0]), b(t->vertex[1]), c(t->vertex[2]);
         const double longest2 = std::max({dist2(a, b), dist2(b, c), dist2(c, a)});
-        if (engine.isFrameTriangle(t) || longest2 > maxEdge * maxEdge) { continue; }
-        ++surface.triangles;
-        surface.area += t->Area();
-        surface.planArea += t->AreaHorizen();
-        surface.minZ = std::min({surface.minZ, a.z, b.z, c.z});
-        surface.maxZ = std::max({surface.maxZ, a.z, b.z, c.z});
+        if (!engine.isFrameTriangle(t) && !(longest2 > maxEdge * maxEdge)) { use(*t); }
     }
+}
+
+Measures measure(IZynDelaunayD& engine, double maxEdge) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    Measures surface;
+    surface.minZ = infinity;
+    surface.maxZ = -infinity;
+    forSurface(engine, maxEdge, [&surface](const tind& t) {
+        ++surface.triangles;
+        surface.area += t.Area();
+        surface.planArea += t.AreaHorizen();
+        for (const double* const corner : t.vertex) {
+            surface.minZ = std::min(surface.minZ, corner[2]);
+            surface.maxZ = std::max(surface.maxZ, corner[2]);
+            surface.area2d.SetBox(corner[0], corner[1]);
+        }
+    });
     return surface;
 }

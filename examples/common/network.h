@@ -3,6 +3,9 @@
 
 #include <zyn/array.h>
 #include <zyn/delaunay.h>
+#include <zyn/envelope.h>
+
+#include <functional>
 
 struct Network {
     zyn::ref_ptr<zyn::IZynDelaunayD> engine;
@@ -21,7 +24,12 @@ struct Measures {
     double planArea = 0;
     double minZ = 0;  ///< without meaning when there is no triangle, like maxZ
     double maxZ = 0;
+    zyn::Enve2d area2d{};  ///< the box around it
 };
 
-/// Measures the triangles of the surface that have no edge longer than `maxEdge` in space.
+/// Calls `use` for each triangle of the surface that has no edge longer than `maxEdge` in space.
+void forSurface(zyn::IZynDelaunayD& engine, double maxEdge,
+                const std::function<void(const zyn::tind&)>& use);
+
+/// Measures these triangles.
 Measures measure(zyn::IZynDelaunayD& engine, double maxEdge);

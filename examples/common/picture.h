@@ -1,0 +1,39 @@
+// A map of a surface seen from above, north up, with a legend beside it.
+#pragma once
+
+#include <zyn/color.h>
+#include <zyn/envelope.h>
+#include <zyn/tin.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+class QImage;
+
+class Picture {
+public:
+    /// White, with room for the area at the left and a legend at the right.
+    explicit Picture(const zyn::Enve2d& area);
+    ~Picture();
+
+    using ColorAt = std::function<zyn::ZynColor4b(double height)>;
+    /// Fills the triangle, which faces the light or turns away from it.
+    void fill(const zyn::tind& t, const ColorAt& colorAt);
+    /// A bar of the ramp's colours, the last one on top, with heights beside it.
+    void drawBar(const zyn::IZynColorRamp& ramp, double low, double high);
+    /// Entry `row` of a legend, from the top: a patch and a text of capitals, digits, '.' and '-'.
+    void drawKey(int row, const zyn::ZynColor4b& color, const std::string& text);
+
+    /// Writes a PNG file. Throws a Failure.
+    void save(const std::string& path) const;
+
+private:
+    void drawText(int x, int y, const std::string& text);
+    void drawPatch(int x, int y, int width, int height, const zyn::ZynColor4b& color);
+
+    zyn::Enve2d area;
+    double pixelsPerMetre;
+    int mapWidth, mapHeight;
+    std::unique_ptr<QImage> image;
+};

@@ -1,0 +1,10 @@
+// The surface as a picture: heights by colour, slopes by shade.
+#pragma once
+
+#include "network.h"
+
+#include <string>
+
+/// Writes a PNG file of the triangles without an edge longer than `maxEdge`. Throws a Failure.
+void writePicture(zyn::IZynDelaunayD& engine, double maxEdge, const Measures& surface,
+                  const std::string& path);

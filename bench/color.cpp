@@ -17,6 +17,7 @@ int main() {
                       static_cast<float>(i) / 6.0F);
     }
     const ref_ptr<IZynColorRamp> ramp = newZynColorRamp();
+    grade->fillTable(ramp->pcolor(), ramp->size());
     constexpr int calls = 10000000, fills = 2000, entries = 256;
     std::uint32_t sum = 0;
     const double lookup = bench::seconds([&] {

@@ -84,8 +84,9 @@ void run(const std::string& input, const std::string& out) {
     }
     makeFolder(out);
     const std::string path = std::filesystem::path(out) / "classes.png";
-    picture.save(path);
+    if (!picture.save(path)) { throw Failure(path, "cannot be written"); }
     std::printf("file %s\n", path.c_str());
+    if (std::fflush(stdout) != 0) { throw Failure("standard output", "cannot be written"); }
 }
 
 }  // namespace

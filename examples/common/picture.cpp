@@ -1,7 +1,6 @@
 #include "picture.h"
 
-#include "failure.h"
-
+#include <QFile>
 #include <QImage>
 #include <QString>
 
@@ -100,9 +99,13 @@ void Picture::drawBar(const IZynColorRamp& ramp, double low, double high) {
     for (int y = 0; y < height; ++y) {
         drawPatch(x, top + y, width, 1, ramp.clr(255 - 255 * y / (height - 1)));
     }
+    // As many decimals as tell the ticks apart.
+    const double step = std::max((high - low) / ticks, 1e-3);
+    const int decimals = std::clamp(int(std::ceil(1 - std::log10(step))), 0, 3);
     for (int i = 0; i <= ticks; ++i) {
         char text[32];
-        std::snprintf(text, sizeof text, "%.0f M", low + (high - low) * i / ticks);
+        std::snprintf(text, sizeof text, "%.*f M", step >= 10 ? 0 : decimals,
+                      low + (high - low) * i / ticks);
         const int y = top + (height - 1) * (ticks - i) / ticks;
         drawPatch(x + width, y, 6, 1, ZynColor4b::Black());
         drawText(x + width + 12, y - 5 * dot / 2, text);
@@ -135,8 +138,7 @@ void Picture::drawPatch(int x, int y, int width, int height, const ZynColor4b& c
     }
 }
 
-void Picture::save(const std::string& path) const {
-    if (!image->save(QString::fromLocal8Bit(path.c_str()), "PNG")) {
-        throw Failure(path, "cannot be written");
-    }
+bool Picture::save(const std::string& path) const {
+    QFile file(QString::fromLocal8Bit(path.c_str()));
+    return file.open(QIODevice::WriteOnly) && image->save(&file, "PNG") && file.flush();
 }

@@ -25,8 +25,8 @@ public:
     /// Entry `row` of a legend, from the top: a patch and a text of capitals, digits, '.' and '-'.
     void drawKey(int row, const zyn::ZynColor4b& color, const std::string& text);
 
-    /// Writes a PNG file. Throws a Failure.
-    void save(const std::string& path) const;
+    /// Writes a PNG file; false when it cannot be written whole.
+    [[nodiscard]] bool save(const std::string& path) const;
 
 private:
     void drawText(int x, int y, const std::string& text);

@@ -69,7 +69,7 @@ struct Files {
     std::string tin, obj, picture;
 };
 
-/// Each file appears whole or not at all, and none unless all can be written.
+/// Each file appears whole or not at all, and none before all are written.
 void writeFiles(IZynDelaunayD* engine, const Files& files, const Measures& surface,
                 double maxEdge) {
     const TemporaryFile tin{files.tin + ".part"}, picture{files.picture + ".part"};
@@ -77,7 +77,9 @@ void writeFiles(IZynDelaunayD* engine, const Files& files, const Measures& surfa
     bar.show(0.0);
     if (!writeBinary(engine, tin.path.c_str())) { throw Failure(files.tin, "cannot be written"); }
     bar.show(0.3);
-    writePicture(*engine, maxEdge, surface, picture.path);
+    if (!writePicture(*engine, maxEdge, surface, picture.path)) {
+        throw Failure(files.picture, "cannot be written");
+    }
     bar.show(0.6);
     if (!writeObj(engine, files.obj.c_str(), maxEdge)) {
         throw Failure(files.obj, "cannot be written");

@@ -9,8 +9,7 @@ namespace {
 /// From green valleys over dry slopes to bare heights.
 ref_ptr<IZynColorRamp> terrainRamp() {
     const ref_ptr<IZynGradeColor> grade = newZynGradeColor();
-    constexpr int linear = 0;
-    grade->setMode(linear);
+    grade->setMode(IZynColorRamp::Linear);
     grade->setStartColor(0x00405C26);  // 0x00BBGGRR
     grade->addPeg(0x00488C56, 0.2F);
     grade->addPeg(0x006EBEC4, 0.45F);
@@ -24,7 +23,7 @@ ref_ptr<IZynColorRamp> terrainRamp() {
 
 }  // namespace
 
-void writePicture(IZynDelaunayD& engine, double maxEdge, const Measures& surface,
+bool writePicture(IZynDelaunayD& engine, double maxEdge, const Measures& surface,
                   const std::string& path) {
     Picture picture(surface.area2d);
     const ref_ptr<IZynColorRamp> ramp = terrainRamp();
@@ -34,5 +33,5 @@ void writePicture(IZynDelaunayD& engine, double maxEdge, const Measures& surface
     };
     forSurface(engine, maxEdge, [&](const tind& t) { picture.fill(t, colorAt); });
     picture.drawBar(*ramp, surface.minZ, surface.maxZ);
-    picture.save(path);
+    return picture.save(path);
 }

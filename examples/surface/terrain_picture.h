@@ -5,6 +5,7 @@
 
 #include <string>
 
-/// Writes a PNG file of the triangles without an edge longer than `maxEdge`. Throws a Failure.
-void writePicture(zyn::IZynDelaunayD& engine, double maxEdge, const Measures& surface,
-                  const std::string& path);
+/// Writes a PNG file of the triangles without an edge longer than `maxEdge`; false when it cannot be
+/// written whole.
+[[nodiscard]] bool writePicture(zyn::IZynDelaunayD& engine, double maxEdge, const Measures& surface,
+                                const std::string& path);

@@ -2,7 +2,7 @@
 //
 //     ref_ptr<IZynGradeColor> grade = newZynGradeColor();           // black at 0 to white at 1
 //     grade->addPeg(0x000000FF, 0.3f);                              // red at 0.3
-//     grade->setMode(0);                                            // straight blends
+//     grade->setMode(IZynColorRamp::Linear);
 //     ref_ptr<IZynColorRamp> ramp = newZynColorRamp();
 //     grade->fillTable(ramp->pcolor(), ramp->size());
 //     ZynColor4b c = ramp->clr(int(255 * (z - low) / (high - low)));
@@ -120,6 +120,20 @@ ZYN_EXPORT void RGB2HSV(std::int32_t c, double& h, double& s, double& v) noexcep
 /// A table of 256 colours, and the ways to compute a colour between two.
 class ZYN_EXPORT IZynColorRamp : public ZynReferenced {
 public:
+    /// The ways to compute a colour between two, told at the operations below.
+    enum Mode : int {
+        Linear,
+        FlatStart,
+        FlatMid,
+        FlatEnd,
+        Cosine,
+        HSLClockwise,
+        HSLAntiClockwise,
+        HSLShortest,
+        HSLLongest,
+        Reverse,
+    };
+
     /// Opaque greys, black to white.
     IZynColorRamp() noexcept;
     IZynColorRamp(const IZynColorRamp&) noexcept = default;
@@ -137,8 +151,8 @@ public:
 
     // The colour at `pos` on the stretch from `start`, coloured `c0`, to `end`, coloured `c1`. A
     // channel is truncated and its low 8 bits are kept, also where `pos` lies outside. On a stretch
-    // without length the blends give c0, the cosine and the HSL forms black. The HSL forms reach
-    // their end colour within a step of each channel. In the order of the modes of IZynGradeColor:
+    // without length the two straight blends give c0, the cosine and the HSL forms black. The HSL
+    // forms reach their end colour within a step of each channel. In the order of the modes:
 
     /// 0: straight blend of the channels.
     static std::uint32_t InterpolateLinear(std::uint32_t c0, std::uint32_t c1, float pos,
@@ -233,7 +247,7 @@ public:
     /// Whether 0 exactly has a colour of its own; not 0 for yes.
     virtual void setUseZero(int use) = 0;
     [[nodiscard]] virtual int getUseZero() = 0;
-    /// The way to interpolate, 0 to 9 as IZynColorRamp numbers them; 4 in a new scale.
+    /// The way to interpolate, an IZynColorRamp::Mode; Cosine in a new scale.
     [[nodiscard]] virtual int getMode() = 0;
     virtual void setMode(int mode) = 0;
     /// Number of bands of one colour; -1, as any number below 1, for none.
@@ -245,8 +259,8 @@ public:
     /// and what comes depends on the mode.
     [[nodiscard]] virtual std::uint32_t getColor(float t) = 0;
     /// Fills `out` with the opaque colours at i / count, the first with the zero colour if that is
-    /// in use. False, with nothing written, for a null `out` and in a mode that there is not.
-    /// REQUIRES: room for `count`, and for one if the zero colour is in use.
+    /// in use. False, with nothing written, in a mode that there is not, and for a null `out` with
+    /// something to be written. REQUIRES: room for `count`, and for one if the zero colour is in use.
     virtual bool fillTable(ZynColor4b* out, int count) = 0;
 
 protected:

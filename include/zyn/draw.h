@@ -27,8 +27,10 @@ struct ZYN_EXPORT PntClass {
     QString name;
 
     PntClass(std::int32_t value_ = freeValue, bool visible_ = true,
-             ZynColor4b color_ = ZynColor4b::White(),
-             QString name_ = QString::fromLatin1("Default"));
+             ZynColor4b color_ = ZynColor4b::White(), QString name_ = defaultName());
+
+    /// "Default".
+    [[nodiscard]] static QString defaultName();
 
     void setVal(std::int32_t value_, bool visible_, ZynColor4b color_, QString name_);
     [[nodiscard]] bool isValid() const noexcept { return value != freeValue; }

@@ -18,10 +18,8 @@ std::uint32_t pack(std::uint32_t r, std::uint32_t g, std::uint32_t b) {
 }
 
 template <class Mix>
-std::uint32_t mixed(const Stretch& on, Mix mix) {
-    const auto byte = [&](int i) {
-        return channelByte(mix(channelAt(on.c0, i), channelAt(on.c1, i)));
-    };
+std::uint32_t mixed(std::uint32_t c0, std::uint32_t c1, Mix mix) {
+    const auto byte = [&](int i) { return channelByte(mix(channelAt(c0, i), channelAt(c1, i))); };
     return pack(byte(0), byte(1), byte(2));
 }
 
@@ -29,7 +27,7 @@ std::uint32_t straight(std::uint32_t c0, std::uint32_t c1, float pos, float star
     if (start == end || pos == start) { return c0; }
     if (pos == end) { return c1; }
     const float a = pos - start, b = end - pos, n = end - start;
-    return mixed({c0, c1, start, end}, [=](float v0, float v1) { return (v1 * a + v0 * b) / n; });
+    return mixed(c0, c1, [=](float v0, float v1) { return (v1 * a + v0 * b) / n; });
 }
 
 float fraction(float v) { return v - std::floor(v); }
@@ -43,7 +41,7 @@ std::uint32_t channelByte(float value) noexcept {
 }
 
 Blend::Blend(BlendMode mode_, const Stretch& stretch) noexcept : mode(mode_), on(stretch) {
-    if (mode < BlendMode::hslClockwise || mode > BlendMode::hslLongest) { return; }
+    if (mode < IZynColorRamp::HSLClockwise || mode > IZynColorRamp::HSLLongest) { return; }
     from = hslOf(on.c0);
     to = hslOf(on.c1);
     from.h = fraction(from.h);
@@ -53,19 +51,19 @@ Blend::Blend(BlendMode mode_, const Stretch& stretch) noexcept : mode(mode_), on
 
 std::uint32_t Blend::at(float pos) const noexcept {
     switch (mode) {
-    case BlendMode::linear: return straight(on.c0, on.c1, pos, on.start, on.end);
-    case BlendMode::flatStart: return on.c0;
-    case BlendMode::flatMid:
+    case IZynColorRamp::Linear: return straight(on.c0, on.c1, pos, on.start, on.end);
+    case IZynColorRamp::FlatStart: return on.c0;
+    case IZynColorRamp::FlatMid:
         return pack((byteAt(on.c0, 0) + byteAt(on.c1, 0)) / 2,
                     (byteAt(on.c0, 1) + byteAt(on.c1, 1)) / 2,
                     (byteAt(on.c0, 2) + byteAt(on.c1, 2)) / 2);
-    case BlendMode::flatEnd: return on.c1;
-    case BlendMode::cosine: {
+    case IZynColorRamp::FlatEnd: return on.c1;
+    case IZynColorRamp::Cosine: {
         constexpr float pi = 3.1415927F;
         const float m = (1.0F - std::cos((pos - on.start) / (on.end - on.start) * pi)) * 0.5F;
-        return mixed(on, [m](float v0, float v1) { return v0 * (1.0F - m) + v1 * m; });
+        return mixed(on.c0, on.c1, [m](float v0, float v1) { return v0 * (1.0F - m) + v1 * m; });
     }
-    case BlendMode::reverse:
+    case IZynColorRamp::Reverse:
         // Without length, the first colour stays the first.
         if (on.start == on.end) { return on.c0; }
         return straight(on.c1, on.c0, pos, on.start, on.end);
@@ -78,9 +76,9 @@ float Blend::targetHue() const noexcept {
     const float rising = fraction(h1 - h0);
     const float shifted = h0 > h1 ? h1 + 1.0F : h1 - 1.0F;
     switch (mode) {
-    case BlendMode::hslClockwise: return h1 >= h0 ? h1 : h1 + 1.0F;
-    case BlendMode::hslAntiClockwise: return h0 >= h1 ? h1 : h1 + 1.0F;
-    case BlendMode::hslShortest: return (rising > 0.5F ? h0 > h1 : h1 >= h0) ? h1 : shifted;
+    case IZynColorRamp::HSLClockwise: return h1 >= h0 ? h1 : h1 + 1.0F;
+    case IZynColorRamp::HSLAntiClockwise: return h0 >= h1 ? h1 : h1 + 1.0F;
+    case IZynColorRamp::HSLShortest: return (rising > 0.5F ? h0 > h1 : h1 >= h0) ? h1 : shifted;
     default: return (0.5F > rising ? h0 > h1 : h1 >= h0) ? h1 : shifted;
     }
 }
@@ -88,7 +86,7 @@ float Blend::targetHue() const noexcept {
 std::uint32_t Blend::throughHsl(float pos) const noexcept {
     const float a = pos - on.start, b = on.end - pos, n = on.end - on.start;
     Hsl mean{(a * to.h + b * from.h) / n, (a * to.s + b * from.s) / n, (a * to.l + b * from.l) / n};
-    if (mode == BlendMode::hslClockwise || mode == BlendMode::hslAntiClockwise) {
+    if (mode == IZynColorRamp::HSLClockwise || mode == IZynColorRamp::HSLAntiClockwise) {
         if (mean.h >= 1.0F) { mean.h -= 1.0F; }
     } else {
         mean.h = fraction(mean.h);

@@ -1,23 +1,13 @@
 // The colour between two, by any of the ten modes, prepared for many places on one stretch.
 #pragma once
 
+#include <zyn/color.h>
+
 #include <cstdint>
 
 namespace zyn {
 
-/// The ways to interpolate, by their numbers.
-enum class BlendMode {
-    linear,
-    flatStart,
-    flatMid,
-    flatEnd,
-    cosine,
-    hslClockwise,
-    hslAntiClockwise,
-    hslShortest,
-    hslLongest,
-    reverse,
-};
+using BlendMode = IZynColorRamp::Mode;
 inline constexpr int blendModeCount = 10;
 
 struct Stretch {

@@ -11,8 +11,13 @@ namespace zyn {
 PntClass::PntClass(std::int32_t value_, bool visible_, ZynColor4b color_, QString name_)
     : value(value_), visible(visible_), color(color_), name(std::move(name_)) {}
 
+QString PntClass::defaultName() { return QStringLiteral("Default"); }
+
 void PntClass::setVal(std::int32_t value_, bool visible_, ZynColor4b color_, QString name_) {
-    *this = PntClass(value_, visible_, color_, std::move(name_));
+    value = value_;
+    visible = visible_;
+    color = color_;
+    name = std::move(name_);
 }
 
 PntClassArray* newPntClassArray() { return new ArrayImp<PntClassArray>; }

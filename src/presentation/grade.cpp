@@ -52,7 +52,6 @@ private:
         return index >= 0 && static_cast<std::size_t>(index) < pegs.size();
     }
     bool hasMode() const { return mode >= 0 && mode < blendModeCount; }
-    int indexOf(int id) const;
     float banded(float t) const;
     Stretch stretchAt(float t);
 
@@ -60,7 +59,7 @@ private:
     ZynColorPeg startPeg, endPeg, zeroPeg;
     std::int32_t useZero = 0;
     std::int32_t steps = -1;
-    std::int32_t mode = static_cast<std::int32_t>(BlendMode::cosine);
+    std::int32_t mode = static_cast<std::int32_t>(IZynColorRamp::Cosine);
 };
 
 ZynColorPeg CZynGradeColor::getPeg(int index) {
@@ -83,12 +82,18 @@ int CZynGradeColor::setPeg(int index, std::uint32_t color, float pos) {
     default: break;
     }
     if (!holds(index)) { return -1; }
-    ZynColorPeg& peg = pegs[static_cast<std::size_t>(index)];
-    const int id = peg.id;
-    peg.color = color;
-    peg.pos = within(pos);
-    std::stable_sort(pegs.begin(), pegs.end(), isBelow);
-    return indexOf(id);
+    const auto peg = pegs.begin() + index;
+    peg->color = color;
+    peg->pos = within(pos);
+    // To its place, before those at the same place on the right and behind those on the left.
+    if (peg != pegs.begin() && isBelow(*peg, *(peg - 1))) {
+        const auto place = std::upper_bound(pegs.begin(), peg, *peg, isBelow);
+        std::rotate(place, peg, peg + 1);
+        return static_cast<int>(place - pegs.begin());
+    }
+    const auto behind = std::lower_bound(peg + 1, pegs.end(), *peg, isBelow);
+    std::rotate(peg, peg + 1, behind);
+    return static_cast<int>(behind - pegs.begin()) - 1;
 }
 
 int CZynGradeColor::addPeg(std::uint32_t color, float pos) {
@@ -103,18 +108,13 @@ void CZynGradeColor::removePeg(int index) {
     if (holds(index)) { pegs.erase(pegs.begin() + index); }
 }
 
-int CZynGradeColor::indexOf(int id) const {
-    const auto found = std::ranges::find(pegs, id, &ZynColorPeg::id);
-    return found == pegs.end() ? -1 : static_cast<int>(found - pegs.begin());
-}
-
 int CZynGradeColor::findSegment(float pos) {
     if (pegs.empty()) { return -1; }
     if (pegs.front().pos > pos) { return startIndex; }
-    for (std::size_t i = 0; i + 1 < pegs.size(); ++i) {
-        if (pegs[i].pos <= pos && pos <= pegs[i + 1].pos) { return static_cast<int>(i); }
-    }
-    return -1;
+    const auto upper = std::lower_bound(pegs.begin(), pegs.end(), ZynColorPeg(0, pos), isBelow);
+    if (upper == pegs.end()) { return -1; }
+    if (upper != pegs.begin()) { return static_cast<int>(upper - pegs.begin()) - 1; }
+    return pegs.size() > 1 && upper->pos == pos ? 0 : -1;
 }
 
 /// The middle of the band that `t` is in, or `t`.
@@ -135,14 +135,14 @@ Stretch CZynGradeColor::stretchAt(float t) {
 
 std::uint32_t CZynGradeColor::getColor(float t) {
     if (!(t >= 0.0F && t <= 1.0F)) { return 0; }
-    if (t == 0.0F && useZero != 0) { return zeroPeg.color; }
     if (!hasMode()) { return 0; }
+    if (t == 0.0F && useZero != 0) { return zeroPeg.color; }
     const float place = banded(t);
     return Blend(BlendMode(mode), stretchAt(place)).at(place);
 }
 
 bool CZynGradeColor::fillTable(ZynColor4b* out, int count) {
-    if (out == nullptr || !hasMode()) { return false; }
+    if (!hasMode() || (out == nullptr && (count > 0 || useZero != 0))) { return false; }
     const auto store = [out](int i, std::uint32_t c) {
         out[i].setVal(static_cast<unsigned char>(c & 0xFF),
                       static_cast<unsigned char>(c >> 8 & 0xFF),

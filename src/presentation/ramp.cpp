@@ -26,22 +26,22 @@ IZynColorRamp* newZynColorRamp() { return new IZynColorRamp; }
 
 int ZynColorPeg::uniqueID = 0;
 
-#define ZYN_BLEND(Name, blendMode)                                                                \
+#define ZYN_BLEND(Name)                                                                           \
     std::uint32_t IZynColorRamp::Interpolate##Name(std::uint32_t c0, std::uint32_t c1, float pos, \
                                                    float start, float end) noexcept {             \
-        return Blend(BlendMode::blendMode, {c0, c1, start, end}).at(pos);                         \
+        return Blend(Name, {c0, c1, start, end}).at(pos);                                         \
     }
 
-ZYN_BLEND(Linear, linear)
-ZYN_BLEND(FlatStart, flatStart)
-ZYN_BLEND(FlatMid, flatMid)
-ZYN_BLEND(FlatEnd, flatEnd)
-ZYN_BLEND(Cosine, cosine)
-ZYN_BLEND(HSLClockwise, hslClockwise)
-ZYN_BLEND(HSLAntiClockwise, hslAntiClockwise)
-ZYN_BLEND(HSLShortest, hslShortest)
-ZYN_BLEND(HSLLongest, hslLongest)
-ZYN_BLEND(Reverse, reverse)
+ZYN_BLEND(Linear)
+ZYN_BLEND(FlatStart)
+ZYN_BLEND(FlatMid)
+ZYN_BLEND(FlatEnd)
+ZYN_BLEND(Cosine)
+ZYN_BLEND(HSLClockwise)
+ZYN_BLEND(HSLAntiClockwise)
+ZYN_BLEND(HSLShortest)
+ZYN_BLEND(HSLLongest)
+ZYN_BLEND(Reverse)
 
 #undef ZYN_BLEND
 

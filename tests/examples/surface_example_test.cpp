@@ -5,6 +5,8 @@
 #include <set>
 #include <string>
 
+#include <QImage>
+
 #include "program_test.h"
 
 namespace {
@@ -51,10 +53,15 @@ TEST_F(SurfaceExample, MakesASurfaceOfTheShippedTerrain) {
     EXPECT_EQ(counts[0], 138632 + 4) << "the corners of the frame are vertices too";
     EXPECT_EQ(counts[1], 2 + 2 * 138632);
     EXPECT_EQ(tin.size(), 72U + 24U * static_cast<std::size_t>(counts[0] + counts[1]));
-    // The picture: 8 bytes of signature, the header's length and name, then width and height.
-    const std::string png = contentsOf(folder / "out/terrain.png");
-    EXPECT_EQ(png.substr(1, 3) + png.substr(12, 4), "PNGIHDR");
-    EXPECT_EQ(png.substr(16, 8), std::string("\0\0\4\6\0\0\3\xAC", 8));  // 1030 x 940
+    // The picture: the bar runs from the end's white to the start's green, the highest peak (in the
+    // south) is bright, the plain in the east is green.
+    const QImage picture((folder / "out/terrain.png").c_str());
+    ASSERT_EQ(picture.size(), QSize(1030, 940));
+    EXPECT_GT(picture.pixelColor(900, 31).blue(), 240);
+    EXPECT_EQ(picture.pixelColor(900, 908), QColor(38, 92, 64));
+    const QColor peak = picture.pixelColor(470, 790), plain = picture.pixelColor(840, 880);
+    EXPECT_GT(peak.blue(), plain.blue() + 50);
+    EXPECT_GT(plain.green(), 1.5 * plain.red());
     EXPECT_EQ(objLines('v').size(), 138632U);
     EXPECT_EQ(objLines('f').size(), 275772U);
 }

@@ -73,8 +73,9 @@ TEST_F(GradeTest, PegsKeepTheirIdentityAndOrder) {
     EXPECT_EQ(grade->setPeg(0, 0x11, 0.75F), 0);            // which does not move
     ZynColorPeg outside(0x55, 1.5F);
     EXPECT_TRUE(grade->setPeg(0, outside) == 2 && outside.pos == 1);
-    ZynColorPeg low(0x66, -3.0F);
-    EXPECT_TRUE(grade->setPeg(-3, low) == -1 && low.pos == 0 && grade->getStartColor() == 0x66);
+    ZynColorPeg start(0x66, 0.7F);
+    EXPECT_TRUE(grade->setPeg(-3, start) == -1 && grade->getStartColor() == 0x66);
+    EXPECT_EQ(grade->getPeg(-3).pos, 0);
     EXPECT_TRUE(grade->setPeg(-2, 0x77, 0.5F) == -1 && grade->getPeg(-2).pos == 1);
     EXPECT_TRUE(grade->setPeg(-4, 0x88, 0.5F) == -1 && grade->getPeg(-9).color == 0x88);
     EXPECT_TRUE(grade->setPeg(3, 0, 0) == -1 && grade->setPeg(-1, 0, 0) == -1);

@@ -18,10 +18,13 @@
 #include <zyn/array.h>
 #include <zyn/export.h>
 #include <zyn/point.h>
+#include <zyn/pool.h>
 
 #include <cstdint>
 
 namespace zyn {
+
+class IZynProgress;
 
 /// Laser point in single precision: 28 bytes without gaps. It begins like an XPnt3f, with x, y, z
 /// and `inten`. A new one has -99999 in its coordinates and 0 in all the rest.
@@ -62,5 +65,22 @@ ZYN_ARRAY(PLasPntdArrayArray, PLasPntdArray*);
 
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(LasPntArray* source);
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(const PLasPntArray* source);
+
+// Pools of records
+
+ZYN_POOL(LasPntPool, LasPnt);
+ZYN_POOL(LasPntPoold, ZynLasPntD);
+ZYN_POOL(PLasPntPool, LasPnt*);
+ZYN_POOL(PLasPntPoold, ZynLasPntD*);
+ZYN_POOL_CLASS(PLasPntPoolPool, PLasPntPool*);
+
+/// The address of each record, in order: a view, valid until `source` is emptied. The cursor of
+/// `source` moves. The progress is not called, and may be null.
+[[nodiscard]] ZYN_EXPORT ref_ptr<PLasPntPool> PntsToPool(LasPntPool* source,
+                                                         IZynProgress* progress);
+[[nodiscard]] ZYN_EXPORT ref_ptr<PLasPntPoold> PntsToPool(LasPntPoold* source,
+                                                          IZynProgress* progress);
+/// The pointers as an array. The cursor of `source` moves.
+[[nodiscard]] ZYN_EXPORT ref_ptr<PLasPntdArray> PntsToPntArr(PLasPntPoold* source);
 
 }  // namespace zyn

@@ -24,6 +24,7 @@
 #include <zyn/array.h>
 #include <zyn/export.h>
 #include <zyn/point.h>
+#include <zyn/pool.h>
 
 #include <concepts>
 #include <cstdint>
@@ -176,5 +177,8 @@ ZYN_ARRAY(PTinArray, tin*);
 ZYN_ARRAY(PTinDArray, tind*);
 ZYN_ARRAY(PTinArrayArray, PTinArray*);
 ZYN_ARRAY(PTinDArrayArray, PTinDArray*);
+
+ZYN_POOL(PTinPool, tin*);
+ZYN_POOL(PTindPool, tind*);
 
 }  // namespace zyn

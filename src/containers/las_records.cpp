@@ -5,6 +5,7 @@
 #include <bit>
 
 #include "containers/array_imp.h"
+#include "containers/pool_imp.h"
 
 namespace zyn {
 
@@ -60,6 +61,40 @@ ref_ptr<PPnt3fArray> PntsToPnt3f(LasPntArray* source) {
 ref_ptr<PPnt3fArray> PntsToPnt3f(const PLasPntArray* source) {
     return headsOf(source, [=](int i) { return source->get(i); });
 }
+
+namespace {
+
+template <class View, class Pool>
+void viewInto(View& view, Pool& source) {
+    source.rewind();
+    while (auto* const record = source.next()) { view.append(record); }
+}
+
+}  // namespace
+
+ref_ptr<PLasPntPool> PntsToPool(LasPntPool* source, IZynProgress*) {
+    ref_ptr<PLasPntPool> view = newPLasPntPool();
+    viewInto(*view, *source);
+    return view;
+}
+
+ref_ptr<PLasPntPoold> PntsToPool(LasPntPoold* source, IZynProgress*) {
+    ref_ptr<PLasPntPoold> view = newPLasPntPoold();
+    viewInto(*view, *source);
+    return view;
+}
+
+ref_ptr<PLasPntdArray> PntsToPntArr(PLasPntPoold* source) {
+    ref_ptr<PLasPntdArray> pointers = newPLasPntdArray();
+    source->rewind();
+    while (ZynLasPntD** const p = source->next()) { pointers->append(*p); }
+    return pointers;
+}
+
+LasPntPool* newLasPntPool() { return new ZynPoolImp<LasPntPool>(poolBlockSize); }
+LasPntPoold* newLasPntPoold() { return new ZynPoolImp<LasPntPoold>(poolBlockSize); }
+PLasPntPool* newPLasPntPool() { return new ZynPoolImp<PLasPntPool>(poolBlockSize); }
+PLasPntPoold* newPLasPntPoold() { return new ZynPoolImp<PLasPntPoold>(poolBlockSize); }
 
 LasPntArray* newLasPntArray() { return new ArrayImp<LasPntArray>; }
 LasPntdArray* newLasPntdArray() { return new ArrayImp<LasPntdArray>; }

@@ -2,6 +2,7 @@
 #include <zyn/delaunay.h>
 
 #include "containers/array_imp.h"
+#include "containers/pool_imp.h"
 
 namespace zyn {
 
@@ -14,5 +15,8 @@ PTinDArrayArray* newPTinDArrayArray() { return new ArrayRefPointerImp<PTinDArray
 
 DelaunayArray* newDelaunayArray() { return new ArrayRefPointerImp<DelaunayArray>; }
 DelaunayDArray* newDelaunayDArray() { return new ArrayRefPointerImp<DelaunayDArray>; }
+
+PTinPool* newPTinPool() { return new ZynPoolImp<PTinPool>(poolBlockSize); }
+PTindPool* newPTindPool() { return new ZynPoolImp<PTindPool>(poolBlockSize); }
 
 }  // namespace zyn

@@ -1,0 +1,48 @@
+// A 128-bit identifier as a counted value. The library stores and prints it, and makes none.
+#pragma once
+
+#include <zyn/export.h>
+#include <zyn/referenced.h>
+
+#include <cstdint>
+
+class QString;
+
+namespace zyn {
+
+/// Made by `new`: there is no factory. A new one is all zeros.
+class ZYN_EXPORT IZynGUID : public ZynReferenced {
+public:
+    IZynGUID() = default;
+    IZynGUID(const IZynGUID&) = default;
+    IZynGUID& operator=(const IZynGUID&) = default;
+
+    /// Does nothing.
+    void generate() noexcept;
+    [[nodiscard]] std::uint32_t getData1() const noexcept { return data1; }
+    [[nodiscard]] std::uint16_t getData2() const noexcept { return data2; }
+    [[nodiscard]] std::uint16_t getData3() const noexcept { return data3; }
+    void setData1(std::uint32_t value) noexcept { data1 = value; }
+    void setData2(std::uint16_t value) noexcept { data2 = value; }
+    void setData3(std::uint16_t value) noexcept { data3 = value; }
+    /// Copies eight bytes. They can not be read back.
+    void setData4(const unsigned char* bytes) noexcept;
+    /// Whether the first three fields are all different from 0.
+    [[nodiscard]] bool isValid() const noexcept { return data1 != 0 && data2 != 0 && data3 != 0; }
+    /// The first three fields in hexadecimal, each with a "-" behind it: "12ab-3-ff-". The first
+    /// prints as a signed number.
+    [[nodiscard]] QString toString() const;
+    /// Does nothing; 0.
+    std::int32_t frString(const QString& text) noexcept;
+
+protected:
+    ~IZynGUID() override;
+
+private:
+    std::uint32_t data1 = 0;
+    std::uint16_t data2 = 0;
+    std::uint16_t data3 = 0;
+    unsigned char data4[8] = {};
+};
+
+}  // namespace zyn

@@ -1,0 +1,145 @@
+// The implementation behind the typed pools, reached through virtual calls only. A family stamps its
+// factories from it: IntPool* newIntPool() { return new ZynPoolImp<IntPool>(poolBlockSize); }
+#pragma once
+
+#include <zyn/pool.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+namespace zyn {
+
+inline constexpr std::size_t poolBlockSize = 65536;
+
+/// All blocks but the last are full, and there is at least one. Each has room for all its elements
+/// from the start, so that none of them ever moves.
+template <class Derived>
+class ZynPoolImp final : public Derived {
+public:
+    using E = typename Derived::value_type;
+
+    explicit ZynPoolImp(std::size_t size) : blockSize(size) { clear(); }
+    ZynPoolImp(const ZynPoolImp&) = delete;
+    ZynPoolImp& operator=(const ZynPoolImp&) = delete;
+
+    void removeAll() override { clear(); }
+
+    std::size_t size() const override {
+        return (blocks.size() - 1) * blockSize + blocks.back().size();
+    }
+    std::size_t blockCount() const override { return blocks.size(); }
+
+    // The size is read once, so that a pool may be appended to itself.
+    std::size_t append(Derived* other) override {
+        const std::size_t count = other->size();
+        other->rewind();
+        for (std::size_t n = 0; n < count; ++n) { append(*other->next()); }
+        return count;
+    }
+    int append(const E* items, int count) override {
+        if (items == nullptr || count < 1) { return -1; }
+        appendAll(items, static_cast<std::size_t>(count));
+        return count;
+    }
+    E* append(const E& value) override {
+        if (blocks.back().size() == blockSize) { blocks.push_back(newBlock()); }
+        return &blocks.back().emplace_back(value);
+    }
+    std::size_t append(const std::vector<E>& values) override {
+        if (!values.empty()) { appendAll(values.data(), values.size()); }
+        return values.size();
+    }
+    std::size_t append(const std::vector<E*>& values) override {
+        for (const E* const value : values) { append(*value); }
+        return values.size();
+    }
+
+    E* at(std::size_t index) override {
+        const std::size_t block = index / blockSize, place = index % blockSize;
+        return block < blocks.size() && place < blocks[block].size() ? &blocks[block][place]
+                                                                     : nullptr;
+    }
+    void clear() override {
+        std::vector<Block> fresh;
+        fresh.push_back(newBlock());
+        blocks = std::move(fresh);
+        rewind();
+        rewindBlocks();
+    }
+
+    E* next() override {
+        if (element == endOf(elementBlock)) {
+            if (elementBlock + 1 == blocks.size() || blocks[elementBlock + 1].empty()) {
+                return nullptr;
+            }
+            element = blocks[++elementBlock].data();
+        }
+        return element++;
+    }
+    void rewind() override {
+        elementBlock = 0;
+        element = blocks.front().data();
+    }
+
+    E* nextBlock() override {
+        return currentBlockSize() == 0 ? nullptr : blocks[walkedBlock++].data();
+    }
+    void rewindBlocks() override { walkedBlock = 0; }
+    std::size_t currentBlockSize() const override {
+        return walkedBlock < blocks.size() ? blocks[walkedBlock].size() : 0;
+    }
+
+    bool contains(const E* address) const override {
+        return std::any_of(blocks.begin(), blocks.end(), [address](const Block& block) {
+            return !std::less<>()(address, block.data()) &&
+                   std::less<>()(address, block.data() + block.size());
+        });
+    }
+    std::size_t getBlockSize() const override { return blockSize; }
+
+    /// Adds a default element at the end and gives its address.
+    E* allocate() { return append(E()); }
+
+private:
+    using Block = std::vector<E>;
+
+    Block newBlock() const {
+        Block block;
+        block.reserve(blockSize);
+        return block;
+    }
+    E* endOf(std::size_t block) { return blocks[block].data() + blocks[block].size(); }
+
+    // All memory first: without enough of it the pool stays as it was.
+    void appendAll(const E* items, std::size_t count) {
+        const std::size_t room = blockSize - blocks.back().size();
+        const std::size_t beyond = count > room ? count - room : 0;
+        std::vector<Block> added;
+        for (std::size_t n = 0; n < beyond; n += blockSize) { added.push_back(newBlock()); }
+        blocks.reserve(blocks.size() + added.size());
+
+        const auto fill = [&](Block& block) {
+            const std::size_t part = std::min(count, blockSize - block.size());
+            block.insert(block.end(), items, items + part);
+            items += part;
+            count -= part;
+        };
+        fill(blocks.back());
+        for (Block& block : added) {
+            fill(block);
+            blocks.push_back(std::move(block));
+        }
+    }
+
+    std::size_t blockSize;
+    std::vector<Block> blocks;
+    std::size_t elementBlock = 0;
+    E* element = nullptr;  // the next one to give out
+    std::size_t walkedBlock = 0;
+};
+
+}  // namespace zyn

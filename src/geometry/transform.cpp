@@ -149,7 +149,7 @@ ZynMatrix4d ZynMatrix4d::getNormalised(double lo, double hi) const noexcept {
     return result;
 }
 
-int ZynMatrix4d::fromQuad(ZynQuad q) noexcept {  // NOLINT(performance-unnecessary-value-param)
+int ZynMatrix4d::fromQuad(ZynQuad q) noexcept {
     if (!q.isNormal()) { return -1; }
     setRotation(m, q);
     return 1;

@@ -44,7 +44,7 @@ QString tostring(int value, int base) {
 QString tostring(double value) {
     constexpr int digitsBehindFirst = 14;
     // d.dddddddddddddd e+dd: the exponent is that after rounding.
-    const QString text = QString::number(value, 'e', digitsBehindFirst);
+    QString text = QString::number(value, 'e', digitsBehindFirst);
     const int e = text.indexOf(QLatin1Char('e'));
     if (e < 0) { return text; }  // nan, inf
     const int exponent = text.midRef(e + 1).toInt();

@@ -1,0 +1,84 @@
+// A small host: it logs to a file and to the console, keeps its settings, and shows how far it is
+// while it turns a text file of points into a pool.
+//
+// usage: host POINTS [FOLDER]      FOLDER gets host.log and host.settings
+#include "failure.h"
+#include "folder.h"
+#include "terminal_progress.h"
+
+#include <zyn/log.h>
+#include <zyn/pool.h>
+#include <zyn/setting.h>
+#include <zyn/textfile.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <string>
+
+using namespace zyn;
+
+namespace {
+
+QString text(const std::string& s) { return QString::fromLocal8Bit(s.c_str()); }
+
+ref_ptr<Pnt2dPool> load(const QString& path) {
+    const ref_ptr<TerminalProgress> progress = new TerminalProgress("loading");
+    ref_ptr<Pnt2dArray> points;
+    if (!readPnt2dArray(path, points, progress.get())) {
+        throw Failure(path.toStdString(), "cannot be read, or has no lines");
+    }
+    ref_ptr<Pnt2dPool> pool = newPnt2dPool();
+    constexpr int part = 10000;
+    progress->setTotal(points->size());
+    for (int first = 0; first < points->size(); first += part) {
+        const int count = std::min(part, points->size() - first);
+        pool->append(points->data() + first, count);
+        progress->step(count);
+    }
+    progress->finish();
+    return pool;
+}
+
+void run(const std::string& input, const std::string& folder) {
+    makeFolder(folder);
+    const std::filesystem::path place = folder;
+    const ref_ptr<IZynLog> log = newZynLog(text(place / "host.log"), true, true);
+    log->setName(QStringLiteral("host"));
+    const ref_ptr<IZynSetting> settings = newZynSetting(QString());
+    if (settings->open(text(place / "host.settings")) != 0) {
+        log->warn(QStringLiteral("no settings can be kept"));
+    }
+    const QString runs = QStringLiteral("runs"), last = QStringLiteral("last file");
+    const int number = toLong(settings->getValue(runs)) + 1;
+    settings->setValue(runs, tostring(number), QString());
+    log->info(QStringLiteral("run ") + tostring(number) + QStringLiteral(", last file: ") +
+              settings->getValue(last));
+    try {
+        const ref_ptr<Pnt2dPool> pool = load(text(input));
+        settings->setValue(last, text(input), QString());
+        log->info(tostring(static_cast<int>(pool->size())) + QStringLiteral(" points in ") +
+                  tostring(static_cast<int>(pool->blockCount())) + QStringLiteral(" blocks"));
+    } catch (const Failure& failure) {
+        log->error(text(failure.what()));
+        throw;
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        const std::string input = argc > 1 ? argv[1] : "";
+        if (argc < 2 || argc > 3 || input.starts_with('-')) {
+            std::fputs("usage: host POINTS [FOLDER]\n", input == "--help" ? stdout : stderr);
+            return input == "--help" ? 0 : 1;
+        }
+        run(input, argc == 3 ? argv[2] : ".");
+        return 0;
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "host: %s\n", failure.what());
+        return 1;
+    }
+}

@@ -1,0 +1,29 @@
+// The program `host`.
+#include <string>
+
+#include "program_test.h"
+
+namespace {
+
+class HostExample : public ProgramTest {
+protected:
+    HostExample() : ProgramTest(HOST_PROGRAM) {}
+};
+
+TEST_F(HostExample, LogsAndRemembers) {
+    std::string points = "x y\n";
+    for (int i = 0; i < 70000; ++i) { points += std::to_string(i) + " 0.5\n"; }
+    write("points", points);
+    const Result first = run("points out");
+    EXPECT_EQ(first.exitCode, 0) << first.err;
+    EXPECT_TRUE(contains(first.out, " host run 1, last file: \n"));
+    EXPECT_TRUE(contains(first.out, " host 70000 points in 2 blocks\n"));
+    const Result second = run("missing out");
+    EXPECT_EQ(second.exitCode, 1);
+    EXPECT_EQ(second.err, "host: missing: cannot be read, or has no lines\n");
+    EXPECT_TRUE(contains(second.out, " host run 2, last file: points\n"));
+    EXPECT_EQ(contentsOf(folder / "out/host.log"), first.out + second.out);
+    EXPECT_EQ(contentsOf(folder / "out/host.settings"), "[last file]=[points]\n[runs]=[2]\n");
+}
+
+}  // namespace

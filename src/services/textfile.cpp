@@ -171,6 +171,7 @@ bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress* progr
     bool hasLine = false;
     if (isWide(file.peek(4))) {
         const ref_ptr<StringArray> lines = readLines(path, progress);
+        if (!lines) { return false; }  // gone in the meantime
         for (const QString& line : *lines) {
             hasLine = true;
             if (toPoint(line, point)) { points->append(point); }

@@ -116,7 +116,8 @@ TEST(Pool, ViewsOfRecords) {
     const ref_ptr<PLasPntdArray> array = PntsToPntArr(view.get());
     ASSERT_TRUE(view->size() == 3 && array->size() == 3 && records->referenceCount() == 1);
     EXPECT_TRUE(*view->at(2) == records->at(2) && array->get(1) == records->at(1));
-    EXPECT_EQ(PntsToPool(newLasPntPool(), nullptr)->size(), 0U);
+    const ref_ptr<LasPntPool> empty = newLasPntPool();
+    EXPECT_EQ(PntsToPool(empty.get(), nullptr)->size(), 0U);
 }
 
 }  // namespace

@@ -7,11 +7,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <random>
-#include <regex>
 #include <sstream>
 #include <string>
 
@@ -40,7 +40,6 @@ protected:
 };
 
 TEST_F(ServicesTest, LogLinesGoToTheFileOrTheConsole) {
-    const std::string time = R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d)";
     testing::internal::CaptureStdout();
     {
         const ref_ptr<IZynLog> log = newZynLog(q(path), false, false);
@@ -55,10 +54,12 @@ TEST_F(ServicesTest, LogLinesGoToTheFileOrTheConsole) {
     }
     std::fflush(stdout);
     const std::string lines = content();
-    EXPECT_TRUE(std::regex_match(lines, std::regex("\\[INFO\\]" + time + "  %s%n\n\\[FATAL\\]" +
-                                                   time + " calc f\n\\[ERROR\\]" + time +
-                                                   " calc e\n(\\[WARN\\]" + time + " calc w\n)")))
-        << lines;
+    std::string pattern = lines;
+    std::replace_if(
+        pattern.begin(), pattern.end(), [](char c) { return c >= '0' && c <= '9'; }, '#');
+    const std::string time = "####-##-## ##:##:##";
+    EXPECT_EQ(pattern, "[INFO]" + time + "  %s%n\n[FATAL]" + time + " calc f\n[ERROR]" + time +
+                           " calc e\n[WARN]" + time + " calc w\n");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), lines.substr(lines.find("[WARN]")));
     newZynLog(q(path), true, false)->unref();
     EXPECT_EQ(content(), lines);

@@ -10,12 +10,13 @@ class QString;
 
 namespace zyn {
 
-/// Made by `new`: there is no factory. A new one is all zeros.
+/// A host makes it itself: there is no factory. A new one is all zeros.
 class ZYN_EXPORT IZynGUID : public ZynReferenced {
 public:
     IZynGUID() = default;
     IZynGUID(const IZynGUID&) = default;
     IZynGUID& operator=(const IZynGUID&) = default;
+    ~IZynGUID() override;
 
     /// Does nothing.
     void generate() noexcept;
@@ -34,9 +35,6 @@ public:
     [[nodiscard]] QString toString() const;
     /// Does nothing; 0.
     std::int32_t frString(const QString& text) noexcept;
-
-protected:
-    ~IZynGUID() override;
 
 private:
     std::uint32_t data1 = 0;

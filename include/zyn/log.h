@@ -22,8 +22,8 @@ public:
     /// Whether lines go to standard output beside an open file; without one they always do.
     virtual void setEcho(bool echo) = 0;
     [[nodiscard]] virtual bool getEcho() = 0;
-    /// Goes on in another file, empty or, with `append`, as it is. False when it cannot be opened.
-    /// Lines that are still in the buffer go to the new file.
+    /// Goes on in another file, empty or, with `append`, as it is. False when it cannot be opened. Lines
+    /// that a full disk refuses are lost.
     virtual bool open(QString path, bool append) = 0;
     [[nodiscard]] virtual bool isOpen() = 0;
     /// Two strings that the log keeps and does not show.

@@ -13,8 +13,8 @@
 //     while (std::size_t n = pool->currentBlockSize()) { use(pool->nextBlock(), n); }
 //
 // Both cursors belong to the pool: two walks at a time disturb each other, and a pool is for one
-// thread at a time. A block is allocated whole; without memory for it std::bad_alloc is thrown and
-// the pool stays as it was.
+// thread at a time. A block is allocated whole; without memory for it std::bad_alloc is thrown. The
+// pool then stays as it was, but for appending a pool or a vector of pointers, which stops half way.
 #pragma once
 
 #include <zyn/export.h>
@@ -107,7 +107,8 @@ public:
     /// Elements a block.
     [[nodiscard]] virtual std::size_t getBlockSize() const = 0;
 
-    // `append(0)` on numbers and `append(nullptr)` on pointers append that element.
+    // `append(0)` on numbers and `append(nullptr)` on pointers append that element; `append(0)` on
+    // pointers and `append(nullptr)` on anything else do not compile.
 
     template <std::integral N>
         requires(std::is_arithmetic_v<E> && !std::same_as<N, E>)

@@ -21,7 +21,7 @@ namespace zyn {
 class ZYN_EXPORT IZynSetting : public ZynReferenced {
 public:
     /// Remembers the path and reads the file, beside what there is already; makes an empty one if
-    /// there is none. 0, or -1 when it cannot be made.
+    /// there is none. 0, or -1 when it cannot be made; the path is the remembered one then, too.
     virtual int open(QString path) = 0;
     /// 0. The third string is not used.
     virtual int setValue(QString key, QString value, QString extra) = 0;

@@ -4,7 +4,7 @@
 //     if (readPnt2dArray(path, points, nullptr)) { use(*points); }
 //     ref_ptr<StringArray> fields = strSeperator(line, QStringLiteral(" ,\t"));
 //
-// No function throws or reports in words. Text is in the codec of the locale; a byte order mark
+// No function reports in words, and none throws but for want of memory. Text is in the codec of the locale; a byte order mark
 // decides for Unicode. A progress may be null; see progress.h.
 #pragma once
 
@@ -38,7 +38,7 @@ class IZynProgress;
 /// when it cannot be opened. Indices do not follow the file's line numbers.
 [[nodiscard]] ZYN_EXPORT ref_ptr<StringArray> readLines(QString path, IZynProgress* progress);
 /// Replaces the file by the strings as they are: line feeds are the caller's. False for null; true
-/// also when the file cannot be opened. The progress gets setTotal(1.0), and step(0.02) at every
+/// also when the file cannot be opened or written. The progress gets setTotal(1.0), and step(0.02) at every
 /// twentieth part of the lines, or at each of fewer than 20.
 ZYN_EXPORT bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgress* progress);
 
@@ -47,8 +47,8 @@ ZYN_EXPORT bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgres
 /// Puts the points into a new array; lines that hold none are passed over. False, with `pnts` as it
 /// was, when there is no line.
 ZYN_EXPORT bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress* progress);
-/// Writes such a file with ten decimals, as XPnt2d::toString() gives them. False for an empty path
-/// and for null. The progress is not called.
+/// Writes such a file with the six significant digits of XPnt2d::toString(): 432100.125 becomes 432100.
+/// False for an empty path and for null only. The progress is not called.
 ZYN_EXPORT bool savePnt2dArray(QString path, ref_ptr<Pnt2dArray> pnts, IZynProgress* progress);
 
 // Strings

@@ -21,6 +21,7 @@ template <class Derived>
 class ZynPoolImp final : public Derived {
 public:
     using E = typename Derived::value_type;
+    using Derived::append;
 
     explicit ZynPoolImp(std::size_t size) : blockSize(size) { clear(); }
     ZynPoolImp(const ZynPoolImp&) = delete;

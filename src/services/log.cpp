@@ -42,7 +42,10 @@ public:
 private:
     void write(const char* mark, const QString& message) {
         const QString time = getTimeSystem();
-        if (file.isOpen()) { stream << mark << time << ' ' << name << ' ' << message << '\n'; }
+        if (file.isOpen()) {
+            stream.resetStatus();  // after a failure the stream would only gather what follows
+            stream << mark << time << ' ' << name << ' ' << message << '\n';
+        }
         if (!file.isOpen() || echo) {
             std::printf("%s%s %s %s\n", mark, qPrintable(time), qPrintable(name),
                         qPrintable(message));

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <limits>
 
 namespace zyn {
 
@@ -69,7 +70,8 @@ QString numToKeyStr(int num) {
 int keyStrToNum(QString key) {
     if (key.startsWith(QLatin1Char('P'))) { return key.midRef(1).toInt(); }
     if (key.startsWith(QLatin1Char('N'))) {
-        return static_cast<int>(-static_cast<unsigned>(key.midRef(1).toInt()));
+        const int number = key.midRef(1).toInt();
+        return number == std::numeric_limits<int>::min() ? 0 : -number;
     }
     return 0;
 }

@@ -105,6 +105,15 @@ void forLines(QFile& file, Use use) {
     }
 }
 
+constexpr const char* byteOrderMark = "\xEF\xBB\xBF";
+
+/// Whether the line may be decoded: as long as a QString, and without a mark, which a codec would
+/// swallow at its start.
+bool isDecodable(std::string_view line) {
+    return line.size() <= std::size_t(std::numeric_limits<int>::max()) &&
+           !line.starts_with(byteOrderMark);
+}
+
 /// Whether the file begins like UTF-16 or UTF-32, in which bytes are not characters.
 bool isWide(const QByteArray& start) {
     return start.startsWith("\xFF\xFE") || start.startsWith("\xFE\xFF") ||
@@ -177,13 +186,17 @@ bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress* progr
             if (toPoint(line, point)) { points->append(point); }
         }
     } else {
-        if (file.peek(3) == "\xEF\xBB\xBF") { file.read(3); }
+        const bool isUtf8 = file.peek(3) == byteOrderMark;
+        if (isUtf8) { file.read(3); }
+        const auto decoded = [isUtf8](std::string_view line) {
+            const int size = static_cast<int>(line.size());
+            return isUtf8 ? QString::fromUtf8(line.data(), size)
+                          : QString::fromLocal8Bit(line.data(), size);
+        };
         forLines(file, [&](std::string_view line) {
             hasLine = true;
-            const bool isPoint =
-                isPlain(line)
-                    ? toPoint(line, point)
-                    : toPoint(QString::fromLocal8Bit(line.data(), int(line.size())), point);
+            const bool isPoint = isPlain(line) ? toPoint(line, point)
+                                               : isDecodable(line) && toPoint(decoded(line), point);
             if (isPoint) { points->append(point); }
         });
     }

@@ -125,6 +125,8 @@ TEST_F(TextFileTest, PointsAreReadWhateverElseIsThere) {
          {"1. .5\n", "1e400 1\n", "1e-400 1\n", "inf nan\n", "0x10 1\n", "1,5 2\n", "- 1\n1 -\n",
           "1e 2\n", "00012 -0\n", "1 2\xE9\n", "\xE9 1\n3 4\n", "1\v2 3\n", "+-1 2\n", "1\n\n2 3",
           "1e5 -1E+5\n",
+          "1 2\n\xEF\xBB\xBF"
+          "3 4\n",
           "\xFF\xFE"
           "1",
           "123456789012345678901234567890 0.1000000000000000055\n"}) {
@@ -156,7 +158,8 @@ TEST(Strings, PiecesAndKeys) {
         EXPECT_TRUE(numToKeyStr(number) == q(key) && keyStrToNum(q(key)) == number);
     }
     EXPECT_EQ(numToKeyStr(least), q("N2147483648"));
-    for (const char* const key : {"", "Q5", "P", "Px", "P99999999999", "N2147483648", "Z7"}) {
+    for (const char* const key :
+         {"", "Q5", "P", "Px", "P99999999999", "N2147483648", "N-2147483648", "Z7"}) {
         EXPECT_EQ(keyStrToNum(q(key)), 0) << key;
     }
     EXPECT_TRUE(toLong(q("3000000000")) == 0 && toLong(q("-17")) == -17);

@@ -7,6 +7,11 @@
 #include <zyn/pool.h>
 #include <zyn/textfile.h>
 
+#ifdef ZYN_BENCH_SPDLOG
+#include <spdlog/sinks/basic_file_sink.h>
+#include <spdlog/spdlog.h>
+#endif
+
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
@@ -63,6 +68,39 @@ void pools() {
     if (sum < 0) { std::exit(1); }
 }
 
+void logs(const std::string& path) {
+    constexpr int n = 1000000;
+    const double logging = best([&] {
+        const ref_ptr<IZynLog> log = newZynLog(QString::fromStdString(path), false, false);
+        log->setName(QStringLiteral("bench"));
+        const QString message = QStringLiteral("a message of some thirty letters");
+        for (int i = 0; i < n; ++i) { log->info(message); }
+    });
+    const auto size = std::filesystem::file_size(path);
+#ifdef ZYN_BENCH_SPDLOG
+    const char* const name = "spdlog's basic file logger";
+    const double peer = best([&] {
+        const auto log = spdlog::basic_logger_mt("bench", path, true);
+        log->set_pattern("[INFO]%Y-%m-%d %H:%M:%S %n %v");
+        for (int i = 0; i < n; ++i) { log->info("a message of some thirty letters"); }
+        log->flush();
+        spdlog::drop("bench");
+    });
+#else
+    const char* const name = "fprintf";
+    const double peer = best([&] {
+        std::FILE* const file = std::fopen(path.c_str(), "w");
+        for (int i = 0; i < n; ++i) {
+            std::fprintf(file, "[INFO]%s %s %s\n", qPrintable(getTimeSystem()), "bench",
+                         "a message of some thirty letters");
+        }
+        std::fclose(file);
+    });
+#endif
+    if (std::filesystem::file_size(path) != size) { std::exit(1); }
+    print("a million lines of log", logging, name, peer);
+}
+
 void files() {
     const std::string path = std::filesystem::temp_directory_path() / "bench_services.txt";
     {
@@ -93,20 +131,7 @@ void files() {
     const std::string command = "wc -l '" + path + "' >/dev/null";
     const double wc = best([&] { (void)std::system(command.c_str()); });
     print("getTxtFileLineNum, 500 MB", counting, "wc -l", wc);
-    const double logging = best([&] {
-        const ref_ptr<IZynLog> log = newZynLog(name, false, false);
-        const QString message = QStringLiteral("a message of some thirty letters");
-        for (int i = 0; i < 1000000; ++i) { log->info(message); }
-    });
-    const double printing = best([&] {
-        std::FILE* const file = std::fopen(path.c_str(), "w");
-        for (int i = 0; i < 1000000; ++i) {
-            std::fprintf(file, "[INFO]%s %s %s\n", qPrintable(getTimeSystem()), "bench",
-                         "a message of some thirty letters");
-        }
-        std::fclose(file);
-    });
-    print("a million lines of log", logging, "fprintf", printing);
+    logs(path);
     std::filesystem::remove(path);
 }
 

@@ -15,7 +15,7 @@ public:
     void setTotal(double newTotal) override { total = newTotal; }
     void setPosition(double newPosition) override {
         position = newPosition;
-        bar.show(total > 0 ? position / total : 0);
+        bar.show(total > 0 ? position / total : 1);
     }
     double getPosition() override { return position; }
     void step(double amount) override { setPosition(position + amount); }

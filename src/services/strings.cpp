@@ -1,7 +1,7 @@
 #include <zyn/textfile.h>
 
 #include <algorithm>
-#include <cstdio>
+#include <cstddef>
 #include <cstdlib>
 #include <ctime>
 #include <limits>
@@ -81,9 +81,8 @@ QString getTimeSystem() {
     std::tm local = {};
     localtime_r(&now, &local);
     char text[64];
-    std::snprintf(text, sizeof text, "%4d-%02d-%02d %02d:%02d:%02d", local.tm_year + 1900,
-                  local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
-    return QString::fromLatin1(text);
+    const std::size_t size = std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
+    return QString::fromLatin1(text, static_cast<int>(size));
 }
 
 }  // namespace zyn

@@ -124,6 +124,9 @@ TEST_F(ServicesTest, SlotsAreIndependent) {
     v->setString(q("x"));
     EXPECT_TRUE(v->isValid() && v->getInt() == 5 && v->getDouble() == -99999);
     EXPECT_TRUE(v->getLong() == 1LL << 40 && v->getString() == q("x"));
+    v->setFloat(0.5F);
+    v->setDouble(0.1);
+    EXPECT_TRUE(v->getFloat() == 0.5F && v->getDouble() == 0.1 && v->getInt() == 5);
 
     const ref_ptr<IZynGUID> id = new IZynGUID;
     EXPECT_TRUE(!id->isValid() && id->toString() == q("0-0-0-"));

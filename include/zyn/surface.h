@@ -1,25 +1,182 @@
 // Surfaces: what a host does with a network beyond the engine's own interface.
 //
-//     if (!writeObj(engine.get(), "terrain.obj")) { report("terrain.obj could not be written"); }
+//     ref_ptr<IZynDelaunayD> engine = newZynDelaunayDouble(0.0, minX, minY, maxX, maxY);
+//     addPoints(engine.get(), points.get(), 0.001);
+//     double z = 0.0;
+//     if (heightAt(engine.get(), x, y, z)) { use(z); }
+//     const ref_ptr<Pnt3dArrayArray> lines = contours(engine.get(), levels.get());
+//     if (!writePly(engine.get(), "terrain.ply")) { report("terrain.ply could not be written"); }
 //
-// Everything here works on engines of either precision, moves their cursor, and leaves out frame
-// triangles.
+// Everything here works on engines of either precision, may move their cursor, and computes in
+// double. The surface is the triangles that are no frame triangles; `maxEdge`, where it is asked
+// for, takes those out of it too whose longest edge in space is longer. It has one height at each
+// place; on its rim it is closed. An engine that is null, or not this library's, has no surface.
 #pragma once
 
+#include <zyn/array.h>
 #include <zyn/delaunay.h>
+#include <zyn/envelope.h>
 #include <zyn/export.h>
+#include <zyn/matrix.h>
+#include <zyn/point.h>
+#include <zyn/pool.h>
+#include <zyn/referenced.h>
 
+#include <QString>
 #include <limits>
+#include <type_traits>
 
 namespace zyn {
 
-/// Writes the surface as a Wavefront OBJ file: a line `v x y z` a vertex, in the order of first
-/// appearance, each coordinate with the digits that bring back the same number; then a line
-/// `f a b c` a triangle, counting vertices from 1. Triangles whose longest edge in space is above
-/// `maxEdge` are left out. The file appears whole or not at all: false when anything could not be
-/// written, and for a null engine.
+class IZynProgress;
+
+inline constexpr double anyEdge = std::numeric_limits<double>::infinity();
+
+/// The containers of an engine's points and vertices.
+template <class Real>
+using Pnt3Array = std::conditional_t<std::same_as<Real, double>, Pnt3dArray, Pnt3fArray>;
+template <class Real>
+using Pnt3Pool = std::conditional_t<std::same_as<Real, double>, Pnt3dPool, Pnt3fPool>;
+template <class Real>
+using VertexArray = typename TinRecord<Real>::RealPtrArray;
+
+// Points in spatial order: neighbours on the ground come close to each other. An engine that gets
+// them so finds each within a few steps, in memory that was just used.
+
+/// Sorts the points along a Hilbert curve through their box; points in one cell of the curve keep
+/// their order, and a crowded cell is sorted again by its own box. Points that are not finite come
+/// last. Takes linear time, and memory for a copy of the points. Null is passed over.
+/// Source of the curve: Hilbert 1891; of the sort: radix sort from the lowest digit.
+ZYN_EXPORT void spatialSort(Pnt3dArray* points);
+ZYN_EXPORT void spatialSort(Pnt3fArray* points);
+/// The same order without moving a point: indices from 0. A new array, empty for null.
+[[nodiscard]] ZYN_EXPORT ref_ptr<IntArray> spatialOrder(const Pnt3dArray* points);
+[[nodiscard]] ZYN_EXPORT ref_ptr<IntArray> spatialOrder(const Pnt3fArray* points);
+
+/// Inserts all points, in spatial order but where they are: they become vertices, as with addPoint,
+/// and must stay. The order that they stand in does not matter for the speed. Gives the number of
+/// points that went in; the indices of refused ones are appended to `rejected`, ascending.
+///
+/// Each point gets its number in `inten` as if addPoint had been called in the order of the array:
+/// its index (low 16 bits) in a new engine, so that exportObj finds it. The progress gets
+/// setTotal(number of points) and steps that sum up to it, and is asked isCanceled() between
+/// points; after a yes the network is valid and holds what went in so far.
+template <class Real>
+ZYN_EXPORT int addPoints(DelaunayInterface<Real>* engine, Pnt3Array<Real>* points,
+                         std::type_identity_t<Real> tolerance, IZynProgress* progress = nullptr,
+                         IntArray* rejected = nullptr);
+
+// Breaklines. A fixed edge is a pair of vertices, one behind the other in a list of vertices, which
+// the host keeps: the network itself remembers none. Insert the points first and the breaklines
+// then: addPoint and removePoint know nothing of fixed edges.
+
+/// Makes the polyline part of the network: a vertex for each of its points, which must stay in
+/// place as with addPoint, or the vertex that is there already within `tolerance`; and between them
+/// edges, or chains of edges where other vertices lie on a segment, by exact arithmetic. Gives the
+/// number of edges; -1, with nothing changed, for a point that is not finite or outside the
+/// network, fewer than two points, a tolerance that is not at least 0, and null. Beside a hole left by
+/// deleteTriangle, or damage from a file, a segment may stay out.
+///
+/// With `fixed`, its edges stay, but for those that a segment crosses: these give way and are taken
+/// out, or, with `crossings`, are split by a vertex there, with the height of the edge that was
+/// first, whose point is appended to `crossings` and must stay too. Edges that a new vertex splits
+/// are replaced by their halves. The edges of the polyline are appended. Takes time for all of
+/// `fixed`, so hand many breaklines over in one call.
+/// Source: the removal of crossing edges by flips, Sloan 1993, in an order that is known to end.
+template <class Real>
+ZYN_EXPORT int addBreakline(DelaunayInterface<Real>* engine, Pnt3Array<Real>* points,
+                            std::type_identity_t<Real> tolerance,
+                            VertexArray<Real>* fixed = nullptr,
+                            Pnt3Pool<Real>* crossings = nullptr);
+/// The same for many polylines in turn; bad ones are left out, and -1 comes back only when all are.
+template <class Real>
+ZYN_EXPORT int addBreaklines(DelaunayInterface<Real>* engine,
+                             std::conditional_t<std::same_as<Real, double>, Pnt3dArrayArray,
+                                                Pnt3fArrayArray>* polylines,
+                             std::type_identity_t<Real> tolerance,
+                             VertexArray<Real>* fixed = nullptr,
+                             Pnt3Pool<Real>* crossings = nullptr);
+/// Flips every edge that is not locally Delaunay by the exact in-circle test, except those of
+/// `fixed`, until none is left: the constrained Delaunay triangulation. Gives the number of flips.
+/// Source: Lawson 1977.
+template <class Real>
+ZYN_EXPORT int restoreDelaunay(DelaunayInterface<Real>* engine,
+                               const VertexArray<Real>* fixed = nullptr);
+
+/// The first broken invariant as a sentence with the triangle's number in pool order; a null string
+/// when the network is sound. Sound is: every triangle counter-clockwise by exact arithmetic, or of
+/// no area on the rim or beside points in one place; links symmetric, across the same edge; every
+/// connected part a disc with a convex rim. With `delaunay` also: no edge fails the exact in-circle
+/// test.
+template <class Real>
+[[nodiscard]] ZYN_EXPORT QString validate(DelaunayInterface<Real>* engine, bool delaunay = false);
+
+// Heights
+
+/// The height of the surface at (x, y), by the plane of the triangle there. False, with `z` as it
+/// was, outside the surface. Walks from the newest triangle.
+template <class Real>
+ZYN_EXPORT bool heightAt(DelaunayInterface<Real>* engine, double x, double y, double& z);
+/// Sets the z of every point to the height of the surface there, NaN outside, and gives the number
+/// of heights. Walks from point to point: have them in spatial order.
+template <class Real>
+ZYN_EXPORT int heightAt(DelaunayInterface<Real>* engine, Pnt3dArray* points);
+/// The surface along the straight line from a to b: a new array with a point at both ends and one at
+/// every edge crossed, in order. Where the line leaves the surface and comes back, a point
+/// whose z is NaN stands between the parts. Empty where there is no surface.
+template <class Real>
+[[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3dArray> profile(DelaunayInterface<Real>* engine,
+                                                     const XPnt2d& a, const XPnt2d& b);
+/// Heights at the centres of cellsX by cellsY cells that fill the envelope: `out` gets cellsY rows
+/// of cellsX columns, the first row at minY, the first column at minX, and NaN outside the surface.
+/// False, with `out` as it was, for null, a count below 1, or an envelope that is empty or not finite.
+template <class Real>
+ZYN_EXPORT bool rasterize(DelaunayInterface<Real>* engine, const Enve2d& envelope, int cellsX,
+                          int cellsY, MatrixDbl* out, double maxEdge = anyEdge);
+
+// Lines and volumes
+
+/// The isolines of the surface: for each level, in the order given, lines whose points have its
+/// height, higher ground on their left. Each is joined across triangles as far as it goes; closed
+/// ones end with their first point. A line separates the ground at or above its level from the
+/// ground below: a flat area at the level is bounded once, a peak or ridge that only reaches it
+/// gives none.
+template <class Real>
+[[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3dArrayArray> contours(DelaunayInterface<Real>* engine,
+                                                           const DoubleArray* levels,
+                                                           double maxEdge = anyEdge);
+
+/// Between a surface and a horizontal plane.
+struct SurfaceVolume {
+    double cut = 0;       ///< volume of the ground above the plane
+    double fill = 0;      ///< volume between the plane and the ground below it
+    double cutArea = 0;   ///< area in plan of the ground above
+    double fillArea = 0;  ///< and of the ground at the plane's height or below
+};
+
+/// Cut and fill against the plane z = level, a triangle that crosses it split.
+template <class Real>
+[[nodiscard]] ZYN_EXPORT SurfaceVolume volume(DelaunayInterface<Real>* engine, double level,
+                                              double maxEdge = anyEdge);
+
+// Files. Each appears whole or not at all: false when anything could not be written, and for null.
+// Vertices come in the order of first appearance. A path that is there and no regular file is refused.
+
+/// Wavefront OBJ: a line `v x y z` a vertex, each coordinate with the digits that bring back the
+/// same number; then a line `f a b c` a triangle, counting vertices from 1.
 template <class Real>
 ZYN_EXPORT bool writeObj(DelaunayInterface<Real>* engine, const char* path,
-                         double maxEdge = std::numeric_limits<double>::infinity());
+                         double maxEdge = anyEdge);
+/// PLY 1.0, binary, little-endian: vertices x, y, z in the engine's precision, and, when asked for,
+/// their unit normals nx, ny, nz as float, the mean of the triangles' weighted by area; then faces of
+/// three indices from 0.
+template <class Real>
+ZYN_EXPORT bool writePly(DelaunayInterface<Real>* engine, const char* path, bool normals = false,
+                         double maxEdge = anyEdge);
+/// LandXML 1.2: a `Surface` of that name, in metres, with points as northing (y), easting (x) and
+/// height, and faces.
+template <class Real>
+ZYN_EXPORT bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, QString name,
+                             double maxEdge = anyEdge);
 
 }  // namespace zyn

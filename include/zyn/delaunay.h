@@ -108,9 +108,25 @@ public:
 /// The engine in double precision.
 class ZYN_EXPORT IZynDelaunayD : public DelaunayInterface<double> {
 public:
-    /// One-shot triangulation of a point set by the mesh generator. This build has none: false, and
-    /// nothing is changed.
+    // One-shot triangulation of a whole point set by the mesh generator (Triangle, Shewchuk 1996), in
+    // place of addPoint.
+
+    /// Triangulates the convex hull of `count` points, pointers to x, y, z, which must stay and become
+    /// vertices by their addresses. The generator sees x and y rounded to float, and ignores all but
+    /// one of the points that then fall together: prefer addPoints() of surface.h, unless the
+    /// coordinates are small numbers. At those of a national grid (1e6) the rounding, up to 0.25,
+    /// loses points and folds triangles.
+    ///
+    /// The frame's two triangles stay, first and without a link to the new ones, whose outer edges
+    /// have no neighbour: later points and queries outside the hull find no triangle, and enforceEdge
+    /// needs a hint, such as locate() gives, since without one it starts in the frame. `inten` is left
+    /// as it is. True without a new triangle when the rounded points all lie in one place or on one
+    /// line. False, with nothing changed, when the engine holds anything but its two frame triangles,
+    /// for fewer than three points, null, a coordinate that is not finite as a float, and in a
+    /// build without the generator, which prints messages to standard output and ends the process
+    /// when it runs out of memory. Calls from several threads wait for each other.
     virtual bool triangulate(double** points, int count) = 0;
+    /// The same for the points of an array, which must stay in place.
     virtual bool triangulate(Pnt3dArray* points) = 0;
     /// As in IZynDelaunay, without the limit on the number of neighbours.
     virtual bool removePoint(tind* hint, double x, double y, double radius) = 0;

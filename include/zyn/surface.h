@@ -23,6 +23,7 @@
 #include <zyn/referenced.h>
 
 #include <QString>
+#include <concepts>
 #include <limits>
 #include <type_traits>
 
@@ -35,6 +36,9 @@ inline constexpr double anyEdge = std::numeric_limits<double>::infinity();
 /// The containers of an engine's points and vertices.
 template <class Real>
 using Pnt3Array = std::conditional_t<std::same_as<Real, double>, Pnt3dArray, Pnt3fArray>;
+template <class Real>
+using Pnt3ArrayArray =
+    std::conditional_t<std::same_as<Real, double>, Pnt3dArrayArray, Pnt3fArrayArray>;
 template <class Real>
 using Pnt3Pool = std::conditional_t<std::same_as<Real, double>, Pnt3dPool, Pnt3fPool>;
 template <class Real>
@@ -90,9 +94,7 @@ ZYN_EXPORT int addBreakline(DelaunayInterface<Real>* engine, Pnt3Array<Real>* po
                             Pnt3Pool<Real>* crossings = nullptr);
 /// The same for many polylines in turn; bad ones are left out, and -1 comes back only when all are.
 template <class Real>
-ZYN_EXPORT int addBreaklines(DelaunayInterface<Real>* engine,
-                             std::conditional_t<std::same_as<Real, double>, Pnt3dArrayArray,
-                                                Pnt3fArrayArray>* polylines,
+ZYN_EXPORT int addBreaklines(DelaunayInterface<Real>* engine, Pnt3ArrayArray<Real>* polylines,
                              std::type_identity_t<Real> tolerance,
                              VertexArray<Real>* fixed = nullptr,
                              Pnt3Pool<Real>* crossings = nullptr);

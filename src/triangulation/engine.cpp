@@ -75,7 +75,7 @@ namespace {
 /// What `operation` gives on the engine behind the interface; false or 0 when there is none.
 template <class Real, class Operation>
 auto onEngine(DelaunayInterface<Real>* interface, Operation operation) {
-    auto* const engine = dynamic_cast<DelaunayEngine<Real>*>(interface);
+    auto* const engine = engineOf(interface);
     using Result = decltype(operation(*engine));
     return engine == nullptr ? Result() : operation(*engine);
 }
@@ -143,6 +143,8 @@ bool readText(DelaunayInterface<Real>* engine, const char* path, Real*& vertices
 }
 
 template class DelaunayEngine<float>;
+template bool DelaunayEngine<float>::insert(Pnt*, float, NoFixedEdges&);
+template bool DelaunayEngine<float>::insert(Pnt*, float, FixedEdges<float>&);
 template int vertexCount(DelaunayInterface<float>*);
 template int allVertexCount(DelaunayInterface<float>*);
 template int surfaceTriangleCount(DelaunayInterface<float>*);
@@ -156,6 +158,8 @@ template bool readBinary(DelaunayInterface<float>*, const char*, float*&, int&);
 template bool readText(DelaunayInterface<float>*, const char*, float*&, int&);
 
 template class DelaunayEngine<double>;
+template bool DelaunayEngine<double>::insert(Pnt*, double, NoFixedEdges&);
+template bool DelaunayEngine<double>::insert(Pnt*, double, FixedEdges<double>&);
 template int vertexCount(DelaunayInterface<double>*);
 template int allVertexCount(DelaunayInterface<double>*);
 template int surfaceTriangleCount(DelaunayInterface<double>*);

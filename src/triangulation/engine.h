@@ -10,6 +10,7 @@
 
 #include <zyn/delaunay.h>
 
+#include "triangulation/fixed_edges.h"
 #include "triangulation/predicates.h"
 #include "triangulation/triangle_pool.h"
 
@@ -60,6 +61,14 @@ public:
 
     // Beside the interface
 
+    /// addPoint without its numbering. Flips no fixed edge but one that the point splits.
+    bool insert(Pnt* p, Real tolerance) { return insert(p, tolerance, noFixedEdges); }
+    template <class FixedEdges>
+    bool insert(Pnt* p, Real tolerance, FixedEdges& fixed);
+    /// Numbers the points as so many calls of addPoint would.
+    void number(Pnt* points, int count);
+    /// The triangle that holds q, or null outside the network, by a walk from `start`.
+    Tri* locateFrom(Tri* start, Xy q);
     int vertexCount() const;
     int allVertexCount() const;
     int surfaceTriangleCount() const;
@@ -91,14 +100,16 @@ private:
     struct Star;
 
     // engine_insert.ipp
-    Tri* locateFrom(Tri* start, Xy q);
     Tri* settle(Tri* t, Xy q);
     Tri* leaveFlat(Tri* flat, Xy q);
     Tri* searchPool(Xy q);
     static bool isCorner(const Tri* t, const Pnt& p, Real tolerance);
     Tri* split(Tri* t, Real* p);
-    void legalise(Corner corner, const Real* p);
-    [[gnu::always_inline]] static inline Corner flipIfIllegal(Corner corner);
+    template <class FixedEdges>
+    void legalise(Corner corner, Real* p, FixedEdges& fixed);
+    static Corner flipIfIllegal(Corner corner) { return flipIfIllegal(corner, noFixedEdges); }
+    template <class FixedEdges>
+    [[gnu::always_inline]] static inline Corner flipIfIllegal(Corner corner, FixedEdges& fixed);
 
     // engine_remove.ipp
     bool collectStar(Tri* t, int corner, Star& star) const;
@@ -129,6 +140,12 @@ private:
     static constexpr std::size_t ended = static_cast<std::size_t>(-1);
 };
 
+/// The engine behind the interface; null when there is none, or one of another maker.
+template <class Real>
+DelaunayEngine<Real>* engineOf(DelaunayInterface<Real>* interface) {
+    return dynamic_cast<DelaunayEngine<Real>*>(interface);
+}
+
 /// The engine behind IZynDelaunay.
 class delaunayF final : public DelaunayEngine<float> {
 public:
@@ -143,8 +160,8 @@ class delaunayD final : public DelaunayEngine<double> {
 public:
     using DelaunayEngine<double>::DelaunayEngine;
 
-    bool triangulate(double**, int) override { return false; }
-    bool triangulate(Pnt3dArray*) override { return false; }
+    bool triangulate(double** points, int count) override;
+    bool triangulate(Pnt3dArray* points) override;
     Pnt3dArray* rayIntersections(const XPnt3d&, const XPnt3d&) override { return nullptr; }
     bool rayNearest(const XPnt3d&, const XPnt3d&, double*) override { return false; }
     bool exportObj(std::span<const XPnt3d> points, const char* path, double maxEdge) override;

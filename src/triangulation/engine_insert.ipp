@@ -12,24 +12,27 @@
 
 namespace zyn {
 
-/// The predicates' bounds hold up to here; a coordinate beyond it is refused like one that is not
-/// finite.
-inline constexpr double largestCoordinate = 1e100;
-
-inline bool isUsable(Xy q) {
-    return std::abs(q.x) <= largestCoordinate && std::abs(q.y) <= largestCoordinate;
-}
-
 template <class Real>
 bool DelaunayEngine<Real>::addPoint(Pnt* p, Real tolerance) {
     if (p == nullptr) { return false; }
-    if constexpr (isDouble) {
+    if constexpr (isDouble) { number(p, 1); }
+    return insert(p, tolerance);
+}
+
+template <class Real>
+void DelaunayEngine<Real>::number(Pnt* points, int count) {
+    for (Pnt* p = points; p != points + count; ++p) {
         p->inten = static_cast<std::int16_t>(static_cast<std::uint16_t>(pointCounter++));
     }
+}
+
+template <class Real>
+template <class FixedEdges>
+bool DelaunayEngine<Real>::insert(Pnt* p, Real tolerance, FixedEdges& fixed) {
     Real* const coordinates = *p;
     Tri* const t = locateFrom(Pool::newest(), xyOf(coordinates));
     if (t == nullptr || !std::isfinite(p->z) || isCorner(t, *p, tolerance)) { return false; }
-    legalise({split(t, coordinates), 0}, coordinates);
+    legalise({split(t, coordinates), 0}, coordinates, fixed);
     return true;
 }
 
@@ -174,11 +177,12 @@ TinRecord<Real>* DelaunayEngine<Real>::split(Tri* t, Real* p) {
 /// and b are pushed, and each triangle of a flip again: once round p, clockwise, from b. Every flip
 /// brings one more triangle to p, so the walk needs a count of those to look at, and no stack.
 template <class Real>
-void DelaunayEngine<Real>::legalise(Corner corner, const Real* p) {
+template <class FixedEdges>
+void DelaunayEngine<Real>::legalise(Corner corner, Real* p, FixedEdges& fixed) {
     // No more flips than triangles: a network that was damaged in a file must not circle.
     std::size_t flipsLeft = Pool::count();
     for (int pending = 3; pending > 0;) {
-        if (const Corner flipped = flipIfIllegal(corner); flipped.triangle != nullptr) {
+        if (const Corner flipped = flipIfIllegal(corner, fixed); flipped.triangle != nullptr) {
             if (flipsLeft-- == 0) { return; }
             corner = flipped;
             ++pending;
@@ -198,14 +202,15 @@ void DelaunayEngine<Real>::legalise(Corner corner, const Real* p) {
 /// triangles, a flip of four points on a circle does so unless two of them coincide or lie on one
 /// line with a third.
 template <class Real>
-inline auto DelaunayEngine<Real>::flipIfIllegal(Corner corner) -> Corner {
+template <class FixedEdges>
+inline auto DelaunayEngine<Real>::flipIfIllegal(Corner corner, FixedEdges& fixed) -> Corner {
     const auto [t, slot] = corner;
     Tri* const n = t->neighbor[slot];
     const int j = n == nullptr ? 3 : placeOf(n->neighbor, t);
     if (j == 3) { return {}; }
-    const Real* const p = t->vertex[slot];
-    const Real* const a = t->vertex[after[slot]];
-    const Real* const b = t->vertex[before[slot]];
+    Real* const p = t->vertex[slot];
+    Real* const a = t->vertex[after[slot]];
+    Real* const b = t->vertex[before[slot]];
     const Real* const d = n->vertex[j];
     const int inside = inCircle(p, a, b, d);
     if (inside < 0) { return {}; }
@@ -215,6 +220,7 @@ inline auto DelaunayEngine<Real>::flipIfIllegal(Corner corner) -> Corner {
                               orientation(xyOf(p), xyOf(d), xyOf(b)) > 0;
         if (!isDouble || !isStrict) { return {}; }
     }
+    if (!fixed.giveWay(a, b, p)) { return {}; }
     flipEdge(t, slot, n, j);
     return {n, before[j]};
 }

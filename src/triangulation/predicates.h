@@ -22,6 +22,14 @@ template <class Real>
     return {double(p[0]), double(p[1])};
 }
 
+/// The predicates' bounds hold up to here; a coordinate beyond it is refused like one that is not
+/// finite.
+inline constexpr double largestCoordinate = 1e100;
+
+[[nodiscard]] inline bool isUsable(Xy q) {
+    return std::abs(q.x) <= largestCoordinate && std::abs(q.y) <= largestCoordinate;
+}
+
 /// Shewchuk's test of the same name, without a filter: twice the signed area of the triangle, with
 /// the exact sign. Positive when pa, pb, pc run counter-clockwise. Reads x and y of each.
 [[nodiscard]] double orient2dexact(const double* pa, const double* pb, const double* pc);

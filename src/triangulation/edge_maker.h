@@ -1,0 +1,215 @@
+// Bringing a straight segment into a network by flips.
+#pragma once
+
+#include "triangulation/engine.h"
+#include "triangulation/flip.h"
+
+#include <cstddef>
+#include <iterator>
+#include <list>
+#include <utility>
+
+namespace zyn {
+
+/// Makes the segment between two vertices an edge, or a chain of edges through the vertices that lie on
+/// it. Every sign is exact and every flip leaves two counter-clockwise triangles, so the network is
+/// valid at any time.
+///
+/// The edges that cross the segment from a to b form a list; their upper ends, left of a-b, form a
+/// chain from a to b. A corner of that chain whose angle on the segment's side is below 180 degrees
+/// can always be cut off: of the crossing edges that meet there, one can be flipped as long as there
+/// are any, and each flip takes one from the corner. The highest corner has such an angle, so the
+/// chain shrinks until a-b itself is left.
+template <class Real>
+class EdgeMaker {
+public:
+    using Tri = TinRecord<Real>;
+
+    /// The engine may get more points meanwhile, but lose none.
+    explicit EdgeMaker(DelaunayEngine<Real>& engine_) : engine(engine_) {}
+
+    /// What stands in the way from a vertex towards another.
+    enum class Way {
+        edge,     ///< an edge to `vertex`, which lies on the segment or is its end
+        crossed,  ///< the edge from `vertex` (on the left) to `other` crosses the segment
+        blocked,  ///< a hole, or damage
+    };
+    struct Step {
+        Way way = Way::blocked;
+        Real* vertex = nullptr;
+        Real* other = nullptr;
+        Tri* triangle = nullptr;  ///< for an edge that crosses: the triangle on the near side
+    };
+
+    /// The first step from a towards b.
+    [[nodiscard]] Step look(Real* a, Real* b) {
+        Tri* const start = triangleAt(a);
+        if (start == nullptr) { return {}; }
+        // Round a counter-clockwise, and from an open edge clockwise.
+        for (const auto& side : {after, before}) {
+            std::size_t stepsLeft = engine.count();
+            for (Tri* t = start; t != nullptr && stepsLeft-- > 0;) {
+                const int i = t->index(a);
+                if (i == 3) { break; }
+                if (const Step step = lookInside(t, i, b); step.way != Way::blocked) {
+                    return step;
+                }
+                t = t->neighbor[side[i]];
+                if (t == start) { return {}; }
+            }
+        }
+        return {};
+    }
+
+    /// Collects the edges that cross a-b from `first` on. The vertex where the crossings end: b, or
+    /// the first vertex on the segment; null when they end at a hole.
+    Real* collect(Real* a, Real* b, const Step& first) {
+        crossings.clear();
+        Real* upper = first.vertex;
+        Real* lower = first.other;
+        Tri* t = first.triangle;
+        while (crossings.size() < engine.count()) {
+            Tri* const n = t->neighbor[t->index(upper, lower)];
+            const int back = n == nullptr ? 3 : n->index(t);
+            if (back == 3) { return nullptr; }
+            crossings.push_back({upper, lower, t, n});
+            Real* const apex = n->vertex[back];
+            if (apex == b) { return b; }
+            const int side = orientation(xyOf(a), xyOf(b), xyOf(apex));
+            if (side == 0) { return apex; }
+            (side > 0 ? upper : lower) = apex;
+            t = n;
+        }
+        return nullptr;
+    }
+
+    /// An edge that crosses the segment, and the triangles before and behind it.
+    struct Crossing {
+        Real* upper;
+        Real* lower;
+        Tri* before;
+        Tri* behind;
+    };
+    [[nodiscard]] const std::list<Crossing>& collected() const { return crossings; }
+
+    /// Flips the collected edges away. False, with some of them left, only in a damaged network.
+    bool flipAway(Real* a, Real* end) {
+        Place corner = crossings.begin();  // a crossing at the corner that is looked at
+        while (!crossings.empty()) {
+            if (corner == crossings.end()) { return false; }
+            Run run = runOf(corner, a, end);
+            if (orientation(xyOf(run.left), xyOf(corner->upper), xyOf(run.right)) >= 0) {
+                corner = run.end;
+                continue;
+            }
+            if (!cutOff(run)) { return false; }
+            // The chain has changed at the corners on either side.
+            corner = run.end;
+            if (corner != crossings.begin()) { corner = runOf(std::prev(corner), a, end).begin; }
+        }
+        return true;
+    }
+
+private:
+    using Place = typename std::list<Crossing>::iterator;
+    /// Crossings that meet at one upper corner, and the corners of the chain beside it.
+    struct Run {
+        Place begin, end;
+        Real* left;
+        Real* right;
+        bool leftIsStart, rightIsEnd;
+    };
+
+    Tri* triangleAt(Real* v) {
+        Tri* const t = engine.locateFrom(hint == nullptr ? engine.newest() : hint, xyOf(v));
+        if (t == nullptr || t->index(v) == 3) { return nullptr; }
+        return hint = t;
+    }
+    /// What t, at whose corner `i` the segment starts, tells about its way to b.
+    static Step lookInside(Tri* t, int i, Real* b) {
+        Real* const a = t->vertex[i];
+        Real* const right = t->vertex[after[i]];
+        Real* const left = t->vertex[before[i]];
+        const auto isOn = [a, b](Real* v) {
+            return v == b || (orientation(xyOf(a), xyOf(b), xyOf(v)) == 0 && isAhead(a, b, v));
+        };
+        if (isOn(right)) { return {Way::edge, right}; }
+        if (isOn(left)) { return {Way::edge, left}; }
+        const bool isBetween = orientation(xyOf(a), xyOf(b), xyOf(right)) < 0 &&
+                               orientation(xyOf(a), xyOf(b), xyOf(left)) > 0;
+        return isBetween ? Step{Way::crossed, left, right, t} : Step{};
+    }
+    /// Whether v, on the line through a and b, lies on b's side of a, and not farther than b.
+    static bool isAhead(const Real* a, const Real* b, const Real* v) {
+        const int axis = a[0] != b[0] ? 0 : 1;
+        return b[axis] > a[axis] ? v[axis] > a[axis] && v[axis] <= b[axis]
+                                 : v[axis] < a[axis] && v[axis] >= b[axis];
+    }
+
+    Run runOf(Place corner, Real* a, Real* end) {
+        Place first = corner, last = std::next(corner);
+        while (first != crossings.begin() && std::prev(first)->upper == corner->upper) { --first; }
+        while (last != crossings.end() && last->upper == corner->upper) { ++last; }
+        const bool isFirst = first == crossings.begin(), isLast = last == crossings.end();
+        return {first,   last,  isFirst ? a : std::prev(first)->upper, isLast ? end : last->upper,
+                isFirst, isLast};
+    }
+
+    /// Flips the run away from its corner; run.end is then the place behind it. An edge that is flipped
+    /// at either end of the run may still cross the segment: it then belongs to the next corner.
+    bool cutOff(Run& run) {
+        for (Place at = run.begin; run.begin != run.end;) {
+            if (at == run.end) { return false; }
+            const Place next = std::next(at);
+            const bool isFirst = at == run.begin, isLast = next == run.end;
+            const Place previous = isFirst ? next : std::prev(at);
+            if (!isFlippable(*at)) {
+                at = next;
+                continue;
+            }
+            const bool crosses = isFirst != isLast && !(isFirst ? run.leftIsStart : run.rightIsEnd);
+            flip(at, isFirst, isLast, crosses);
+            if (isFirst) { run.begin = next; }
+            if (!crosses) {
+                crossings.erase(at);
+            } else if (isLast) {
+                run.end = at;
+            }
+            at = previous;
+        }
+        return true;
+    }
+    static Real* apex(const Tri* t, const Crossing& c) {
+        return t->vertex[t->index(c.upper, c.lower)];
+    }
+    static bool isFlippable(const Crossing& c) {
+        const Xy p = xyOf(apex(c.before, c)), q = xyOf(apex(c.behind, c));
+        return orientation(p, xyOf(c.lower), q) > 0 && orientation(q, xyOf(c.upper), p) > 0;
+    }
+    /// Flips one crossing and keeps the triangles of those beside it up to date. The triangle below
+    /// the new edge has the old lower end, the one above the old upper end.
+    void flip(Place at, bool isFirst, bool isLast, bool crosses) {
+        Tri* const below = at->before;
+        Tri* const above = at->behind;
+        Real* const p = apex(below, *at);
+        Real* const q = apex(above, *at);
+        flipEdge(below, below->index(at->upper, at->lower), above,
+                 above->index(at->upper, at->lower));
+        // Where the new edge does not cross, one of the two is out of the segment's way.
+        Tri* first = isFirst && isLast ? below : above;
+        Tri* second = first;
+        if (crosses) {
+            first = isFirst ? below : above;
+            second = isFirst ? above : below;
+            *at = {isFirst ? p : q, isFirst ? q : p, first, second};
+        }
+        if (at != crossings.begin()) { std::prev(at)->behind = first; }
+        if (std::next(at) != crossings.end()) { std::next(at)->before = second; }
+    }
+
+    DelaunayEngine<Real>& engine;
+    Tri* hint = nullptr;  // where the last vertex was found
+    std::list<Crossing> crossings;
+};
+
+}  // namespace zyn

@@ -1,0 +1,226 @@
+#include "triangulation/spatial_order.h"
+
+#include <zyn/surface.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <span>
+#include <utility>
+
+namespace zyn {
+namespace {
+
+// The curve. A cell's place is found from its upper bits down: two bits, one of x and one of y, give
+// a quarter, and each quarter holds a copy of the curve that may be swapped (x with y) and reversed.
+
+struct Turn {
+    bool swapped = false;
+    bool reversed = false;
+};
+
+/// The quarter's place, 0 to 3, in a curve that is turned so; `turn` becomes that of the quarter.
+constexpr unsigned quarter(unsigned x, unsigned y, Turn& turn) {
+    if (turn.swapped) { std::swap(x, y); }
+    const unsigned right = x ^ unsigned(turn.reversed);
+    const unsigned upper = y ^ unsigned(turn.reversed);
+    if (upper == 0) {
+        turn.reversed ^= right == 1;
+        turn.swapped ^= true;
+    }
+    return (3 * right) ^ upper;
+}
+
+/// Four levels of the curve at once: by turn, four bits of x and four of y.
+struct Steps {
+    std::array<std::uint16_t, 4 * 256> table{};  // the place in 8 bits, below it the next turn in 2
+
+    constexpr Steps() {
+        for (unsigned entry = 0; entry < table.size(); ++entry) {
+            Turn turn{(entry & 512U) != 0, (entry & 256U) != 0};
+            unsigned place = 0;
+            for (unsigned bit = 4; bit-- > 0;) {
+                place = place << 2U | quarter(entry >> (bit + 4) & 1U, entry >> bit & 1U, turn);
+            }
+            table[entry] = static_cast<std::uint16_t>(place << 2U | 2U * unsigned(turn.swapped) |
+                                                      unsigned(turn.reversed));
+        }
+    }
+};
+constexpr Steps steps;
+
+/// The place of cell (x, y) on the curve through 2^16 by 2^16 cells, of which `nibbles` times four
+/// bits are used.
+std::uint32_t placeOnCurve(std::uint32_t x, std::uint32_t y, int nibbles) {
+    std::uint32_t place = 0, turn = 0;
+    for (int shift = 4 * nibbles - 4; shift >= 0; shift -= 4) {
+        const std::uint32_t step =
+            steps.table[turn << 8U | (x >> shift & 15U) << 4U | (y >> shift & 15U)];
+        place = place << 8U | step >> 2U;
+        turn = step & 3U;
+    }
+    return place;
+}
+
+// The sort
+
+struct Entry {
+    std::uint32_t place;
+    std::int32_t index;
+};
+
+/// Maps one axis of a box to cells. The box is brought near 1 first, by a power of two, so that no
+/// difference overflows and no factor does.
+struct Axis {
+    double unit, low, scale;
+
+    Axis(double min, double max, double extent, double unit_, double cells)
+        : unit(unit_), low(min * unit_), scale(extent > 0 && max > min ? cells / extent : 0) {}
+    [[nodiscard]] std::uint32_t operator()(double value) const {
+        return static_cast<std::uint32_t>((value * unit - low) * scale);
+    }
+};
+
+template <class Real>
+class HilbertSort {
+public:
+    using Pnt = XPnt3<Real>;
+
+    explicit HilbertSort(const Pnt* points_) : points(points_) {}
+
+    /// Sorts the entries, whose points are finite, in two passes over about two bits a point.
+    void operator()(std::span<Entry> entries) {
+        if (!assignPlaces(entries)) { return; }
+        scratch.resize(std::max(scratch.size(), entries.size()));
+        const std::span<Entry> other(scratch.data(), entries.size());
+        scatter(entries, other, 0);
+        scatter(other, entries, digitBits);
+
+        for (auto first = entries.begin(); first != entries.end();) {
+            const auto end = std::find_if(
+                first, entries.end(), [first](const Entry& e) { return e.place != first->place; });
+            if (end - first > crowd) { crowded.emplace_back(first, end); }
+            first = end;
+        }
+    }
+    /// Sorts whatever cells were crowded, by their own boxes.
+    void refine() {
+        while (!crowded.empty()) {
+            const std::span<Entry> cell = crowded.back();
+            crowded.pop_back();
+            (*this)(cell);
+        }
+    }
+
+private:
+    static constexpr std::ptrdiff_t crowd = 16;
+
+    /// False when all points are in one place.
+    bool assignPlaces(std::span<Entry> entries) {
+        double minX = HUGE_VAL, minY = HUGE_VAL, maxX = -HUGE_VAL, maxY = -HUGE_VAL;
+        for (const Entry& e : entries) {
+            const Pnt& p = points[e.index];
+            minX = std::min(minX, double(p.x));
+            minY = std::min(minY, double(p.y));
+            maxX = std::max(maxX, double(p.x));
+            maxY = std::max(maxY, double(p.y));
+        }
+        const double quarterExtent = std::max(maxX / 4 - minX / 4, maxY / 4 - minY / 4);
+        if (!(maxX > minX) && !(maxY > minY)) { return false; }
+        const int exponent = quarterExtent > 0 ? std::ilogb(quarterExtent) : -1074;
+        const double unit = std::ldexp(1.0, -std::clamp(exponent, -1000, 1020));
+        const double extent = std::max(maxX * unit - minX * unit, maxY * unit - minY * unit);
+
+        axisBits = std::clamp((static_cast<int>(std::bit_width(entries.size())) + 3) / 2, 4, 14);
+        digitBits = axisBits;
+        // Just below a whole number of cells, so that the far side is in the last one.
+        const double cells = std::ldexp(1.0, axisBits) * (1 - 1e-12);
+        const Axis toX(minX, maxX, extent, unit, cells), toY(minY, maxY, extent, unit, cells);
+        lowCounts.assign(std::size_t(1) << digitBits, 0);
+        highCounts.assign(std::size_t(1) << digitBits, 0);
+        const int nibbles = (axisBits + 3) / 4;
+        const std::uint32_t mask = (1U << digitBits) - 1;
+        for (Entry& e : entries) {
+            const Pnt& p = points[e.index];
+            e.place = placeOnCurve(toX(double(p.x)), toY(double(p.y)), nibbles);
+            ++lowCounts[e.place & mask];
+            ++highCounts[e.place >> digitBits & mask];
+        }
+        return true;
+    }
+
+    void scatter(std::span<const Entry> from, std::span<Entry> to, int shift) {
+        std::vector<std::uint32_t>& counts = shift == 0 ? lowCounts : highCounts;
+        std::uint32_t sum = 0;
+        for (std::uint32_t& count : counts) { sum += std::exchange(count, sum); }
+        const std::uint32_t mask = (1U << digitBits) - 1;
+        for (const Entry& e : from) { to[counts[e.place >> shift & mask]++] = e; }
+    }
+
+    const Pnt* points;
+    std::vector<Entry> scratch;
+    std::vector<std::span<Entry>> crowded;
+    std::vector<std::uint32_t> lowCounts, highCounts;
+    int axisBits = 0, digitBits = 0;
+};
+
+template <class Array, class Real>
+void sortArray(Array* array, const XPnt3<Real>* points) {
+    if (array == nullptr) { return; }
+    const std::vector<std::int32_t> order = hilbertOrder(points, array->size());
+    std::vector<XPnt3<Real>> sorted;
+    sorted.reserve(order.size());
+    for (const std::int32_t index : order) { sorted.push_back(points[index]); }
+    std::copy(sorted.begin(), sorted.end(), array->data());
+}
+
+template <class Real, class Array>
+ref_ptr<IntArray> orderOf(const Array* array) {
+    ref_ptr<IntArray> result = newIntArray();
+    if (array != nullptr) {
+        const std::vector<std::int32_t> order = hilbertOrder<Real>(array->data(), array->size());
+        result->append(order.data(), static_cast<int>(order.size()));
+    }
+    return result;
+}
+
+}  // namespace
+
+template <class Real>
+std::vector<std::int32_t> hilbertOrder(const XPnt3<Real>* points, int count) {
+    std::vector<Entry> entries;
+    std::vector<std::int32_t> order, notFinite;
+    entries.reserve(static_cast<std::size_t>(count));
+    for (std::int32_t i = 0; i < count; ++i) {
+        if (std::isfinite(points[i].x) && std::isfinite(points[i].y)) {
+            entries.push_back({0, i});
+        } else {
+            notFinite.push_back(i);
+        }
+    }
+    {
+        HilbertSort<Real> sort(points);
+        sort(entries);
+        sort.refine();
+    }
+    order.reserve(static_cast<std::size_t>(count));
+    for (const Entry& e : entries) { order.push_back(e.index); }
+    order.insert(order.end(), notFinite.begin(), notFinite.end());
+    return order;
+}
+
+template std::vector<std::int32_t> hilbertOrder(const XPnt3<float>*, int);
+template std::vector<std::int32_t> hilbertOrder(const XPnt3<double>*, int);
+
+void spatialSort(Pnt3dArray* points) {
+    sortArray(points, points == nullptr ? nullptr : points->data());
+}
+void spatialSort(Pnt3fArray* points) {
+    sortArray(points, points == nullptr ? nullptr : points->data());
+}
+ref_ptr<IntArray> spatialOrder(const Pnt3dArray* points) { return orderOf<double>(points); }
+ref_ptr<IntArray> spatialOrder(const Pnt3fArray* points) { return orderOf<float>(points); }
+
+}  // namespace zyn

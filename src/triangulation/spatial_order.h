@@ -1,0 +1,15 @@
+// The order of points along a Hilbert curve.
+#pragma once
+
+#include <zyn/point.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace zyn {
+
+/// The indices of `count` points in that order; see spatialSort().
+template <class Real>
+[[nodiscard]] std::vector<std::int32_t> hilbertOrder(const XPnt3<Real>* points, int count);
+
+}  // namespace zyn

@@ -1,0 +1,240 @@
+// The isolines of a surface.
+#include <zyn/surface.h>
+
+#include "triangulation/flip.h"
+#include "triangulation/surface_triangles.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace zyn {
+namespace {
+
+/// Where a line crosses an edge. A crossing at an end of the edge is that vertex.
+template <class Real>
+struct Node {
+    XPnt3d position;
+    const Real* vertex = nullptr;
+
+    [[nodiscard]] bool isAt(const Node& other) const {
+        return position.x == other.position.x && position.y == other.position.y;
+    }
+};
+
+/// A line from node to node, the last one the first again if it is closed. `isRidge[i]` tells of the
+/// step behind node i that it runs along an edge at the level with ground below on both sides.
+template <class Real>
+struct Trace {
+    std::vector<Node<Real>> nodes;
+    std::vector<bool> isRidge;
+    bool isClosed = false;
+
+    /// Lets a closed line begin with a ridge, if it has one.
+    void startAtRidge() {
+        const auto ridge = std::find(isRidge.begin(), isRidge.end(), true);
+        if (!isClosed || ridge == isRidge.end()) { return; }
+        nodes.pop_back();
+        std::rotate(nodes.begin(), nodes.begin() + (ridge - isRidge.begin()), nodes.end());
+        nodes.push_back(nodes.front());
+        std::rotate(isRidge.begin(), ridge, isRidge.end());
+    }
+};
+
+/// Follows the lines of one level through the triangles. A vertex at the level counts as above it, so
+/// that every triangle has no crossed edge or two and a line never ends at a vertex.
+template <class Real>
+class ContourTracer {
+public:
+    using Tri = TinRecord<Real>;
+
+    ContourTracer(const DelaunayEngine<Real>& engine, double maxEdge)
+        : surface(engine, maxEdge), numberOf(engine), belongs(engine.count()) {
+        surface.forEach([this](const Tri* t, std::size_t number) {
+            belongs[number] = true;
+            const auto [low, high] = std::minmax(
+                {double(t->vertex[0][2]), double(t->vertex[1][2]), double(t->vertex[2][2])});
+            if (low < high) { slanted.push_back({t, low, high}); }
+        });
+        lastLevelOf.assign(engine.count(), 0);
+    }
+
+    /// The lines of the level in pieces without ridges, appended to `pieces`.
+    void trace(double newLevel, std::vector<std::vector<Node<Real>>>& pieces) {
+        level = newLevel;
+        ++levelNumber;
+        for (const auto& [t, low, high] : slanted) {
+            if (low < level && level <= high && !isDone(t)) { cut(follow(t), pieces); }
+        }
+    }
+
+private:
+    struct Slanted {
+        const Tri* triangle;
+        double low, high;
+    };
+
+    [[nodiscard]] bool isAbove(const Real* v) const { return double(v[2]) >= level; }
+    [[nodiscard]] bool isDone(const Tri* t) {
+        return lastLevelOf[std::size_t(numberOf(t))] == levelNumber;
+    }
+    /// The neighbour across the edge opposite corner `i`, null at the rim of the surface.
+    [[nodiscard]] const Tri* beyond(const Tri* t, int i) {
+        const Tri* const n = t->neighbor[i];
+        const std::int32_t number = numberOf(n);
+        return number >= 0 && belongs[std::size_t(number)] ? n : nullptr;
+    }
+    /// The edge by which a line, with higher ground on its left, comes into t or leaves it: seen from
+    /// inside, counter-clockwise, the edge goes down where the line comes in.
+    [[nodiscard]] int crossedEdge(const Tri* t, bool leaving) const {
+        for (int i = 0; i < 3; ++i) {
+            const bool from = isAbove(t->vertex[after[i]]), to = isAbove(t->vertex[before[i]]);
+            if (from != to && to == leaving) { return i; }
+        }
+        return 3;
+    }
+    /// Computed from the lower end, so that both triangles of an edge get the same point.
+    [[nodiscard]] Node<Real> crossing(const Tri* t, int i) const {
+        const Real* low = t->vertex[after[i]];
+        const Real* high = t->vertex[before[i]];
+        if (isAbove(low)) { std::swap(low, high); }
+        const XPnt3d a = positionOf(low), b = positionOf(high);
+        if (b.z == level) { return {b, high}; }
+        const double share = (level - a.z) / (b.z - a.z);
+        return {{a.x + share * (b.x - a.x), a.y + share * (b.y - a.y), level}, nullptr};
+    }
+    /// Whether the step through t from one end of a level edge to the other has ground below beyond
+    /// that edge too. REQUIRES: t has a crossed edge.
+    [[nodiscard]] bool isRidgeStep(const Tri* t) {
+        for (int i = 0; i < 3; ++i) {
+            if (isAbove(t->vertex[i])) { continue; }
+            const Tri* const n = beyond(t, i);
+            if (double(t->vertex[after[i]][2]) != level ||
+                double(t->vertex[before[i]][2]) != level || n == nullptr) {
+                return false;
+            }
+            const int back = n->index(t);
+            return back != 3 && !isAbove(n->vertex[back]);
+        }
+        return false;
+    }
+
+    /// Where a line that leaves or came to t across its edge goes on; null at its end, and where the
+    /// links of a damaged network lead astray.
+    [[nodiscard]] const Tri* next(const Tri* t, bool leaving) {
+        const Tri* const n = beyond(t, crossedEdge(t, leaving));
+        return n != nullptr && crossedEdge(n, leaving) != 3 && !isDone(n) ? n : nullptr;
+    }
+    /// The whole line through t: backwards first, to its start or round to t again.
+    Trace<Real> follow(const Tri* t) {
+        const Tri* start = t;
+        for (std::size_t steps = 0; steps < belongs.size(); ++steps) {
+            const Tri* const previous = next(start, false);
+            if (previous == nullptr || previous == t) { break; }
+            start = previous;
+        }
+        Trace<Real> line;
+        line.nodes.push_back(crossing(start, crossedEdge(start, false)));
+        const Tri* last = nullptr;
+        for (const Tri* n = start; n != nullptr; n = next(n, true)) {
+            lastLevelOf[std::size_t(numberOf(n))] = levelNumber;
+            line.isRidge.push_back(isRidgeStep(n));
+            line.nodes.push_back(crossing(n, crossedEdge(n, true)));
+            last = n;
+        }
+        line.isClosed = beyond(last, crossedEdge(last, true)) == start;
+        return line;
+    }
+
+    /// Cuts a line at its ridges, whose steps are left out, and drops steps that stay in one place.
+    static void cut(Trace<Real> line, std::vector<std::vector<Node<Real>>>& pieces) {
+        line.startAtRidge();
+        std::vector<Node<Real>> piece{line.nodes[0]};
+        const auto end = [&piece, &pieces] {
+            if (piece.size() > 1) { pieces.push_back(std::move(piece)); }
+            piece.clear();
+        };
+        for (std::size_t i = 0; i < line.isRidge.size(); ++i) {
+            const Node<Real>& next = line.nodes[i + 1];
+            if (line.isRidge[i]) { end(); }
+            if (piece.empty() || !piece.back().isAt(next)) { piece.push_back(next); }
+        }
+        end();
+    }
+
+    Surface<Real> surface;
+    TriangleNumbers<Real> numberOf;
+    std::vector<bool> belongs;
+    std::vector<Slanted> slanted;
+    std::vector<std::uint32_t> lastLevelOf;  // by number of triangle: the latest level seen there
+    std::uint32_t levelNumber = 0;
+    double level = 0;
+};
+
+/// Joins pieces that were cut at ridges: each that ends at a vertex goes on with one that starts
+/// there. As many start at a vertex as end there.
+template <class Real>
+void join(std::vector<std::vector<Node<Real>>>& pieces) {
+    constexpr std::size_t none = static_cast<std::size_t>(-1);
+    std::unordered_multimap<const Real*, std::size_t> startingAt;
+    const auto isClosed = [](const auto& piece) { return piece.front().isAt(piece.back()); };
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        const Real* const start = pieces[i].front().vertex;
+        if (start != nullptr && !isClosed(pieces[i])) { startingAt.emplace(start, i); }
+    }
+    const auto take = [&startingAt](const Real* vertex, auto isWanted) {
+        const auto [first, end] = startingAt.equal_range(vertex);
+        const auto found =
+            std::find_if(first, end, [&isWanted](const auto& e) { return isWanted(e.second); });
+        if (found == end) { return none; }
+        const std::size_t piece = found->second;
+        startingAt.erase(found);
+        return piece;
+    };
+    // A piece that others were joined to stays where it is; they are emptied.
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        while (!pieces[i].empty() && pieces[i].back().vertex != nullptr && !isClosed(pieces[i])) {
+            const std::size_t next =
+                take(pieces[i].back().vertex, [i](std::size_t other) { return other != i; });
+            if (next == none) { break; }
+            pieces[i].insert(pieces[i].end(), pieces[next].begin() + 1, pieces[next].end());
+            pieces[next].clear();
+            if (isClosed(pieces[i])) {
+                take(pieces[i].front().vertex, [i](std::size_t other) { return other == i; });
+            }
+        }
+    }
+    std::erase_if(pieces, [](const auto& piece) { return piece.empty(); });
+}
+
+}  // namespace
+
+template <class Real>
+ref_ptr<Pnt3dArrayArray> contours(DelaunayInterface<Real>* interface, const DoubleArray* levels,
+                                  double maxEdge) {
+    ref_ptr<Pnt3dArrayArray> lines = newPnt3dArrayArray();
+    const auto* const engine = engineOf(interface);
+    if (engine == nullptr || levels == nullptr) { return lines; }
+    ContourTracer<Real> tracer(*engine, maxEdge);
+    std::vector<std::vector<Node<Real>>> pieces;
+    for (int i = 0; i < levels->size(); ++i) {
+        pieces.clear();
+        tracer.trace(levels->get(i), pieces);
+        join(pieces);
+        for (const std::vector<Node<Real>>& piece : pieces) {
+            const ref_ptr<Pnt3dArray> line = newPnt3dArray();
+            line->reserve(static_cast<int>(piece.size()));
+            for (const Node<Real>& node : piece) { line->append(node.position); }
+            lines->append(line.get());
+        }
+    }
+    return lines;
+}
+
+template ref_ptr<Pnt3dArrayArray> contours(DelaunayInterface<float>*, const DoubleArray*, double);
+template ref_ptr<Pnt3dArrayArray> contours(DelaunayInterface<double>*, const DoubleArray*, double);
+
+}  // namespace zyn

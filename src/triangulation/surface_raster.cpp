@@ -1,0 +1,137 @@
+// Heights of a surface on a grid.
+#include <zyn/surface.h>
+
+#include "triangulation/flip.h"
+#include "triangulation/surface_triangles.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace zyn {
+namespace {
+
+/// The centres of cells along one axis.
+struct CellAxis {
+    double min, step;
+    int count;
+
+    CellAxis(double min_, double max, int count_)
+        : min(min_), step((max - min_) / count_), count(count_) {}
+    [[nodiscard]] double centre(int cell) const { return min + (cell + 0.5) * step; }
+    /// The first cell whose centre is not below `value`, to within a rounding; from 0 to count.
+    [[nodiscard]] int from(double value) const {
+        const double cell = std::ceil((value - min) / step - 0.5);
+        return cell > 0 ? static_cast<int>(std::min(cell, double(count))) : 0;  // 0 for a NaN
+    }
+};
+
+/// Fills the cells whose centres a triangle holds, row by row. Two triangles see the same crossing
+/// of their edge with a row, so no cell between them is left out; one that both hold gets the same
+/// height twice, but for rounding.
+template <class Real>
+class TriangleFill {
+public:
+    TriangleFill(const CellAxis& x, const CellAxis& y, double* out)
+        : columns(x), rows(y), cells(out) {}
+
+    void operator()(const TinRecord<Real>* t) const {
+        const HeightPlane plane(t);
+        double lowest = HUGE_VAL, highest = -HUGE_VAL;
+        for (const Real* const v : t->vertex) {
+            lowest = std::min(lowest, double(v[1]));
+            highest = std::max(highest, double(v[1]));
+        }
+        // The row at either end may be one too many or too few by rounding: the test is by centres.
+        const int first = std::max(rows.from(lowest) - 1, 0);
+        for (int row = first; row < rows.count; ++row) {
+            const double y = rows.centre(row);
+            if (y > highest) { break; }
+            if (y >= lowest) { fillRow(t, plane, row, y); }
+        }
+        for (const Real* const v : t->vertex) { setVertex(v); }
+    }
+
+private:
+    void fillRow(const TinRecord<Real>* t, const HeightPlane& plane, int row, double y) const {
+        double left = HUGE_VAL, right = -HUGE_VAL;
+        for (int i = 0; i < 3; ++i) {
+            const Real* a = t->vertex[after[i]];
+            const Real* b = t->vertex[before[i]];
+            if (b[1] < a[1] || (b[1] == a[1] && b[0] < a[0])) { std::swap(a, b); }
+            const double ay = double(a[1]), by = double(b[1]);
+            if (y < ay || y > by) { continue; }
+            const double ax = double(a[0]), bx = double(b[0]);
+            const double x = ay == by ? ax : y == by ? bx : ax + (bx - ax) * ((y - ay) / (by - ay));
+            left = std::min({left, x, ay == by ? bx : x});
+            right = std::max({right, x, ay == by ? bx : x});
+        }
+        // Within a rounding of the ends, exact arithmetic decides.
+        double* const out = cells + std::size_t(row) * std::size_t(columns.count);
+        int cell = std::max(columns.from(left) - 1, 0);
+        while (cell < columns.count && !isIn(t, left, right, cell, y)) {
+            if (columns.centre(cell) > right) { return; }
+            ++cell;
+        }
+        for (; cell < columns.count; ++cell) {
+            const double x = columns.centre(cell);
+            if (x >= right && !isIn(t, left, right, cell, y)) { break; }
+            out[cell] = plane.at(x, y);
+        }
+    }
+    bool isIn(const TinRecord<Real>* t, double left, double right, int cell, double y) const {
+        const double x = columns.centre(cell);
+        const double unclear = 1e-12 * (std::abs(left) + std::abs(right) + std::abs(x));
+        if (x > left + unclear && x < right - unclear) { return true; }
+        if (x < left - unclear || x > right + unclear) { return false; }
+        const Xy q{x, y};
+        for (int i = 0; i < 3; ++i) {
+            if (orientation(xyOf(t->vertex[after[i]]), xyOf(t->vertex[before[i]]), q) < 0) {
+                return false;
+            }
+        }
+        return true;
+    }
+    /// A vertex at the centre of a cell gives its own height.
+    void setVertex(const Real* v) const {
+        const auto nearest = [](const CellAxis& axis, double value) {
+            return std::floor((value - axis.min) / axis.step);
+        };
+        const double column = nearest(columns, double(v[0])), row = nearest(rows, double(v[1]));
+        if (!(column >= 0 && column < columns.count && row >= 0 && row < rows.count)) { return; }
+        const int c = static_cast<int>(column), r = static_cast<int>(row);
+        if (columns.centre(c) == double(v[0]) && rows.centre(r) == double(v[1])) {
+            cells[std::size_t(r) * std::size_t(columns.count) + std::size_t(c)] = double(v[2]);
+        }
+    }
+
+    const CellAxis& columns;
+    const CellAxis& rows;
+    double* cells;
+};
+
+}  // namespace
+
+template <class Real>
+bool rasterize(DelaunayInterface<Real>* interface, const Enve2d& envelope, int cellsX, int cellsY,
+               MatrixDbl* out, double maxEdge) {
+    const auto* const engine = engineOf(interface);
+    const double width = envelope.maxX - envelope.minX, height = envelope.maxY - envelope.minY;
+    if (engine == nullptr || out == nullptr || cellsX < 1 || cellsY < 1 || !(width > 0) ||
+        !(height > 0) || !std::isfinite(width) || !std::isfinite(height) ||
+        !out->setSize(cellsY, cellsX, std::numeric_limits<double>::quiet_NaN())) {
+        return false;
+    }
+    const CellAxis columns(envelope.minX, envelope.maxX, cellsX);
+    const CellAxis rows(envelope.minY, envelope.maxY, cellsY);
+    const TriangleFill<Real> fill(columns, rows, out->data());
+    Surface<Real>(*engine, maxEdge).forEach([&fill](const TinRecord<Real>* t, std::size_t) {
+        fill(t);
+    });
+    return true;
+}
+
+template bool rasterize(DelaunayInterface<float>*, const Enve2d&, int, int, MatrixDbl*, double);
+template bool rasterize(DelaunayInterface<double>*, const Enve2d&, int, int, MatrixDbl*, double);
+
+}  // namespace zyn

@@ -1,0 +1,86 @@
+// What the operations on surfaces share: the triangles that belong to one, and their planes.
+#pragma once
+
+#include <zyn/geometry.h>
+
+#include "triangulation/engine.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace zyn {
+
+/// Position and height of a vertex.
+template <class Real>
+[[nodiscard]] inline XPnt3d positionOf(const Real* v) {
+    return {double(v[0]), double(v[1]), double(v[2])};
+}
+
+/// Square of the longest edge in space.
+template <class Real>
+[[nodiscard]] inline double longestEdge2(const TinRecord<Real>* t) {
+    const XPnt3d a = positionOf(t->vertex[0]), b = positionOf(t->vertex[1]),
+                 c = positionOf(t->vertex[2]);
+    return std::max({dist2(a, b), dist2(b, c), dist2(c, a)});
+}
+
+/// Which triangles of an engine make up its surface.
+template <class Real>
+class Surface {
+public:
+    using Tri = TinRecord<Real>;
+
+    Surface(const DelaunayEngine<Real>& engine_, double maxEdge)
+        : engine(engine_), most(std::isinf(maxEdge) ? maxEdge : maxEdge * maxEdge) {}
+
+    /// False for null too.
+    [[nodiscard]] bool has(const Tri* t) const {
+        return t != nullptr && !engine.isFrameTriangle(t) &&
+               (std::isinf(most) || !(longestEdge2(t) > most));
+    }
+    /// Calls `use(t, number)` for each of them, in pool order.
+    template <class Use>
+    void forEach(Use use) const {
+        for (std::size_t n = 0; n < engine.count(); ++n) {
+            if (const Tri* const t = engine.at(n); has(t)) { use(t, n); }
+        }
+    }
+
+private:
+    const DelaunayEngine<Real>& engine;
+    double most;
+};
+
+/// The height over a triangle. Never above its highest corner or below its lowest.
+class HeightPlane {
+public:
+    template <class Real>
+    explicit HeightPlane(const TinRecord<Real>* t) {
+        const XPnt3d a = positionOf(t->vertex[0]);
+        const XPnt3d u = positionOf(t->vertex[1]) - a, v = positionOf(t->vertex[2]) - a;
+        const double area2 = u.x * v.y - u.y * v.x;
+        x0 = a.x;
+        y0 = a.y;
+        z0 = a.z;
+        if (area2 != 0) {
+            slopeX = (u.z * v.y - v.z * u.y) / area2;
+            slopeY = (u.x * v.z - v.x * u.z) / area2;
+        }
+        const auto [low, high] = std::minmax(
+            {double(t->vertex[0][2]), double(t->vertex[1][2]), double(t->vertex[2][2])});
+        minZ = low;
+        maxZ = high;
+    }
+    [[nodiscard]] double at(double x, double y) const {
+        const double z = z0 + slopeX * (x - x0) + slopeY * (y - y0);
+        return std::min(std::max(z, minZ), maxZ);
+    }
+
+private:
+    double x0 = 0, y0 = 0, z0 = 0;
+    double slopeX = 0, slopeY = 0;
+    double minZ = 0, maxZ = 0;
+};
+
+}  // namespace zyn

@@ -1,0 +1,67 @@
+// Cut and fill.
+#include <zyn/surface.h>
+
+#include "triangulation/surface_triangles.h"
+
+#include <algorithm>
+#include <array>
+
+namespace zyn {
+namespace {
+
+/// What a triangle of plan area `area` has on either side of the plane, by the heights of its corners
+/// above it. One corner alone on its side cuts off a tip; the rest is two triangles. Every
+/// piece is the product of its area and its mean height, so that nothing cancels out.
+class Pieces {
+public:
+    Pieces(double area, std::array<double, 3> heights) {
+        std::sort(heights.begin(), heights.end());
+        const auto [low, middle, high] = heights;
+        if (low >= 0 || high <= 0) {
+            add(area, (low + middle + high) / 3);
+        } else if (middle <= 0) {
+            split(area, high, low, middle);
+        } else {
+            split(area, low, middle, high);
+        }
+    }
+    SurfaceVolume volume;
+
+private:
+    void split(double area, double tip, double a, double b) {
+        const double toA = tip / (tip - a);  // where the plane meets the edges, seen from the tip
+        const double toB = tip / (tip - b);
+        add(area * toA * toB, tip / 3);
+        add(area * (1 - toB), (a + b) / 3);
+        add(area * toB * (1 - toA), a / 3);
+    }
+    void add(double area, double meanHeight) {
+        (meanHeight > 0 ? volume.cut : volume.fill) += area * std::abs(meanHeight);
+        (meanHeight > 0 ? volume.cutArea : volume.fillArea) += area;
+    }
+};
+
+}  // namespace
+
+template <class Real>
+SurfaceVolume volume(DelaunayInterface<Real>* interface, double level, double maxEdge) {
+    SurfaceVolume sum;
+    const auto* const engine = engineOf(interface);
+    if (engine == nullptr) { return sum; }
+    Surface<Real>(*engine, maxEdge).forEach([&](const TinRecord<Real>* t, std::size_t) {
+        const XPnt3d a = positionOf(t->vertex[0]), b = positionOf(t->vertex[1]),
+                     c = positionOf(t->vertex[2]);
+        const double area = ((b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x)) / 2;
+        const Pieces pieces(area, {a.z - level, b.z - level, c.z - level});
+        sum.cut += pieces.volume.cut;
+        sum.fill += pieces.volume.fill;
+        sum.cutArea += pieces.volume.cutArea;
+        sum.fillArea += pieces.volume.fillArea;
+    });
+    return sum;
+}
+
+template SurfaceVolume volume(DelaunayInterface<float>*, double, double);
+template SurfaceVolume volume(DelaunayInterface<double>*, double, double);
+
+}  // namespace zyn

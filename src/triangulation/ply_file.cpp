@@ -1,0 +1,94 @@
+// Surfaces as binary PLY files.
+#include <zyn/surface.h>
+
+#include "core/text_number.h"
+#include "triangulation/surface_file.h"
+#include "triangulation/tin_streams.h"
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace zyn {
+namespace {
+
+struct Vector {
+    double x = 0, y = 0, z = 0;
+};
+
+/// Normal of the triangle, as long as twice its area.
+template <class Real>
+Vector crossOf(const Real* a, const Real* b, const Real* c) {
+    const auto edge = [a](const Real* end) {
+        return Vector{double(end[0]) - double(a[0]), double(end[1]) - double(a[1]),
+                      double(end[2]) - double(a[2])};
+    };
+    const Vector u = edge(b), v = edge(c);
+    return {u.y * v.z - u.z * v.y, u.z * v.x - u.x * v.z, u.x * v.y - u.y * v.x};
+}
+
+/// The unit vector in that direction; upwards when there is none.
+Vector directionOf(const Vector& v) {
+    const double length = std::hypot(v.x, v.y, v.z);
+    if (!(length > 0) || !std::isfinite(length)) { return {0, 0, 1}; }
+    return {v.x / length, v.y / length, v.z / length};
+}
+
+template <class Real>
+std::vector<Vector> vertexNormals(SurfaceFile<Real>& file) {
+    std::vector<Vector> normals(file.vertices().size());
+    file.forFaces([&](const auto& face) {
+        const auto corner = [&](int i) { return file.vertices()[std::size_t(face[i])]; };
+        const Vector cross = crossOf(corner(0), corner(1), corner(2));
+        for (const std::int32_t n : face) {
+            Vector& sum = normals[std::size_t(n)];
+            sum = {sum.x + cross.x, sum.y + cross.y, sum.z + cross.z};
+        }
+    });
+    for (Vector& normal : normals) { normal = directionOf(normal); }
+    return normals;
+}
+
+template <class Number>
+void put(std::string& bytes, Number value) {
+    const auto littleEndian = tin_file::bytesOf(value);
+    bytes.append(littleEndian.data(), littleEndian.size());
+}
+
+}  // namespace
+
+template <class Real>
+bool writePly(DelaunayInterface<Real>* engine, const char* path, bool normals, double maxEdge) {
+    SurfaceFile<Real> file(engine, path, maxEdge);
+    if (!file.isOpen()) { return false; }
+    const std::string real = std::is_same_v<Real, double> ? "double" : "float";
+    std::string& text = file.text;
+    text = "ply\nformat binary_little_endian 1.0\ncomment ZynBase\nelement vertex ";
+    appendNumber(text, file.vertices().size());
+    for (const char axis : {'x', 'y', 'z'}) { text += "\nproperty " + real + ' ' + axis; }
+    if (normals) { text += "\nproperty float nx\nproperty float ny\nproperty float nz"; }
+    text += "\nelement face ";
+    appendNumber(text, file.faceCount());
+    text += "\nproperty list uchar int vertex_indices\nend_header\n";
+
+    const std::vector<Vector> directions = normals ? vertexNormals(file) : std::vector<Vector>();
+    file.forVertices([&, n = std::size_t{0}](const Real* v) mutable {
+        for (int axis = 0; axis < 3; ++axis) { put(text, v[axis]); }
+        if (!normals) { return; }
+        const Vector& d = directions[n++];
+        for (const double c : {d.x, d.y, d.z}) { put(text, static_cast<float>(c)); }
+    });
+    file.forFaces([&text](const auto& face) {
+        text += '\3';
+        for (const std::int32_t n : face) { put(text, n); }
+    });
+    return file.commit();
+}
+
+template bool writePly(DelaunayInterface<float>*, const char*, bool, double);
+template bool writePly(DelaunayInterface<double>*, const char*, bool, double);
+
+}  // namespace zyn

@@ -1,0 +1,107 @@
+// What the writers of a surface share: its vertices and faces by number, and a file that appears
+// whole or not at all.
+#pragma once
+
+#include <zyn/geometry.h>
+#include <zyn/surface.h>
+
+#include "triangulation/engine.h"
+#include "triangulation/tin_streams.h"
+#include "triangulation/vertex_numbers.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace zyn {
+
+/// Square of the longest edge in space.
+template <class Real>
+double longestEdge2(const TinRecord<Real>* t) {
+    const XPnt3d a(XPnt3<Real>(t->vertex[0])), b(XPnt3<Real>(t->vertex[1])),
+        c(XPnt3<Real>(t->vertex[2]));
+    return std::max({dist2(a, b), dist2(b, c), dist2(c, a)});
+}
+
+template <class Real>
+class SurfaceFile {
+public:
+    /// The numbers of the corners, from 0.
+    using Face = std::int32_t[3];
+
+    SurfaceFile(DelaunayInterface<Real>* surface, const char* path, double maxEdge)
+        : engine(dynamic_cast<DelaunayEngine<Real>*>(surface)),
+          longest2(maxEdge < 0 ? -1 : maxEdge * maxEdge) {
+        if (engine == nullptr || path == nullptr) { return; }
+        const QString name = QFile::decodeName(path);
+        // A device or a pipe would be replaced by the file.
+        if (const QFileInfo target(name); target.exists() && !target.isFile()) { return; }
+        file.setFileName(name);
+        if (!file.open(QIODevice::WriteOnly)) { return; }
+        forTriangles([this](const TinRecord<Real>* t) {
+            for (Real* const v : t->vertex) { numbers(v); }
+            ++faces;
+        });
+    }
+    [[nodiscard]] bool isOpen() const { return file.isOpen(); }
+    /// The coordinates, by number.
+    [[nodiscard]] const std::vector<Real*>& vertices() const { return numbers.vertices(); }
+    [[nodiscard]] int faceCount() const { return faces; }
+
+    /// Calls `use` with the coordinates of every vertex in turn.
+    template <class Use>
+    void forVertices(Use use) {
+        for (const Real* const v : numbers.vertices()) {
+            use(v);
+            flushIfFull();
+        }
+    }
+    /// Calls `use` with every Face.
+    template <class Use>
+    void forFaces(Use use) {
+        forTriangles([&](const TinRecord<Real>* t) {
+            use(Face{numbers(t->vertex[0]), numbers(t->vertex[1]), numbers(t->vertex[2])});
+            flushIfFull();
+        });
+    }
+
+    /// Puts the file into its place; false, with nothing changed there, when a part could not be
+    /// written.
+    [[nodiscard]] bool commit() {
+        flush();
+        return isWritten && file.commit();
+    }
+
+    std::string text;  ///< What comes next in the file.
+
+private:
+    template <class Use>
+    void forTriangles(Use use) {
+        engine->rewindTriangles();
+        while (const TinRecord<Real>* const t = engine->nextTriangle()) {
+            if (!engine->isFrameTriangle(t) && !(longestEdge2(t) > longest2)) { use(t); }
+        }
+    }
+    void flushIfFull() {
+        if (text.size() >= tin_file::bufferSize) { flush(); }
+    }
+    void flush() {
+        const auto size = static_cast<qint64>(text.size());
+        isWritten = isWritten && file.write(text.data(), size) == size && file.flush();
+        text.clear();
+    }
+
+    DelaunayEngine<Real>* engine;
+    double longest2;
+    QSaveFile file;
+    VertexNumbers<Real> numbers;
+    int faces = 0;
+    bool isWritten = true;
+};
+
+}  // namespace zyn

@@ -52,7 +52,7 @@ public:
     using Tri = TinRecord<Real>;
 
     ContourTracer(const DelaunayEngine<Real>& engine, double maxEdge)
-        : surface(engine, maxEdge), numberOf(engine), belongs(engine.count()) {
+        : surface(&engine, maxEdge), numberOf(engine), belongs(engine.count()) {
         surface.forEach([this](const Tri* t, std::size_t number) {
             belongs[number] = true;
             const auto [low, high] = std::minmax(

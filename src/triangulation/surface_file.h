@@ -2,10 +2,9 @@
 // whole or not at all.
 #pragma once
 
-#include <zyn/geometry.h>
 #include <zyn/surface.h>
 
-#include "triangulation/engine.h"
+#include "triangulation/surface_triangles.h"
 #include "triangulation/tin_streams.h"
 #include "triangulation/vertex_numbers.h"
 
@@ -13,20 +12,12 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace zyn {
-
-/// Square of the longest edge in space.
-template <class Real>
-double longestEdge2(const TinRecord<Real>* t) {
-    const XPnt3d a(XPnt3<Real>(t->vertex[0])), b(XPnt3<Real>(t->vertex[1])),
-        c(XPnt3<Real>(t->vertex[2]));
-    return std::max({dist2(a, b), dist2(b, c), dist2(c, a)});
-}
 
 template <class Real>
 class SurfaceFile {
@@ -34,16 +25,15 @@ public:
     /// The numbers of the corners, from 0.
     using Face = std::int32_t[3];
 
-    SurfaceFile(DelaunayInterface<Real>* surface, const char* path, double maxEdge)
-        : engine(dynamic_cast<DelaunayEngine<Real>*>(surface)),
-          longest2(maxEdge < 0 ? -1 : maxEdge * maxEdge) {
-        if (engine == nullptr || path == nullptr) { return; }
+    SurfaceFile(DelaunayInterface<Real>* engine, const char* path, double maxEdge)
+        : surface(engineOf(engine), maxEdge) {
+        if (!surface.hasEngine() || path == nullptr) { return; }
         const QString name = QFile::decodeName(path);
         // A device or a pipe would be replaced by the file.
         if (const QFileInfo target(name); target.exists() && !target.isFile()) { return; }
         file.setFileName(name);
         if (!file.open(QIODevice::WriteOnly)) { return; }
-        forTriangles([this](const TinRecord<Real>* t) {
+        surface.forEach([this](const TinRecord<Real>* t, std::size_t) {
             for (Real* const v : t->vertex) { numbers(v); }
             ++faces;
         });
@@ -64,7 +54,7 @@ public:
     /// Calls `use` with every Face.
     template <class Use>
     void forFaces(Use use) {
-        forTriangles([&](const TinRecord<Real>* t) {
+        surface.forEach([&](const TinRecord<Real>* t, std::size_t) {
             use(Face{numbers(t->vertex[0]), numbers(t->vertex[1]), numbers(t->vertex[2])});
             flushIfFull();
         });
@@ -80,13 +70,6 @@ public:
     std::string text;  ///< What comes next in the file.
 
 private:
-    template <class Use>
-    void forTriangles(Use use) {
-        engine->rewindTriangles();
-        while (const TinRecord<Real>* const t = engine->nextTriangle()) {
-            if (!engine->isFrameTriangle(t) && !(longestEdge2(t) > longest2)) { use(t); }
-        }
-    }
     void flushIfFull() {
         if (text.size() >= tin_file::bufferSize) { flush(); }
     }
@@ -96,8 +79,7 @@ private:
         text.clear();
     }
 
-    DelaunayEngine<Real>* engine;
-    double longest2;
+    Surface<Real> surface;
     QSaveFile file;
     VertexNumbers<Real> numbers;
     int faces = 0;

@@ -36,7 +36,7 @@ TinRecord<Real>* surfaceTriangleRound(const Surface<Real>& surface, TinRecord<Re
 template <class Real>
 TinRecord<Real>* surfaceTriangleAt(DelaunayEngine<Real>& engine, TinRecord<Real>* hint, Xy q) {
     TinRecord<Real>* const t = engine.locateFrom(hint, q);
-    const Surface<Real> surface(engine, anyEdge);
+    const Surface<Real> surface(&engine);
     if (t == nullptr || surface.has(t)) { return t; }
     for (int i = 0; i < 3; ++i) {
         if (isAt(t->vertex[i], q)) { return surfaceTriangleRound(surface, t, i); }

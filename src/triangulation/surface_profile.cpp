@@ -23,7 +23,7 @@ public:
 
     /// REQUIRES: a and b are different and usable.
     ProfileWalk(DelaunayEngine<Real>& engine_, Xy a_, Xy b_)
-        : engine(engine_), surface(engine_, anyEdge), a(a_), b(b_) {}
+        : engine(engine_), surface(&engine_), a(a_), b(b_) {}
 
     ref_ptr<Pnt3dArray> run() {
         if (Tri* const t = firstTriangle()) { follow(t); }

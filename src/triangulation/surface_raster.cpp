@@ -125,7 +125,7 @@ bool rasterize(DelaunayInterface<Real>* interface, const Enve2d& envelope, int c
     const CellAxis columns(envelope.minX, envelope.maxX, cellsX);
     const CellAxis rows(envelope.minY, envelope.maxY, cellsY);
     const TriangleFill<Real> fill(columns, rows, out->data());
-    Surface<Real>(*engine, maxEdge).forEach([&fill](const TinRecord<Real>* t, std::size_t) {
+    Surface<Real>(engine, maxEdge).forEach([&fill](const TinRecord<Real>* t, std::size_t) {
         fill(t);
     });
     return true;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <zyn/geometry.h>
+#include <zyn/surface.h>
 
 #include "triangulation/engine.h"
 
@@ -31,25 +32,27 @@ class Surface {
 public:
     using Tri = TinRecord<Real>;
 
-    Surface(const DelaunayEngine<Real>& engine_, double maxEdge)
-        : engine(engine_), most(std::isinf(maxEdge) ? maxEdge : maxEdge * maxEdge) {}
+    /// Without an engine there is no triangle.
+    explicit Surface(const DelaunayEngine<Real>* engine_, double maxEdge = anyEdge)
+        : engine(engine_), most2(maxEdge < 0 ? -1 : maxEdge * maxEdge) {}
 
+    [[nodiscard]] bool hasEngine() const { return engine != nullptr; }
     /// False for null too.
     [[nodiscard]] bool has(const Tri* t) const {
-        return t != nullptr && !engine.isFrameTriangle(t) &&
-               (std::isinf(most) || !(longestEdge2(t) > most));
+        return t != nullptr && !engine->isFrameTriangle(t) &&
+               (std::isinf(most2) || !(longestEdge2(t) > most2));
     }
     /// Calls `use(t, number)` for each of them, in pool order.
     template <class Use>
     void forEach(Use use) const {
-        for (std::size_t n = 0; n < engine.count(); ++n) {
-            if (const Tri* const t = engine.at(n); has(t)) { use(t, n); }
+        for (std::size_t n = 0; engine != nullptr && n < engine->count(); ++n) {
+            if (const Tri* const t = engine->at(n); has(t)) { use(t, n); }
         }
     }
 
 private:
-    const DelaunayEngine<Real>& engine;
-    double most;
+    const DelaunayEngine<Real>* engine;
+    double most2;
 };
 
 /// The height over a triangle. Never above its highest corner or below its lowest.

@@ -46,9 +46,7 @@ private:
 template <class Real>
 SurfaceVolume volume(DelaunayInterface<Real>* interface, double level, double maxEdge) {
     SurfaceVolume sum;
-    const auto* const engine = engineOf(interface);
-    if (engine == nullptr) { return sum; }
-    Surface<Real>(*engine, maxEdge).forEach([&](const TinRecord<Real>* t, std::size_t) {
+    Surface<Real>(engineOf(interface), maxEdge).forEach([&](const TinRecord<Real>* t, std::size_t) {
         const XPnt3d a = positionOf(t->vertex[0]), b = positionOf(t->vertex[1]),
                      c = positionOf(t->vertex[2]);
         const double area = ((b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x)) / 2;

@@ -5,6 +5,7 @@
 // Both get the same uniform points: the engine one addPoint each in Hilbert order, CGAL in random order
 // through insert(begin, end), which sorts them itself. The two take turns, and the medians of all
 // runs are compared.
+#include "heap.h"
 #include "measure.h"
 
 #include <zyn/delaunay.h>
@@ -12,45 +13,15 @@
 #include <CGAL/Delaunay_triangulation_2.h>
 #include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
 #include <CGAL/hilbert_sort.h>
-#include <malloc.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <new>
 #include <random>
 #include <string>
 #include <vector>
-
-namespace {
-
-std::size_t live = 0;
-std::size_t peak = 0;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    void* const memory = std::malloc(size);
-    if (memory == nullptr) { throw std::bad_alloc(); }
-    live += malloc_usable_size(memory);
-    peak = std::max(peak, live);
-    return memory;
-}
-void operator delete(void* memory) noexcept {
-    live -= malloc_usable_size(memory);
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
-
-namespace bench {
-
-std::size_t liveBytes() { return live; }
-std::size_t peakBytes() { return peak; }
-void resetPeak() { peak = live; }
-
-}  // namespace bench
 
 namespace {
 

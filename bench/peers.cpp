@@ -223,8 +223,7 @@ Measured insertion(const Points& points, int runs) {
                 bench::seconds([&] { peer.insert(peerPoints.begin(), peerPoints.end()); }));
             times.cgalBytes = double(bench::peakBytes() - before) / double(points.size());
         }
-        times.generator.push_back(
-            bench::seconds([&] { callGenerator(coordinates, "zQnN"); }));
+        times.generator.push_back(bench::seconds([&] { callGenerator(coordinates, "zQnN"); }));
     }
     return times;
 }
@@ -233,11 +232,12 @@ void printInsertion(const char* family, std::size_t n, const Measured& m) {
     const double us = 1e6 / double(n);
     const double sorted = bench::median(m.sorted), unmoved = bench::median(m.unmoved);
     const double cgal = bench::median(m.cgal), generator = bench::median(m.generator);
-    std::printf("| %s | %zu | %.3f | %.3f | %.3f | %.3f | %.3f | %.3f | %.2f | %.2f | %.2f |"
-                " %.1f | %.1f |\n",
-                family, n, bench::median(m.sorting) * us, sorted * us, unmoved * us,
-                bench::median(m.single) * us, cgal * us, generator * us, cgal / sorted,
-                generator / sorted, cgal / unmoved, m.bytes, m.cgalBytes);
+    std::printf(
+        "| %s | %zu | %.3f | %.3f | %.3f | %.3f | %.3f | %.3f | %.2f | %.2f | %.2f |"
+        " %.1f | %.1f |\n",
+        family, n, bench::median(m.sorting) * us, sorted * us, unmoved * us,
+        bench::median(m.single) * us, cgal * us, generator * us, cgal / sorted, generator / sorted,
+        cgal / unmoved, m.bytes, m.cgalBytes);
     std::fflush(stdout);
 }
 
@@ -302,9 +302,10 @@ void queries(std::size_t n, int runs, std::mt19937_64& random) {
     const double us = 1e6 / double(n);
     const double h = bench::median(heights), l = bench::median(locate);
     const double r = bench::median(raster), c = bench::median(lines), v = bench::median(volumes);
-    std::printf("| %d | %.3f us | %.3f us | %.2f | %.0f million | %.3f s, %.0f ns a point | %.3f s |\n",
-                engine->triangleCount(), h * us, l * us, l / h, side * side / r / 1e6, c,
-                c * 1e9 / double(linePoints), v);
+    std::printf(
+        "| %d | %.3f us | %.3f us | %.2f | %.0f million | %.3f s, %.0f ns a point | %.3f s |\n",
+        engine->triangleCount(), h * us, l * us, l / h, side * side / r / 1e6, c,
+        c * 1e9 / double(linePoints), v);
     std::fflush(stdout);
     if (found == 0) { std::exit(1); }
 }
@@ -318,8 +319,9 @@ int main(int argc, char** argv) {
     std::mt19937_64 random(1);
 
     std::printf("microseconds a point, bytes a point\n\n");
-    std::printf("| points | number | spatialSort | it and addPoint | addPoints | float | CGAL | "
-                "generator | CGAL / sorted | generator / sorted | CGAL / addPoints | bytes | CGAL |\n");
+    std::printf(
+        "| points | number | spatialSort | it and addPoint | addPoints | float | CGAL | "
+        "generator | CGAL / sorted | generator / sorted | CGAL / addPoints | bytes | CGAL |\n");
     std::printf("|---|---|---|---|---|---|---|---|---|---|---|---|---|\n");
     for (const Family& family : families) {
         if (!only.empty() && only != family.name) { continue; }
@@ -327,8 +329,9 @@ int main(int argc, char** argv) {
         printInsertion(family.name, points.size(), insertion(points, runs));
     }
     if (!only.empty()) { return 0; }
-    std::printf("\n| triangles | heightAt | CGAL locate | ratio | raster cells a second | "
-                "10 contours | volume |\n|---|---|---|---|---|---|---|\n");
+    std::printf(
+        "\n| triangles | heightAt | CGAL locate | ratio | raster cells a second | "
+        "10 contours | volume |\n|---|---|---|---|---|---|---|\n");
     queries(n, runs, random);
     oneShot(uniform(n, random), runs);
     return 0;

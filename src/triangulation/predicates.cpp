@@ -14,8 +14,10 @@ using expansion::Expansion;
 using expansion::fromTwo;
 using expansion::product;
 using expansion::sum;
+using expansion::Two;
 using expansion::twoDiff;
 using expansion::twoProduct;
+using expansion::twoSum;
 
 /// The published Two_Two_Diff of two exact products.
 Expansion<4> productDifference(double a, double b, double c, double d) {
@@ -29,6 +31,70 @@ bool expansionsAreExact(std::span<const double> coordinates) {
         const double size = std::abs(c);
         return c == 0.0 || (size >= 0x1p-150 && size <= 0x1p200);
     });
+}
+
+/// Whether differences of coordinates are without rounding, as they are between points that lie close
+/// to each other, and whether products of four of them neither overflow nor lose a bit.
+bool areExact(std::span<const Two> differences) {
+    return std::all_of(differences.begin(), differences.end(), [](const Two& d) {
+        const double size = std::abs(d.high);
+        return d.low == 0.0 && (d.high == 0.0 || (size >= 0x1p-200 && size <= 0x1p200));
+    });
+}
+
+/// The sign of left - right, each the exact value of a product: rounding keeps their order.
+int compare(const Two& left, const Two& right) {
+    if (left.high != right.high) { return left.high > right.high ? 1 : -1; }
+    return left.low > right.low ? 1 : left.low < right.low ? -1 : 0;
+}
+
+/// ab + cd to twice the precision of a double, and whether that is all of it in `high` alone.
+struct SumOfProducts {
+    double high, low, size;
+    bool isPlain;
+
+    SumOfProducts(double a, double b, double c, double d) {
+        const Two first = twoProduct(a, b), second = twoProduct(c, d);
+        const Two total = twoSum(first.high, second.high);
+        high = total.high;
+        low = total.low + (first.low + second.low);
+        size = std::abs(first.high) + std::abs(second.high);
+        isPlain = first.low == 0.0 && second.low == 0.0 && total.low == 0.0;
+    }
+};
+
+/// Whether the sides from `at` to a and b are parallel to the axes and not to each other, or one of
+/// them has no length: the cosine is 0. A grid is full of circles through two such corners.
+bool isRightAngleByAxes(Xy at, Xy a, Xy b) {
+    return (a.x == at.x || b.x == at.x) && (a.y == at.y || b.y == at.y);
+}
+
+/// A sign, or that it needs more arithmetic.
+struct Sign {
+    bool isKnown;
+    int sign;
+};
+
+/// cosD·sinC + sinD·cosC in twice the precision of a double, from exact differences. Where the four
+/// factors are single doubles, as on a grid of whole numbers, that is exact; else each of them, and
+/// each product, carries errors of some 2^-106 of the sizes that it is made of.
+Sign sineOfCloseAngles(const std::array<Two, 8>& v) {
+    const auto& [apx, apy, bpx, bpy, adx, ady, bdx, bdy] = v;
+    const SumOfProducts sinC(apx.high, bpy.high, -apy.high, bpx.high);
+    const SumOfProducts cosC(apx.high, bpx.high, apy.high, bpy.high);
+    const SumOfProducts sinD(bdx.high, ady.high, -bdy.high, adx.high);
+    const SumOfProducts cosD(adx.high, bdx.high, ady.high, bdy.high);
+    const Two first = twoProduct(cosD.high, sinC.high);
+    const Two second = twoProduct(sinD.high, -cosC.high);
+    if (sinC.isPlain && cosC.isPlain && sinD.isPlain && cosD.isPlain) {
+        return {true, compare(first, second)};
+    }
+    const Two total = twoSum(first.high, -second.high);
+    const double low = (first.low - second.low) + (cosD.high * sinC.low + cosD.low * sinC.high) +
+                       (sinD.high * cosC.low + sinD.low * cosC.high);
+    const double value = total.high + (total.low + low);
+    const double bound = 0x1p-98 * (cosD.size * sinC.size + sinD.size * cosC.size);
+    return {std::abs(value) > bound, value > 0 ? 1 : -1};
 }
 
 bool allFinite(std::span<const double> coordinates) {
@@ -68,14 +134,19 @@ double orient2dexact(const double* pa, const double* pb, const double* pc) {
 }
 
 int orientationExact(Xy a, Xy b, Xy c) {
+    const std::array<Two, 4> v{twoDiff(a.x, c.x), twoDiff(b.y, c.y), twoDiff(a.y, c.y),
+                               twoDiff(b.x, c.x)};
+    if (areExact(v)) {
+        return compare(twoProduct(v[0].high, v[1].high), twoProduct(v[2].high, v[3].high));
+    }
     const std::array<double, 6> coordinates{a.x, a.y, b.x, b.y, c.x, c.y};
     if (expansionsAreExact(coordinates)) {
         return signOf(orient2dexact(coordinates.data(), &coordinates[2], &coordinates[4]));
     }
     if (!allFinite(coordinates)) { return 0; }
     const int unit = commonUnit(coordinates);
-    const auto exact = [unit](double u, double v) {
-        return ExactInteger(u, unit) - ExactInteger(v, unit);
+    const auto exact = [unit](double x, double y) {
+        return ExactInteger(x, unit) - ExactInteger(y, unit);
     };
     return (exact(a.x, c.x) * exact(b.y, c.y) - exact(a.y, c.y) * exact(b.x, c.x)).sign();
 }
@@ -83,12 +154,17 @@ int orientationExact(Xy a, Xy b, Xy c) {
 template <class Real>
 int inCircleExact(const Real* atP, const Real* atA, const Real* atB, const Real* atD) {
     const Xy p = xyOf(atP), a = xyOf(atA), b = xyOf(atB), d = xyOf(atD);
+    if (isRightAngleByAxes(p, a, b) && isRightAngleByAxes(d, a, b)) { return 0; }
+    const std::array<Two, 8> differences{twoDiff(a.x, p.x), twoDiff(a.y, p.y), twoDiff(b.x, p.x),
+                                         twoDiff(b.y, p.y), twoDiff(a.x, d.x), twoDiff(a.y, d.y),
+                                         twoDiff(b.x, d.x), twoDiff(b.y, d.y)};
+    if (areExact(differences)) {
+        if (const Sign sine = sineOfCloseAngles(differences); sine.isKnown) { return -sine.sign; }
+    }
     const std::array<double, 8> coordinates{p.x, p.y, a.x, a.y, b.x, b.y, d.x, d.y};
     if (expansionsAreExact(coordinates)) {
-        const auto exact = [](double u, double v) { return fromTwo(twoDiff(u, v)); };
-        const std::array<Expansion<2>, 8> v{exact(a.x, p.x), exact(a.y, p.y), exact(b.x, p.x),
-                                            exact(b.y, p.y), exact(a.x, d.x), exact(a.y, d.y),
-                                            exact(b.x, d.x), exact(b.y, d.y)};
+        std::array<Expansion<2>, 8> v;
+        std::transform(differences.begin(), differences.end(), v.begin(), fromTwo);
         const auto sine = sineOfAngleSum(
             v, [](const auto& e, const auto& f) { return sum(e, f); },
             [](const auto& e, const auto& f) { return difference(e, f); },
@@ -97,8 +173,8 @@ int inCircleExact(const Real* atP, const Real* atA, const Real* atB, const Real*
     }
     if (!allFinite(coordinates)) { return 0; }
     const int unit = commonUnit(coordinates);
-    const auto exact = [unit](double u, double v) {
-        return ExactInteger(u, unit) - ExactInteger(v, unit);
+    const auto exact = [unit](double x, double y) {
+        return ExactInteger(x, unit) - ExactInteger(y, unit);
     };
     const std::array<ExactInteger, 8> v{exact(a.x, p.x), exact(a.y, p.y), exact(b.x, p.x),
                                         exact(b.y, p.y), exact(a.x, d.x), exact(a.y, d.y),

@@ -90,7 +90,8 @@ template <class Real>
 /// published in-circle test in another order: cosD·sinC + sinD·cosC, positive outside. REQUIRES of
 /// the bound: |coordinate| <= 1e100.
 template <class Real>
-[[nodiscard]] inline int inCircle(const Real* p, const Real* a, const Real* b, const Real* d) {
+[[nodiscard, gnu::always_inline]] inline int inCircle(const Real* p, const Real* a, const Real* b,
+                                                      const Real* d) {
     const Xy atP = xyOf(p), atA = xyOf(a), atB = xyOf(b), atD = xyOf(d);
     const Angle angleP(atA - atP, atB - atP);
     const Angle angleD(atB - atD, atA - atD);

@@ -126,7 +126,7 @@ private:
             return nullptr;
         }
         if (v != u && v != w) {
-            fixed.split(u, w, v);
+            fixed.remove(u, w);
             makeSegment(u, v, depth + 1);
             makeSegment(v, w, depth + 1);
         }

@@ -2,6 +2,7 @@
 #include <zyn/progress.h>
 #include <zyn/surface.h>
 
+#include "core/prefetch.h"
 #include "triangulation/engine.h"
 #include "triangulation/spatial_order.h"
 
@@ -9,6 +10,32 @@
 #include <vector>
 
 namespace zyn {
+namespace {
+
+/// An order of insertion made from one along a curve: rounds, each of every eighth point of the next
+/// one. The network is there in outline before it becomes dense: without the rounds, points would go
+/// in beside long triangles across all that is still empty, and cause half as many flips again. Every
+/// other round runs backwards, so that it starts near where the last one ended.
+/// Source: biased randomized insertion orders, Amenta, Choi and Rote 2003; here the sample is every
+/// eighth point instead of random.
+std::vector<std::int32_t> inRounds(const std::vector<std::int32_t>& curve) {
+    constexpr std::size_t part = 8;
+    std::vector<std::int32_t> order;
+    order.reserve(curve.size());
+    std::size_t step = 1;
+    while (step * part < curve.size()) { step *= part; }
+    bool forwards = true;
+    for (bool first = true; step > 0; step /= part, first = false, forwards = !forwards) {
+        const auto start = static_cast<std::ptrdiff_t>(order.size());
+        for (std::size_t i = 0; i < curve.size(); i += step) {
+            if (first || i % (step * part) != 0) { order.push_back(curve[i]); }
+        }
+        if (!forwards) { std::reverse(order.begin() + start, order.end()); }
+    }
+    return order;
+}
+
+}  // namespace
 
 template <class Real>
 int addPoints(DelaunayInterface<Real>* interface, Pnt3Array<Real>* points,
@@ -17,16 +44,18 @@ int addPoints(DelaunayInterface<Real>* interface, Pnt3Array<Real>* points,
     if (engine == nullptr || points == nullptr) { return 0; }
     const int count = points->size();
     XPnt3<Real>* const first = points->data();
-    const std::vector<std::int32_t> order = hilbertOrder<Real>(first, count);
+    const std::vector<std::int32_t> order = inRounds(hilbertOrder<Real>(first, count));
     engine->number(first, count);
 
     constexpr int part = 1024;  // points between two looks at the progress
+    constexpr int ahead = 8;    // points whose memory is on its way
     std::vector<std::int32_t> refused;
     if (progress != nullptr) { progress->setTotal(count); }
     int done = 0;
     while (done < count && !(progress != nullptr && progress->isCanceled())) {
         const int end = std::min(count, done + part);
         for (int n = done; n < end; ++n) {
+            prefetch(first + order[static_cast<std::size_t>(std::min(n + ahead, count - 1))]);
             const std::int32_t index = order[static_cast<std::size_t>(n)];
             if (!engine->insert(first + index, tolerance)) { refused.push_back(index); }
         }

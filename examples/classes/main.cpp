@@ -7,7 +7,6 @@
 #include "network.h"
 #include "picture.h"
 #include "point_reader.h"
-#include "spatial_order.h"
 
 #include <zyn/draw.h>
 
@@ -49,9 +48,8 @@ ref_ptr<PntClassArray> readClasses() {
 }
 
 void run(const std::string& input, const std::string& out) {
-    ref_ptr<Pnt3dArray> points = newPnt3dArray();
+    const ref_ptr<Pnt3dArray> points = newPnt3dArray();
     readPoints(input, *points);
-    points = inSpatialOrder(*points);
     const ref_ptr<Pnt3dArrayArray> noBreaklines = newPnt3dArrayArray();
     constexpr double tolerance = 0.001;
     const Network network = triangulate(*points, *noBreaklines, tolerance);

@@ -1,14 +1,13 @@
 #include "network.h"
 
 #include "point_reader.h"
-#include "progress_bar.h"
+#include "terminal_progress.h"
 
 #include <zyn/geometry.h>
+#include <zyn/surface.h>
 
 #include <algorithm>
 #include <limits>
-#include <utility>
-#include <vector>
 
 using namespace zyn;
 
@@ -25,64 +24,29 @@ Enve2d frameAround(Pnt3dArray& points, Pnt3dArrayArray& breaklines) {
     return frame;
 }
 
-int insertPoints(IZynDelaunayD& engine, Pnt3dArray& points, double tolerance) {
-    ProgressBar bar("triangulating");
-    int rejected = 0, done = 0;
-    for (XPnt3d& p : points) {
-        if (!engine.addPoint(&p, tolerance)) { ++rejected; }
-        if (++done % 1024 == 0) { bar.show(double(done) / points.size()); }
+/// A breakline of one vertex is a point.
+void insertSinglePoints(IZynDelaunayD& engine, Pnt3dArrayArray& breaklines, double tolerance) {
+    for (Pnt3dArray* const breakline : breaklines) {
+        if (breakline->size() == 1) { addPoints(&engine, breakline, tolerance); }
     }
-    return rejected;
-}
-
-/// The vertex for `p`: the point itself, or the one that it is refused for.
-double* insertVertex(IZynDelaunayD& engine, XPnt3d& p, double tolerance) {
-    if (engine.addPoint(&p, tolerance)) { return p; }
-    const tind* const t = engine.locate(p.x, p.y);
-    return *std::ranges::min_element(
-        t->vertex, {}, [&p](const double* corner) { return dist2_2d(p, XPnt3d(corner)); });
-}
-
-using Edge = std::pair<double*, double*>;
-
-std::vector<Edge> insertBreakline(IZynDelaunayD& engine, Pnt3dArray& breakline, double tolerance) {
-    std::vector<Edge> edges;
-    double* last = nullptr;
-    for (XPnt3d& p : breakline) {
-        double* const vertex = insertVertex(engine, p, tolerance);
-        if (last != nullptr && last != vertex) { edges.emplace_back(last, vertex); }
-        last = vertex;
-    }
-    return edges;
-}
-
-bool isEdge(IZynDelaunayD& engine, const Edge& edge) {
-    const auto [a, b] = edge;
-    const ref_ptr<PDoubleArray> around = newPDoubleArray();
-    engine.locate(a[0], a[1])->findCone(a, around.get());
-    return std::find(around->begin(), around->end(), b) != around->end();
 }
 
 }  // namespace
 
 Network triangulate(Pnt3dArray& points, Pnt3dArrayArray& breaklines, double tolerance) {
     const Enve2d frame = frameAround(points, breaklines);
-    Network network{newZynDelaunayDouble(0, frame.minX, frame.minY, frame.maxX, frame.maxY)};
-    IZynDelaunayD& engine = *network.engine;
-    network.rejectedPoints = insertPoints(engine, points, tolerance);
+    Network network;
+    network.engine = newZynDelaunayDouble(0, frame.minX, frame.minY, frame.maxX, frame.maxY);
+    IZynDelaunayD* const engine = network.engine.get();
+    const ref_ptr<TerminalProgress> progress = new TerminalProgress("triangulating");
+    network.rejectedPoints = points.size() - addPoints(engine, &points, tolerance, progress.get());
+    insertSinglePoints(*engine, breaklines, tolerance);
 
-    // All vertices come before the first edge, since a new vertex may flip an edge away; so may an
-    // edge that crosses another, which is why the network is asked at the end.
-    std::vector<Edge> edges;
-    for (Pnt3dArray* const breakline : breaklines) {
-        std::ranges::copy(insertBreakline(engine, *breakline, tolerance),
-                          std::back_inserter(edges));
-    }
-    for (const auto& [a, b] : edges) { engine.enforceEdge(a, b, engine.locate(a[0], a[1])); }
-    for (const Edge& edge : edges) {
-        ++network.breaklineEdges;
-        if (!isEdge(engine, edge)) { ++network.missingEdges; }
-    }
+    // Where breaklines cross, both stay and share a vertex.
+    const ref_ptr<PDoubleArray> fixed = newPDoubleArray();
+    network.breaklineEdges = std::max(
+        0, addBreaklines(engine, &breaklines, tolerance, fixed.get(), network.crossings.get()));
+    if (fixed->size() > 0) { restoreDelaunay(engine, fixed.get()); }
     return network;
 }
 

@@ -4,17 +4,18 @@
 #include <zyn/array.h>
 #include <zyn/delaunay.h>
 #include <zyn/envelope.h>
+#include <zyn/pool.h>
 
 #include <functional>
 
 struct Network {
+    zyn::ref_ptr<zyn::Pnt3dPool> crossings = zyn::newPnt3dPool();  ///< vertices between breaklines
     zyn::ref_ptr<zyn::IZynDelaunayD> engine;
     int rejectedPoints = 0;
     int breaklineEdges = 0;
-    int missingEdges = 0;  ///< breakline edges that could not be brought in
 };
 
-/// Inserts the points and the breaklines' vertices, then works the breaklines' edges in. Points and
+/// Inserts the points, then the breaklines, and makes the network Delaunay's around those. Points and
 /// breaklines must stay in place for the life of the network.
 Network triangulate(zyn::Pnt3dArray& points, zyn::Pnt3dArrayArray& breaklines, double tolerance);
 

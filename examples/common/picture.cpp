@@ -65,8 +65,8 @@ Picture::~Picture() = default;
 void Picture::fill(const tind& t, const ColorAt& colorAt) {
     double x[3], y[3];  // in pixels, y downwards
     for (int i = 0; i < 3; ++i) {
-        x[i] = (t.vertex[i][0] - area.minX) * pixelsPerMetre;
-        y[i] = (area.maxY - t.vertex[i][1]) * pixelsPerMetre;
+        x[i] = columnOf(t.vertex[i][0]);
+        y[i] = rowOf(t.vertex[i][1]);
     }
     const double shade = shadeOf(t);
     const double area2 = (x[1] - x[0]) * (y[2] - y[0]) - (x[2] - x[0]) * (y[1] - y[0]);
@@ -91,6 +91,32 @@ void Picture::fill(const tind& t, const ColorAt& colorAt) {
             image->setPixel(margin + column, margin + row, rgb(colorAt(height), shade));
         }
     }
+}
+
+void Picture::drawLine(const Pnt3dArray& line, const ZynColor4b& color, double share) {
+    for (int i = 1; i < line.size(); ++i) {
+        const XPnt3d a = line.get(i - 1), b = line.get(i);
+        const double x = columnOf(a.x), y = rowOf(a.y);
+        const double dx = columnOf(b.x) - x, dy = rowOf(b.y) - y;
+        // A point a pixel; the next step draws the last one.
+        const int steps = std::max(1, int(std::ceil(std::max(std::abs(dx), std::abs(dy)))));
+        int lastColumn = -1, lastRow = -1;
+        for (int n = 0; n < steps; ++n) {
+            const int column = int(x + dx * n / steps), row = int(y + dy * n / steps);
+            if (column != lastColumn || row != lastRow) { mixPixel(column, row, color, share); }
+            lastColumn = column;
+            lastRow = row;
+        }
+    }
+}
+
+void Picture::mixPixel(int column, int row, const ZynColor4b& color, double share) {
+    if (column < 0 || column >= mapWidth || row < 0 || row >= mapHeight) { return; }
+    const QRgb below = image->pixel(margin + column, margin + row);
+    const auto mixed = [share](int under, int over) { return int(under + share * (over - under)); };
+    image->setPixel(margin + column, margin + row,
+                    qRgb(mixed(qRed(below), color.r), mixed(qGreen(below), color.g),
+                         mixed(qBlue(below), color.b)));
 }
 
 void Picture::drawBar(const IZynColorRamp& ramp, double low, double high) {

@@ -1,6 +1,7 @@
 // A map of a surface seen from above, north up, with a legend beside it.
 #pragma once
 
+#include <zyn/array.h>
 #include <zyn/color.h>
 #include <zyn/envelope.h>
 #include <zyn/tin.h>
@@ -20,6 +21,8 @@ public:
     using ColorAt = std::function<zyn::ZynColor4b(double height)>;
     /// Fills the triangle, which faces the light or turns away from it.
     void fill(const zyn::tind& t, const ColorAt& colorAt);
+    /// A polyline, a pixel wide, mixed with what is there by `share` of its colour.
+    void drawLine(const zyn::Pnt3dArray& line, const zyn::ZynColor4b& color, double share);
     /// A bar of the ramp's colours, the last one on top, with heights beside it.
     void drawBar(const zyn::IZynColorRamp& ramp, double low, double high);
     /// Entry `row` of a legend, from the top: a patch and a text of capitals, digits, '.' and '-'.
@@ -29,6 +32,9 @@ public:
     [[nodiscard]] bool save(const std::string& path) const;
 
 private:
+    [[nodiscard]] double columnOf(double x) const { return (x - area.minX) * pixelsPerMetre; }
+    [[nodiscard]] double rowOf(double y) const { return (area.maxY - y) * pixelsPerMetre; }
+    void mixPixel(int column, int row, const zyn::ZynColor4b& color, double share);
     void drawText(int x, int y, const std::string& text);
     void drawPatch(int x, int y, int width, int height, const zyn::ZynColor4b& color);
 

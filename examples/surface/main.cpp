@@ -6,12 +6,14 @@
 #include "options.h"
 #include "point_reader.h"
 #include "progress_bar.h"
-#include "spatial_order.h"
 #include "terrain_picture.h"
 
+#include <zyn/geometry.h>
 #include <zyn/surface.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -53,7 +55,6 @@ Input readInput(const Options& options) {
     if (count < 3) {
         throw Failure(options.input, "a surface needs three points, not " + std::to_string(count));
     }
-    input.points = inSpatialOrder(*input.points);
     return input;
 }
 
@@ -71,17 +72,17 @@ struct Files {
 
 /// Each file appears whole or not at all, and none before all are written.
 void writeFiles(IZynDelaunayD* engine, const Files& files, const Measures& surface,
-                double maxEdge) {
+                const Options& options) {
     const TemporaryFile tin{files.tin + ".part"}, picture{files.picture + ".part"};
     ProgressBar bar("writing");
     bar.show(0.0);
     if (!writeBinary(engine, tin.path.c_str())) { throw Failure(files.tin, "cannot be written"); }
     bar.show(0.3);
-    if (!writePicture(*engine, maxEdge, surface, picture.path)) {
+    if (!writePicture(*engine, options, surface, picture.path)) {
         throw Failure(files.picture, "cannot be written");
     }
     bar.show(0.6);
-    if (!writeObj(engine, files.obj.c_str(), maxEdge)) {
+    if (!writeObj(engine, files.obj.c_str(), options.maxEdge)) {
         throw Failure(files.obj, "cannot be written");
     }
     for (const auto& [from, to] : {std::pair(tin.path, files.tin), {picture.path, files.picture}}) {
@@ -95,13 +96,33 @@ void report(const Input& input, const Network& network, const Measures& surface)
     std::printf("points      %d read, %d skipped, %d rejected\n", input.points->size(),
                 input.skipped, network.rejectedPoints);
     if (input.breaklines->size() > 0) {
-        std::printf("breaklines  %d with %d edges, %d of them not in the surface\n",
-                    input.breaklines->size(), network.breaklineEdges, network.missingEdges);
+        std::printf("breaklines  %d with %d edges, %d crossings\n", input.breaklines->size(),
+                    network.breaklineEdges, int(network.crossings->size()));
     }
     std::printf("triangles   %d\n", surface.triangles);
     std::printf("area        %.1f m2 on the surface, %.1f m2 in plan\n", surface.area,
                 surface.planArea);
     std::printf("heights     %.3f to %.3f m\n", surface.minZ, surface.maxZ);
+}
+
+/// Earthwork to the middle height, and the way along the middle from west to east.
+void reportShape(IZynDelaunayD* engine, const Measures& surface, double maxEdge) {
+    const double middle = (surface.minZ + surface.maxZ) / 2;
+    const zyn::SurfaceVolume earth = volume(engine, middle, maxEdge);
+    std::printf("volume      %.1f m3 above %.3f m, %.1f m3 missing below\n", earth.cut, middle,
+                earth.fill);
+    const zyn::Enve2d& box = surface.area2d;
+    const double y = box.MidPoint().y;
+    const zyn::ref_ptr<zyn::Pnt3dArray> way = profile(engine, {box.minX, y}, {box.maxX, y});
+    double length = 0, climb = 0, descent = 0;
+    for (int i = 1; i < way->size(); ++i) {
+        const zyn::XPnt3d step = way->get(i) - way->get(i - 1);
+        if (std::isnan(step.z)) { continue; }  // a gap in the surface
+        length += dist(way->get(i), way->get(i - 1));
+        (step.z > 0 ? climb : descent) += std::abs(step.z);
+    }
+    std::printf("profile     west to east %.1f m, up %.1f m, down %.1f m, across %d edges\n",
+                length, climb, descent, std::max(0, way->size() - 2));
 }
 
 void makeSurface(const Options& options) {
@@ -124,10 +145,11 @@ void makeSurface(const Options& options) {
 
     const std::filesystem::path out = options.out;
     const Files files{out / "terrain.tin", out / "terrain.obj", out / "terrain.png"};
-    writeFiles(engine, files, surface, options.maxEdge);
+    writeFiles(engine, files, surface, options);
     const double writingTime = watch.lap();
 
     report(input, network, surface);
+    reportShape(engine, surface, options.maxEdge);
     std::printf("seconds     %.2f reading, %.2f triangulating, %.2f writing\n", readingTime,
                 networkTime, writingTime);
     std::printf("files       %s, %s, %s\n", files.tin.c_str(), files.obj.c_str(),

@@ -6,7 +6,8 @@
 #include <cmath>
 
 const char* const helpText =
-    R"(usage: surface INPUT [--breaklines FILE] [--max-edge M] [--tolerance T] [--out DIR]
+    R"(usage: surface INPUT [--breaklines FILE] [--max-edge M] [--tolerance T] [--contours H]
+               [--out DIR]
 
 Triangulates terrain points and writes the surface to DIR/terrain.tin (the network, binary),
 DIR/terrain.obj (points and faces as text) and DIR/terrain.png (a picture). Coordinates and lengths
@@ -18,12 +19,13 @@ INPUT is one of these, as its contents tell:
                         and lines that do not begin with a number are skipped
 
   --breaklines FILE     polylines that become edges of the surface: lines of x y z,
-                        with a blank line, or one that begins with # or >, between polylines;
-                        an edge across many triangles may stay out: give more vertices then
+                        with a blank line, or one that begins with # or >, between polylines
   --max-edge M          leave triangles with an edge longer than M out of terrain.obj and of the
                         reported areas: bays in the outline, gaps in the data
   --tolerance T         refuse a point when x and y are both within T of a point that is there
                         already (0.001)
+  --contours H          height between two contours of the picture; 0, the default, takes a round
+                        number that gives about twelve
   --out DIR             where the files go; made if it is missing (.)
 
 example: surface data/jacksboro.asc --out out
@@ -60,6 +62,8 @@ Options parseOptions(std::span<const char* const> arguments) {
             options.maxEdge = lengthIn(name, value());
         } else if (name == "--tolerance") {
             options.tolerance = lengthIn(name, value());
+        } else if (name == "--contours") {
+            options.contours = lengthIn(name, value());
         } else if (name == "--out") {
             options.out = value();
         } else if (name.starts_with("-")) {

@@ -11,6 +11,7 @@ struct Options {
     std::string breaklines;  ///< no file when empty
     double maxEdge = std::numeric_limits<double>::infinity();
     double tolerance = 0.001;
+    double contours = 0;  ///< between two lines; 0: a round number that gives about twelve of them
     std::string out = ".";
 };
 

@@ -2,6 +2,11 @@
 
 #include "picture.h"
 
+#include <zyn/surface.h>
+
+#include <algorithm>
+#include <cmath>
+
 using namespace zyn;
 
 namespace {
@@ -21,9 +26,31 @@ ref_ptr<IZynColorRamp> terrainRamp() {
     return ramp;
 }
 
+/// 1, 2 or 5 times a power of ten, near a twelfth of the range.
+double roundInterval(double range) {
+    const double wanted = range / 12;
+    const double power = std::pow(10.0, std::floor(std::log10(wanted)));
+    for (const double factor : {1.0, 2.0, 5.0}) {
+        if (wanted <= factor * power) { return factor * power; }
+    }
+    return 10 * power;
+}
+
+/// The multiples of the interval between the lowest and the highest height, a thousand at the most.
+ref_ptr<DoubleArray> contourLevels(const Measures& surface, double interval) {
+    ref_ptr<DoubleArray> levels = newDoubleArray();
+    const double range = surface.maxZ - surface.minZ;
+    if (!(range > 0)) { return levels; }
+    const double step = std::max(interval > 0 ? interval : roundInterval(range), range / 1000);
+    for (double n = std::ceil(surface.minZ / step); n * step <= surface.maxZ; ++n) {
+        levels->append(n * step);
+    }
+    return levels;
+}
+
 }  // namespace
 
-bool writePicture(IZynDelaunayD& engine, double maxEdge, const Measures& surface,
+bool writePicture(IZynDelaunayD& engine, const Options& options, const Measures& surface,
                   const std::string& path) {
     Picture picture(surface.area2d);
     const ref_ptr<IZynColorRamp> ramp = terrainRamp();
@@ -31,7 +58,12 @@ bool writePicture(IZynDelaunayD& engine, double maxEdge, const Measures& surface
     const auto colorAt = [&](double height) {
         return ramp->clr(range > 0 ? int(255 * (height - surface.minZ) / range) : 0);
     };
-    forSurface(engine, maxEdge, [&](const tind& t) { picture.fill(t, colorAt); });
+    forSurface(engine, options.maxEdge, [&](const tind& t) { picture.fill(t, colorAt); });
+    const ref_ptr<DoubleArray> levels = contourLevels(surface, options.contours);
+    const ref_ptr<Pnt3dArrayArray> lines = contours(&engine, levels.get(), options.maxEdge);
+    for (const Pnt3dArray* const line : *lines) {
+        picture.drawLine(*line, ZynColor4b(52, 38, 28, 255), 0.45);
+    }
     picture.drawBar(*ramp, surface.minZ, surface.maxZ);
     return picture.save(path);
 }

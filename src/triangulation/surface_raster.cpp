@@ -13,15 +13,15 @@ namespace {
 
 /// The centres of cells along one axis.
 struct CellAxis {
-    double min, step;
+    double min, step, perStep;
     int count;
 
     CellAxis(double min_, double max, int count_)
-        : min(min_), step((max - min_) / count_), count(count_) {}
+        : min(min_), step((max - min_) / count_), perStep(1 / step), count(count_) {}
     [[nodiscard]] double centre(int cell) const { return min + (cell + 0.5) * step; }
-    /// The first cell whose centre is not below `value`, to within a rounding; from 0 to count.
-    [[nodiscard]] int from(double value) const {
-        const double cell = std::ceil((value - min) / step - 0.5);
+    /// The last cell whose centre is not beyond `value`, to within a rounding; from 0 to count.
+    [[nodiscard]] int upTo(double value) const {
+        const double cell = (value - min) * perStep - 0.5;
         return cell > 0 ? static_cast<int>(std::min(cell, double(count))) : 0;  // 0 for a NaN
     }
 };
@@ -50,13 +50,15 @@ public:
             1e-14 * std::max({std::abs(double(t->vertex[0][0])), std::abs(double(t->vertex[1][0])),
                               std::abs(double(t->vertex[2][0]))});
         // The row at either end may be one too many or too few by rounding: the test is by centres.
-        const int first = std::max(rows.from(lowest) - 1, 0);
-        for (int row = first; row < rows.count; ++row) {
+        for (int row = rows.upTo(lowest); row < rows.count; ++row) {
             const double y = rows.centre(row);
             if (y > highest) { break; }
-            if (y >= lowest) { fillRow(t, plane, unclear, row, y); }
+            if (y < lowest) { continue; }
+            fillRow(t, plane, unclear, row, y);
+            for (const Real* const v : t->vertex) {
+                if (double(v[1]) == y) { setVertex(v, row); }
+            }
         }
-        for (const Real* const v : t->vertex) { setVertex(v); }
     }
 
 private:
@@ -77,8 +79,8 @@ private:
         // Within a rounding of the ends, exact arithmetic decides.
         left -= unclear;
         right += unclear;
-        double* const out = cells + std::size_t(row) * std::size_t(columns.count);
-        int cell = std::max(columns.from(left) - 1, 0);
+        double* const out = rowOf(row);
+        int cell = columns.upTo(left);
         const auto isIn = [&](double x) {
             return (x > left + 2 * unclear && x < right - 2 * unclear) || isHeldBy(t, {x, y});
         };
@@ -87,7 +89,7 @@ private:
             if (x > right) { return; }
             if (x >= left && isIn(x)) { break; }
         }
-        for (const int clear = columns.from(right - 2 * unclear) - 1; cell < clear; ++cell) {
+        for (const int clear = columns.upTo(right - 2 * unclear); cell < clear; ++cell) {
             out[cell] = plane.at(columns.centre(cell), y);
         }
         for (; cell < columns.count; ++cell) {
@@ -104,17 +106,15 @@ private:
         }
         return true;
     }
-    /// A vertex at the centre of a cell gives its own height.
-    void setVertex(const Real* v) const {
-        const auto nearest = [](const CellAxis& axis, double value) {
-            return std::floor((value - axis.min) / axis.step);
-        };
-        const double column = nearest(columns, double(v[0])), row = nearest(rows, double(v[1]));
-        if (!(column >= 0 && column < columns.count && row >= 0 && row < rows.count)) { return; }
-        const int c = static_cast<int>(column), r = static_cast<int>(row);
-        if (columns.centre(c) == double(v[0]) && rows.centre(r) == double(v[1])) {
-            cells[std::size_t(r) * std::size_t(columns.count) + std::size_t(c)] = double(v[2]);
+    /// A vertex at the centre of a cell of its row gives its own height.
+    void setVertex(const Real* v, int row) const {
+        const int near = columns.upTo(double(v[0]));
+        for (int cell = near; cell < std::min(near + 2, columns.count); ++cell) {
+            if (columns.centre(cell) == double(v[0])) { rowOf(row)[cell] = double(v[2]); }
         }
+    }
+    [[nodiscard]] double* rowOf(int row) const {
+        return cells + std::size_t(row) * std::size_t(columns.count);
     }
 
     const CellAxis& columns;

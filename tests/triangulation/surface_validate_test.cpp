@@ -70,13 +70,8 @@ TYPED_TEST(SurfaceValidateTest, NamesTheTriangleWhereTheNetworkIsBroken) {
         const auto whole = *t;
         std::swap(t->vertex[0], t->vertex[1]);
         EXPECT_TRUE(names(number)) << this->fault();
-        std::swap(t->neighbor[0], t->neighbor[1]);
-        EXPECT_TRUE(names(number)) << this->fault();
         *t = whole;
         std::swap(t->neighbor[0], t->neighbor[1]);
-        EXPECT_NE(this->fault(), "");
-        *t = whole;
-        t->vertex[2] = t->vertex[1];
         EXPECT_NE(this->fault(), "");
         *t = whole;
         for (auto*& link : t->neighbor) {

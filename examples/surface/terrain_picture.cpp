@@ -62,7 +62,7 @@ bool writePicture(IZynDelaunayD& engine, const Options& options, const Measures&
     const ref_ptr<DoubleArray> levels = contourLevels(surface, options.contours);
     const ref_ptr<Pnt3dArrayArray> lines = contours(&engine, levels.get(), options.maxEdge);
     for (const Pnt3dArray* const line : *lines) {
-        picture.drawLine(*line, ZynColor4b(52, 38, 28, 255), 0.45);
+        picture.drawLine(*line, ZynColor4b(52, 38, 28, 255), 0.55);
     }
     picture.drawBar(*ramp, surface.minZ, surface.maxZ);
     return picture.save(path);

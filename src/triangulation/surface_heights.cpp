@@ -15,22 +15,6 @@ bool isAt(const Real* v, Xy q) {
     return double(v[0]) == q.x && double(v[1]) == q.y;
 }
 
-/// A surface triangle round the vertex at corner `i` of t, or null.
-template <class Real>
-TinRecord<Real>* surfaceTriangleRound(const Surface<Real>& surface, TinRecord<Real>* t, int i) {
-    const Real* const v = t->vertex[i];
-    for (const auto& side : {after, before}) {
-        TinRecord<Real>* n = t;
-        do {
-            const int slot = n->index(v);
-            if (slot == 3) { break; }
-            if (surface.has(n)) { return n; }
-            n = n->neighbor[side[slot]];
-        } while (n != nullptr && n != t);
-    }
-    return nullptr;
-}
-
 /// The surface triangle that holds q, as a walk from `hint` finds it; null outside. On the rim the
 /// walk may end in the frame triangle beside it.
 template <class Real>
@@ -39,7 +23,7 @@ TinRecord<Real>* surfaceTriangleAt(DelaunayEngine<Real>& engine, TinRecord<Real>
     const Surface<Real> surface(&engine);
     if (t == nullptr || surface.has(t)) { return t; }
     for (int i = 0; i < 3; ++i) {
-        if (isAt(t->vertex[i], q)) { return surfaceTriangleRound(surface, t, i); }
+        if (isAt(t->vertex[i], q)) { return surface.round(t, i); }
     }
     for (int i = 0; i < 3; ++i) {
         TinRecord<Real>* const n = t->neighbor[i];

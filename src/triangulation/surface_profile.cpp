@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -26,6 +27,7 @@ public:
         : engine(engine_), surface(&engine_), a(a_), b(b_) {}
 
     ref_ptr<Pnt3dArray> run() {
+        addEnd(a);
         if (Tri* const t = firstTriangle()) { follow(t); }
         // A line that leaves the network, or starts outside it, may come in again.
         for (const auto& [where, t] : entries()) {
@@ -34,8 +36,12 @@ public:
                 follow(t);
             }
         }
+        isInterrupted = true;
+        addEnd(b);
         return points;
     }
+    /// Whether no triangle of the surface was met.
+    [[nodiscard]] bool isMissed() const { return reached == -HUGE_VAL; }
 
 private:
     [[nodiscard]] int side(const Real* v) const { return orientation(a, b, xyOf(v)); }
@@ -52,7 +58,12 @@ private:
         const Xy ab = b - a, ap = Xy{p.x, p.y} - a;
         return (ap.x * ab.x + ap.y * ab.y) / (ab.x * ab.x + ab.y * ab.y);
     }
-    /// Where the line crosses edge i of t.
+    /// Whether they are one place but for the rounding of a crossing.
+    [[nodiscard]] static bool areClose(const XPnt3d& p, Xy q) {
+        const double rounding = 1e-14 * (std::abs(q.x) + std::abs(q.y));
+        return std::abs(p.x - q.x) <= rounding && std::abs(p.y - q.y) <= rounding;
+    }
+    /// Where the line crosses edge i of t. An end of the edge, a and b are met exactly.
     [[nodiscard]] XPnt3d crossing(const Tri* t, int i) const {
         const Real* right = t->vertex[after[i]];
         const Real* left = t->vertex[before[i]];
@@ -62,18 +73,25 @@ private:
         const double toLeft = std::abs(Side(a, b, xyOf(left)).value);
         const double share = toRight + toLeft > 0 ? toRight / (toRight + toLeft) : 0.5;
         const XPnt3d from = positionOf(right);
-        return from + (positionOf(left) - from) * share;
+        XPnt3d p = from + (positionOf(left) - from) * share;
+        for (const Real* const v : {left, right}) {
+            if (areClose(p, xyOf(v))) { p = positionOf(v); }
+        }
+        for (const Xy end : {a, b}) {
+            if (areClose(p, end)) { p = {end.x, end.y, p.z}; }
+        }
+        return p;
     }
 
     /// Of the triangles round a, one that the line goes through.
     [[nodiscard]] Tri* firstTriangle() {
         std::vector<Tri*> around{engine.locateFrom(engine.newest(), a)};
         if (around[0] == nullptr) { return nullptr; }
+        std::unordered_set<const Tri*> seen{around[0]};
         for (std::size_t n = 0; n < around.size(); ++n) {
             if (crossedEdge(around[n], true) != 3) { return around[n]; }
             for (Tri* const next : around[n]->neighbor) {
-                if (next != nullptr && touchesStart(next) &&
-                    std::find(around.begin(), around.end(), next) == around.end()) {
+                if (next != nullptr && touchesStart(next) && seen.insert(next).second) {
                     around.push_back(next);
                 }
             }
@@ -103,14 +121,25 @@ private:
     }
 
     void follow(Tri* t) {
-        std::size_t stepsLeft = engine.count();  // links of a damaged network may circle
         XPnt3d entry = crossing(t, crossedEdge(t, false));
         for (int out = crossedEdge(t, true); out != 3 && stepsLeft > 0; --stepsLeft) {
-            const XPnt3d exit = crossing(t, out);
-            addStretch(t, entry, exit);
-            reached = std::max(reached, along(exit));
+            XPnt3d exit = crossing(t, out);
+            if (along(exit) < along(entry)) {  // by rounding
+                exit.x = entry.x;
+                exit.y = entry.y;
+            }
+            const auto& v = t->vertex;
+            if (orientation(xyOf(v[0]), xyOf(v[1]), xyOf(v[2])) == 0) {
+                // No area: its neighbours hold the same places.
+            } else if (const Tri* const ground = surfaceAt(t)) {
+                addStretch(ground, entry, exit);
+            } else {
+                addTouch(t, crossedEdge(t, false));
+                addTouch(t, out);
+                isInterrupted = true;
+            }
             t = t->neighbor[out];
-            if (t == nullptr || reached >= 1) { return; }
+            if (t == nullptr || along(exit) >= 1) { return; }
             entry = exit;
             out = crossedEdge(t, true);
         }
@@ -127,36 +156,52 @@ private:
         }
         return nullptr;
     }
-    /// Adds the part of the line inside t that lies between a and b.
-    void addStretch(const Tri* t, XPnt3d entry, XPnt3d exit) {
-        const Tri* const ground = surfaceAt(t);
-        if (ground == nullptr) {
-            isInterrupted = true;
-            return;
-        }
-        const HeightPlane plane(ground);
+    /// Adds the part of the line over `ground` that lies between a and b.
+    void addStretch(const Tri* ground, XPnt3d entry, XPnt3d exit) {
         if (along(exit) < 0 || along(entry) > 1) { return; }
+        reached = std::max(reached, along(exit));
+        const HeightPlane plane(ground);
         if (along(entry) < 0) { entry = {a.x, a.y, plane.at(a.x, a.y)}; }
         if (along(exit) > 1) { exit = {b.x, b.y, plane.at(b.x, b.y)}; }
-        if (isInterrupted && points->size() > 0 && !isLast(entry)) {
-            points->append(XPnt3d(entry.x, entry.y, std::numeric_limits<double>::quiet_NaN()));
-            points->append(entry);
-        }
+        add(entry);
         isInterrupted = false;
-        for (const XPnt3d& p : {entry, exit}) {
-            if (points->size() == 0 || !isLast(p)) { points->append(p); }
+        add(exit);
+    }
+    /// Where the line crosses edge i of t, no triangle of the surface, at a vertex, the surface may
+    /// touch it there.
+    void addTouch(Tri* t, int i) {
+        const int left = side(t->vertex[after[i]]) < 0 ? before[i] : after[i];
+        if (side(t->vertex[left]) != 0) { return; }
+        const XPnt3d p = positionOf(t->vertex[left]);
+        if (along(p) > 0 && along(p) < 1 && !isLast(p) && surface.round(t, left) != nullptr) {
+            add(p);
+            isInterrupted = true;
         }
     }
+    /// Either end may lie on the rim, with the line outside.
+    void addEnd(Xy end) {
+        double z = 0;
+        if (heightAt(static_cast<DelaunayInterface<Real>*>(&engine), end.x, end.y, z)) {
+            add({end.x, end.y, z});
+        }
+    }
+    void add(const XPnt3d& p) {
+        if (isLast(p)) { return; }
+        if (isInterrupted && points->size() > 0) {
+            points->append(XPnt3d(p.x, p.y, std::numeric_limits<double>::quiet_NaN()));
+        }
+        points->append(p);
+    }
     [[nodiscard]] bool isLast(const XPnt3d& p) const {
-        const XPnt3d last = points->last();
-        return last.x == p.x && last.y == p.y;
+        return points->size() > 0 && points->last().x == p.x && points->last().y == p.y;
     }
 
     DelaunayEngine<Real>& engine;
     Surface<Real> surface;
     const Xy a, b;
     ref_ptr<Pnt3dArray> points = newPnt3dArray();
-    double reached = -HUGE_VAL;
+    std::size_t stepsLeft = 2 * engine.count();  // links of a damaged network may circle
+    double reached = -HUGE_VAL;                  // the end of the latest part over the surface
     bool isInterrupted = false;
 };
 
@@ -168,15 +213,20 @@ ref_ptr<Pnt3dArray> profile(DelaunayInterface<Real>* interface, const XPnt2d& a,
     auto* const engine = engineOf(interface);
     const Xy from{a.x, a.y}, to{b.x, b.y};
     if (engine == nullptr || !isUsable(from) || !isUsable(to)) { return points; }
-    if (a.x == b.x && a.y == b.y) {
+    const Xy step = to - from;
+    if (step.x * step.x + step.y * step.y == 0) {
         double z = 0;
         if (heightAt(interface, a.x, a.y, z)) { points->append(XPnt3d(a.x, a.y, z)); }
         return points;
     }
-    points = ProfileWalk<Real>(*engine, from, to).run();
-    if (points->size() == 0) {  // perhaps along the rim, with the network on its left
-        points = ProfileWalk<Real>(*engine, to, from).run();
-        std::reverse(points->begin(), points->end());
+    ProfileWalk<Real> walk(*engine, from, to);
+    points = walk.run();
+    if (walk.isMissed()) {  // perhaps along the rim, with the network on its left
+        ProfileWalk<Real> back(*engine, to, from);
+        if (const ref_ptr<Pnt3dArray> found = back.run(); !back.isMissed()) {
+            points = found;
+            std::reverse(points->begin(), points->end());
+        }
     }
     return points;
 }

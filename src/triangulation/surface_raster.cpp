@@ -13,15 +13,15 @@ namespace {
 
 /// The centres of cells along one axis.
 struct CellAxis {
-    double min, step;
+    double min, step, perStep;
     int count;
 
     CellAxis(double min_, double max, int count_)
-        : min(min_), step((max - min_) / count_), count(count_) {}
+        : min(min_), step((max - min_) / count_), perStep(1 / step), count(count_) {}
     [[nodiscard]] double centre(int cell) const { return min + (cell + 0.5) * step; }
-    /// The first cell whose centre is not below `value`, to within a rounding; from 0 to count.
-    [[nodiscard]] int from(double value) const {
-        const double cell = std::ceil((value - min) / step - 0.5);
+    /// The last cell whose centre is not beyond `value`, to within a rounding; from 0 to count.
+    [[nodiscard]] int upTo(double value) const {
+        const double cell = (value - min) * perStep - 0.5;
         return cell > 0 ? static_cast<int>(std::min(cell, double(count))) : 0;  // 0 for a NaN
     }
 };
@@ -36,24 +36,34 @@ public:
         : columns(x), rows(y), cells(out) {}
 
     void operator()(const TinRecord<Real>* t) const {
+        if (orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) == 0) {
+            return;  // its neighbours hold the same places
+        }
         const HeightPlane plane(t);
         double lowest = HUGE_VAL, highest = -HUGE_VAL;
         for (const Real* const v : t->vertex) {
             lowest = std::min(lowest, double(v[1]));
             highest = std::max(highest, double(v[1]));
         }
+        // More than the rounding of a crossing, which is some units in the last place.
+        const double unclear =
+            1e-14 * std::max({std::abs(double(t->vertex[0][0])), std::abs(double(t->vertex[1][0])),
+                              std::abs(double(t->vertex[2][0]))});
         // The row at either end may be one too many or too few by rounding: the test is by centres.
-        const int first = std::max(rows.from(lowest) - 1, 0);
-        for (int row = first; row < rows.count; ++row) {
+        for (int row = rows.upTo(lowest); row < rows.count; ++row) {
             const double y = rows.centre(row);
             if (y > highest) { break; }
-            if (y >= lowest) { fillRow(t, plane, row, y); }
+            if (y < lowest) { continue; }
+            fillRow(t, plane, unclear, row, y);
+            for (const Real* const v : t->vertex) {
+                if (double(v[1]) == y) { setVertex(v, row); }
+            }
         }
-        for (const Real* const v : t->vertex) { setVertex(v); }
     }
 
 private:
-    void fillRow(const TinRecord<Real>* t, const HeightPlane& plane, int row, double y) const {
+    void fillRow(const TinRecord<Real>* t, const HeightPlane& plane, double unclear, int row,
+                 double y) const {
         double left = HUGE_VAL, right = -HUGE_VAL;
         for (int i = 0; i < 3; ++i) {
             const Real* a = t->vertex[after[i]];
@@ -67,24 +77,28 @@ private:
             right = std::max({right, x, ay == by ? bx : x});
         }
         // Within a rounding of the ends, exact arithmetic decides.
-        double* const out = cells + std::size_t(row) * std::size_t(columns.count);
-        int cell = std::max(columns.from(left) - 1, 0);
-        while (cell < columns.count && !isIn(t, left, right, cell, y)) {
-            if (columns.centre(cell) > right) { return; }
-            ++cell;
+        left -= unclear;
+        right += unclear;
+        double* const out = rowOf(row);
+        int cell = columns.upTo(left);
+        const auto isIn = [&](double x) {
+            return (x > left + 2 * unclear && x < right - 2 * unclear) || isHeldBy(t, {x, y});
+        };
+        for (; cell < columns.count; ++cell) {
+            const double x = columns.centre(cell);
+            if (x > right) { return; }
+            if (x >= left && isIn(x)) { break; }
+        }
+        for (const int clear = columns.upTo(right - 2 * unclear); cell < clear; ++cell) {
+            out[cell] = plane.at(columns.centre(cell), y);
         }
         for (; cell < columns.count; ++cell) {
             const double x = columns.centre(cell);
-            if (x >= right && !isIn(t, left, right, cell, y)) { break; }
+            if (x > right || !isIn(x)) { return; }
             out[cell] = plane.at(x, y);
         }
     }
-    bool isIn(const TinRecord<Real>* t, double left, double right, int cell, double y) const {
-        const double x = columns.centre(cell);
-        const double unclear = 1e-12 * (std::abs(left) + std::abs(right) + std::abs(x));
-        if (x > left + unclear && x < right - unclear) { return true; }
-        if (x < left - unclear || x > right + unclear) { return false; }
-        const Xy q{x, y};
+    static bool isHeldBy(const TinRecord<Real>* t, Xy q) {
         for (int i = 0; i < 3; ++i) {
             if (orientation(xyOf(t->vertex[after[i]]), xyOf(t->vertex[before[i]]), q) < 0) {
                 return false;
@@ -92,17 +106,15 @@ private:
         }
         return true;
     }
-    /// A vertex at the centre of a cell gives its own height.
-    void setVertex(const Real* v) const {
-        const auto nearest = [](const CellAxis& axis, double value) {
-            return std::floor((value - axis.min) / axis.step);
-        };
-        const double column = nearest(columns, double(v[0])), row = nearest(rows, double(v[1]));
-        if (!(column >= 0 && column < columns.count && row >= 0 && row < rows.count)) { return; }
-        const int c = static_cast<int>(column), r = static_cast<int>(row);
-        if (columns.centre(c) == double(v[0]) && rows.centre(r) == double(v[1])) {
-            cells[std::size_t(r) * std::size_t(columns.count) + std::size_t(c)] = double(v[2]);
+    /// A vertex at the centre of a cell of its row gives its own height.
+    void setVertex(const Real* v, int row) const {
+        const int near = columns.upTo(double(v[0]));
+        for (int cell = near; cell < std::min(near + 2, columns.count); ++cell) {
+            if (columns.centre(cell) == double(v[0])) { rowOf(row)[cell] = double(v[2]); }
         }
+    }
+    [[nodiscard]] double* rowOf(int row) const {
+        return cells + std::size_t(row) * std::size_t(columns.count);
     }
 
     const CellAxis& columns;

@@ -5,10 +5,11 @@
 #include <zyn/surface.h>
 
 #include "triangulation/engine.h"
+#include "triangulation/flip.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <limits>
 
 namespace zyn {
 
@@ -42,6 +43,21 @@ public:
         return t != nullptr && !engine->isFrameTriangle(t) &&
                (std::isinf(most2) || !(longestEdge2(t) > most2));
     }
+    /// A triangle of the surface round the vertex at corner `i` of t, or null.
+    [[nodiscard]] Tri* round(Tri* t, int i) const {
+        const Real* const v = t->vertex[i];
+        std::size_t stepsLeft = engine->count();  // links of a damaged network may circle
+        for (const auto& side : {after, before}) {
+            for (Tri* n = t; n != nullptr && stepsLeft > 0; --stepsLeft) {
+                const int slot = n->index(v);
+                if (slot == 3) { break; }
+                if (has(n)) { return n; }
+                n = n->neighbor[side[slot]];
+                if (n == t) { return nullptr; }
+            }
+        }
+        return nullptr;
+    }
     /// Calls `use(t, number)` for each of them, in pool order.
     template <class Use>
     void forEach(Use use) const {
@@ -55,20 +71,27 @@ private:
     double most2;
 };
 
-/// The height over a triangle. Never above its highest corner or below its lowest.
+/// The height over a triangle. Never above its highest corner or below its lowest. Over one that has
+/// no area, but for rounding, that of its longest edge.
 class HeightPlane {
 public:
     template <class Real>
     explicit HeightPlane(const TinRecord<Real>* t) {
-        const XPnt3d a = positionOf(t->vertex[0]);
-        const XPnt3d u = positionOf(t->vertex[1]) - a, v = positionOf(t->vertex[2]) - a;
+        const XPnt3d a = positionOf(t->vertex[0]), b = positionOf(t->vertex[1]),
+                     c = positionOf(t->vertex[2]);
+        const XPnt3d u = b - a, v = c - a;
         const double area2 = u.x * v.y - u.y * v.x;
         x0 = a.x;
         y0 = a.y;
         z0 = a.z;
-        if (area2 != 0) {
+        constexpr double unclear = 4 * std::numeric_limits<double>::epsilon();
+        if (std::abs(area2) > unclear * (std::abs(u.x * v.y) + std::abs(u.y * v.x))) {
             slopeX = (u.z * v.y - v.z * u.y) / area2;
             slopeY = (u.x * v.z - v.x * u.z) / area2;
+        } else {
+            fallBackTo(a, b);
+            fallBackTo(b, c);
+            fallBackTo(c, a);
         }
         const auto [low, high] = std::minmax(
             {double(t->vertex[0][2]), double(t->vertex[1][2]), double(t->vertex[2][2])});
@@ -81,6 +104,20 @@ public:
     }
 
 private:
+    /// Follows the edge from a to b if it is longer in plan than those before.
+    void fallBackTo(const XPnt3d& a, const XPnt3d& b) {
+        const XPnt3d ab = b - a;
+        const double length2 = ab.x * ab.x + ab.y * ab.y;
+        if (!(length2 > longest2)) { return; }
+        longest2 = length2;
+        x0 = a.x;
+        y0 = a.y;
+        z0 = a.z;
+        slopeX = ab.z / length2 * ab.x;
+        slopeY = ab.z / length2 * ab.y;
+    }
+
+    double longest2 = 0;
     double x0 = 0, y0 = 0, z0 = 0;
     double slopeX = 0, slopeY = 0;
     double minZ = 0, maxZ = 0;

@@ -5,7 +5,8 @@
 #include "triangulation/flip.h"
 
 #include <algorithm>
-#include <functional>
+#include <cmath>
+#include <cstdint>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -24,8 +25,13 @@ public:
 
     QString fault() {
         if (engine.count() == 0) { return QStringLiteral("the network is empty"); }
-        for (std::size_t n = 0; n < engine.count(); ++n) {
-            if (const char* const text = faultOf(engine.at(n))) { return sentence(n, text); }
+        // A triangle that is wrong itself is told before its neighbours that do not fit it any more.
+        for (const auto faultOf : {&Validation::faultOfShape, &Validation::faultOfLinks}) {
+            for (std::size_t n = 0; n < engine.count(); ++n) {
+                if (const char* const text = (this->*faultOf)(engine.at(n))) {
+                    return sentence(n, text);
+                }
+            }
         }
         return faultOfParts();
     }
@@ -35,13 +41,15 @@ private:
         return QStringLiteral("triangle %1 %2").arg(number).arg(QLatin1String(text));
     }
 
-    const char* faultOf(const Tri* t) {
+    const char* faultOfShape(const Tri* t) {
         const auto& v = t->vertex;
         if (std::find(v, v + 3, nullptr) != v + 3) { return "lacks a corner"; }
         if (v[0] == v[1] || v[1] == v[2] || v[2] == v[0]) { return "has a corner twice"; }
         const int turn = orientation(xyOf(v[0]), xyOf(v[1]), xyOf(v[2]));
         if (turn < 0) { return "runs clockwise"; }
-        if (turn == 0 && !mayBeFlat(t)) { return "has no area"; }
+        return turn == 0 && !mayBeFlat(t) ? "has no area" : nullptr;
+    }
+    const char* faultOfLinks(const Tri* t) {
         for (int i = 0; i < 3; ++i) {
             if (const char* const text = faultOfEdge(t, i)) { return text; }
         }
@@ -51,12 +59,14 @@ private:
         const Tri* const n = t->neighbor[i];
         if (n == nullptr) { return nullptr; }
         if (numberOf(n) < 0) { return "has a neighbour that is not in the network"; }
-        const int back = n->index(t);
-        if (back == 3) { return "has a neighbour without a link back"; }
-        if (n->vertex[after[back]] != t->vertex[before[i]] ||
-            n->vertex[before[back]] != t->vertex[after[i]]) {
-            return "has a neighbour with another edge between them";
+        if (n->index(t) == 3) { return "has a neighbour without a link back"; }
+        int back = 0;  // beside points in one place, two triangles may share more than one edge
+        while (back < 3 &&
+               (n->neighbor[back] != t || n->vertex[after[back]] != t->vertex[before[i]] ||
+                n->vertex[before[back]] != t->vertex[after[i]])) {
+            ++back;
         }
+        if (back == 3) { return "has a neighbour with another edge between them"; }
         const bool isIllegal =
             isDelaunayAsked &&
             inCircle(t->vertex[i], t->vertex[after[i]], t->vertex[before[i]], n->vertex[back]) > 0;
@@ -137,18 +147,24 @@ private:
                 if (!isNew) { return sentenceOf(t, "touches the rim at a corner twice"); }
             }
         }
+        const char* text = nullptr;
+        const Tri* place = nullptr;
+        for (const auto& [from, edge] : rim) {
+            const auto& [to, t] = edge;
+            if (place != nullptr && numberOf(place) <= numberOf(t)) { continue; }
+            const auto next = rim.find(to);
+            if (next == rim.end() ||
+                orientation(xyOf(from), xyOf(to), xyOf(next->second.first)) < 0) {
+                text = next == rim.end() ? "has an open edge where the rim ends"
+                                         : "stands at a bay in the rim";
+                place = t;
+            }
+        }
+        if (place != nullptr) { return sentenceOf(place, text); }
         // V - E + F = 1 of a disc, with 2 E = 3 F + edges of the rim.
         const auto v = static_cast<std::int64_t>(corners.size());
         if (2 * v - std::int64_t(part.size()) - std::int64_t(rim.size()) != 2) {
             return sentenceOf(part[0], "is part of what is no disc, by the Euler count");
-        }
-        for (const auto& [from, edge] : rim) {
-            const auto& [to, t] = edge;
-            const auto next = rim.find(to);
-            if (next == rim.end()) { return sentenceOf(t, "has an open edge where the rim ends"); }
-            if (orientation(xyOf(from), xyOf(to), xyOf(next->second.first)) < 0) {
-                return sentenceOf(t, "stands at a bay in the rim");
-            }
         }
         return {};
     }

@@ -1,0 +1,205 @@
+// Isolines and volumes of a surface.
+#include <zyn/surface.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <random>
+#include <set>
+#include <vector>
+
+#include "network.h"
+#include "seed.h"
+
+namespace {
+
+using namespace zyn;
+
+constexpr double pi = std::numbers::pi;
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+template <class Real>
+ref_ptr<Pnt3dArrayArray> contoursOf(support::Network<Real>& network, std::vector<double> levels,
+                                    double maxEdge = anyEdge) {
+    const ref_ptr<DoubleArray> list = newDoubleArray();
+    for (const double level : levels) { list->append(level); }
+    return contours(network.engine.get(), list.get(), maxEdge);
+}
+bool isClosed(Pnt3dArray* line) {
+    return line->first().x == line->last().x && line->first().y == line->last().y;
+}
+/// Positive when the line runs counter-clockwise.
+double areaIn(Pnt3dArray* line) {
+    double sum = 0;
+    for (int i = 1; i < line->size(); ++i) {
+        const XPnt3d p = line->get(i - 1), q = line->get(i);
+        sum += (p.x * q.y - p.y * q.x) / 2;
+    }
+    return sum;
+}
+template <class Real>
+class SurfaceContoursTest : public testing::Test {};
+using Precisions = testing::Types<double, float>;
+TYPED_TEST_SUITE(SurfaceContoursTest, Precisions);
+
+TYPED_TEST(SurfaceContoursTest, AndVolumesAreThoseOfPlaneConeAndParaboloid) {
+    support::Network<TypeParam> plane(-3, -3, 3, 3), cone(-3, -3, 3, 3), bowl(-3, -3, 3, 3);
+    for (int n = 0; n < 121 * 121; ++n) {
+        const double x = (n % 121 - 60) / 50.0, y = (n / 121 - 60) / 50.0;
+        plane.add(x, y, x + 1), cone.add(x, y, -std::hypot(x, y)), bowl.add(x, y, x * x + y * y);
+    }
+    auto lines = contoursOf(plane, {1.25, 7, 0.51, 1.25, nan, HUGE_VAL, -HUGE_VAL});
+    ASSERT_EQ(lines->size(), 3);
+    for (const auto& [i, level] : {std::pair(0, 1.25), {1, 0.51}, {2, 1.25}}) {
+        for (const XPnt3d& p : *lines->get(i)) {
+            EXPECT_TRUE(std::abs(p.x + 1 - level) < 1e-6 && p.z == level);
+        }
+        EXPECT_NEAR(lines->get(i)->first().y, 1.2, 1e-6);  // down, with the high ground in the east
+        EXPECT_NEAR(lines->get(i)->last().y, -1.2, 1e-6);
+    }
+    const SurfaceVolume half = volume(plane.engine.get(), 1);
+    EXPECT_TRUE(std::abs(half.cut - 1.728) < 1e-6 && std::abs(half.fill - 1.728) < 1e-6);
+    EXPECT_TRUE(std::abs(half.cutArea - 2.88) < 1e-6 && std::abs(half.fillArea - 2.88) < 1e-6);
+
+    lines = contoursOf(cone, {-0.777});
+    ASSERT_TRUE(lines->size() == 1 && isClosed(lines->get(0)));
+    EXPECT_NEAR(areaIn(lines->get(0)), pi * 0.777 * 0.777, 1e-3);
+    EXPECT_NEAR(volume(cone.engine.get(), -0.777).cut, pi / 3 * std::pow(0.777, 3), 1e-3);
+    lines = contoursOf(bowl, {0.777});
+    ASSERT_TRUE(lines->size() == 1 && isClosed(lines->get(0)));
+    EXPECT_NEAR(areaIn(lines->get(0)), -pi * 0.777, 1e-3);
+    const SurfaceVolume pit = volume(bowl.engine.get(), 0.777);
+    EXPECT_NEAR(pit.fill, pi / 2 * 0.777 * 0.777, 1e-3);
+    EXPECT_NEAR(pit.fillArea, -areaIn(lines->get(0)), 1e-6);
+
+    // A grid of heights comes to the same volume.
+    const ref_ptr<MatrixDbl> raster = newMatrixDbl();
+    ASSERT_TRUE(rasterize(bowl.engine.get(), Enve2d(-1.2, -1.2, 1.2, 1.2), 500, 500, raster.get()));
+    double fill = 0;
+    for (int n = 0; n < 250000; ++n) { fill += std::max(0.777 - raster->data()[n], 0.0); }
+    EXPECT_NEAR(fill * 5.76 / 250000, pit.fill, 1e-5);
+}
+
+/// Small heights on a grid with gaps: vertices, edges and flats at every whole level.
+template <class Real>
+class Hills : public support::Network<Real> {
+public:
+    Hills(std::mt19937& random, bool hasLowRim)
+        : support::Network<Real>(-20, -20, size + 20, size + 20) {
+        const auto pick = [&random](int count) {
+            return std::uniform_int_distribution(0, count - 1)(random);
+        };
+        const int heights = 2 + pick(3);
+        for (int n = 0; n < (size + 1) * (size + 1); ++n) {
+            const int x = n % (size + 1), y = n / (size + 1);
+            const bool isRim = isOnRim({double(x), double(y), 0});
+            if (isRim || pick(8) != 0) { this->add(x, y, isRim && hasLowRim ? -1 : pick(heights)); }
+        }
+    }
+    static bool isOnRim(XPnt3d p) { return std::min({p.x, p.y, size - p.x, size - p.y}) == 0; }
+    /// A segment in each triangle that the level runs through, and on each edge at the level that has
+    /// ground below on one side only.
+    std::size_t segmentCount(double level) {
+        std::size_t count = 0;
+        for (const auto& t : this->records()) {
+            if (this->engine->isFrameTriangle(&t)) { continue; }
+            double z[3];
+            for (std::size_t i = 0; i < 3; ++i) { z[i] = double(t.vertex[i][2]); }
+            const auto [low, high] = std::minmax({z[0], z[1], z[2]});
+            count += low < level && level < high;
+            for (std::size_t i = 0; i < 3; ++i) {
+                const std::size_t a = (i + 1) % 3, b = (i + 2) % 3;
+                if (z[i] >= level || z[a] != level || z[b] != level) { continue; }
+                const auto* const n = t.neighbor[i];
+                count += this->engine->isFrameTriangle(n) ||
+                         double(n->vertex[n->index(t.vertex[a], t.vertex[b])][2]) >= level;
+            }
+        }
+        return count;
+    }
+
+private:
+    static constexpr int size = 6;
+};
+
+TYPED_TEST(SurfaceContoursTest, SeparateTheGroundWhateverIsAtTheLevel) {
+    std::mt19937 random(support::newSeed());
+    for (int n = 0; n < 300; ++n) {
+        SCOPED_TRACE(n);
+        const bool hasLowRim = n % 2 == 0;
+        Hills<TypeParam> hills(random, hasLowRim);
+        auto* const engine = hills.engine.get();
+        for (const double level : {-1.0, 0.0, 0.5, 1.0, 1.0 / 3, 2.0, 3.0}) {
+            SCOPED_TRACE(level);
+            using Segment = std::array<double, 4>;
+            std::set<Segment> segments;
+            double area = 0;
+            const auto lines = contoursOf(hills, {level});
+            for (Pnt3dArray* const line : *lines) {
+                ASSERT_GE(line->size(), 2);
+                EXPECT_TRUE(isClosed(line) ||
+                            (hills.isOnRim(line->first()) && hills.isOnRim(line->last())));
+                area += areaIn(line);
+                for (int i = 1; i < line->size(); ++i) {
+                    const XPnt3d p = line->get(i - 1), q = line->get(i);
+                    EXPECT_EQ(p.z, level);
+                    const Segment forth{p.x, p.y, q.x, q.y}, back{q.x, q.y, p.x, p.y};
+                    EXPECT_TRUE(segments.insert(std::min(forth, back)).second);
+                    const double dx = (q.x - p.x) * 1e-6, dy = (q.y - p.y) * 1e-6;
+                    const double x = (p.x + q.x) / 2, y = (p.y + q.y) / 2;
+                    double left = level, right = -HUGE_VAL;
+                    heightAt(engine, x - dy, y + dx, left), heightAt(engine, x + dy, y - dx, right);
+                    EXPECT_TRUE(left >= level - 1e-12 && right < level && dx * dx + dy * dy > 0);
+                }
+            }
+            EXPECT_EQ(segments.size(), hills.segmentCount(level));
+            if (hasLowRim && level > -1) {
+                EXPECT_NEAR(area, volume(engine, level - 1e-9).cutArea, 1e-6);
+            }
+        }
+    }
+}
+
+TYPED_TEST(SurfaceContoursTest, AreNoneWithoutASurface) {
+    support::Network<TypeParam> network(-9, -9, 19, 19);
+    EXPECT_EQ(contoursOf(network, {0, 1, 5})->size(), 0);
+    network.add(0, 0, 0), network.add(4, 0, 4), network.add(0, 3, 4);
+    EXPECT_EQ(contours(network.engine.get(), nullptr)->size(), 0);
+    const ref_ptr<DoubleArray> levels = newDoubleArray();
+    EXPECT_EQ(contours<TypeParam>(nullptr, levels.get())->size(), 0);
+    EXPECT_EQ(contoursOf(network, {2, 1}, 5.7)->size(), 2);
+    EXPECT_EQ(contoursOf(network, {2, 1}, 5.6)->size(), 0);  // the edge from 0 to 4 up
+    EXPECT_EQ(volume(network.engine.get(), -1, 5.6).cut, 0);
+    EXPECT_NEAR(volume(network.engine.get(), -1, 5.7).cut, 6 * (1 + 8.0 / 3), 1e-9);
+    EXPECT_EQ(volume<TypeParam>(nullptr, 0).cut, 0);
+}
+
+TYPED_TEST(SurfaceContoursTest, DivideATriangleWhereThePlaneCutsIt) {
+    const double all[] = {-3, -1, 0, 2, 5};
+    for (int n = 0; n < 125; ++n) {
+        const double a = all[n / 25], b = all[n / 5 % 5], c = all[n % 5];
+        SCOPED_TRACE(testing::Message() << a << " " << b << " " << c);
+        support::Network<TypeParam> network(-90, -90, 190, 190);
+        network.add(0, 0, a + 7), network.add(4, 0, b + 7), network.add(0, 3, c + 7);
+        const SurfaceVolume v = volume(network.engine.get(), 7);
+        EXPECT_NEAR(v.cut - v.fill, 2 * (a + b + c), 1e-12);
+        EXPECT_NEAR(v.cutArea + v.fillArea, 6, 1e-12);
+        // By divided differences of the powers cut off at 0, of heights that are different.
+        const double h[] = {a - 1e-4, b - 2e-4, c - 3e-4};
+        double cut = 0, cutArea = 0;
+        for (int i = 0; i < 3; ++i) {
+            const double top = std::max(h[i], 0.0);
+            const double share = top * top / (h[i] - h[(i + 1) % 3]) / (h[i] - h[(i + 2) % 3]);
+            cut += 2 * share * top;
+            cutArea += 6 * share;
+        }
+        EXPECT_NEAR(v.cut, cut, 5e-3);
+        EXPECT_NEAR(v.cutArea, cutArea, 5e-3);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,166 @@
+// The check of a network, and what becomes of a surface that does not pass it.
+#include <zyn/surface.h>
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "network.h"
+#include "point_sets.h"
+#include "seed.h"
+
+namespace {
+
+using namespace zyn;
+
+template <class Real>
+class SurfaceValidateTest : public testing::Test, protected support::Network<Real> {
+protected:
+    SurfaceValidateTest() : support::Network<Real>(0, 0, 100, 100) {}
+
+    std::string fault(bool delaunay = false) {
+        const QString text = validate(this->engine.get(), delaunay);
+        return text.isNull() ? "" : text.toStdString();
+    }
+    auto* triangle(int number) {
+        this->engine->rewindTriangles();
+        for (int n = 0; n < number; ++n) { this->engine->nextTriangle(); }
+        return this->engine->nextTriangle();
+    }
+};
+using Precisions = testing::Types<double, float>;
+TYPED_TEST_SUITE(SurfaceValidateTest, Precisions);
+
+TYPED_TEST(SurfaceValidateTest, FindsNothingInSoundNetworks) {
+    const unsigned seed = support::newSeed();
+    EXPECT_EQ(this->fault(true), "");
+    for (const std::string_view name : support::pointSetNames()) {
+        const support::PointSet set = support::makePointSet(name, seed);
+        support::Network<TypeParam> network(set);
+        for (const XPnt3d& p : set.points) { network.add(p.x, p.y, p.z, set.duplicates ? -1 : 0); }
+        const QString text = validate(network.engine.get(), !set.duplicates);
+        EXPECT_TRUE(text.isNull()) << name << ": " << text.toStdString();
+    }
+    std::mt19937 random(seed);
+    const auto pick = [&random](int count) { return int(random() % unsigned(count)); };
+    for (int n = 0; n < 4000; ++n) {
+        this->add(pick(26) * 4, pick(26) * 4, pick(9), pick(4) == 0 ? -1 : 0);
+        const auto i = std::size_t(pick(n + 1));
+        if (pick(3) == 0) {
+            this->engine->removePoint(nullptr, this->points[i].x, this->points[i].y, 1);
+        }
+        if (n % 100 != 0) { continue; }
+        ASSERT_EQ(this->fault(), "") << n;
+    }
+}
+
+TYPED_TEST(SurfaceValidateTest, NamesTheTriangleWhereTheNetworkIsBroken) {
+    for (int n = 0; n < 25; ++n) { this->add(10 + 20 * (n % 5) + n / 5, 10 + 20 * (n / 5), n); }
+    ASSERT_EQ(this->fault(true), "");
+    const int count = this->engine->triangleCount();
+    const auto names = [this](int number, bool delaunay = false) {
+        const std::string text = this->fault(delaunay);
+        return text.find("triangle " + std::to_string(number) + " ") == 0;
+    };
+    for (const int number : {0, 7, count - 1}) {
+        auto* const t = this->triangle(number);
+        const auto whole = *t;
+        std::swap(t->vertex[0], t->vertex[1]);
+        EXPECT_TRUE(names(number)) << this->fault();
+        *t = whole;
+        std::swap(t->neighbor[0], t->neighbor[1]);
+        EXPECT_NE(this->fault(), "");
+        *t = whole;
+        for (auto*& link : t->neighbor) {
+            auto* const n = std::exchange(link, nullptr);
+            if (n == nullptr) { continue; }
+            int there = 0;
+            while (this->triangle(there) != n) { ++there; }
+            EXPECT_TRUE(names(there)) << this->fault();  // it is the one with a link too many
+            link = n;
+        }
+        ASSERT_EQ(this->fault(true), "");
+    }
+    // An edge of the network, but not of Delaunay's.
+    auto* const t = this->engine->locate(50, 50);
+    this->engine->enforceEdge(this->vertex(6), this->vertex(13), t);
+    EXPECT_EQ(this->fault(), "");
+    const std::string text = this->fault(true);
+    auto* const named = this->triangle(std::stoi("0" + text.substr(text.find(' ') + 1)));
+    EXPECT_TRUE(named->index(this->vertex(6)) != 3 || named->index(this->vertex(13)) != 3) << text;
+
+    auto* const gone = this->engine->locate(30, 70);
+    const auto corners = *gone;
+    ASSERT_TRUE(this->engine->deleteTriangle(gone));
+    const std::string hole = this->fault();
+    auto* const beside = this->triangle(std::stoi("0" + hole.substr(hole.find(' ') + 1)));
+    EXPECT_TRUE(beside->index(corners.vertex[0]) != 3 || beside->index(corners.vertex[1]) != 3 ||
+                beside->index(corners.vertex[2]) != 3)
+        << hole;
+    EXPECT_FALSE(validate<TypeParam>(nullptr).isNull());
+}
+
+TEST(SurfaceValidate, TakesAHullBesideItsFrame) {
+    const ref_ptr<Pnt3dArray> points = newPnt3dArray();
+    for (int n = 0; n < 25; ++n) { points->append(XPnt3d(n / 5, n % 5, 0)); }
+    support::Network<double> hull(-10, -10, 10, 10);
+    if (!hull.engine->triangulate(points.get())) { GTEST_SKIP() << "there is no generator"; }
+    EXPECT_TRUE(validate(hull.engine.get(), true).isNull());
+}
+
+/// Everything that reads a surface, for its end.
+template <class Real>
+void useAll(DelaunayInterface<Real>* engine, DoubleArray* levels, Pnt3dArray* places) {
+    (void)validate(engine, true);
+    heightAt(engine, places);
+    for (int i = 1; i < places->size(); ++i) {
+        const XPnt3d p = places->get(i - 1), q = places->get(i);
+        (void)profile(engine, {p.x, p.y}, {q.x, q.y});
+    }
+    (void)contours(engine, levels, 30);
+    (void)contours(engine, levels);
+    (void)volume(engine, 4);
+    const ref_ptr<MatrixDbl> out = newMatrixDbl();
+    EXPECT_TRUE(rasterize(engine, Enve2d(-5, -5, 105, 105), 22, 22, out.get()));
+}
+
+TYPED_TEST(SurfaceValidateTest, DamageEndsNoCallBadly) {
+    std::mt19937 random(support::newSeed());
+    const auto pick = [&random](int count) { return int(random() % unsigned(count)); };
+    const ref_ptr<DoubleArray> levels = newDoubleArray();
+    for (const double level : {0.0, 2.5, 4.0, 8.0}) { levels->append(level); }
+    for (int n = 0; n < 60; ++n) {
+        support::Network<TypeParam> network(0, 0, 100, 100);
+        for (int i = 0; i < 100; ++i) {
+            network.add(pick(21) * 5, pick(21) * 5, pick(9), pick(9) - 1);
+        }
+        auto* const broken = network.engine.get();
+        std::vector<TinRecord<TypeParam>*> all;
+        broken->rewindTriangles();
+        while (auto* const t = broken->nextTriangle()) { all.push_back(t); }
+        const ref_ptr<Pnt3dArray> places = newPnt3dArray();
+        for (int i = 0; i < 20; ++i) {
+            places->append(XPnt3d(pick(60) * 2.5 - 20, pick(60) * 2.5 - 20, 0));
+        }
+        for (int hits = 0; hits < 1 + n; ++hits) {
+            auto* const t = all[std::size_t(pick(int(all.size())))];
+            auto* const other = all[std::size_t(pick(int(all.size())))];
+            switch (pick(4)) {
+            case 0: t->neighbor[pick(3)] = other; break;
+            case 1: t->neighbor[pick(3)] = t->neighbor[pick(3)]; break;
+            case 2: t->vertex[pick(3)] = other->vertex[pick(3)]; break;
+            default: t->neighbor[pick(3)] = nullptr; break;
+            }
+        }
+        useAll<TypeParam>(broken, levels.get(), places.get());
+        for (int i = 0; i < 20; ++i) {
+            broken->deleteTriangle(all[std::size_t(pick(int(all.size())))]);
+        }
+        useAll<TypeParam>(broken, levels.get(), places.get());
+    }
+}
+
+}  // namespace

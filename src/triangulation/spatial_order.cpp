@@ -71,15 +71,26 @@ struct Entry {
     std::int32_t index;
 };
 
-/// Maps one axis of a box to cells. The box is brought near 1 first, by a power of two, so that no
-/// difference overflows and no factor does.
-struct Axis {
-    double unit, low, scale;
+/// Maps a box to cells, both axes by the same factor: that is in two parts, of which the first, a
+/// power of two, brings the box near 1, so that the second does not overflow for a tiny one.
+/// Coordinates are quartered where their difference would overflow.
+struct Cells {
+    double minX, minY, part, toUnit, toCells;
 
-    Axis(double min, double max, double extent, double unit_, double cells)
-        : unit(unit_), low(min * unit_), scale(extent > 0 && max > min ? cells / extent : 0) {}
-    [[nodiscard]] std::uint32_t operator()(double value) const {
-        return static_cast<std::uint32_t>((value * unit - low) * scale);
+    /// REQUIRES: one extent is above 0.
+    Cells(double minX_, double minY_, double maxX, double maxY, double cells) {
+        part = std::isfinite(std::max(maxX - minX_, maxY - minY_)) ? 1.0 : 0.25;
+        minX = minX_ * part;
+        minY = minY_ * part;
+        const double extent = std::max(maxX * part - minX, maxY * part - minY);
+        toUnit = std::ldexp(1.0, -std::clamp(std::ilogb(extent), -1000, 1020));
+        toCells = cells / (extent * toUnit);
+    }
+    [[nodiscard]] std::uint32_t column(double x) const {
+        return static_cast<std::uint32_t>((x * part - minX) * toUnit * toCells);
+    }
+    [[nodiscard]] std::uint32_t row(double y) const {
+        return static_cast<std::uint32_t>((y * part - minY) * toUnit * toCells);
     }
 };
 
@@ -127,24 +138,18 @@ private:
             maxX = std::max(maxX, double(p.x));
             maxY = std::max(maxY, double(p.y));
         }
-        const double quarterExtent = std::max(maxX / 4 - minX / 4, maxY / 4 - minY / 4);
         if (!(maxX > minX) && !(maxY > minY)) { return false; }
-        const int exponent = quarterExtent > 0 ? std::ilogb(quarterExtent) : -1074;
-        const double unit = std::ldexp(1.0, -std::clamp(exponent, -1000, 1020));
-        const double extent = std::max(maxX * unit - minX * unit, maxY * unit - minY * unit);
-
         axisBits = std::clamp((static_cast<int>(std::bit_width(entries.size())) + 3) / 2, 4, 14);
         digitBits = axisBits;
         // Just below a whole number of cells, so that the far side is in the last one.
-        const double cells = std::ldexp(1.0, axisBits) * (1 - 1e-12);
-        const Axis toX(minX, maxX, extent, unit, cells), toY(minY, maxY, extent, unit, cells);
+        const Cells cells(minX, minY, maxX, maxY, std::ldexp(1.0, axisBits) * (1 - 1e-12));
         lowCounts.assign(std::size_t(1) << digitBits, 0);
         highCounts.assign(std::size_t(1) << digitBits, 0);
         const int nibbles = (axisBits + 3) / 4;
         const std::uint32_t mask = (1U << digitBits) - 1;
         for (Entry& e : entries) {
             const Pnt& p = points[e.index];
-            e.place = placeOnCurve(toX(double(p.x)), toY(double(p.y)), nibbles);
+            e.place = placeOnCurve(cells.column(double(p.x)), cells.row(double(p.y)), nibbles);
             ++lowCounts[e.place & mask];
             ++highCounts[e.place >> digitBits & mask];
         }

@@ -120,15 +120,25 @@ TEST_F(SurfaceExample, BringsBreaklinesIn) {
 
     write("ridge", "-10 0 5\n10 0 5\n");
     const std::string ridge = report(rhombus, "--breaklines ridge");
-    EXPECT_TRUE(contains(ridge, "breaklines  1 with 1 edges, 0 of them not in the surface\n"));
+    EXPECT_TRUE(contains(ridge, "breaklines  1 with 1 edges, 0 crossings\n"));
     EXPECT_TRUE(contains(ridge, "area        102.0 m2"));
 
-    // The second edge flips the first one away. A breakline of one vertex only adds a point.
+    // The ditch shares a vertex with the ridge, at its height. A breakline of one vertex only adds a
+    // point.
     write("crossing", "# ridge\n-10 0 5\n10 0 5\n\n> ditch\n0 -1 0\n0 1 0\n\n#\n20 20 9\n");
     const std::string crossing = report(rhombus, "--breaklines crossing");
-    EXPECT_TRUE(contains(crossing, "breaklines  3 with 2 edges, 1 of them not in the surface\n"));
+    EXPECT_TRUE(contains(crossing, "breaklines  3 with 3 edges, 1 crossings\n"));
     EXPECT_TRUE(contains(crossing, "4 read, 0 skipped, 0 rejected\n"));
-    EXPECT_EQ(objLines('v').size(), 5U);
+    EXPECT_EQ(objLines('v').size(), 6U);
+    EXPECT_TRUE(objLines('v').contains("v 0 0 5"));
+}
+
+TEST_F(SurfaceExample, ReportsVolumeAndProfile) {
+    // A pyramid on a square of 4 m: 32 m3 below 6 m, of which 4 m3 lie above the middle.
+    const std::string pyramid = report("0 0 0\n4 0 0\n4 4 0\n0 4 0\n2 2 6\n", "--contours 1");
+    EXPECT_TRUE(contains(pyramid, "volume      4.0 m3 above 3.000 m, 20.0 m3 missing below\n"));
+    EXPECT_TRUE(
+        contains(pyramid, "profile     west to east 12.6 m, up 6.0 m, down 6.0 m, across 1"));
 }
 
 TEST_F(SurfaceExample, NamesTheFileAndTheLineOfBadInput) {

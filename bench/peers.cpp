@@ -262,11 +262,12 @@ void oneShot(const Points& points, int runs) {
 void queries(std::size_t n, int runs, std::mt19937_64& random) {
     Points points = uniform(n, random);
     for (XPnt3d& p : points) { p.z = heightOf(p.x, p.y); }
+    // Both keep neighbours close to each other in memory: the peer sorts its points by itself.
     const ref_ptr<Pnt3dArray> array = arrayOf(points);
+    spatialSort(array.get());
     const ref_ptr<IZynDelaunayD> engine = Box(points).engine();
     addPoints(engine.get(), array.get(), 0);
     Triangulation peer;
-    for (const XPnt3d& p : points) { (void)p; }
     std::vector<Kernel::Point_2> peerPoints;
     for (const XPnt3d& p : points) { peerPoints.emplace_back(p.x, p.y); }
     peer.insert(peerPoints.begin(), peerPoints.end());

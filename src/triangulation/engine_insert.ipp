@@ -3,6 +3,7 @@
 
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
+#include "triangulation/locate_step.h"
 #include "triangulation/walk.h"
 
 #include <algorithm>
@@ -41,31 +42,17 @@ TinRecord<Real>* DelaunayEngine<Real>::locate(Real x, Real y) {
     return locateFrom(Pool::newest(), {double(x), double(y)});
 }
 
-/// The triangle that holds q, or null outside the network. The walk is that of TinRecord::find: it
-/// crosses the first edge, in the order 01, 20, 12, that q lies strictly outside of by plain
-/// arithmetic. Where the last triangle's sides leave no doubt, it is the answer.
+/// The triangle that holds q, or null outside the network. The walk is that of TinRecord::find. Where
+/// the last triangle's sides leave no doubt, it is the answer.
 template <class Real>
 TinRecord<Real>* DelaunayEngine<Real>::locateFrom(Tri* start, Xy q) {
     if (start == nullptr || !frameIsUsable || !isUsable(q)) { return nullptr; }
-    Tri* last = start;  // the triangle that the walk ends in, or leaves the network from
-    bool inside = false;
-    const auto step = [q, &last, &inside](Tri* t) -> Tri* {
-        last = t;
-        const Xy a = xyOf(t->vertex[0]);
-        const Xy b = xyOf(t->vertex[1]);
-        const Side ab(a, b, q);
-        if (ab.value < 0.0) { return t->neighbor[2]; }
-        const Xy c = xyOf(t->vertex[2]);
-        const Side ca(c, a, q);
-        if (ca.value < 0.0) { return t->neighbor[1]; }
-        const Side bc(b, c, q);
-        if (bc.value < 0.0) { return t->neighbor[0]; }
-        inside = ab.value > ab.bound && ca.value > ca.bound && bc.value > bc.bound;
-        return t;
-    };
+    bool isInside = false;
     Tri* t = start;
-    if (walk(t, step) == WalkEnd::circling) { return searchPool(q); }
-    return inside ? t : settle(last, q);
+    const WalkEnd end =
+        walk(t, [q, &isInside](Tri* from) { return stepTowards(from, q, isInside); });
+    if (end == WalkEnd::circling) { return searchPool(q); }
+    return isInside ? t : settle(t, q);
 }
 
 /// Goes on by exact orientation, from where rounding may have stopped the walk too early.

@@ -1,10 +1,12 @@
 // The height of a surface at points.
 #include <zyn/surface.h>
 
+#include "core/prefetch.h"
 #include "triangulation/flip.h"
+#include "triangulation/locate_step.h"
 #include "triangulation/surface_triangles.h"
 
-#include <cmath>
+#include <cstddef>
 #include <limits>
 
 namespace zyn {
@@ -44,6 +46,74 @@ double heightIn(const TinRecord<Real>* t, Xy q) {
     return HeightPlane(t).at(q.x, q.y);
 }
 
+/// Several walks side by side, each through a part of the points: while one waits for memory, the
+/// others go on.
+template <class Real>
+class HeightWalks {
+public:
+    using Tri = TinRecord<Real>;
+
+    HeightWalks(DelaunayEngine<Real>& engine_, XPnt3d* points, std::size_t count)
+        : engine(engine_), surface(&engine_) {
+        for (std::size_t i = 0; i < mostWalks; ++i) {
+            XPnt3d* const first = points + count * i / mostWalks;
+            XPnt3d* const end = points + count * (i + 1) / mostWalks;
+            if (first != end) { walks[running++] = {engine.newest(), first, end, 0}; }
+        }
+    }
+    /// The number of points that lie on the surface.
+    int run() {
+        while (running > 0) {
+            for (std::size_t i = 0; i < running; ++i) {
+                if (step(walks[i])) { walks[i] = walks[--running]; }
+            }
+        }
+        return found;
+    }
+
+private:
+    static constexpr std::size_t mostWalks = 8;
+    /// More steps than between neighbours: the plain walk, which notices when it circles, takes over.
+    static constexpr int mostSteps = 256;
+    struct Walk {
+        Tri* at;
+        XPnt3d* point;
+        XPnt3d* end;
+        int steps;
+    };
+
+    /// One step of a walk; true behind its last point.
+    bool step(Walk& walk) {
+        XPnt3d& p = *walk.point;
+        const Xy q{p.x, p.y};
+        bool isInside = false;
+        if (walk.at != nullptr && isUsable(q) && ++walk.steps < mostSteps) {
+            Tri* const next = stepTowards(walk.at, q, isInside);
+            if (next != nullptr && next != walk.at) {
+                prefetch(next);
+                prefetch(&next->neighbor[2]);
+                walk.at = next;
+                return false;
+            }
+        }
+        Tri* const t =
+            isInside && surface.has(walk.at) ? walk.at : surfaceTriangleAt(engine, walk.at, q);
+        p.z = t == nullptr ? std::numeric_limits<double>::quiet_NaN() : heightIn(t, q);
+        if (t != nullptr) {
+            walk.at = t;
+            ++found;
+        }
+        walk.steps = 0;
+        return ++walk.point == walk.end;
+    }
+
+    DelaunayEngine<Real>& engine;
+    Surface<Real> surface;
+    Walk walks[mostWalks] = {};
+    std::size_t running = 0;
+    int found = 0;
+};
+
 }  // namespace
 
 template <class Real>
@@ -58,20 +128,13 @@ bool heightAt(DelaunayInterface<Real>* interface, double x, double y, double& z)
 
 template <class Real>
 int heightAt(DelaunayInterface<Real>* interface, Pnt3dArray* points) {
-    auto* const engine = engineOf(interface);
     if (points == nullptr) { return 0; }
-    int found = 0;
-    TinRecord<Real>* hint = engine == nullptr ? nullptr : engine->newest();
-    for (XPnt3d& p : *points) {
-        p.z = std::numeric_limits<double>::quiet_NaN();
-        if (engine == nullptr) { continue; }
-        if (auto* const t = surfaceTriangleAt(*engine, hint, {p.x, p.y}); t != nullptr) {
-            p.z = heightIn(t, {p.x, p.y});
-            hint = t;
-            ++found;
-        }
+    if (auto* const engine = engineOf(interface); engine != nullptr) {
+        const auto count = static_cast<std::size_t>(points->size());
+        return HeightWalks<Real>(*engine, points->data(), count).run();
     }
-    return found;
+    for (XPnt3d& p : *points) { p.z = std::numeric_limits<double>::quiet_NaN(); }
+    return 0;
 }
 
 template bool heightAt(DelaunayInterface<float>*, double, double, double&);

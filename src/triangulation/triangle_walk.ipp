@@ -123,7 +123,7 @@ std::int32_t TinRecord<Real>::find(double x, double y, TinRecord*& tri, std::int
         if (found > 0 && where != nullptr) { *where = touched; }
         return from;
     });
-    if (end == WalkEnd::circling) { tri = nullptr; }
+    if (end != WalkEnd::arrived) { tri = nullptr; }
     return end == WalkEnd::arrived ? found : 0;
 }
 

@@ -10,8 +10,8 @@ enum class WalkEnd {
     circling,  ///< a triangle came twice, so the walk would never end
 };
 
-/// Steps from `t` until the step stays, leaves, or is seen to circle; `t` is then the last triangle
-/// (null after leaving). REQUIRES: the step depends on the triangle alone, and `t` is not null.
+/// Steps from `t` until the step stays, leaves, or is seen to circle; `t` is then the last triangle.
+/// REQUIRES: the step depends on the triangle alone, and `t` is not null.
 ///
 /// A step that depends on nothing else goes round for ever as soon as a triangle comes twice. That
 /// is found out by Brent's method, which keeps one triangle and replaces it at powers of two. The
@@ -22,9 +22,9 @@ WalkEnd walk(Tri*& t, Step step) {
     for (unsigned long steps = 0, limit = 256;; ++steps) {
         Tri* const next = step(t);
         if (next == t) { return WalkEnd::arrived; }
+        if (next == nullptr) { return WalkEnd::left; }
         t = next;
-        if (t == seen) { return t == nullptr ? WalkEnd::left : WalkEnd::circling; }
-        if (t == nullptr) { return WalkEnd::left; }
+        if (t == seen) { return WalkEnd::circling; }
         if (steps == limit) {
             seen = t;
             limit *= 2;

@@ -18,7 +18,8 @@
 // Take the double engine for coordinates on the ground; the float one halves the memory of the
 // points, not of the triangles. Points in spatial order are located in a few steps each.
 // Every network is valid after every call: triangles counter-clockwise by exact arithmetic, links
-// symmetric. A triangle of no area only stands on an edge of the frame and beside a duplicate. A
+// symmetric. A triangle of no area only stands on an edge of the frame or of an open hull, and beside
+// a duplicate, or where one was. A
 // network that was read is what the file says: its numbers are checked, its geometry is not, and on
 // a damaged one every call still ends and touches no foreign memory.
 // One thread at a time; different engines share nothing. Records keep their address until

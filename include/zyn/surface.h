@@ -9,8 +9,10 @@
 //
 // Everything here works on engines of either precision, may move their cursor, and computes in
 // double. The surface is the triangles that are no frame triangles; `maxEdge`, where it is asked
-// for, takes those out of it too whose longest edge in space is longer. It has one height at each
-// place; on its rim it is closed. An engine that is null, or not this library's, has no surface.
+// for, takes those out of it too whose longest edge in space, in the unit of the coordinates, is
+// longer: all of them below 0, none for a NaN. The surface includes its rim. An engine that is null,
+// or not this library's, has no surface. Where more memory is needed than there is, std::bad_alloc is
+// thrown, and the network is valid. One thread at a time, as with the engine itself.
 #pragma once
 
 #include <zyn/array.h>
@@ -49,7 +51,8 @@ using VertexArray = typename TinRecord<Real>::RealPtrArray;
 
 /// Sorts the points along a Hilbert curve through their box; points in one cell of the curve keep
 /// their order, and a crowded cell is sorted again by its own box. Points that are not finite come
-/// last. Takes linear time, and memory for a copy of the points. Null is passed over.
+/// last. Takes linear time, once more for every level of crowding within crowding, and memory for a
+/// copy of the points. Null is passed over.
 /// Source of the curve: Hilbert 1891; of the sort: radix sort from the lowest digit.
 ZYN_EXPORT void spatialSort(Pnt3dArray* points);
 ZYN_EXPORT void spatialSort(Pnt3fArray* points);
@@ -58,13 +61,16 @@ ZYN_EXPORT void spatialSort(Pnt3fArray* points);
 [[nodiscard]] ZYN_EXPORT ref_ptr<IntArray> spatialOrder(const Pnt3fArray* points);
 
 /// Inserts all points, in spatial order but where they are: they become vertices, as with addPoint,
-/// and must stay. The order that they stand in does not matter for the speed. Gives the number of
-/// points that went in; the indices of refused ones are appended to `rejected`, ascending.
+/// and must stay. The order that they stand in does not matter for the speed; which one of points
+/// within `tolerance` of each other goes in is not said. Gives the number of points that went in; the
+/// indices of refused ones are appended to `rejected`, ascending.
 ///
-/// Each point gets its number in `inten` as if addPoint had been called in the order of the array:
-/// its index (low 16 bits) in a new engine, so that exportObj finds it. The progress gets
-/// setTotal(number of points) and steps that sum up to it, and is asked isCanceled() between
-/// points; after a yes the network is valid and holds what went in so far.
+/// Each point of either precision gets a number in `inten`, whether it goes in or not: the low 16 bits of its index, on
+/// from the number of points that the engine was given before, so that exportObj finds it. The progress gets
+/// setTotal(number of points) and steps that sum up to it, and is asked isCanceled() before every
+/// 1024 points; after a yes the network is valid and holds what went in so far.
+///
+/// Queries run fastest where the points are in spatial order in memory too: spatialSort() them first.
 template <class Real>
 ZYN_EXPORT int addPoints(DelaunayInterface<Real>* engine, Pnt3Array<Real>* points,
                          std::type_identity_t<Real> tolerance, IZynProgress* progress = nullptr,
@@ -77,15 +83,17 @@ ZYN_EXPORT int addPoints(DelaunayInterface<Real>* engine, Pnt3Array<Real>* point
 /// Makes the polyline part of the network: a vertex for each of its points, which must stay in
 /// place as with addPoint, or the vertex that is there already within `tolerance`; and between them
 /// edges, or chains of edges where other vertices lie on a segment, by exact arithmetic. Gives the
-/// number of edges; -1, with nothing changed, for a point that is not finite or outside the
-/// network, fewer than two points, a tolerance that is not at least 0, and null. Beside a hole left by
-/// deleteTriangle, or damage from a file, a segment may stay out.
+/// number of edges in the network that it became, each counted once. -1, with nothing changed, for a
+/// point that is not finite or outside the network, fewer than two points, a tolerance that is not at
+/// least 0, and null. Beside a hole left by deleteTriangle, or damage from a file, a segment may stay
+/// out. New vertices are numbered as by addPoint, in both this and the next way.
 ///
-/// With `fixed`, its edges stay, but for those that a segment crosses: these give way and are taken
+/// `fixed` may be null. Its edges stay, but for those that a segment crosses: these give way and are taken
 /// out, or, with `crossings`, are split by a vertex there, with the height of the edge that was
-/// first, whose point is appended to `crossings` and must stay too. Edges that a new vertex splits
-/// are replaced by their halves. The edges of the polyline are appended. Takes time for all of
-/// `fixed`, so hand many breaklines over in one call.
+/// first, whose point is appended to `crossings` and must stay too. Lines bend by the rounding of such
+/// a vertex. A polyline that crosses itself meets its own edges so. Edges that a new vertex splits
+/// are replaced by their halves, and the edges of the polyline are appended; what comes twice
+/// in the list is taken out. Takes time for all of `fixed`, so hand many breaklines over in one call.
 /// Source: the removal of crossing edges by flips, Sloan 1993, in an order that is known to end.
 template <class Real>
 ZYN_EXPORT int addBreakline(DelaunayInterface<Real>* engine, Pnt3Array<Real>* points,
@@ -99,24 +107,26 @@ ZYN_EXPORT int addBreaklines(DelaunayInterface<Real>* engine, Pnt3ArrayArray<Rea
                              VertexArray<Real>* fixed = nullptr,
                              Pnt3Pool<Real>* crossings = nullptr);
 /// Flips every edge that is not locally Delaunay by the exact in-circle test, except those of
-/// `fixed`, until none is left: the constrained Delaunay triangulation. Gives the number of flips.
-/// Source: Lawson 1977.
+/// `fixed`, until none is left: the constrained Delaunay triangulation. Gives the number of flips; -1,
+/// with nothing changed, for null and for a network with a clockwise triangle or a link that is not
+/// mutual. Source: Lawson 1977.
 template <class Real>
 ZYN_EXPORT int restoreDelaunay(DelaunayInterface<Real>* engine,
                                const VertexArray<Real>* fixed = nullptr);
 
-/// The first broken invariant as a sentence with the triangle's number in pool order; a null string
-/// when the network is sound. Sound is: every triangle counter-clockwise by exact arithmetic, or of
-/// no area on the rim or beside points in one place; links symmetric, across the same edge; every
-/// connected part a disc with a convex rim. With `delaunay` also: no edge fails the exact in-circle
-/// test.
+/// The first broken invariant as a sentence, with the triangle's number in pool order but for an
+/// engine that is empty or null; a null string when the network is sound. Sound is, in the order of the
+/// tests: every triangle counter-clockwise by exact arithmetic, or of no area, but that only on the
+/// rim or in a network with points in one place; links mutual, across the same edge, and with `delaunay` no edge that fails the
+/// exact in-circle test; every connected part a disc with a convex rim that goes round once.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT QString validate(DelaunayInterface<Real>* engine, bool delaunay = false);
 
 // Heights
 
 /// The height of the surface at (x, y), by the plane of the triangle there. False, with `z` as it
-/// was, outside the surface. Walks from the newest triangle.
+/// was, outside the surface. Walks from the newest triangle; behind a hole that deleteTriangle left,
+/// the walk may not come through. Beside points in one place, of different heights, either counts.
 template <class Real>
 ZYN_EXPORT bool heightAt(DelaunayInterface<Real>* engine, double x, double y, double& z);
 /// Sets the z of every point to the height of the surface there, NaN outside, and gives the number
@@ -125,13 +135,16 @@ template <class Real>
 ZYN_EXPORT int heightAt(DelaunayInterface<Real>* engine, Pnt3dArray* points);
 /// The surface along the straight line from a to b: a new array with a point at both ends and one at
 /// every edge crossed, in order. Where the line leaves the surface and comes back, a point
-/// whose z is NaN stands between the parts. Empty where there is no surface.
+/// whose z is NaN, at the place where it comes back, stands between the parts; a part may be a single
+/// point. Empty where there is no surface. A line that leaves the network takes time for all its
+/// triangles.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3dArray> profile(DelaunayInterface<Real>* engine,
                                                      const XPnt2d& a, const XPnt2d& b);
 /// Heights at the centres of cellsX by cellsY cells that fill the envelope: `out` gets cellsY rows
 /// of cellsX columns, the first row at minY, the first column at minX, and NaN outside the surface.
-/// False, with `out` as it was, for null, a count below 1, or an envelope that is empty or not finite.
+/// False, with `out` as it was, for null, a count below 1, or an envelope whose width or height is not
+/// above 0 and finite.
 template <class Real>
 ZYN_EXPORT bool rasterize(DelaunayInterface<Real>* engine, const Enve2d& envelope, int cellsX,
                           int cellsY, MatrixDbl* out, double maxEdge = anyEdge);
@@ -142,7 +155,7 @@ ZYN_EXPORT bool rasterize(DelaunayInterface<Real>* engine, const Enve2d& envelop
 /// height, higher ground on their left. Each is joined across triangles as far as it goes; closed
 /// ones end with their first point. A line separates the ground at or above its level from the
 /// ground below: a flat area at the level is bounded once, a peak or ridge that only reaches it
-/// gives none.
+/// gives none, an edge of the rim at the level with ground below beside it gives one. A NaN gives none.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3dArrayArray> contours(DelaunayInterface<Real>* engine,
                                                            const DoubleArray* levels,
@@ -156,7 +169,8 @@ struct SurfaceVolume {
     double fillArea = 0;  ///< and of the ground at the plane's height or below
 };
 
-/// Cut and fill against the plane z = level, a triangle that crosses it split.
+/// Cut and fill against the plane z = level, a triangle that crosses it split. In cubic and square
+/// units of the coordinates; without meaning for a level that is not finite.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT SurfaceVolume volume(DelaunayInterface<Real>* engine, double level,
                                               double maxEdge = anyEdge);
@@ -169,12 +183,14 @@ template <class Real>
 template <class Real>
 ZYN_EXPORT bool writeObj(DelaunayInterface<Real>* engine, const char* path,
                          double maxEdge = anyEdge);
+enum class PlyNormals { none, vertex };
+
 /// PLY 1.0, binary, little-endian: vertices x, y, z in the engine's precision, and, when asked for,
 /// their unit normals nx, ny, nz as float, the mean of the triangles' weighted by area; then faces of
 /// three indices from 0.
 template <class Real>
-ZYN_EXPORT bool writePly(DelaunayInterface<Real>* engine, const char* path, bool normals = false,
-                         double maxEdge = anyEdge);
+ZYN_EXPORT bool writePly(DelaunayInterface<Real>* engine, const char* path,
+                         double maxEdge = anyEdge, PlyNormals normals = PlyNormals::none);
 /// LandXML 1.2: a `Surface` of that name, in metres, with points as northing (y), easting (x) and
 /// height, and faces.
 template <class Real>

@@ -3,7 +3,9 @@
 
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
+#include "triangulation/ring.h"
 
+#include <cmath>
 #include <cstddef>
 #include <iterator>
 #include <list>
@@ -41,24 +43,17 @@ public:
         Tri* triangle = nullptr;  ///< for an edge that crosses: the triangle on the near side
     };
 
-    /// The first step from a towards b.
+    /// The first step from a towards b. Beside triangles of no area several vertices lie that way: the
+    /// nearest counts.
     [[nodiscard]] Step look(Real* a, Real* b) {
-        Tri* const start = triangleAt(a);
-        if (start == nullptr) { return {}; }
-        // Round a counter-clockwise, and from an open edge clockwise.
-        for (const auto& side : {after, before}) {
-            std::size_t stepsLeft = engine.count();
-            for (Tri* t = start; t != nullptr && stepsLeft-- > 0;) {
-                const int i = t->index(a);
-                if (i == 3) { break; }
-                if (const Step step = lookInside(t, i, b); step.way != Way::blocked) {
-                    return step;
-                }
-                t = t->neighbor[side[i]];
-                if (t == start) { return {}; }
-            }
+        Step best;
+        if (Tri* const start = triangleAt(a)) {
+            forRing(start, start->index(a), engine.count(), [b, &best](Tri* t, int i) {
+                lookInside(t, i, b, best);
+                return false;
+            });
         }
-        return {};
+        return best;
     }
 
     /// Collects the edges that cross a-b from `first` on. The vertex where the crossings end: b, or
@@ -69,9 +64,10 @@ public:
         Real* lower = first.other;
         Tri* t = first.triangle;
         while (crossings.size() < engine.count()) {
-            Tri* const n = t->neighbor[t->index(upper, lower)];
+            const int across = t->index(upper, lower);
+            Tri* const n = across < 0 ? nullptr : t->neighbor[across];
             const int back = n == nullptr ? 3 : n->index(t);
-            if (back == 3) { return nullptr; }
+            if (back == 3 || n->index(upper, lower) != back) { return nullptr; }
             crossings.push_back({upper, lower, t, n});
             Real* const apex = n->vertex[back];
             if (apex == b) { return b; }
@@ -125,19 +121,28 @@ private:
         if (t == nullptr || t->index(v) == 3) { return nullptr; }
         return hint = t;
     }
-    /// What t, at whose corner `i` the segment starts, tells about its way to b.
-    static Step lookInside(Tri* t, int i, Real* b) {
+    /// Improves `best` by what t, at whose corner `i` the segment starts, tells about the way to b.
+    static void lookInside(Tri* t, int i, Real* b, Step& best) {
         Real* const a = t->vertex[i];
         Real* const right = t->vertex[after[i]];
         Real* const left = t->vertex[before[i]];
         const auto isOn = [a, b](Real* v) {
             return v == b || (orientation(xyOf(a), xyOf(b), xyOf(v)) == 0 && isAhead(a, b, v));
         };
-        if (isOn(right)) { return {Way::edge, right}; }
-        if (isOn(left)) { return {Way::edge, left}; }
-        const bool isBetween = orientation(xyOf(a), xyOf(b), xyOf(right)) < 0 &&
-                               orientation(xyOf(a), xyOf(b), xyOf(left)) > 0;
-        return isBetween ? Step{Way::crossed, left, right, t} : Step{};
+        for (Real* const v : {right, left}) {
+            if (isOn(v) && (best.way != Way::edge || isNearer(a, v, best.vertex))) {
+                best = {Way::edge, v};
+            }
+        }
+        if (best.way == Way::blocked && orientation(xyOf(a), xyOf(b), xyOf(right)) < 0 &&
+            orientation(xyOf(a), xyOf(b), xyOf(left)) > 0) {
+            best = {Way::crossed, left, right, t};
+        }
+    }
+    /// Whether v is nearer to a than w, all on one line.
+    static bool isNearer(const Real* a, const Real* v, const Real* w) {
+        return std::abs(v[0] - a[0]) < std::abs(w[0] - a[0]) ||
+               std::abs(v[1] - a[1]) < std::abs(w[1] - a[1]);
     }
     /// Whether v, on the line through a and b, lies on b's side of a, and not farther than b.
     static bool isAhead(const Real* a, const Real* b, const Real* v) {
@@ -182,7 +187,14 @@ private:
     static Real* apex(const Tri* t, const Crossing& c) {
         return t->vertex[t->index(c.upper, c.lower)];
     }
+    /// False too where damaged links do not fit together.
     static bool isFlippable(const Crossing& c) {
+        const int here = c.before->index(c.upper, c.lower);
+        const int there = c.behind->index(c.upper, c.lower);
+        if (here < 0 || there < 0 || c.before->neighbor[here] != c.behind ||
+            c.behind->neighbor[there] != c.before) {
+            return false;
+        }
         const Xy p = xyOf(apex(c.before, c)), q = xyOf(apex(c.behind, c));
         return orientation(p, xyOf(c.lower), q) > 0 && orientation(q, xyOf(c.upper), p) > 0;
     }

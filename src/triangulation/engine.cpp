@@ -143,8 +143,8 @@ bool readText(DelaunayInterface<Real>* engine, const char* path, Real*& vertices
 }
 
 template class DelaunayEngine<float>;
-template bool DelaunayEngine<float>::insert(Pnt*, float, NoFixedEdges&);
-template bool DelaunayEngine<float>::insert(Pnt*, float, FixedEdges<float>&);
+template bool DelaunayEngine<float>::insert(Pnt*, float, Tri*, NoFixedEdges&);
+template bool DelaunayEngine<float>::insert(Pnt*, float, Tri*, FixedEdges<float>&);
 template int vertexCount(DelaunayInterface<float>*);
 template int allVertexCount(DelaunayInterface<float>*);
 template int surfaceTriangleCount(DelaunayInterface<float>*);
@@ -158,8 +158,8 @@ template bool readBinary(DelaunayInterface<float>*, const char*, float*&, int&);
 template bool readText(DelaunayInterface<float>*, const char*, float*&, int&);
 
 template class DelaunayEngine<double>;
-template bool DelaunayEngine<double>::insert(Pnt*, double, NoFixedEdges&);
-template bool DelaunayEngine<double>::insert(Pnt*, double, FixedEdges<double>&);
+template bool DelaunayEngine<double>::insert(Pnt*, double, Tri*, NoFixedEdges&);
+template bool DelaunayEngine<double>::insert(Pnt*, double, Tri*, FixedEdges<double>&);
 template int vertexCount(DelaunayInterface<double>*);
 template int allVertexCount(DelaunayInterface<double>*);
 template int surfaceTriangleCount(DelaunayInterface<double>*);

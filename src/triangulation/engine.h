@@ -61,10 +61,16 @@ public:
 
     // Beside the interface
 
-    /// addPoint without its numbering. Flips no fixed edge but one that the point splits.
-    bool insert(Pnt* p, Real tolerance) { return insert(p, tolerance, noFixedEdges); }
+    /// addPoint without its numbering.
+    bool insert(Pnt* p, Real tolerance) {
+        return insert(p, tolerance, Pool::newest(), noFixedEdges);
+    }
+    /// The same, located by a walk from `start`. Flips no fixed edge but one that the point splits.
     template <class FixedEdges>
-    bool insert(Pnt* p, Real tolerance, FixedEdges& fixed);
+    bool insert(Pnt* p, Real tolerance, Tri* start, FixedEdges& fixed);
+    /// The nearest corner of t that the point falls on, or null: a closed square of `tolerance` about
+    /// the point decides.
+    static Real* cornerAt(const Tri* t, const Pnt& p, Real tolerance);
     /// Numbers the points as so many calls of addPoint would.
     void number(Pnt* points, int count);
     /// The triangle that holds q, or null outside the network, by a walk from `start`.
@@ -103,7 +109,6 @@ private:
     Tri* settle(Tri* t, Xy q);
     Tri* leaveFlat(Tri* flat, Xy q);
     Tri* searchPool(Xy q);
-    static bool isCorner(const Tri* t, const Pnt& p, Real tolerance);
     Tri* split(Tri* t, Real* p);
     template <class FixedEdges>
     void legalise(Corner corner, Real* p, FixedEdges& fixed);

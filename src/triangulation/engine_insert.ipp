@@ -29,10 +29,12 @@ void DelaunayEngine<Real>::number(Pnt* points, int count) {
 
 template <class Real>
 template <class FixedEdges>
-bool DelaunayEngine<Real>::insert(Pnt* p, Real tolerance, FixedEdges& fixed) {
+bool DelaunayEngine<Real>::insert(Pnt* p, Real tolerance, Tri* start, FixedEdges& fixed) {
     Real* const coordinates = *p;
-    Tri* const t = locateFrom(Pool::newest(), xyOf(coordinates));
-    if (t == nullptr || !std::isfinite(p->z) || isCorner(t, *p, tolerance)) { return false; }
+    Tri* const t = locateFrom(start, xyOf(coordinates));
+    if (t == nullptr || !std::isfinite(p->z) || cornerAt(t, *p, tolerance) != nullptr) {
+        return false;
+    }
     legalise({split(t, coordinates), 0}, coordinates, fixed);
     return true;
 }
@@ -129,15 +131,22 @@ TinRecord<Real>* DelaunayEngine<Real>::searchPool(Xy q) {
     return nullptr;
 }
 
-/// Whether the point falls on a corner: a closed square of `tolerance` about the point decides.
 template <class Real>
-bool DelaunayEngine<Real>::isCorner(const Tri* t, const Pnt& p, Real tolerance) {
+Real* DelaunayEngine<Real>::cornerAt(const Tri* t, const Pnt& p, Real tolerance) {
     const Real minX = p.x - tolerance, maxX = p.x + tolerance;
     const Real minY = p.y - tolerance, maxY = p.y + tolerance;
-    for (const Real* const c : t->vertex) {
-        if (maxX >= c[0] && c[0] >= minX && maxY >= c[1] && c[1] >= minY) { return true; }
+    Real* nearest = nullptr;
+    double least2 = HUGE_VAL;
+    for (Real* const c : t->vertex) {
+        if (!(maxX >= c[0] && c[0] >= minX && maxY >= c[1] && c[1] >= minY)) { continue; }
+        const Xy offset = xyOf(c) - Xy{double(p.x), double(p.y)};
+        const double distance2 = offset.x * offset.x + offset.y * offset.y;
+        if (nearest == nullptr || distance2 < least2) {
+            nearest = c;
+            least2 = distance2;
+        }
     }
-    return false;
+    return nearest;
 }
 
 /// Splits t = (P0, P1, P2) at p: t becomes (p, P1, P2), beside it stand the new triangles

@@ -5,9 +5,11 @@
 
 #include "triangulation/predicates.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace zyn {
@@ -21,63 +23,69 @@ struct NoFixedEdges {
 };
 inline NoFixedEdges noFixedEdges;
 
-/// The pairs of vertices of a host's list, found by their ends, and the list kept up to date.
+/// The pairs of vertices of a host's list, found by their ends, and the list kept up to date; among
+/// them those that were added since.
 template <class Real>
 class FixedEdges {
 public:
     using VertexArray = typename TinRecord<Real>::RealPtrArray;
 
-    /// Takes edges that come twice, and a vertex left over, out of the list. A null list is an empty
-    /// one of which nobody hears.
-    explicit FixedEdges(VertexArray* vertices) : list(vertices) {
-        if (list == nullptr) { return; }
-        const int pairs = list->size() / 2;
+    /// Takes edges that come twice, and a vertex left over, out of the list.
+    explicit FixedEdges(VertexArray& vertices) : list(vertices) {
+        const int pairs = list.size() / 2;
         places.reserve(static_cast<std::size_t>(pairs));
         int kept = 0;
         for (int i = 0; i < pairs; ++i) {
-            Real* const a = list->get(2 * i);
-            Real* const b = list->get(2 * i + 1);
+            Real* const a = list.get(2 * i);
+            Real* const b = list.get(2 * i + 1);
             if (places.emplace(edge(a, b), kept).second) { put(kept++, a, b); }
         }
-        list->resize(2 * kept);
+        list.resize(2 * kept);
     }
 
-    [[nodiscard]] bool contains(Real* a, Real* b) const {
-        return !places.empty() && places.contains(edge(a, b));
+    [[nodiscard]] bool contains(const Real* a, const Real* b) const {
+        return places.contains(edge(a, b));
     }
-    /// Adds the edge unless it is there.
+    /// The number of edges that were added while counting, there already or not, and are still there.
+    [[nodiscard]] std::size_t added() const { return own.size(); }
     void add(Real* a, Real* b) {
-        if (list == nullptr || contains(a, b)) { return; }
-        places.emplace(edge(a, b), list->size() / 2);
-        list->append(a);
-        list->append(b);
+        if (isCounting) { own.insert(edge(a, b)); }
+        include(a, b);
+    }
+    /// Whether edges that are added from now on count; what was the case before.
+    bool setCounting(bool newCounting) { return std::exchange(isCounting, newCounting); }
+    [[nodiscard]] bool counts(const Real* a, const Real* b) const {
+        return own.contains(edge(a, b));
     }
     /// Takes the edge out; the last one moves into its place.
     void remove(Real* a, Real* b) {
         const auto found = places.find(edge(a, b));
         if (found == places.end()) { return; }
         const int place = found->second;
-        const int last = list->size() / 2 - 1;
+        const int last = list.size() / 2 - 1;
+        own.erase(found->first);
         places.erase(found);
         if (place != last) {
-            put(place, list->get(2 * last), list->get(2 * last + 1));
-            places[edge(list->get(2 * last), list->get(2 * last + 1))] = place;
+            put(place, list.get(2 * last), list.get(2 * last + 1));
+            places[edge(list.get(2 * last), list.get(2 * last + 1))] = place;
         }
-        list->resize(2 * last);
+        list.resize(2 * last);
+    }
+    /// Replaces the edge by a-p and p-b.
+    void split(Real* a, Real* b, Real* p) {
+        const bool wasCounting = setCounting(counts(a, b));
+        remove(a, b);
+        add(a, p);
+        add(p, b);
+        setCounting(wasCounting);
     }
     /// Whether edge a-b may be flipped for `p`: always when it is not fixed, and when it is, then only
     /// because p lies on it: its halves take its place.
     bool giveWay(Real* a, Real* b, Real* p) {
-        if (!contains(a, b)) { return true; }
-        if (orientation(xyOf(p), xyOf(a), xyOf(b)) != 0) { return false; }
+        if (places.empty() || !contains(a, b)) { return true; }
+        if (orientation(xyOf(p), xyOf(a), xyOf(b)) != 0 || !isBetween(a, p, b)) { return false; }
         split(a, b, p);
         return true;
-    }
-    /// Replaces the edge by a-p and p-b.
-    void split(Real* a, Real* b, Real* p) {
-        remove(a, b);
-        add(a, p);
-        add(p, b);
     }
 
 private:
@@ -91,13 +99,27 @@ private:
     static Edge edge(const Real* a, const Real* b) {
         return std::less<>()(a, b) ? Edge(a, b) : Edge(b, a);
     }
+    /// Of three points on one line.
+    static bool isBetween(const Real* a, const Real* p, const Real* b) {
+        const auto spans = [=](int axis) {
+            return std::min(a[axis], b[axis]) <= p[axis] && p[axis] <= std::max(a[axis], b[axis]);
+        };
+        return spans(0) && spans(1);
+    }
     void put(int place, Real* a, Real* b) {
-        list->getRef(2 * place) = a;
-        list->getRef(2 * place + 1) = b;
+        list.getRef(2 * place) = a;
+        list.getRef(2 * place + 1) = b;
+    }
+    void include(Real* a, Real* b) {
+        if (!places.emplace(edge(a, b), list.size() / 2).second) { return; }
+        list.append(a);
+        list.append(b);
     }
 
-    VertexArray* list;
+    VertexArray& list;
     std::unordered_map<Edge, int, Hash> places;
+    std::unordered_set<Edge, Hash> own;
+    bool isCounting = true;
 };
 
 }  // namespace zyn

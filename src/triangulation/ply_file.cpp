@@ -61,7 +61,9 @@ void put(std::string& bytes, Number value) {
 }  // namespace
 
 template <class Real>
-bool writePly(DelaunayInterface<Real>* engine, const char* path, bool normals, double maxEdge) {
+bool writePly(DelaunayInterface<Real>* engine, const char* path, double maxEdge,
+              PlyNormals normals) {
+    const bool hasNormals = normals == PlyNormals::vertex;
     SurfaceFile<Real> file(engine, path, maxEdge);
     if (!file.isOpen()) { return false; }
     const std::string real = std::is_same_v<Real, double> ? "double" : "float";
@@ -69,15 +71,15 @@ bool writePly(DelaunayInterface<Real>* engine, const char* path, bool normals, d
     text = "ply\nformat binary_little_endian 1.0\ncomment ZynBase\nelement vertex ";
     appendNumber(text, file.vertices().size());
     for (const char axis : {'x', 'y', 'z'}) { text += "\nproperty " + real + ' ' + axis; }
-    if (normals) { text += "\nproperty float nx\nproperty float ny\nproperty float nz"; }
+    if (hasNormals) { text += "\nproperty float nx\nproperty float ny\nproperty float nz"; }
     text += "\nelement face ";
     appendNumber(text, file.faceCount());
     text += "\nproperty list uchar int vertex_indices\nend_header\n";
 
-    const std::vector<Vector> directions = normals ? vertexNormals(file) : std::vector<Vector>();
+    const std::vector<Vector> directions = hasNormals ? vertexNormals(file) : std::vector<Vector>();
     file.forVertices([&, n = std::size_t{0}](const Real* v) mutable {
         for (int axis = 0; axis < 3; ++axis) { put(text, v[axis]); }
-        if (!normals) { return; }
+        if (!hasNormals) { return; }
         const Vector& d = directions[n++];
         for (const double c : {d.x, d.y, d.z}) { put(text, static_cast<float>(c)); }
     });
@@ -88,7 +90,7 @@ bool writePly(DelaunayInterface<Real>* engine, const char* path, bool normals, d
     return file.commit();
 }
 
-template bool writePly(DelaunayInterface<float>*, const char*, bool, double);
-template bool writePly(DelaunayInterface<double>*, const char*, bool, double);
+template bool writePly(DelaunayInterface<float>*, const char*, double, PlyNormals);
+template bool writePly(DelaunayInterface<double>*, const char*, double, PlyNormals);
 
 }  // namespace zyn

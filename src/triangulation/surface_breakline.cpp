@@ -5,11 +5,13 @@
 #include "triangulation/edge_maker.h"
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
+#include "triangulation/ring.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 namespace zyn {
@@ -21,81 +23,78 @@ public:
     using Tri = TinRecord<Real>;
     using Pnt = XPnt3<Real>;
 
-    Breaklines(DelaunayEngine<Real>& engine_, Real tolerance_, VertexArray<Real>* list,
+    Breaklines(DelaunayEngine<Real>& engine_, Real tolerance_, VertexArray<Real>& list,
                Pnt3Pool<Real>* pool)
         : engine(engine_), maker(engine_), tolerance(tolerance_), fixed(list), crossings(pool) {}
 
-    /// Whether all points can become vertices.
-    [[nodiscard]] bool accepts(Pnt3Array<Real>* points) {
-        if (points == nullptr || points->size() < 2) { return false; }
-        Tri* hint = engine.newest();
-        return std::all_of(points->begin(), points->end(), [this, &hint](Pnt& p) {
-            hint = engine.locateFrom(hint, {double(p.x), double(p.y)});
-            return hint != nullptr && std::isfinite(p.z);
-        });
-    }
-    /// The number of edges that the polyline became. All vertices come first, since the next one may
-    /// flip an edge away.
-    int add(Pnt3Array<Real>& points) {
+    /// All vertices come first, since the next one may flip an edge away.
+    void add(Pnt3Array<Real>& points) {
         std::vector<Real*> vertices;
         for (Pnt& p : points) {
-            if constexpr (DelaunayEngine<Real>::isDouble) { engine.number(&p, 1); }
             Real* v = vertexAt(p);
-            if (v == nullptr && engine.insert(&p, tolerance, fixed)) { v = p; }
+            if (v == nullptr && insert(p)) { v = p; }
             if (v != nullptr && (vertices.empty() || vertices.back() != v)) {
                 vertices.push_back(v);
             }
         }
-        int edges = 0;
         for (std::size_t i = 1; i < vertices.size(); ++i) {
             splitsLeft = engine.count();
-            edges += makeSegment(vertices[i - 1], vertices[i], 0);
+            makeSegment(vertices[i - 1], vertices[i], 0);
         }
-        return edges;
     }
+    /// The edges of the polylines, each counted once.
+    [[nodiscard]] int edges() const { return static_cast<int>(fixed.added()); }
 
 private:
     using Maker = EdgeMaker<Real>;
 
     /// The nearest vertex that the point would be refused for, or null.
-    Real* vertexAt(Pnt& p) {
-        Tri* const t = engine.locateFrom(engine.newest(), {double(p.x), double(p.y)});
+    Real* vertexAt(const Pnt& p) {
+        Tri* const t = engine.locateFrom(hint(), {double(p.x), double(p.y)});
         if (t == nullptr) { return nullptr; }
-        Real* const* const nearest = std::min_element(
-            t->vertex, t->vertex + 3,
-            [&p](const Real* a, const Real* b) { return distance(p, a) < distance(p, b); });
-        return distance(p, *nearest) <= tolerance ? *nearest : nullptr;
+        latest = t;
+        return engine.cornerAt(t, p, tolerance);
     }
-    /// The larger of the distances along the axes, as addPoint compares them.
-    static Real distance(const Pnt& p, const Real* v) {
-        return std::max(std::abs(p.x - v[0]), std::abs(p.y - v[1]));
+    /// Makes the point a vertex. A fixed edge on the rim, which no flip takes away, gets it too if it
+    /// lies there.
+    bool insert(Pnt& p) {
+        if (!engine.insert(&p, tolerance, hint(), fixed)) { return false; }
+        if constexpr (DelaunayEngine<Real>::isDouble) { engine.number(&p, 1); }
+        Real* const v = p;
+        forRing(engine.newest(), engine.newest()->index(v), engine.count(),
+                [this, v](Tri* t, int i) {
+                    fixed.giveWay(t->vertex[after[i]], t->vertex[before[i]], v);
+                    return false;
+                });
+        return true;
     }
+    Tri* hint() { return latest == nullptr ? engine.newest() : latest; }
 
-    int makeSegment(Real* a, Real* b, int depth) {
-        int edges = 0;
-        while (a != b) {
+    void makeSegment(Real* a, Real* b, int depth) {
+        // More steps than there are vertices on the way only in a damaged network.
+        for (std::size_t stepsLeft = 2 * engine.count() + 16; a != b && stepsLeft > 0;
+             --stepsLeft) {
             const typename Maker::Step step = maker.look(a, b);
-            if (step.way == Maker::Way::blocked) { break; }
+            if (step.way == Maker::Way::blocked) { return; }
             if (step.way == Maker::Way::edge) {
                 fixed.add(a, step.vertex);
                 a = step.vertex;
-                ++edges;
                 continue;
             }
             Real* const end = maker.collect(a, b, step);
-            if (end == nullptr) { break; }
+            if (end == nullptr) { return; }
             if (Real* const v = vertexAtCrossing(a, end, depth); v != nullptr) {
-                edges += makeSegment(a, v, depth + 1);
+                makeSegment(a, v, depth + 1);
                 a = v;
                 continue;
             }
-            if (!maker.flipAway(a, end)) { break; }
+            if (!maker.flipAway(a, end)) { return; }
         }
-        return edges;
     }
 
     /// Deals with the fixed edges among those that were collected between a and b: a vertex on the
-    /// first of them when such are asked for; otherwise they give way, and the answer is null.
+    /// first of them when such are asked for, and then the network has changed; otherwise they give
+    /// way, and the answer is null.
     Real* vertexAtCrossing(Real* a, Real* b, int depth) {
         constexpr int mostDepth = 32;
         for (const auto& c : maker.collected()) {
@@ -112,23 +111,24 @@ private:
         }
         return nullptr;
     }
-    /// Splits the fixed edge u-w where a-b crosses it; null when that brings a-b no farther.
+    /// Splits the fixed edge u-w where a-b crosses it; null, with nothing changed, when that brings
+    /// a-b no farther.
     Real* splitEdge(Real* u, Real* w, Real* a, Real* b, int depth) {
-        Pnt p = crossing(u, w, a, b);
+        const Pnt p = crossing(u, w, a, b);
         Real* v = vertexAt(p);
+        const Pnt place = v == nullptr ? p : Pnt(v);
+        if (v != a && !(dist2_2d(place, Pnt(b)) < dist2_2d(Pnt(a), Pnt(b)))) { return nullptr; }
         if (v == nullptr) {
             Pnt* const stored = crossings->append(p);
-            if (!engine.insert(stored, tolerance, fixed)) { return nullptr; }
+            if (!insert(*stored)) { return nullptr; }
             v = *stored;
         }
-        if (v != a && !(dist2_2d(XPnt3<Real>(v), XPnt3<Real>(b)) <
-                        dist2_2d(XPnt3<Real>(a), XPnt3<Real>(b)))) {
-            return nullptr;
-        }
         if (v != u && v != w) {
+            const bool wasCounting = fixed.setCounting(fixed.counts(u, w));
             fixed.remove(u, w);
             makeSegment(u, v, depth + 1);
             makeSegment(v, w, depth + 1);
+            fixed.setCounting(wasCounting);
         }
         return v;
     }
@@ -147,8 +147,29 @@ private:
     Real tolerance;
     FixedEdges<Real> fixed;
     Pnt3Pool<Real>* crossings;
+    Tri* latest = nullptr;  // where the last point was located
     std::size_t splitsLeft = 0;
 };
+
+/// Whether all points can become vertices.
+template <class Real>
+bool accepts(DelaunayEngine<Real>& engine, Pnt3Array<Real>* points) {
+    if (points == nullptr || points->size() < 2) { return false; }
+    TinRecord<Real>* hint = engine.newest();
+    return std::all_of(points->begin(), points->end(), [&](const XPnt3<Real>& p) {
+        hint = engine.locateFrom(hint, {double(p.x), double(p.y)});
+        return hint != nullptr && std::isfinite(p.z);
+    });
+}
+
+template <class Real>
+ref_ptr<VertexArray<Real>> newVertexArray() {
+    if constexpr (std::same_as<Real, double>) {
+        return newPDoubleArray();
+    } else {
+        return newPFloatArray();
+    }
+}
 
 /// Adds those of the polylines that can be; -1 when none can.
 template <class Real, class Polylines>
@@ -156,18 +177,14 @@ int addAll(DelaunayInterface<Real>* interface, Polylines&& polylines, Real toler
            VertexArray<Real>* fixed, Pnt3Pool<Real>* crossings) {
     auto* const engine = engineOf(interface);
     if (engine == nullptr || !(tolerance >= 0)) { return -1; }
-    ref_ptr<VertexArray<Real>> list = fixed;
-    if constexpr (std::same_as<Real, double>) {
-        if (fixed == nullptr) { list = newPDoubleArray(); }
-    } else {
-        if (fixed == nullptr) { list = newPFloatArray(); }
-    }
-    Breaklines<Real> breaklines(*engine, tolerance, list.get(), crossings);
-    int edges = -1;
+    const ref_ptr<VertexArray<Real>> list = fixed != nullptr ? fixed : newVertexArray<Real>();
+    std::optional<Breaklines<Real>> breaklines;
     for (Pnt3Array<Real>* const points : polylines) {
-        if (breaklines.accepts(points)) { edges = std::max(edges, 0) + breaklines.add(*points); }
+        if (!accepts(*engine, points)) { continue; }
+        if (!breaklines) { breaklines.emplace(*engine, tolerance, *list, crossings); }
+        breaklines->add(*points);
     }
-    return edges;
+    return breaklines ? breaklines->edges() : -1;
 }
 
 }  // namespace
@@ -186,13 +203,35 @@ int addBreaklines(DelaunayInterface<Real>* engine, Pnt3ArrayArray<Real>* polylin
     return polylines == nullptr ? -1 : addAll(engine, *polylines, tolerance, fixed, crossings);
 }
 
+namespace {
+
+/// Whether no triangle runs clockwise and all links are mutual, across the same edge: then every flip
+/// lowers the surface over the paraboloid, and flipping ends.
+template <class Real>
+bool isOriented(DelaunayEngine<Real>& engine) {
+    for (std::size_t n = 0; n < engine.count(); ++n) {
+        const TinRecord<Real>* const t = engine.at(n);
+        const auto& v = t->vertex;
+        if (orientation(xyOf(v[0]), xyOf(v[1]), xyOf(v[2])) < 0) { return false; }
+        for (int i = 0; i < 3; ++i) {
+            const TinRecord<Real>* const next = t->neighbor[i];
+            if (next == nullptr) { continue; }
+            const int back = next->index(v[after[i]], v[before[i]]);
+            if (back < 0 || next->neighbor[back] != t) { return false; }
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
 template <class Real>
 int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>* fixedVertices) {
     auto* const engine = engineOf(interface);
-    if (engine == nullptr) { return 0; }
+    if (engine == nullptr || !isOriented(*engine)) { return -1; }
     const ref_ptr<VertexArray<Real>> copy =
-        fixedVertices == nullptr ? nullptr : fixedVertices->clone();
-    const FixedEdges<Real> fixed(copy.get());
+        fixedVertices == nullptr ? newVertexArray<Real>() : fixedVertices->clone();
+    const FixedEdges<Real> fixed(*copy);
     std::vector<TinRecord<Real>*> pending;
     for (std::size_t n = engine->count(); n-- > 0;) { pending.push_back(engine->at(n)); }
     int flips = 0;

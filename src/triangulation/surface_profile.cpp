@@ -28,14 +28,8 @@ public:
 
     ref_ptr<Pnt3dArray> run() {
         addEnd(a);
-        if (Tri* const t = firstTriangle()) { follow(t); }
-        // A line that leaves the network, or starts outside it, may come in again.
-        for (const auto& [where, t] : entries()) {
-            if (where > reached) {
-                isInterrupted = true;
-                follow(t);
-            }
-        }
+        Tri* const first = firstTriangle();
+        if (first == nullptr || !follow(first)) { reenter(); }
         isInterrupted = true;
         addEnd(b);
         return points;
@@ -105,6 +99,15 @@ private:
         }
         return true;
     }
+    /// A line that leaves the network, or starts outside it, may come in again.
+    void reenter() {
+        for (const auto& [where, t] : entries()) {
+            if (where > reached) {
+                isInterrupted = true;
+                follow(t);
+            }
+        }
+    }
     /// The triangles on the rim of the network where the line comes in, by where.
     [[nodiscard]] std::vector<std::pair<double, Tri*>> entries() {
         std::vector<std::pair<double, Tri*>> result;
@@ -120,7 +123,8 @@ private:
         return result;
     }
 
-    void follow(Tri* t) {
+    /// From triangle to triangle; whether b was reached.
+    bool follow(Tri* t) {
         XPnt3d entry = crossing(t, crossedEdge(t, false));
         for (int out = crossedEdge(t, true); out != 3 && stepsLeft > 0; --stepsLeft) {
             XPnt3d exit = crossing(t, out);
@@ -139,10 +143,12 @@ private:
                 isInterrupted = true;
             }
             t = t->neighbor[out];
-            if (t == nullptr || along(exit) >= 1) { return; }
+            if (along(exit) >= 1) { return true; }
+            if (t == nullptr) { return false; }
             entry = exit;
             out = crossedEdge(t, true);
         }
+        return false;
     }
 
     /// A triangle of the surface for a line inside t: t itself, or the one across an edge that the

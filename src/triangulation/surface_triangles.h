@@ -5,7 +5,7 @@
 #include <zyn/surface.h>
 
 #include "triangulation/engine.h"
-#include "triangulation/flip.h"
+#include "triangulation/ring.h"
 
 #include <algorithm>
 #include <cmath>
@@ -45,18 +45,12 @@ public:
     }
     /// A triangle of the surface round the vertex at corner `i` of t, or null.
     [[nodiscard]] Tri* round(Tri* t, int i) const {
-        const Real* const v = t->vertex[i];
-        std::size_t stepsLeft = engine->count();  // links of a damaged network may circle
-        for (const auto& side : {after, before}) {
-            for (Tri* n = t; n != nullptr && stepsLeft > 0; --stepsLeft) {
-                const int slot = n->index(v);
-                if (slot == 3) { break; }
-                if (has(n)) { return n; }
-                n = n->neighbor[side[slot]];
-                if (n == t) { return nullptr; }
-            }
-        }
-        return nullptr;
+        Tri* found = nullptr;
+        forRing(t, i, engine->count(), [this, &found](Tri* n, int) {
+            if (has(n)) { found = n; }
+            return found != nullptr;
+        });
+        return found;
     }
     /// Calls `use(t, number)` for each of them, in pool order.
     template <class Use>

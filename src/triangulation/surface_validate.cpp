@@ -73,28 +73,29 @@ private:
         return isIllegal ? "has an edge that is not Delaunay" : nullptr;
     }
 
-    /// On the rim, where all three corners lie on one side of the hull; and beside points in one
-    /// place.
-    bool mayBeFlat(const Tri* t) {
-        const bool isOnRim = std::find(t->neighbor, t->neighbor + 3, nullptr) != t->neighbor + 3;
-        return isOnRim || isOnOneSideOfFrame(t) || hasDuplicates();
-    }
-    bool isOnOneSideOfFrame(const Tri* t) {
-        if (hull.empty()) { findHull(); }
-        const auto all = [t](int axis, double value) {
-            return std::all_of(t->vertex, t->vertex + 3,
-                               [=](const Real* v) { return double(v[axis]) == value; });
-        };
-        return all(0, hull[0]) || all(0, hull[1]) || all(1, hull[2]) || all(1, hull[3]);
-    }
-    void findHull() {
-        hull = {HUGE_VAL, -HUGE_VAL, HUGE_VAL, -HUGE_VAL};
-        for (const Real* const v : vertices()) {
-            hull[0] = std::min(hull[0], double(v[0]));
-            hull[1] = std::max(hull[1], double(v[0]));
-            hull[2] = std::min(hull[2], double(v[1]));
-            hull[3] = std::max(hull[3], double(v[1]));
+    /// On a side of the rim, where one comes to an open edge through triangles of no area; and in a
+    /// network with points in one place, where such triangles outlast the removal of a neighbour.
+    bool mayBeFlat(const Tri* flat) {
+        std::vector<const Tri*> around{flat};
+        std::unordered_set<const Tri*> seen{flat};
+        bool isOnRim = hasDuplicates();
+        for (std::size_t n = 0; n < around.size() && !isOnRim; ++n) {
+            isOnRim = onRim.contains(around[n]);
+            for (const Tri* const next : around[n]->neighbor) {
+                isOnRim = isOnRim || next == nullptr;
+                if (next != nullptr && numberOf(next) >= 0 && hasNoArea(next) &&
+                    seen.insert(next).second) {
+                    around.push_back(next);
+                }
+            }
         }
+        if (isOnRim) { onRim.insert(around.begin(), around.end()); }
+        return isOnRim;
+    }
+    static bool hasNoArea(const Tri* t) {
+        const auto& v = t->vertex;
+        return std::find(v, v + 3, nullptr) == v + 3 &&
+               orientation(xyOf(v[0]), xyOf(v[1]), xyOf(v[2])) == 0;
     }
     bool hasDuplicates() {
         if (!duplicatesKnown) {
@@ -149,24 +150,41 @@ private:
         }
         const char* text = nullptr;
         const Tri* place = nullptr;
+        int rounds = 0;
         for (const auto& [from, edge] : rim) {
             const auto& [to, t] = edge;
-            if (place != nullptr && numberOf(place) <= numberOf(t)) { continue; }
             const auto next = rim.find(to);
-            if (next == rim.end() ||
-                orientation(xyOf(from), xyOf(to), xyOf(next->second.first)) < 0) {
-                text = next == rim.end() ? "has an open edge where the rim ends"
-                                         : "stands at a bay in the rim";
+            const Turn turn = next == rim.end() ? Turn::none : turnAt(from, to, next->second.first);
+            rounds += turn == Turn::passesEast ? 1 : 0;
+            const bool isFault = turn == Turn::none || turn == Turn::right;
+            if (isFault && (place == nullptr || numberOf(t) < numberOf(place))) {
+                text = turn == Turn::none ? "has an open edge where the rim ends"
+                                          : "stands at a bay in the rim";
                 place = t;
             }
         }
         if (place != nullptr) { return sentenceOf(place, text); }
+        if (rounds != 1) {
+            return sentenceOf(part[0], "is part of what winds round more than once");
+        }
         // V - E + F = 1 of a disc, with 2 E = 3 F + edges of the rim.
         const auto v = static_cast<std::int64_t>(corners.size());
         if (2 * v - std::int64_t(part.size()) - std::int64_t(rim.size()) != 2) {
             return sentenceOf(part[0], "is part of what is no disc, by the Euler count");
         }
         return {};
+    }
+    enum class Turn { none, right, left, passesEast };
+    /// How the rim turns from a-b to b-c: to the right, which straight back is too, or to the left or
+    /// not, and then whether through the direction of the x axis.
+    static Turn turnAt(const Real* a, const Real* b, const Real* c) {
+        const auto isUpward = [](const Real* from, const Real* to) {
+            return to[1] > from[1] || (to[1] == from[1] && to[0] > from[0]);
+        };
+        const bool first = isUpward(a, b), second = isUpward(b, c);
+        const int side = orientation(xyOf(a), xyOf(b), xyOf(c));
+        if (side < 0 || (side == 0 && first != second)) { return Turn::right; }
+        return !first && second ? Turn::passesEast : Turn::left;
     }
     QString sentenceOf(const Tri* t, const char* text) {
         return sentence(std::size_t(numberOf(t)), text);
@@ -175,7 +193,7 @@ private:
     const DelaunayEngine<Real>& engine;
     TriangleNumbers<Real> numberOf;
     bool isDelaunayAsked;
-    std::vector<double> hull;  // minX, maxX, minY, maxY
+    std::unordered_set<const Tri*> onRim;  // triangles of no area that may be there
     bool duplicatesKnown = false, duplicates = false;
 };
 

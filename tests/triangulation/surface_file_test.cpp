@@ -78,7 +78,8 @@ TYPED_TEST(SurfaceFileTest, AnotherProgramFindsTheFacesOfObjAndPly) {
     this->addHills();
     ASSERT_TRUE(writeObj(this->engine.get(), (this->file + "obj").c_str()));
     ASSERT_TRUE(writePly(this->engine.get(), (this->file + "ply").c_str()));
-    ASSERT_TRUE(writePly(this->engine.get(), (this->file + "n.ply").c_str(), true));
+    ASSERT_TRUE(
+        writePly(this->engine.get(), (this->file + "n.ply").c_str(), anyEdge, PlyNormals::vertex));
     for (const std::string suffix : {"obj", "ply", "n.ply"}) {
         const std::string facets = this->folder + "/" + suffix + ".stl";
         ASSERT_TRUE(runs("assimp export '" + this->file + suffix + "' '" + facets + "'"));
@@ -115,7 +116,8 @@ TYPED_TEST(SurfaceFileTest, PlyIsMadeOfTheBytesOfTheFormat) {
         }
     }
     const std::string real = sizeof(Real) == 8 ? "double " : "float ";
-    ASSERT_TRUE(writePly(this->engine.get(), (this->file + "ply").c_str(), true));
+    ASSERT_TRUE(
+        writePly(this->engine.get(), (this->file + "ply").c_str(), anyEdge, PlyNormals::vertex));
     EXPECT_EQ(contentOf(this->file + "ply"),
               "ply\nformat binary_little_endian 1.0\ncomment ZynBase\nelement vertex 4\nproperty " +
                   real + "x\nproperty " + real + "y\nproperty " + real +

@@ -127,12 +127,30 @@ void useAll(DelaunayInterface<Real>* engine, DoubleArray* levels, Pnt3dArray* pl
     EXPECT_TRUE(rasterize(engine, Enve2d(-5, -5, 105, 105), 22, 22, out.get()));
 }
 
+/// The points of some of the places become vertices and stay in `lines`.
+template <class Real>
+void addAsBreakline(DelaunayInterface<Real>* engine, Pnt3dArray& places, int first, int end,
+                    std::vector<ref_ptr<Pnt3Array<Real>>>& lines) {
+    if constexpr (std::same_as<Real, double>) {
+        lines.emplace_back(newPnt3dArray());
+    } else {
+        lines.emplace_back(newPnt3fArray());
+    }
+    for (int i = first; i < end; ++i) {
+        const XPnt3d p = places.get(i);
+        lines.back()->append(XPnt3<Real>(Real(p.x), Real(p.y), Real(1)));
+    }
+    addBreakline(engine, lines.back().get(), 0);
+    restoreDelaunay(engine);
+}
+
 TYPED_TEST(SurfaceValidateTest, DamageEndsNoCallBadly) {
     std::mt19937 random(support::newSeed());
     const auto pick = [&random](int count) { return int(random() % unsigned(count)); };
     const ref_ptr<DoubleArray> levels = newDoubleArray();
     for (const double level : {0.0, 2.5, 4.0, 8.0}) { levels->append(level); }
     for (int n = 0; n < 60; ++n) {
+        std::vector<ref_ptr<Pnt3Array<TypeParam>>> lines;
         support::Network<TypeParam> network(0, 0, 100, 100);
         for (int i = 0; i < 100; ++i) {
             network.add(pick(21) * 5, pick(21) * 5, pick(9), pick(9) - 1);
@@ -156,10 +174,13 @@ TYPED_TEST(SurfaceValidateTest, DamageEndsNoCallBadly) {
             }
         }
         useAll<TypeParam>(broken, levels.get(), places.get());
+        const int half = int(places->size()) / 2;
+        addAsBreakline<TypeParam>(broken, *places, 0, half, lines);
         for (int i = 0; i < 20; ++i) {
             broken->deleteTriangle(all[std::size_t(pick(int(all.size())))]);
         }
         useAll<TypeParam>(broken, levels.get(), places.get());
+        addAsBreakline<TypeParam>(broken, *places, half, places->size(), lines);
     }
 }
 

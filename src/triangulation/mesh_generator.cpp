@@ -79,8 +79,12 @@ public:
     }
 
     [[nodiscard]] int size() const { return out.numberoftriangles; }
-    [[nodiscard]] const int* corners(int i) const { return out.trianglelist + 3 * i; }
-    [[nodiscard]] const int* neighbors(int i) const { return out.neighborlist + 3 * i; }
+    [[nodiscard]] const int* corners(int i) const {
+        return out.trianglelist + std::ptrdiff_t{3} * i;
+    }
+    [[nodiscard]] const int* neighbors(int i) const {
+        return out.neighborlist + std::ptrdiff_t{3} * i;
+    }
 
 private:
     triangulateio out = {};

@@ -35,7 +35,7 @@ constexpr unsigned quarter(unsigned x, unsigned y, Turn& turn) {
 
 /// Four levels of the curve at once: by turn, four bits of x and four of y.
 struct Steps {
-    std::array<std::uint16_t, 4 * 256> table{};  // the place in 8 bits, below it the next turn in 2
+    std::array<std::uint16_t, 1024> table{};  // the place in 8 bits, below it the next turn in 2
 
     constexpr Steps() {
         for (unsigned entry = 0; entry < table.size(); ++entry) {

@@ -178,7 +178,7 @@ private:
 /// there. As many start at a vertex as end there.
 template <class Real>
 void join(std::vector<std::vector<Node<Real>>>& pieces) {
-    constexpr std::size_t none = static_cast<std::size_t>(-1);
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
     std::unordered_multimap<const Real*, std::size_t> startingAt;
     const auto isClosed = [](const auto& piece) { return piece.front().isAt(piece.back()); };
     for (std::size_t i = 0; i < pieces.size(); ++i) {

@@ -127,7 +127,7 @@ TEST_F(SurfaceExample, BringsBreaklinesIn) {
     // point.
     write("crossing", "# ridge\n-10 0 5\n10 0 5\n\n> ditch\n0 -1 0\n0 1 0\n\n#\n20 20 9\n");
     const std::string crossing = report(rhombus, "--breaklines crossing");
-    EXPECT_TRUE(contains(crossing, "breaklines  3 with 3 edges, 1 crossings\n"));
+    EXPECT_TRUE(contains(crossing, "breaklines  3 with 4 edges, 1 crossings\n"));
     EXPECT_TRUE(contains(crossing, "4 read, 0 skipped, 0 rejected\n"));
     EXPECT_EQ(objLines('v').size(), 6U);
     EXPECT_TRUE(objLines('v').contains("v 0 0 5"));

@@ -1,6 +1,7 @@
 // Surfaces in bulk against CGAL's Delaunay triangulation and the mesh generator, in one run.
 //
-// usage: bench_peers [POINTS [RUNS [FAMILY]]]     FAMILY: uniform, clusters, grid, rows, scan, terrain
+// usage: bench_peers [POINTS [RUNS [PART]]]
+// PART: one of the families uniform, clusters, grid, rows, scan, terrain; or queries; all of them else
 //
 // Everybody gets the same points, shuffled unless the family is an order by itself. All take turns,
 // and the medians of the runs are compared.
@@ -13,12 +14,13 @@
 #include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
 #include <triangle.h>
 
+#include <algorithm>
 #include <cfenv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <functional>
+#include <initializer_list>
 #include <random>
 #include <string>
 #include <vector>
@@ -319,21 +321,25 @@ int main(int argc, char** argv) {
     const std::string only = argc > 3 ? argv[3] : "";
     std::mt19937_64 random(1);
 
-    std::printf("microseconds a point, bytes a point\n\n");
-    std::printf(
-        "| points | number | spatialSort | it and addPoint | addPoints | float | CGAL | "
-        "generator | CGAL / sorted | generator / sorted | CGAL / addPoints | bytes | CGAL |\n");
-    std::printf("|---|---|---|---|---|---|---|---|---|---|---|---|---|\n");
+    const auto isAsked = [&only](const std::string& part) { return only.empty() || only == part; };
+    if (only != "queries") {
+        std::printf("microseconds a point, bytes a point\n\n");
+        std::printf(
+            "| points | number | spatialSort | it and addPoint | addPoints | float | CGAL |"
+            " generator | CGAL / sorted | generator / sorted | CGAL / addPoints | bytes |"
+            " CGAL |\n|---|---|---|---|---|---|---|---|---|---|---|---|---|\n");
+    }
     for (const Family& family : families) {
-        if (!only.empty() && only != family.name) { continue; }
+        if (!isAsked(family.name)) { continue; }
         const Points points = family.make(n, random);
         printInsertion(family.name, points.size(), insertion(points, runs));
     }
-    if (!only.empty()) { return 0; }
-    std::printf(
-        "\n| triangles | heightAt | CGAL locate | ratio | raster cells a second | "
-        "10 contours | volume |\n|---|---|---|---|---|---|---|\n");
-    queries(n, runs, random);
-    oneShot(uniform(n, random), runs);
+    if (isAsked("queries")) {
+        std::printf(
+            "\n| triangles | heightAt | CGAL locate | ratio | raster cells a second |"
+            " 10 contours | volume |\n|---|---|---|---|---|---|---|\n");
+        queries(n, runs, random);
+        oneShot(uniform(n, random), runs);
+    }
     return 0;
 }

@@ -1,0 +1,186 @@
+// Operations on an engine of either precision. After every few of them the network must be sound.
+#include <zyn/surface.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+#include <limits>
+#include <memory>
+#include <vector>
+
+#include "bytes.h"
+
+namespace {
+
+using namespace zyn;
+
+template <class Real>
+class EngineRun {
+public:
+    explicit EngineRun(Bytes& bytes_) : bytes(bytes_), scale(scales[bytes.below(5)]) {
+        const Real low = Real(-scale), high = Real(17 * scale);
+        if constexpr (isDouble) {
+            engine = newZynDelaunayDouble(0, low, low, high, high);
+            pool = newPnt3dPool();
+            fixed = newPDoubleArray();
+        } else {
+            engine = newZynDelaunay(0, low, low, high, high);
+            pool = newPnt3fPool();
+            fixed = newPFloatArray();
+        }
+    }
+
+    void run() {
+        for (int n = 0; n < 400 && !bytes.isEmpty(); ++n) {
+            operate();
+            if (n % 8 == 0) { check(); }
+        }
+        check();
+    }
+
+private:
+    static constexpr bool isDouble = std::same_as<Real, double>;
+    static constexpr double scales[] = {1, 0.1, 1e-9, 1e12, 432100.123};
+    using Engine = std::conditional_t<isDouble, IZynDelaunayD, IZynDelaunay>;
+
+    /// Mostly on a small lattice, where points meet and lines cross in vertices; now and then anything.
+    Real coordinate() {
+        const int kind = bytes.take();
+        if (kind < 200) { return Real(kind % 17 * scale); }
+        if (kind < 230) { return Real((kind - 200) * scale / 2); }
+        if (kind < 240) {
+            return std::nextafter(Real(kind % 5 * scale), Real(kind % 2 == 0 ? 1e30 : -1e30));
+        }
+        if (kind < 250) { return Real(bytes.take<std::int16_t>() / 2048.0 * scale); }
+        static constexpr Real odd[] = {std::numeric_limits<Real>::quiet_NaN(),
+                                       std::numeric_limits<Real>::infinity(),
+                                       Real(-1e30),
+                                       std::numeric_limits<Real>::denorm_min(),
+                                       Real(-0.0),
+                                       std::numeric_limits<Real>::max()};
+        return odd[kind - 250];
+    }
+    XPnt3<Real> point() {
+        const Real x = coordinate();
+        return {x, coordinate(), Real(bytes.below(10))};
+    }
+    Real tolerance() {
+        static constexpr double kinds[] = {0, 0, 0, 0, 0.5, 2};
+        return Real(kinds[bytes.below(6)] * scale);
+    }
+    Real* vertex() {
+        engine->rewindTriangles();
+        auto* t = engine->nextTriangle();
+        for (int n = bytes.take(); n > 0 && t != nullptr; --n) {
+            auto* const next = engine->nextTriangle();
+            t = next == nullptr ? t : next;
+        }
+        return t == nullptr ? nullptr : t->vertex[bytes.below(3)];
+    }
+    auto newPoints() {
+        if constexpr (isDouble) {
+            return ref_ptr(newPnt3dArray());
+        } else {
+            return ref_ptr(newPnt3fArray());
+        }
+    }
+    auto* somePoints(int count) {
+        arrays.push_back(newPoints());
+        for (int n = 0; n < count; ++n) { arrays.back()->append(point()); }
+        return arrays.back().get();
+    }
+
+    void operate() {
+        auto* const e = engine.get();
+        switch (bytes.below(14)) {
+        case 0:
+        case 1:
+        case 2: {
+            points.push_back(std::make_unique<XPnt3<Real>>(point()));
+            engine->addPoint(points.back().get(), tolerance());
+            break;
+        }
+        case 3: addPoints(e, somePoints(bytes.below(40)), tolerance()); break;
+        case 4: {
+            const Real x = coordinate();
+            if (engine->removePoint(nullptr, x, coordinate(), Real(scale))) { fixed->removeAll(); }
+            break;
+        }
+        case 5: {
+            Real* const a = vertex();
+            Real* const b = vertex();
+            if (a != nullptr && b != nullptr && a != b) { engine->enforceEdge(a, b, nullptr); }
+            break;
+        }
+        case 6:
+        case 7: {
+            const bool isAsked = bytes.below(2) == 0;
+            addBreakline(e, somePoints(2 + bytes.below(4)), tolerance(), fixed.get(),
+                         isAsked ? pool.get() : nullptr);
+            break;
+        }
+        case 8:
+            restoreDelaunay(e);
+            fixed->removeAll();
+            break;
+        case 9: {
+            const Real x = coordinate();
+            (void)engine->locate(x, coordinate());
+            double z = 0;
+            heightAt(e, double(x), double(coordinate()), z);
+            break;
+        }
+        case 10: {
+            const double x = double(coordinate()), y = double(coordinate());
+            (void)profile(e, {x, y}, {double(coordinate()), double(coordinate())});
+            break;
+        }
+        case 11: {
+            const ref_ptr<DoubleArray> levels = newDoubleArray();
+            levels->append(bytes.below(11));
+            (void)contours(e, levels.get());
+            (void)volume(e, levels->get(0));
+            break;
+        }
+        case 12:
+            compactVertices(e);
+            fixed->removeAll();
+            break;
+        default: {
+            const ref_ptr<MatrixDbl> cells = newMatrixDbl();
+            const double x = double(coordinate());
+            rasterize(e, Enve2d(x, x, x + 9 * scale, x + 9 * scale), 1 + bytes.below(20),
+                      1 + bytes.below(20), cells.get());
+        }
+        }
+    }
+    void check() {
+        const QString fault = validate(engine.get(), false);
+        if (!fault.isNull()) {
+            std::fprintf(stderr, "%s\n", qPrintable(fault));
+            std::abort();
+        }
+        for (int i = 0; i < fixed->size(); ++i) { FUZZ_REQUIRE(fixed->get(i) != nullptr); }
+    }
+
+    Bytes& bytes;
+    const double scale;
+    ref_ptr<Engine> engine;
+    std::vector<std::unique_ptr<XPnt3<Real>>> points;
+    std::vector<ref_ptr<Pnt3Array<Real>>> arrays;
+    ref_ptr<Pnt3Pool<Real>> pool;
+    ref_ptr<VertexArray<Real>> fixed;
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Bytes bytes(data, size);
+    if (bytes.below(2) == 0) {
+        EngineRun<double>(bytes).run();
+    } else {
+        EngineRun<float>(bytes).run();
+    }
+    return 0;
+}

@@ -1,38 +1,16 @@
 // Files of networks, binary and text, read by both engines; what was read is then used.
 #include <zyn/surface.h>
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <string>
 
 #include "bytes.h"
+#include "memory_file.h"
 
 namespace {
 
 using namespace zyn;
-
-/// A file in memory.
-class MemoryFile {
-public:
-    explicit MemoryFile(std::span<const std::uint8_t> content) : number(memfd_create("tin", 0)) {
-        FUZZ_REQUIRE(number >= 0);
-        FUZZ_REQUIRE(write(number, content.data(), content.size()) ==
-                     static_cast<ssize_t>(content.size()));
-        path = "/proc/self/fd/" + std::to_string(number);
-    }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-    ~MemoryFile() { close(number); }
-
-    std::string path;
-
-private:
-    int number;
-};
 
 template <class Real, class Engine>
 void readAndUse(const ref_ptr<Engine>& engine, const MemoryFile& file, bool isText) {

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTextCodec>
 #include <QTextStream>
 
 #include <algorithm>
@@ -79,7 +80,8 @@ std::int64_t lineFeeds(std::string_view text) {
     return count + std::count(text.begin(), text.end(), '\n');
 }
 
-/// Calls use(line) for each line of the file that is not empty, without carriage returns.
+/// Calls use(line, isEnded) for each line of the file that is not empty, without carriage returns; only
+/// the last one may lack its end.
 template <class Use>
 void forLines(QFile& file, Use use) {
     constexpr std::size_t blockSize = std::size_t(1) << 18;
@@ -97,7 +99,7 @@ void forLines(QFile& file, Use use) {
             const std::size_t end = text.find('\n', from);
             if (end == std::string_view::npos && !(atEnd && !text.empty())) { break; }
             const std::string_view line = text.substr(0, end);
-            if (!line.empty()) { use(line); }
+            if (!line.empty()) { use(line, end != std::string_view::npos); }
             text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
             from = 0;
         }
@@ -105,6 +107,7 @@ void forLines(QFile& file, Use use) {
     }
 }
 
+constexpr int mibUtf8 = 106;
 constexpr const char* byteOrderMark = "\xEF\xBB\xBF";
 
 /// Whether the line may be decoded: as long as a QString, and without a mark, which a codec would
@@ -188,16 +191,25 @@ bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress* progr
     } else {
         const bool isUtf8 = file.peek(3) == byteOrderMark;
         if (isUtf8) { file.read(3); }
-        const auto decoded = [isUtf8](std::string_view line) {
+        const QTextCodec* const codec =
+            isUtf8 ? QTextCodec::codecForMib(mibUtf8) : QTextCodec::codecForLocale();
+        // A character that the file's end cuts off is no character.
+        const auto decoded = [codec](std::string_view line, bool isEnded) {
+            QTextCodec::ConverterState cutOff(QTextCodec::IgnoreHeader);
             const int size = static_cast<int>(line.size());
-            return isUtf8 ? QString::fromUtf8(line.data(), size)
-                          : QString::fromLocal8Bit(line.data(), size);
+            return isEnded ? codec->toUnicode(line.data(), size)
+                           : codec->toUnicode(line.data(), size, &cutOff);
         };
-        forLines(file, [&](std::string_view line) {
-            hasLine = true;
-            const bool isPoint = isPlain(line) ? toPoint(line, point)
-                                               : isDecodable(line) && toPoint(decoded(line), point);
-            if (isPoint) { points->append(point); }
+        forLines(file, [&](std::string_view line, bool isEnded) {
+            if (isPlain(line)) {
+                hasLine = true;
+                if (toPoint(line, point)) { points->append(point); }
+                return;
+            }
+            const bool hasText = isDecodable(line);
+            const QString text = hasText ? decoded(line, isEnded) : QString();
+            hasLine = hasLine || isEnded || !hasText || !text.isEmpty();
+            if (toPoint(text, point)) { points->append(point); }
         });
     }
     if (!hasLine) { return false; }

@@ -1,0 +1,113 @@
+// Files of lines, points and settings, and numbers and keys as text.
+#include <zyn/guid.h>
+#include <zyn/setting.h>
+#include <zyn/textfile.h>
+
+#include <QString>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <span>
+
+#include "bytes.h"
+#include "memory_file.h"
+
+namespace {
+
+using namespace zyn;
+
+QString text(std::span<const std::uint8_t> bytes) {
+    return QString::fromLocal8Bit(reinterpret_cast<const char*>(bytes.data()),
+                                  static_cast<int>(bytes.size()));
+}
+
+bool areEqual(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
+
+/// The fast reader and the documented way, line by line, find the same points; in plain text they agree
+/// on whether there is a line, too, of which cut off characters leave more or less.
+void readFile(const QString& path, bool isPlain) {
+    const ref_ptr<StringArray> lines = readLines(path, nullptr);
+    FUZZ_REQUIRE(lines);
+    FUZZ_REQUIRE(getTxtFileLineNum(path, nullptr) >= 0);
+    ref_ptr<Pnt2dArray> points;
+    const bool isRead = readPnt2dArray(path, points, nullptr);
+    FUZZ_REQUIRE(!isPlain || isRead == (lines->size() > 0));
+    int n = 0;
+    for (const QString& line : *lines) {
+        const ref_ptr<StringArray> fields = strSeperator(line, QStringLiteral(" ,\t\n"));
+        bool hasX = false, hasY = false;
+        if (fields->size() < 2) { continue; }
+        const double x = fields->get(0).toDouble(&hasX), y = fields->get(1).toDouble(&hasY);
+        if (!hasX || !hasY) { continue; }
+        FUZZ_REQUIRE(n < points->size());
+        FUZZ_REQUIRE(areEqual(points->get(n).x, x) && areEqual(points->get(n).y, y));
+        ++n;
+    }
+    FUZZ_REQUIRE(!points || n == points->size());
+}
+
+/// What was read is found, and comes back from a file unless it holds separators.
+void readSettings(const QString& path) {
+    const ref_ptr<IZynSetting> settings = newZynSetting(QString());
+    FUZZ_REQUIRE(settings->open(path) == 0);
+    const ref_ptr<StringArray> lines = readLines(path, nullptr);
+    for (const QString& line : *lines) {
+        const ref_ptr<StringArray> pieces = strSeperator(line, QStringLiteral("[]=\n"));
+        if (pieces->size() >= 2) { FUZZ_REQUIRE(!settings->getValue(pieces->get(0)).isNull()); }
+    }
+    FUZZ_REQUIRE(settings->save() == 0);
+}
+
+void convert(Bytes& bytes) {
+    const auto value = bytes.take<double>();
+    const QString written = tostring(value);
+    if (std::isfinite(value) && std::abs(value) > 1e-300) {
+        FUZZ_REQUIRE(std::abs(written.toDouble() / value - 1) < 5.3e-15);
+    }
+    const auto number = bytes.take<std::int32_t>();
+    const int base = bytes.take<std::int8_t>();
+    FUZZ_REQUIRE(toLong(tostring(number)) == number);
+    FUZZ_REQUIRE(tostring(number, base).isNull() == (base < 2 || base > 36));
+    if (number != std::numeric_limits<std::int32_t>::min()) {
+        FUZZ_REQUIRE(keyStrToNum(numToKeyStr(number)) == number);
+    }
+    const QString rest = text(bytes.all());
+    (void)keyStrToNum(rest);
+    (void)toDouble(rest);
+    (void)toLong(rest);
+    int size = 0;
+    const ref_ptr<StringArray> pieces = strSeperator(rest, rest.left(2));
+    for (const QString& piece : *pieces) {
+        FUZZ_REQUIRE(!piece.isEmpty());
+        size += piece.size();
+    }
+    FUZZ_REQUIRE(size <= rest.size());
+    IZynGUID id;
+    id.ref();
+    FUZZ_REQUIRE(id.frString(rest) == 0);
+    id.unref_nodelete();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Bytes bytes(data, size);
+    const int kind = bytes.below(3);
+    if (kind == 2) {
+        convert(bytes);
+        return 0;
+    }
+    const MemoryFile file(bytes.all());
+    const QString path = QString::fromStdString(file.path);
+    if (kind == 0) {
+        const auto content = bytes.all();
+        readFile(path, std::all_of(content.begin(), content.end(),
+                                   [](std::uint8_t byte) { return byte < 0x80; }));
+    } else {
+        readSettings(path);
+    }
+    return 0;
+}

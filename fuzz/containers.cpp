@@ -1,0 +1,131 @@
+// Arrays, pools and matrices against a vector as the model, and grade colours with any numbers.
+#include <zyn/color.h>
+#include <zyn/matrix.h>
+#include <zyn/pool.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include "array_run.h"
+#include "bytes.h"
+
+namespace {
+
+using namespace zyn;
+
+/// Small numbers mostly, then any bits.
+double number(Bytes& bytes) {
+    const int kind = bytes.take();
+    return kind < 230   ? kind % 17 - 8
+           : kind < 245 ? double(bytes.take<float>())
+                        : bytes.take<double>();
+}
+
+/// Blocks hold 65536.
+void runPool(Bytes& bytes) {
+    const ref_ptr<IntPool> pool = newIntPool();
+    std::vector<int> model;
+    for (int n = 0; n < 20 && !bytes.isEmpty() && model.size() < 200000; ++n) {
+        const int kind = bytes.below(6), value = bytes.take<int>();
+        std::vector<int> items(bytes.take<std::uint16_t>() * std::size_t(bytes.below(3)), value);
+        if (kind > 3) { items = {value}; }
+        if (kind == 3) { items = model; }
+        switch (kind) {
+        case 0: pool->append(items); break;
+        case 1: (void)pool->append(items.data(), int(items.size())); break;
+        case 2: pool->clear(); break;
+        case 3: pool->append(pool.get()); break;
+        default: FUZZ_REQUIRE(pool->contains(pool->append(value)));
+        }
+        if (kind == 2) { model = items = {}; }
+        model.insert(model.end(), items.begin(), items.end());
+        FUZZ_REQUIRE(pool->size() == model.size() && pool->at(model.size()) == nullptr);
+        pool->rewindBlocks();
+        std::size_t walked = 0;
+        for (std::size_t count = 0; (count = pool->currentBlockSize()) > 0; walked += count) {
+            const int* const block = pool->nextBlock();
+            FUZZ_REQUIRE(block == pool->at(walked));
+            FUZZ_REQUIRE(std::memcmp(block, &model[walked], count * sizeof *block) == 0);
+        }
+        FUZZ_REQUIRE(walked == model.size());
+    }
+    pool->rewind();
+    for (const int v : model) { FUZZ_REQUIRE(*pool->next() == v); }
+}
+
+void runMatrix(Bytes& bytes) {
+    const int rows = bytes.below(9) - 1, cols = bytes.below(4) > 0 ? rows : bytes.below(9) - 1;
+    const ref_ptr<MatrixDbl> m = newMatrixDbl();
+    FUZZ_REQUIRE(m->setSize(rows, cols) == (rows > 0 && cols > 0));
+    matrix<double> copy(m->rows(), m->cols());
+    const int size = m->rows() * m->cols();
+    for (int i = 0; i < size; ++i) { copy.data()[i] = m->data()[i] = number(bytes); }
+    const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
+    m->transpose();
+    for (int r = 0, c = 0; r < m->rows(); c = (c + 1) % m->cols(), r += c == 0) {
+        FUZZ_REQUIRE(same(m->get(r, c), copy.get(c, r)));
+    }
+    const int first = bytes.take<short>(), last = bytes.take<short>();
+    (void)ref_ptr(m->subMatrix(first % 9, last % 9, last % 7, first % 7));
+    (void)ref_ptr(m->normalized(number(bytes), number(bytes)));
+    m->transpose();
+    const bool isInverted = copy.invert();
+    try {
+        const ref_ptr<MatrixDbl> inverse(m->inverse());
+        FUZZ_REQUIRE(std::equal(copy.data(), copy.data() + size, inverse->data(), same));
+        const ref_ptr<MatrixDbl> back(inverse->inverse());
+        const auto isSmall = [](double v) { return std::abs(v) <= 8 && v == std::trunc(v); };
+        if (!isInverted || size > 4 || !std::all_of(m->data(), m->data() + size, isSmall)) {
+            return;
+        }
+        FUZZ_REQUIRE(std::abs(back->get(0, 0) - m->get(0, 0)) < 1e-6);
+    } catch (char*) { FUZZ_REQUIRE(m->rows() != m->cols() && !isInverted); }
+}
+
+void runGrade(Bytes& bytes) {
+    const ref_ptr<IZynGradeColor> grade = newZynGradeColor();
+    while (!bytes.isEmpty()) {
+        const int kind = bytes.below(7), count = grade->getPegCount();
+        const int index = bytes.below(2) == 0 ? bytes.take() % (count + 1) : bytes.take<int>();
+        const float pos = kind % 2 == 0 ? bytes.take() / 200.0F - 0.1F : bytes.take<float>();
+        const auto color = bytes.take<std::uint32_t>();
+        switch (kind) {
+        case 0: grade->setMode(index % 12); break;
+        case 1: grade->setSteps(index); break;
+        case 2: grade->removePeg(index); break;
+        case 3: grade->setUseZero(index % 2); break;
+        case 4: (void)grade->setPeg(index, color, pos); break;
+        default: FUZZ_REQUIRE(grade->getPeg(grade->addPeg(color, pos)).color == color);
+        }
+        for (int i = 0; i < grade->getPegCount(); ++i) {
+            const float low = i > 0 ? grade->getPeg(i - 1).pos : 0;
+            FUZZ_REQUIRE(low <= grade->getPeg(i).pos && grade->getPeg(i).pos <= 1);
+        }
+        FUZZ_REQUIRE(grade->findSegment(pos) < grade->getPegCount());
+        std::vector<ZynColor4b> table(64);
+        if (!grade->fillTable(table.data(), 64)) { continue; }
+        for (int i = 0; i < 64; ++i) {
+            const std::uint32_t c = grade->getColor(float(i) / 64);
+            const ZynColor4b t = table[std::size_t(i)];
+            FUZZ_REQUIRE((c & 0xFFFFFF) == std::uint32_t(t.r | t.g << 8 | t.b << 16));
+        }
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Bytes bytes(data, size);
+    switch (bytes.below(6)) {
+    case 0: runArray(bytes, ref_ptr(newIntArray())); break;
+    case 1: runArray(bytes, ref_ptr(newStringArray())); break;
+    case 2: runArray(bytes, ref_ptr(newPnt3dArray())); break;
+    case 3: runPool(bytes); break;
+    case 4: runMatrix(bytes); break;
+    default: runGrade(bytes);
+    }
+    return 0;
+}

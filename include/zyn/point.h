@@ -1,6 +1,6 @@
 // Points and vectors: small copyable values in two and three dimensions, in float and double.
 //
-// PT2 and PT3 are bare coordinates. XPnt2 and XPnt3 add the geometry, and XPnt3 carries a signed
+// XPnt2 and XPnt3 add the geometry to the bare PT2 and PT3 of coordinates.h, and XPnt3 carries a signed
 // 16-bit intensity, `inten`, which takes no part in norms, comparisons or coordinate arrays. The Tag
 // forms carry an `int tag`. Use the double forms for coordinates on the ground (UTM, earth-centred);
 // the float forms for what is shown and for clouds that are reduced to a local origin.
@@ -18,6 +18,7 @@
 // survive a conversion between the precisions: convert after having asked isValid().
 #pragma once
 
+#include <zyn/coordinates.h>
 #include <zyn/export.h>
 
 #include <cmath>
@@ -31,83 +32,10 @@ namespace zyn {
 
 struct LasPnt;
 
-/// What default construction of bare coordinates stores.
-template <class T>
-inline constexpr T unsetCoordinate = T(-99999);
-
 /// The mark of an invalid XPnt2 or XPnt3: -2147483647.0 in double, -99999.0f in float.
 template <std::floating_point T>
 inline constexpr T invalidCoordinate =
     std::same_as<T, double> ? T(-2147483647.0) : unsetCoordinate<T>;
-
-/// A pointer to coordinates of type T, and nothing that merely converts to one.
-template <class P, class T>
-concept CoordinatePointer = std::same_as<P, T*> || std::same_as<P, const T*>;
-
-/// Two bare coordinates, consecutive in memory. T is float, double or std::int32_t.
-template <class T>
-struct PT2 {
-    using Coordinate = T;
-
-    T x = unsetCoordinate<T>;
-    T y = unsetCoordinate<T>;
-
-    constexpr PT2() noexcept = default;
-    constexpr PT2(T x_, T y_) noexcept : x(x_), y(y_) {}
-
-    /// Address of `x`: an array of two coordinates.
-    template <std::same_as<const T*> P>
-    operator P() const noexcept {
-        return &x;
-    }
-    /// Exact comparison of the coordinates.
-    friend constexpr bool operator==(const PT2& a, const PT2& b) noexcept {
-        return a.x == b.x && a.y == b.y;
-    }
-};
-
-/// Three bare coordinates, consecutive in memory. T is float or double.
-template <class T>
-struct PT3 {
-    using Coordinate = T;
-
-    T x = unsetCoordinate<T>;
-    T y = unsetCoordinate<T>;
-    T z = unsetCoordinate<T>;
-
-    constexpr PT3() noexcept = default;
-    constexpr PT3(T x_, T y_, T z_) noexcept : x(x_), y(y_), z(z_) {}
-
-    /// Address of `x`: an array of three coordinates.
-    template <std::same_as<const T*> P>
-    operator P() const noexcept {
-        return &x;
-    }
-    /// Exact comparison of the coordinates; nothing that a derived point carries takes part.
-    friend constexpr bool operator==(const PT3& a, const PT3& b) noexcept {
-        return a.x == b.x && a.y == b.y && a.z == b.z;
-    }
-};
-
-// A point is neither compared with an address of coordinates nor subtracted from one: some compilers
-// would turn it into its own address for that.
-
-template <class P, CoordinatePointer<typename P::Coordinate> A>
-bool operator==(const P&, A) = delete;
-template <class P, CoordinatePointer<typename P::Coordinate> A>
-bool operator<=>(const P&, A) = delete;
-template <class P, CoordinatePointer<typename P::Coordinate> A>
-void operator-(const P&, A) = delete;
-template <class P, CoordinatePointer<typename P::Coordinate> A>
-void operator-(A, const P&) = delete;
-
-/// The plain forms of double points in signatures.
-struct PNT2D : PT2<double> {
-    using PT2<double>::PT2;
-};
-struct PNT3D : PT3<double> {
-    using PT3<double>::PT3;
-};
 
 /// Point in the plane. A new one is invalid.
 template <std::floating_point T>

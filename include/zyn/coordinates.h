@@ -1,0 +1,89 @@
+// Bare coordinates: two or three numbers, consecutive in memory, that stand for an array of them.
+//
+// PT2 and PT3 are what points (point.h) and laser records (las.h) are made of. They know nothing but
+// their numbers:
+//
+//     PT3<double> p(1.0, 2.0, 3.0);
+//     const double* xyz = p;                    // three consecutive coordinates
+//     bool same = p == PT3<double>(1, 2, 3);    // exactly
+#pragma once
+
+#include <concepts>
+#include <type_traits>
+
+namespace zyn {
+
+/// What default construction of bare coordinates stores.
+template <class T>
+inline constexpr T unsetCoordinate = T(-99999);
+
+/// A pointer to coordinates of type T, and nothing that merely converts to one.
+template <class P, class T>
+concept CoordinatePointer = std::same_as<P, T*> || std::same_as<P, const T*>;
+
+/// Two bare coordinates, consecutive in memory. T is float, double or std::int32_t.
+template <class T>
+struct PT2 {
+    using Coordinate = T;
+
+    T x = unsetCoordinate<T>;
+    T y = unsetCoordinate<T>;
+
+    constexpr PT2() noexcept = default;
+    constexpr PT2(T x_, T y_) noexcept : x(x_), y(y_) {}
+
+    /// Address of `x`: an array of two coordinates.
+    template <std::same_as<const T*> P>
+    operator P() const noexcept {
+        return &x;
+    }
+    /// Exact comparison of the coordinates.
+    friend constexpr bool operator==(const PT2& a, const PT2& b) noexcept {
+        return a.x == b.x && a.y == b.y;
+    }
+};
+
+/// Three bare coordinates, consecutive in memory. T is float or double.
+template <class T>
+struct PT3 {
+    using Coordinate = T;
+
+    T x = unsetCoordinate<T>;
+    T y = unsetCoordinate<T>;
+    T z = unsetCoordinate<T>;
+
+    constexpr PT3() noexcept = default;
+    constexpr PT3(T x_, T y_, T z_) noexcept : x(x_), y(y_), z(z_) {}
+
+    /// Address of `x`: an array of three coordinates.
+    template <std::same_as<const T*> P>
+    operator P() const noexcept {
+        return &x;
+    }
+    /// Exact comparison of the coordinates; nothing that a derived point carries takes part.
+    friend constexpr bool operator==(const PT3& a, const PT3& b) noexcept {
+        return a.x == b.x && a.y == b.y && a.z == b.z;
+    }
+};
+
+// A point is neither compared with an address of coordinates nor subtracted from one: some compilers
+// would turn it into its own address for that.
+
+template <class P, CoordinatePointer<typename P::Coordinate> A>
+bool operator==(const P&, A) = delete;
+template <class P, CoordinatePointer<typename P::Coordinate> A>
+bool operator<=>(const P&, A) = delete;
+template <class P, CoordinatePointer<typename P::Coordinate> A>
+void operator-(const P&, A) = delete;
+template <class P, CoordinatePointer<typename P::Coordinate> A>
+void operator-(A, const P&) = delete;
+
+/// The plain forms of double points in signatures.
+struct PNT2D : PT2<double> {
+    using PT2<double>::PT2;
+};
+struct PNT3D : PT3<double> {
+    using PT3<double>::PT3;
+};
+
+}  // namespace zyn

@@ -1,4 +1,5 @@
-// Operations on an engine of either precision. After every few of them the network must be sound.
+// Operations on an engine of either precision. After every few of them the network must be sound, unless
+// an operation before has left a hole or rounded its points: then nothing may crash or hang.
 #include <zyn/surface.h>
 
 #include <cmath>
@@ -10,10 +11,17 @@
 #include <vector>
 
 #include "bytes.h"
+#include "memory_file.h"
 
 namespace {
 
 using namespace zyn;
+
+/// What the process has executed, told at its end.
+struct Count {
+    ~Count() { std::fprintf(stderr, "engine operations: %llu\n", operations); }
+    unsigned long long operations = 0;
+} executed;
 
 template <class Real>
 class EngineRun {
@@ -23,17 +31,17 @@ public:
         if constexpr (isDouble) {
             engine = newZynDelaunayDouble(0, low, low, high, high);
             pool = newPnt3dPool();
-            fixed = newPDoubleArray();
         } else {
             engine = newZynDelaunay(0, low, low, high, high);
             pool = newPnt3fPool();
-            fixed = newPFloatArray();
         }
+        fixed = newVertices();
     }
 
     void run() {
         for (int n = 0; n < 400 && !bytes.isEmpty(); ++n) {
             operate();
+            ++executed.operations;
             if (n % 8 == 0) { check(); }
         }
         check();
@@ -78,6 +86,13 @@ private:
         }
         return t == nullptr ? nullptr : t->vertex[bytes.below(3)];
     }
+    static ref_ptr<VertexArray<Real>> newVertices() {
+        if constexpr (isDouble) {
+            return newPDoubleArray();
+        } else {
+            return newPFloatArray();
+        }
+    }
     auto newPoints() {
         if constexpr (isDouble) {
             return ref_ptr(newPnt3dArray());
@@ -93,7 +108,9 @@ private:
 
     void operate() {
         auto* const e = engine.get();
-        switch (bytes.below(14)) {
+        const int kind = bytes.take();
+        if (kind >= 238) { return operateRarely(kind % 6); }
+        switch (kind % 14) {
         case 0:
         case 1:
         case 2: {
@@ -155,9 +172,54 @@ private:
         }
         }
     }
+    void operateRarely(int kind) {
+        switch (kind) {
+        case 0: {
+            engine->rewindTriangles();
+            auto* t = engine->nextTriangle();
+            for (int n = bytes.take(); n > 0 && t != nullptr; --n) { t = engine->nextTriangle(); }
+            isSound = !engine->deleteTriangle(t) && isSound;
+            break;
+        }
+        case 1: {
+            const XPnt3<Real> a = point(), b = point();
+            if constexpr (isDouble) {
+                isSound = isSound && engine->triangleCount() > 2;
+                (void)engine->triangulate(somePoints(bytes.below(60)));
+            } else {
+                (void)ref_ptr(engine->rayIntersections(a, b));
+            }
+            break;
+        }
+        case 2: writeAndRead(true); break;
+        case 3: {
+            Real* const v = vertex();
+            auto* const t = v == nullptr ? nullptr : engine->locate(v[0], v[1]);
+            if (t != nullptr) { (void)t->findCone(v, newVertices().get()); }
+            break;
+        }
+        default: writeAndRead(false);
+        }
+        if (kind != 3) { fixed->removeAll(); }
+    }
+    /// Through a file, of text with its six digits or binary with all.
+    void writeAndRead(bool isText) {
+        auto* const e = engine.get();
+        const MemoryFile file({});
+        const int before = engine->triangleCount();
+        Real* read = nullptr;
+        int count = 0;
+        FUZZ_REQUIRE((isText ? writeText<Real> : writeBinary<Real>)(e, file.path.c_str()));
+        const bool isRead =
+            (isText ? readText<Real> : readBinary<Real>)(e, file.path.c_str(), read, count);
+        coordinates.emplace_back(read);
+        FUZZ_REQUIRE(isRead || !isSound || isText);
+        FUZZ_REQUIRE(engine->triangleCount() == (isRead ? before : 0));
+        isSound = isSound && !isText;
+    }
     void check() {
         const QString fault = validate(engine.get(), false);
-        if (!fault.isNull()) {
+        if (isSound && !fault.isNull()) {
             std::fprintf(stderr, "%s\n", qPrintable(fault));
             std::abort();
         }
@@ -169,8 +231,10 @@ private:
     ref_ptr<Engine> engine;
     std::vector<std::unique_ptr<XPnt3<Real>>> points;
     std::vector<ref_ptr<Pnt3Array<Real>>> arrays;
+    std::vector<std::unique_ptr<Real[]>> coordinates;
     ref_ptr<Pnt3Pool<Real>> pool;
     ref_ptr<VertexArray<Real>> fixed;
+    bool isSound = true;
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <random>
@@ -32,6 +33,7 @@ public:
         : support::Network<Real>(0, 0, 100, 100), random(seed), step(step_) {}
 
     std::string run(int operations) {
+        const int checkEvery = std::max(500, operations / 1000);
         std::string fault;
         for (int n = 0; n < operations && fault.empty(); ++n) {
             const int choice = pick(100);
@@ -46,7 +48,7 @@ public:
             } else {
                 addSome();
             }
-            if (n % 500 == 0 || n + 1 == operations) {
+            if (n % checkEvery == 0 || n + 1 == operations) {
                 fault =
                     faultOf(*this->engine, {.delaunay = false, .vertices = 4 + int(held.size())});
             }

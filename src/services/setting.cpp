@@ -1,11 +1,14 @@
 #include <zyn/setting.h>
 #include <zyn/textfile.h>
 
+#include "core/whole_file.h"
+
 #include <QFile>
 #include <QString>
 #include <QTextStream>
 
 #include <map>
+#include <new>
 #include <utility>
 
 namespace zyn {
@@ -15,7 +18,9 @@ namespace {
 class CZynSetting final : public IZynSetting {
 public:
     ~CZynSetting() override {
-        if (!path.isEmpty()) { CZynSetting::save(); }
+        try {
+            if (!path.isEmpty()) { CZynSetting::save(); }
+        } catch (const std::bad_alloc&) {}  // the file stays as it was
     }
 
     int open(QString newPath) override {
@@ -45,13 +50,12 @@ public:
     }
     QString getValueText(QString key) override { return getValue(std::move(key)); }
     int save() override {
-        QFile file(path);
-        if (path.isEmpty() || !file.open(QIODevice::WriteOnly | QIODevice::Text)) { return -1; }
-        QTextStream stream(&file);
+        WholeFile file(path);
+        if (!file.isOpen()) { return -1; }
+        QTextStream stream(file.target());
         for (const auto& [key, value] : values) { stream << '[' << key << "]=[" << value << "]\n"; }
         stream.flush();
-        const bool isWritten = stream.status() == QTextStream::Ok && file.flush();
-        return isWritten ? 0 : -1;
+        return stream.status() == QTextStream::Ok && file.commit() ? 0 : -1;
     }
     int flush() override { return save(); }
 

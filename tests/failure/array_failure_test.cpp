@@ -1,30 +1,13 @@
 // Each operation on an array is made to run out of memory at each of its allocations in turn.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <functional>
 #include <new>
 #include <vector>
 
 #include "array_elements.h"
+#include "failing_allocation.h"
 #include "traced_row.h"
-
-namespace {
-
-constexpr int unlimited = -1;
-/// How many allocations succeed before one fails.
-int allowance = unlimited;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    if (allowance == 0) { throw std::bad_alloc(); }
-    if (allowance != unlimited) { --allowance; }
-    if (void* const memory = std::malloc(size)) { return memory; }
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace {
 
@@ -89,12 +72,11 @@ TYPED_TEST(ArrayFailure, LeavesTheArrayAsItWas) {
 
         bool failed = true;
         for (int successes = 0; failed; ++successes) {
-            allowance = successes;
             try {
+                const support::FailingAllocation memory(successes);
                 operation.run(*array);
                 failed = false;
             } catch (const std::bad_alloc&) {}
-            allowance = unlimited;
             if (failed) { ASSERT_TRUE(Snapshot<Array>(*array) == before); }
             ASSERT_TRUE(failed || successes > 0) << "nothing was allocated";
         }

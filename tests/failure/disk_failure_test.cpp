@@ -1,0 +1,207 @@
+// Each writer of files on disks that are full, on places that take no file, and on what is no disk.
+#include <zyn/log.h>
+#include <zyn/setting.h>
+#include <zyn/surface.h>
+#include <zyn/textfile.h>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string>
+
+#include "network.h"
+
+namespace {
+bool lastCallsFail = false;
+
+/// What the function of that name behind this program's own says, or a failure.
+template <class Argument>
+int lastCall(const char* name, Argument argument) {
+    using Function = int (*)(Argument);
+    const int result = reinterpret_cast<Function>(dlsym(RTLD_NEXT, name))(argument);
+    if (!lastCallsFail) { return result; }
+    errno = ENOSPC;
+    return -1;
+}
+}  // namespace
+
+// A disk may tell only here that it did not take everything.
+extern "C" int fclose(std::FILE* file) { return lastCall("fclose", file); }
+extern "C" int fsync(int file) { return lastCall("fsync", file); }
+
+namespace {
+
+using namespace zyn;
+namespace fs = std::filesystem;
+
+std::string contentOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator(file), {}};
+}
+
+struct Writer {
+    const char* name;
+    std::function<bool(const std::string&)> write;
+    bool tells = true;      ///< otherwise the answer is true, whatever happens
+    bool keepsOld = true;   ///< until the new file is whole
+    bool onlyFiles = false; ///< refuses what is there and no file, or has to be written in place
+};
+void PrintTo(const Writer& writer, std::ostream* out) { *out << writer.name; }
+
+template <class WriteFile>
+auto ofNetwork(WriteFile writeFile) {
+    return [writeFile](const std::string& path) {
+        support::Network<double> net(0, 0, 100, 100);
+        for (int i = 1; i < 90; ++i) { net.add(i, 17 * i % 89 + 1, i); }
+        testing::internal::CaptureStdout();
+        const bool result = writeFile(net.engine.get(), path.c_str());
+        testing::internal::GetCapturedStdout();
+        return result;
+    };
+}
+bool saveSettings(const std::string& path) {
+    const ref_ptr<IZynSetting> settings = newZynSetting(QString());
+    settings->open(QString::fromStdString(path));
+    settings->setValue(QStringLiteral("key"), QString(90, QLatin1Char('v')), QString());
+    return settings->save() == 0;
+}
+bool saveLines(const std::string& path) {
+    const ref_ptr<StringArray> lines = newStringArray();
+    for (int i = 0; i < 3000; ++i) { lines->append(QStringLiteral("a line of text\n")); }
+    return writeLines(QString::fromStdString(path), lines, nullptr);
+}
+
+class DiskFailure : public testing::TestWithParam<Writer> {
+protected:
+    DiskFailure() : folder(testing::TempDir() + "zyn_disk_failure"), path(folder + "/file") {
+        fs::remove_all(folder);
+        fs::create_directory(folder);
+        EXPECT_TRUE(write(path));
+        whole = contentOf(path);
+        EXPECT_GT(whole.size(), 50U);
+    }
+    ~DiskFailure() override {
+        fs::permissions(folder, fs::perms::owner_all);
+        fs::remove_all(folder);
+    }
+    static bool write(const std::string& to) { return GetParam().write(to); }
+
+    /// What holds after a failure.
+    void expectFailure(bool answer) {
+        EXPECT_EQ(answer, !GetParam().tells);
+        if (GetParam().keepsOld) { EXPECT_EQ(contentOf(path), old); }
+        EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << "something is left";
+    }
+
+    static constexpr const char* old = "[old]\n";
+    const std::string folder, path;
+    std::string whole;
+};
+
+TEST_P(DiskFailure, FullDisks) {
+    rlimit unlimited = {};
+    getrlimit(RLIMIT_FSIZE, &unlimited);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    for (const std::size_t size : {std::size_t(0), whole.size() / 2, whole.size() - 1}) {
+        SCOPED_TRACE(size);
+        std::ofstream(path) << old;  // which a limit of 0 would hold back, too
+        const rlimit full{size, unlimited.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &full);
+        const bool answer = write(path);
+        setrlimit(RLIMIT_FSIZE, &unlimited);
+        expectFailure(answer);
+    }
+    std::signal(SIGXFSZ, handler);
+    lastCallsFail = true;
+    const bool answer = write(path);
+    lastCallsFail = false;
+    expectFailure(answer);
+    EXPECT_TRUE(write(path) && contentOf(path) == whole);
+}
+
+TEST_P(DiskFailure, Places) {
+    for (const std::string& to : {std::string("/dev/full"), folder, folder + "/no/file", std::string()}) {
+        EXPECT_EQ(write(to), !GetParam().tells) << to;
+    }
+    const bool inPlace = !GetParam().onlyFiles;
+    EXPECT_EQ(write("/dev/null"), inPlace || !GetParam().tells);
+    const std::string fifo = folder + "/fifo", link = folder + "/link";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    const int end = ::open(fifo.c_str(), O_RDWR | O_NONBLOCK);
+    std::string arrived(whole.size() + 1, '\0');
+    EXPECT_EQ(write(fifo), inPlace);
+    const auto size = ::read(end, arrived.data(), arrived.size());
+    ::close(end);
+    EXPECT_TRUE(fs::is_fifo(fifo));
+    if (inPlace) { EXPECT_EQ(arrived.substr(0, std::size_t(size)), whole); }
+
+    std::ofstream(path) << old;
+    fs::permissions(path, fs::perms(0640));
+    fs::create_symlink(path, link);
+    EXPECT_TRUE(write(link) && fs::is_symlink(link) && contentOf(path) == whole);
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms(0640));
+}
+
+TEST_P(DiskFailure, Permissions) {
+    const uid_t user = geteuid();
+    // Root may do everything, so another user does it.
+    const auto writeAsUser = [user](const std::string& to) {
+        EXPECT_TRUE(user != 0 || seteuid(65534) == 0);
+        const bool answer = write(to);
+        EXPECT_TRUE(user != 0 || seteuid(user) == 0);
+        return answer;
+    };
+    fs::permissions(testing::TempDir(), fs::perms::all, fs::perm_options::add);
+    std::ofstream(path) << old;
+    fs::permissions(path, fs::perms(0444));
+    fs::permissions(folder, fs::perms(0555));
+    EXPECT_EQ(writeAsUser(folder + "/new"), !GetParam().tells);
+    EXPECT_EQ(writeAsUser(path), !GetParam().tells);
+    EXPECT_EQ(contentOf(path), old);
+    fs::permissions(path, fs::perms(0666));
+    const bool isWritten = writeAsUser(path);
+    EXPECT_EQ(isWritten, !GetParam().onlyFiles);
+    EXPECT_TRUE(contentOf(path) == (isWritten ? whole : old));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Writers, DiskFailure,
+    testing::Values(
+        Writer{"writeBinary", ofNetwork(writeBinary<double>), true, false},
+        Writer{"writeText", ofNetwork(writeText<double>), false, false},
+        Writer{"exportObj", ofNetwork([](auto* e, const char* path) { return e->exportObj({}, path, 1e5); }),
+               true, false},
+        Writer{"writeObj", ofNetwork([](auto* e, const char* path) { return writeObj<double>(e, path); }),
+               true, true, true},
+        Writer{"writePly", ofNetwork([](auto* e, const char* path) { return writePly<double>(e, path); }),
+               true, true, true},
+        Writer{"writeLandXml",
+               ofNetwork([](auto* e, const char* path) { return writeLandXml<double>(e, path, {}); }),
+               true, true, true},
+        Writer{"writeLines", saveLines, false}, Writer{"settings", saveSettings}),
+    [](const auto& writer) { return std::string(writer.param.name); });
+
+TEST(LogFailure, ALogGoesOnWhenThereIsRoomAgain) {
+    const std::string path = testing::TempDir() + "zyn_disk_failure.log";
+    const ref_ptr<IZynLog> log = newZynLog(QStringLiteral("/dev/full"), false, false);
+    for (int i = 0; i < 5000; ++i) { log->info(QStringLiteral("lost")); }
+    EXPECT_TRUE(log->isOpen() && !log->open(QString::fromStdString(path + "/no"), false));
+    EXPECT_TRUE(log->open(QString::fromStdString(path), false));
+    log->info(QStringLiteral("kept"));
+    EXPECT_TRUE(log->open(QStringLiteral("/dev/null"), false));
+    EXPECT_TRUE(contentOf(path).ends_with(" kept\n"));
+    fs::remove(path);
+}
+
+}  // namespace

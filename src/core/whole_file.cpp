@@ -11,9 +11,7 @@ namespace zyn {
 namespace {
 
 /// What cannot be synchronized has nothing to tell.
-bool hasArrived(int handle) {
-    return ::fsync(handle) == 0 || errno == EINVAL || errno == ENOTSUP;
-}
+bool hasArrived(int handle) { return ::fsync(handle) == 0 || errno == EINVAL || errno == ENOTSUP; }
 
 }  // namespace
 

@@ -24,21 +24,13 @@ public:
     }
 
     int open(QString newPath) override {
+        // Without memory to read the file whole it is not remembered: saving would cut it.
+        const bool isThere = isFileExist(newPath);
+        if (isThere) { values = withThoseOf(newPath); }
         path = std::move(newPath);
-        if (path.isEmpty()) { return -1; }
-        if (!isFileExist(path)) {
-            QFile(path).open(QIODevice::WriteOnly);
-            return isFileExist(path) ? 0 : -1;
-        }
-        const ref_ptr<StringArray> lines = readLines(path, nullptr);
-        if (!lines) { return 0; }
-        for (const QString& line : *lines) {
-            const ref_ptr<StringArray> pieces = strSeperator(line, QStringLiteral("[]=\n"));
-            if (pieces->size() >= 2) {
-                values[pieces->get(0)] = strTrimBlankLeftRight(pieces->get(1));
-            }
-        }
-        return 0;
+        if (isThere) { return 0; }
+        if (!path.isEmpty()) { QFile(path).open(QIODevice::WriteOnly); }
+        return isFileExist(path) ? 0 : -1;
     }
     int setValue(QString key, QString value, QString) override {
         values[std::move(key)] = std::move(value);
@@ -60,7 +52,22 @@ public:
     int flush() override { return save(); }
 
 private:
-    std::map<QString, QString> values;
+    using Values = std::map<QString, QString>;
+
+    [[nodiscard]] Values withThoseOf(const QString& file) const {
+        Values result = values;
+        const ref_ptr<StringArray> lines = readLines(file, nullptr);
+        if (!lines) { return result; }  // gone in the meantime
+        for (const QString& line : *lines) {
+            const ref_ptr<StringArray> pieces = strSeperator(line, QStringLiteral("[]=\n"));
+            if (pieces->size() >= 2) {
+                result[pieces->get(0)] = strTrimBlankLeftRight(pieces->get(1));
+            }
+        }
+        return result;
+    }
+
+    Values values;
     QString path;
 };
 

@@ -119,7 +119,8 @@ TEST(AllocationFailure, Pools) {
     expectHarmless<Pool>("one", [](Pool& p) { p.pool->append(1); });
     expectHarmless<Pool>("items", [](Pool& p) { p.pool->append(p.items.data(), 8); });
     expectHarmless<Pool>("vector", [](Pool& p) { p.pool->append(p.items); });
-    expectHarmless<Pool>("pool", [](Pool& p) { p.pool->append(p.pool.get()); }, &Pool::isPrefix);
+    expectHarmless<Pool>(
+        "pool", [](Pool& p) { p.pool->append(p.pool.get()); }, &Pool::isPrefix);
     expectHarmless<Pool>("clear", [](Pool& p) { p.pool->clear(); });
 }
 
@@ -215,7 +216,8 @@ TYPED_TEST(NetworkFailure, Changes) {
     expectHarmless<Net>("compactVertices",
                         [](Net& n) { ASSERT_GT(compactVertices(n.engine.get()), 50); });
     using Breaklines = Lines<TypeParam>;
-    expectHarmless<Breaklines>("breaklines", [](auto& n) { n.add(); }, &Breaklines::isSound);
+    expectHarmless<Breaklines>(
+        "breaklines", [](auto& n) { n.add(); }, &Breaklines::isSound);
     const auto restore = [](Net& n) { ASSERT_GE(restoreDelaunay(n.engine.get()), 0); };
     expectHarmless<Net>("restoreDelaunay", restore, &Net::isValid);
     expectHarmless<Net>(
@@ -296,9 +298,8 @@ TYPED_TEST(NetworkFailure, Files) {
     using Real = TypeParam;
     using Net = GroundAndFile<Real>;
     const auto write = [](const char* name, auto writeFile) {
-        expectHarmless<Net>(name, [writeFile](Net& n) {
-            ASSERT_TRUE(writeFile(n.engine.get(), n.path.c_str()));
-        });
+        expectHarmless<Net>(
+            name, [writeFile](Net& n) { ASSERT_TRUE(writeFile(n.engine.get(), n.path.c_str())); });
     };
     write("binary", writeBinary<Real>);
     write("text", writeText<Real>);
@@ -371,7 +372,9 @@ TEST(AllocationFailure, Blocks) {
         ref_ptr<IZynPMSDataTable> t = newZynPMSDataTable();
     };
     expectHarmless<Block>("images", [](Block& b) { ASSERT_EQ(setImgNum(b.t.get(), 40), 0); });
-    expectHarmless<Block>("addImgPnt", [](Block& b) { ASSERT_EQ(b.t->addImgPnt(7, {1, 2}, 1), 0); });
+    expectHarmless<Block>("addImgPnt", [](Block& b) {
+        ASSERT_EQ(b.t->addImgPnt(7, {1, 2}, 1), 0);
+    });
     expectHarmless<Block>("addWrdPnt", [](Block& b) {
         ASSERT_EQ(b.t->addWrdPnt(b.seenOn(0, 8), XPnt3d(4, 4, 4)), 0);
     });

@@ -41,9 +41,7 @@ void release(void* memory) noexcept {
 
 }  // namespace
 
-void* operator new(std::size_t size) {
-    return allocateOrThrow(size, __builtin_return_address(0));
-}
+void* operator new(std::size_t size) { return allocateOrThrow(size, __builtin_return_address(0)); }
 void* operator new[](std::size_t size) {
     return allocateOrThrow(size, __builtin_return_address(0));
 }

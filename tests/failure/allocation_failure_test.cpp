@@ -345,6 +345,7 @@ TEST(AllocationFailure, Blocks) {
     });
     expectHarmless<Block>("addWrdPnt", [](Block& b) {
         ASSERT_EQ(b.t->addWrdPnt(b.seenOn(0, 8), XPnt3d(4, 4, 4)), 0);
+        ASSERT_TRUE(b.t->getImgPnt(8, 3) == XPnt2d(8, 0.5));
     });
     expectHarmless<Block>("mergeWrdPnts", [](Block& b) {
         ASSERT_EQ(b.t->mergeWrdPnts(0, 1, XPnt3d(1, 1, 1)), -1);  // both are seen on image 1

@@ -145,8 +145,8 @@ public:
     /// standard output. `points` is the whole sequence that addPoint was given, in that order. A
     /// face whose longest edge in space is above `maxEdge` is left out, if that is below 99999.
     /// Serves up to 32768 points, whose number fits `inten`; writeObj of surface.h has no such limit.
-    /// False when the file, written in place, cannot be opened or written whole, and on a network whose vertices are bare coordinates
-    /// (after a read or compactVertices).
+    /// False when the file, written in place, cannot be opened or written whole, and on a network whose
+    /// vertices are bare coordinates (after a read or compactVertices).
     virtual bool exportObj(std::span<const XPnt3d> points, const char* path, double maxEdge) = 0;
 };
 

@@ -22,6 +22,8 @@
 // a duplicate, or where one was. A
 // network that was read is what the file says: its numbers are checked, its geometry is not, and on
 // a damaged one every call still ends and touches no foreign memory.
+// Without memory std::bad_alloc is thrown: the network stays as it was, but for enforceEdge, which may
+// have flipped some edges, and for a read.
 // One thread at a time; different engines share nothing. Records keep their address until
 // deleteTriangle or removePoint moves one, or a read replaces them all.
 #pragma once
@@ -143,8 +145,8 @@ public:
     /// standard output. `points` is the whole sequence that addPoint was given, in that order. A
     /// face whose longest edge in space is above `maxEdge` is left out, if that is below 99999.
     /// Serves up to 32768 points, whose number fits `inten`; writeObj of surface.h has no such limit.
-    /// False when the file cannot be opened or written whole, and on a network whose vertices are bare coordinates
-    /// (after a read or compactVertices).
+    /// False when the file, written in place, cannot be opened or written whole, and on a network whose
+    /// vertices are bare coordinates (after a read or compactVertices).
     virtual bool exportObj(std::span<const XPnt3d> points, const char* path, double maxEdge) = 0;
 };
 
@@ -184,7 +186,8 @@ ZYN_EXPORT bool bounds(DelaunayInterface<Real>* engine, Real& minX, Real& minY, 
 template <class Real>
 ZYN_EXPORT int compactVertices(DelaunayInterface<Real>* engine);
 
-/// Writes the network to a binary file (formats.md). False when it cannot be written whole.
+/// Writes the network to a binary file (formats.md), in place. False when it cannot be written whole;
+/// what stood there is then lost.
 template <class Real>
 ZYN_EXPORT bool writeBinary(DelaunayInterface<Real>* engine, const char* path);
 /// The same as text, with six significant digits a coordinate. True even when the file could not be
@@ -197,7 +200,8 @@ ZYN_EXPORT bool writeText(DelaunayInterface<Real>* engine, const char* path);
 /// (count - 4) triples that the network points into: the caller's, to be freed by `delete[]` after
 /// the engine's end. The vertices are bare coordinates: findCone with a radius and exportObj, which
 /// use `inten`, are not for them. A file that cannot be read or is damaged gives false, with
-/// `vertices` null, `count` 0 and the network empty, good for nothing but another read. A file of
+/// `vertices` null, `count` 0 and the network empty, good for nothing but another read; without
+/// memory std::bad_alloc leaves it so, or as it was. A file of
 /// the other precision is not told apart from a damaged one.
 template <class Real>
 ZYN_EXPORT bool readBinary(DelaunayInterface<Real>* engine, const char* path, Real*& vertices,

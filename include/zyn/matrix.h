@@ -18,7 +18,8 @@
 //     matrix<double> x = a * b;
 //
 // Operations on matrices that are not square where they have to be, and products of sizes that do
-// not match, throw a plain string: a `char*`.
+// not match, throw a plain string: a `char*`. Without memory std::bad_alloc is thrown, and every matrix
+// stays as it was.
 #pragma once
 
 #include <zyn/export.h>

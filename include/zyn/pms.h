@@ -20,7 +20,8 @@
 // A measurement and its world point name each other. A world point lasts while it has two
 // measurements, an image while it has one valid measurement, as far as measurements are removed one
 // by one. With an index out of range, a null argument or a wrong length an operation leaves the table
-// as it was and gives -1, null or an invalid value. A table is for one thread at a time.
+// as it was and gives -1, null or an invalid value. Without memory std::bad_alloc is thrown, and the
+// table stays as it was, too. A table is for one thread at a time.
 #pragma once
 
 #include <zyn/array.h>

@@ -21,14 +21,16 @@ namespace zyn {
 class ZYN_EXPORT IZynSetting : public ZynReferenced {
 public:
     /// Remembers the path and reads the file, beside what there is already; makes an empty one if
-    /// there is none. 0, or -1 when it cannot be made; the path is the remembered one then, too.
+    /// there is none. 0, or -1 when it cannot be made; the path is the remembered one then, too. Without
+    /// memory std::bad_alloc is thrown, and nothing is remembered.
     virtual int open(QString path) = 0;
     /// 0. The third string is not used.
     virtual int setValue(QString key, QString value, QString extra) = 0;
     /// The value, or a null string.
     [[nodiscard]] virtual QString getValue(QString key) = 0;
     [[nodiscard]] virtual QString getValueText(QString key) = 0;
-    /// Writes the file anew: 0, or -1 when it cannot be written or no path was opened.
+    /// Writes the file anew: 0, or -1 when it cannot be written or no path was opened. The old file
+    /// stays until the new one is whole, unless its folder takes no file beside it.
     virtual int save() = 0;
     virtual int flush() = 0;
 

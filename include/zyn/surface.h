@@ -93,7 +93,8 @@ ZYN_EXPORT int addPoints(DelaunayInterface<Real>* engine, Pnt3Array<Real>* point
 /// first, whose point is appended to `crossings` and must stay too. Lines bend by the rounding of such
 /// a vertex. A polyline that crosses itself meets its own edges so. Edges that a new vertex splits
 /// are replaced by their halves, and the edges of the polyline are appended; what comes twice
-/// in the list is taken out. Takes time for all of `fixed`, so hand many breaklines over in one call.
+/// in the list is taken out. When memory runs out, an edge that was about to be replaced may be missing
+/// in the list. Takes time for all of `fixed`, so hand many breaklines over in one call.
 /// Source: the removal of crossing edges by flips, Sloan 1993, in an order that is known to end.
 template <class Real>
 ZYN_EXPORT int addBreakline(DelaunayInterface<Real>* engine, Pnt3Array<Real>* points,
@@ -175,7 +176,8 @@ template <class Real>
 [[nodiscard]] ZYN_EXPORT SurfaceVolume volume(DelaunayInterface<Real>* engine, double level,
                                               double maxEdge = anyEdge);
 
-// Files. Each appears whole or not at all: false when anything could not be written, and for null.
+// Files. Each appears whole or not at all, with what was there before kept until then: false when
+// anything could not be written, and for null.
 // Vertices come in the order of first appearance. A path that is there and no regular file is refused.
 
 /// Wavefront OBJ: a line `v x y z` a vertex, each coordinate with the digits that bring back the

@@ -38,7 +38,8 @@ class IZynProgress;
 /// when it cannot be opened. Indices do not follow the file's line numbers.
 [[nodiscard]] ZYN_EXPORT ref_ptr<StringArray> readLines(QString path, IZynProgress* progress);
 /// Replaces the file by the strings as they are: line feeds are the caller's. False for null; true
-/// also when the file cannot be opened or written. The progress gets setTotal(1.0), and step(0.02) at every
+/// also when the file cannot be opened or written: the old one stays then, unless its folder takes no
+/// file beside it. The progress gets setTotal(1.0), and step(0.02) at every
 /// twentieth part of the lines, or at each of fewer than 20.
 ZYN_EXPORT bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgress* progress);
 

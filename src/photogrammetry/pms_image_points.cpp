@@ -33,17 +33,24 @@ int CZynPMSImgPntsTable::getPntId(int img, int idx) const {
 }
 
 int CZynPMSImgPntsTable::add(int img, const XPnt2d& xy, int pntId) {
-    ref_ptr<_ZynImgPntsData>& record = records[img];
-    if (!record) { record = new _ZynImgPntsData; }
-    record->pnts->append(xy);
+    if (find(img) == nullptr) { records[img] = ref_ptr(new _ZynImgPntsData); }
+    _ZynImgPntsData& record = *find(img);
+    record.pnts->append(xy);
     try {
-        record->ids->append(pntId);
+        record.ids->append(pntId);
     } catch (...) {
-        record->pnts->removeLast();
+        record.pnts->removeLast();
         throw;
     }
-    if (xy.isValid()) { ++record->validCount; }
-    return record->pnts->size();
+    if (xy.isValid()) { ++record.validCount; }
+    return record.pnts->size();
+}
+
+void CZynPMSImgPntsTable::takeBack(int img) {
+    _ZynImgPntsData& record = *find(img);
+    if (record.pnts->last().isValid()) { --record.validCount; }
+    record.pnts->removeLast();
+    record.ids->removeLast();
 }
 
 int CZynPMSImgPntsTable::invalidate(int img, int idx) {

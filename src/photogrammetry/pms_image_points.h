@@ -42,6 +42,8 @@ public:
     virtual void clearIds();
 
     void setPntId(int img, int idx, int pntId);
+    /// Undoes the latest add() to the image.
+    void takeBack(int img);
     /// The record of an image, or null.
     const _ZynImgPntsData* find(int img) const;
 

@@ -70,9 +70,9 @@ int CZynPMSDataTable::addWrdPnt(const ref_ptr<Pnt2dArray>& imgPnts, XPnt3d xyz) 
                 links->getRef(img) = measurements->add(img, measured, pnt) - 1;
             }
         }
-    } catch (...) {  // out of memory: the point goes, what was added to images stays as removed
+    } catch (...) {  // out of memory
         for (int img = 0; img < links->size(); ++img) {
-            measurements->invalidate(img, links->get(img));
+            if (links->get(img) != -1) { measurements->takeBack(img); }
         }
         points->cutTo(pnt);
         throw;

@@ -89,7 +89,7 @@ bool CZynPMSWrdPntsTable::hasTwoLinks(int pnt) const {
 
 void CZynPMSWrdPntsTable::cutTo(int count) {
     pnts->removeRange(std::min(count, pnts->size()), pnts->size());
-    links->removeRange(std::min(count, links->size()), links->size());
+    while (links->size() > count) { links->removeLast(); }  // needs no memory
 }
 
 }  // namespace zyn

@@ -5,6 +5,7 @@
 #include <QTextStream>
 
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 namespace zyn {
@@ -62,10 +63,10 @@ private:
 }  // namespace
 
 IZynLog* newZynLog(QString path, bool append, bool echo) {
-    auto* const log = new CLog4Zyn;
+    auto log = std::make_unique<CLog4Zyn>();
     log->setEcho(echo);
     if (path.isEmpty() || !log->open(path, append)) { log->setEcho(true); }
-    return log;
+    return log.release();
 }
 
 }  // namespace zyn

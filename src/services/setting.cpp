@@ -1,11 +1,14 @@
 #include <zyn/setting.h>
 #include <zyn/textfile.h>
 
+#include "core/whole_file.h"
+
 #include <QFile>
 #include <QString>
 #include <QTextStream>
 
 #include <map>
+#include <new>
 #include <utility>
 
 namespace zyn {
@@ -15,25 +18,19 @@ namespace {
 class CZynSetting final : public IZynSetting {
 public:
     ~CZynSetting() override {
-        if (!path.isEmpty()) { CZynSetting::save(); }
+        try {
+            if (!path.isEmpty()) { CZynSetting::save(); }
+        } catch (const std::bad_alloc&) {}  // the file stays as it was
     }
 
     int open(QString newPath) override {
+        // Without memory to read the file whole it is not remembered: saving would cut it.
+        const bool isThere = isFileExist(newPath);
+        if (isThere) { values = withThoseOf(newPath); }
         path = std::move(newPath);
-        if (path.isEmpty()) { return -1; }
-        if (!isFileExist(path)) {
-            QFile(path).open(QIODevice::WriteOnly);
-            return isFileExist(path) ? 0 : -1;
-        }
-        const ref_ptr<StringArray> lines = readLines(path, nullptr);
-        if (!lines) { return 0; }
-        for (const QString& line : *lines) {
-            const ref_ptr<StringArray> pieces = strSeperator(line, QStringLiteral("[]=\n"));
-            if (pieces->size() >= 2) {
-                values[pieces->get(0)] = strTrimBlankLeftRight(pieces->get(1));
-            }
-        }
-        return 0;
+        if (isThere) { return 0; }
+        if (!path.isEmpty()) { QFile(path).open(QIODevice::WriteOnly); }
+        return isFileExist(path) ? 0 : -1;
     }
     int setValue(QString key, QString value, QString) override {
         values[std::move(key)] = std::move(value);
@@ -45,18 +42,32 @@ public:
     }
     QString getValueText(QString key) override { return getValue(std::move(key)); }
     int save() override {
-        QFile file(path);
-        if (path.isEmpty() || !file.open(QIODevice::WriteOnly | QIODevice::Text)) { return -1; }
-        QTextStream stream(&file);
+        WholeFile file(path);
+        if (!file.isOpen()) { return -1; }
+        QTextStream stream(file.target());
         for (const auto& [key, value] : values) { stream << '[' << key << "]=[" << value << "]\n"; }
         stream.flush();
-        const bool isWritten = stream.status() == QTextStream::Ok && file.flush();
-        return isWritten ? 0 : -1;
+        return stream.status() == QTextStream::Ok && file.commit() ? 0 : -1;
     }
     int flush() override { return save(); }
 
 private:
-    std::map<QString, QString> values;
+    using Values = std::map<QString, QString>;
+
+    [[nodiscard]] Values withThoseOf(const QString& file) const {
+        Values result = values;
+        const ref_ptr<StringArray> lines = readLines(file, nullptr);
+        if (!lines) { return result; }  // gone in the meantime
+        for (const QString& line : *lines) {
+            const ref_ptr<StringArray> pieces = strSeperator(line, QStringLiteral("[]=\n"));
+            if (pieces->size() >= 2) {
+                result[pieces->get(0)] = strTrimBlankLeftRight(pieces->get(1));
+            }
+        }
+        return result;
+    }
+
+    Values values;
     QString path;
 };
 

@@ -1,6 +1,8 @@
 #include <zyn/progress.h>
 #include <zyn/textfile.h>
 
+#include "core/whole_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -156,10 +158,9 @@ ref_ptr<StringArray> readLines(QString path, IZynProgress*) {
 
 bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgress* progress) {
     if (!lines) { return false; }
-    QFile file(path);
-    const bool isOpen = !path.isEmpty() && file.open(QIODevice::WriteOnly | QIODevice::Text);
+    WholeFile file(path);
     QTextStream stream;
-    if (isOpen) { stream.setDevice(&file); }
+    if (file.isOpen()) { stream.setDevice(file.target()); }
     if (progress != nullptr) { progress->setTotal(1.0); }
     const int step = lines->size() / 20;
     int counter = 0;
@@ -168,9 +169,12 @@ bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgress* progress
             if (progress != nullptr) { progress->step(0.02); }
             counter = 0;
         }
-        if (isOpen) { stream << line; }
+        if (file.isOpen()) { stream << line; }
     }
-    if (isOpen) { stream.flush(); }
+    if (file.isOpen()) {
+        stream.flush();
+        if (stream.status() == QTextStream::Ok) { (void)file.commit(); }  // not told
+    }
     return true;
 }
 

@@ -127,7 +127,7 @@ private:
 
     // tin_file.ipp
     template <class Sink>
-    bool write(Sink sink);
+    bool write(const char* path);
     template <class Source>
     bool read(Source source, Real*& vertices, int& count);
     template <class Source>

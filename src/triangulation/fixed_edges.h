@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <functional>
+#include <new>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -80,12 +81,19 @@ public:
         setCounting(wasCounting);
     }
     /// Whether edge a-b may be flipped for `p`: always when it is not fixed, and when it is, then only
-    /// because p lies on it: its halves take its place.
-    bool giveWay(Real* a, Real* b, Real* p) {
+    /// because p lies on it: its halves take its place. Half way through an insertion this must not
+    /// throw: requireMemory() does it afterwards.
+    bool giveWay(Real* a, Real* b, Real* p) noexcept {
         if (places.empty() || !contains(a, b)) { return true; }
         if (orientation(xyOf(p), xyOf(a), xyOf(b)) != 0 || !isBetween(a, p, b)) { return false; }
-        split(a, b, p);
+        try {
+            split(a, b, p);
+        } catch (const std::bad_alloc&) { lacksMemory = true; }
         return true;
+    }
+    /// Throws std::bad_alloc when the halves of an edge that gave way could not be kept.
+    void requireMemory() const {
+        if (lacksMemory) { throw std::bad_alloc(); }
     }
 
 private:
@@ -112,14 +120,15 @@ private:
     }
     void include(Real* a, Real* b) {
         if (!places.emplace(edge(a, b), list.size() / 2).second) { return; }
-        list.append(a);
-        list.append(b);
+        Real* const ends[] = {a, b};
+        list.append(ends, 2);  // both or, without memory, neither
     }
 
     VertexArray& list;
     std::unordered_map<Edge, int, Hash> places;
     std::unordered_set<Edge, Hash> own;
     bool isCounting = true;
+    bool lacksMemory = false;
 };
 
 }  // namespace zyn

@@ -66,6 +66,7 @@ private:
                     fixed.giveWay(t->vertex[after[i]], t->vertex[before[i]], v);
                     return false;
                 });
+        fixed.requireMemory();
         return true;
     }
     Tri* hint() { return latest == nullptr ? engine.newest() : latest; }

@@ -4,6 +4,7 @@
 
 #include <zyn/surface.h>
 
+#include "core/whole_file.h"
 #include "triangulation/surface_triangles.h"
 #include "triangulation/tin_streams.h"
 #include "triangulation/vertex_numbers.h"
@@ -64,7 +65,7 @@ public:
     /// written.
     [[nodiscard]] bool commit() {
         flush();
-        return isWritten && file.commit();
+        return isWritten && commitWhole(file);
     }
 
     std::string text;  ///< What comes next in the file.

@@ -11,12 +11,12 @@ namespace zyn {
 
 template <class Real>
 bool DelaunayEngine<Real>::writeBinary(const char* path) {
-    return write(tin_file::BinarySink(path));
+    return write<tin_file::BinarySink>(path);
 }
 
 template <class Real>
 bool DelaunayEngine<Real>::writeText(const char* path) {
-    write(tin_file::TextSink(path));
+    write<tin_file::TextSink>(path);
     return true;
 }
 
@@ -34,7 +34,7 @@ bool DelaunayEngine<Real>::readText(const char* path, Real*& vertices, int& coun
 /// triangles by their place in the pool.
 template <class Real>
 template <class Sink>
-bool DelaunayEngine<Real>::write(Sink sink) {
+bool DelaunayEngine<Real>::write(const char* path) {
     VertexNumbers<Real> vertexNumbers;
     for (Pnt& corner : frame) { vertexNumbers(corner); }
     for (std::size_t n = 0; n < Pool::count(); ++n) {
@@ -42,6 +42,7 @@ bool DelaunayEngine<Real>::write(Sink sink) {
     }
     TriangleNumbers<Real> triangleNumbers(*this);
 
+    Sink sink(path);  // last: without memory for the numbers an old file stays
     sink.head();
     sink.count(static_cast<std::int32_t>(vertexNumbers.vertices().size()));
     sink.count(triangleCount());

@@ -45,8 +45,9 @@ auto bytesOf(Number value) {
 /// Writes through a buffer and remembers whether everything arrived.
 class Writer {
 public:
-    Writer(const char* path, const char* mode) : file(path ? std::fopen(path, mode) : nullptr) {
-        buffer.reserve(bufferSize + 1024);
+    Writer(const char* path, const char* mode) {
+        buffer.reserve(bufferSize + 1024);  // all memory that it needs, before the old file goes
+        if (path != nullptr) { file.reset(std::fopen(path, mode)); }
     }
     [[nodiscard]] bool isOpen() const { return file != nullptr; }
     [[nodiscard]] bool close() {

@@ -42,6 +42,20 @@ std::int16_t& visited(Real* vertex) {
     return reinterpret_cast<XPnt3<Real>*>(vertex)->inten;
 }
 
+/// Clears the marks of all that was found, also when memory for more ran out.
+template <class Real>
+struct MarksUntilEnd {
+    explicit MarksUntilEnd(typename TinRecord<Real>::RealPtrArray& out) : found(out) {}
+    MarksUntilEnd(const MarksUntilEnd&) = delete;
+    MarksUntilEnd& operator=(const MarksUntilEnd&) = delete;
+    ~MarksUntilEnd() {
+        for (Real* const q : found) { visited(q) = 0; }
+    }
+
+private:
+    typename TinRecord<Real>::RealPtrArray& found;
+};
+
 }  // namespace tin_detail
 
 /// The corner of `t` that is nearest to p in the plane, nearer than `radius`; 3 if there is none.
@@ -107,6 +121,7 @@ std::int32_t TinRecord<Real>::findCone(int i, Real radius, RealPtrArray* out) {
     ring->reserve(tin_detail::ringReserve);
     pending->reserve(tin_detail::ringReserve);
 
+    const tin_detail::MarksUntilEnd<Real> marks(*out);
     const Real* const centre = vertex[i];
     findCone(i, ring.get());
     for (;;) {
@@ -126,7 +141,6 @@ std::int32_t TinRecord<Real>::findCone(int i, Real radius, RealPtrArray* out) {
             t->findCone(q, ring.get());
         }
     }
-    for (Real* const q : *out) { tin_detail::visited(q) = 0; }
     return out->size();
 }
 

@@ -114,7 +114,6 @@ TEST_F(TextFileTest, WritingTellsItsProgress) {
         EXPECT_EQ(progress->steps, steps);
     }
     EXPECT_FALSE(writeLines(path("new"), nullptr, nullptr) || fs::exists(folder / "new"));
-    EXPECT_TRUE(writeLines(q("/dev/full"), newStringArray(), nullptr));
 }
 
 TEST_F(TextFileTest, PointsAreReadWhateverElseIsThere) {

@@ -1,0 +1,43 @@
+// The loop round every operation that is made to run out of memory.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <new>
+#include <string>
+
+#include "failing_allocation.h"
+
+/// Runs the operation with memory for no allocation, for one, for two and so on until it is enough. Each
+/// time it works on a new Object, of which `isSound` must hold after the failure; then it must succeed,
+/// and nothing may be lost.
+template <class Object>
+void expectHarmless(const char* name, const std::function<void(Object&)>& run,
+                    bool (Object::*isSound)() = &Object::isAsItWas) {
+    SCOPED_TRACE(name);
+    {
+        Object object;
+        run(object);  // afterwards there is what is made once and kept, such as codecs
+    }
+    for (int successes = 0;; ++successes) {
+        SCOPED_TRACE("after " + std::to_string(successes) + " allocations");
+        const long before = support::liveBlocks();
+        bool hasFailed = false;
+        {
+            Object object;
+            try {
+                const support::FailingAllocation memory(successes);
+                run(object);
+                hasFailed = memory.hasFailed();
+            } catch (const std::bad_alloc&) { hasFailed = true; }
+            if (hasFailed) {
+                ASSERT_TRUE((object.*isSound)());
+                run(object);
+            }
+        }
+        ASSERT_EQ(support::liveBlocks(), before);
+        ASSERT_TRUE(hasFailed || successes > 0) << "nothing was allocated";
+        if (!hasFailed) { return; }
+    }
+}

@@ -1,0 +1,70 @@
+#include "failing_allocation.h"
+
+#include <dlfcn.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace {
+
+constexpr int unlimited = -1;
+std::atomic<int> allowance = unlimited;
+std::atomic<bool> failed = false;
+std::atomic<long> live = 0;
+
+/// Qt loses its way when it gets no memory in the middle of its own work: it gets all that it wants.
+bool isQt(const void* code) {
+    Dl_info place = {};
+    return dladdr(code, &place) != 0 && std::strstr(place.dli_fname, "libQt") != nullptr;
+}
+
+void* allocate(std::size_t size, const void* caller) noexcept {
+    if (allowance == 0 && !isQt(caller)) {
+        failed = true;
+        return nullptr;
+    }
+    if (allowance > 0) { --allowance; }
+    void* const memory = std::malloc(size);
+    if (memory != nullptr) { ++live; }
+    return memory;
+}
+void* allocateOrThrow(std::size_t size, const void* caller) {
+    if (void* const memory = allocate(size, caller)) { return memory; }
+    throw std::bad_alloc();
+}
+void release(void* memory) noexcept {
+    if (memory != nullptr) { --live; }
+    std::free(memory);
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return allocateOrThrow(size, __builtin_return_address(0)); }
+void* operator new[](std::size_t size) {
+    return allocateOrThrow(size, __builtin_return_address(0));
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size, __builtin_return_address(0));
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size, __builtin_return_address(0));
+}
+void operator delete(void* memory) noexcept { release(memory); }
+void operator delete[](void* memory) noexcept { release(memory); }
+void operator delete(void* memory, std::size_t) noexcept { release(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { release(memory); }
+
+namespace support {
+
+FailingAllocation::FailingAllocation(int successes) {
+    failed = false;
+    allowance = successes;
+}
+FailingAllocation::~FailingAllocation() { allowance = unlimited; }
+bool FailingAllocation::hasFailed() const { return failed; }
+
+long liveBlocks() { return live; }
+
+}  // namespace support

@@ -133,6 +133,7 @@ TinRecord<Real>* DelaunayEngine<Real>::searchPool(Xy q) {
 
 template <class Real>
 Real* DelaunayEngine<Real>::cornerAt(const Tri* t, const Pnt& p, Real tolerance) {
+    if (tolerance < 0) { return nullptr; }  // far from 0 the square would round to the point
     const Real minX = p.x - tolerance, maxX = p.x + tolerance;
     const Real minY = p.y - tolerance, maxY = p.y + tolerance;
     Real* nearest = nullptr;

@@ -17,7 +17,6 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <vector>
 
 namespace zyn::tin_file {
 
@@ -146,13 +145,14 @@ public:
 protected:
     /// Makes the next `n` bytes stand in one piece, if there are so many; gives what there is.
     std::string_view peek(std::size_t n) {
-        if (filled - position < n) {
-            std::memmove(buffer.data(), buffer.data() + position, filled - position);
+        if (filled - position < n && !hasEnded) {
+            std::memmove(buffer.get(), buffer.get() + position, filled - position);
             filled -= position;
             position = 0;
-            filled += std::fread(buffer.data() + filled, 1, buffer.size() - filled, file.get());
+            filled += std::fread(buffer.get() + filled, 1, bufferSize - filled, file.get());
+            hasEnded = filled < bufferSize;
         }
-        return {buffer.data() + position, std::min(n, filled - position)};
+        return {buffer.get() + position, std::min(n, filled - position)};
     }
     void skip(std::size_t n) { position += n; }
 
@@ -160,9 +160,10 @@ protected:
 
 private:
     File file;
-    std::vector<char> buffer = std::vector<char>(bufferSize);
+    std::unique_ptr<char[]> buffer = std::make_unique_for_overwrite<char[]>(bufferSize);
     std::size_t position = 0;
     std::size_t filled = 0;
+    bool hasEnded = false;
 };
 
 class BinarySource : public Reader {

@@ -3,7 +3,7 @@
 
 #include <zyn/point.h>
 
-#include <string>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -11,15 +11,33 @@ namespace support {
 
 struct PointSet {
     std::vector<zyn::XPnt3d> points;
-    double minX = 0, minY = 0, maxX = 0, maxY = 0;  ///< a frame that holds them all
-    bool duplicates = false;                        ///< points in one place, to be kept
+    double minX = 0, minY = 0, maxX = 0,
+           maxY = 0;          ///< the frame; it holds them unless they are wild
+    bool duplicates = false;  ///< points in one place, to be kept
 };
 
-/// The names that makePointSet knows.
-const std::vector<std::string_view>& pointSetNames();
+/// Where a family stands, whose points are about 1 apart near the origin.
+struct Scale {
+    std::string_view name;
+    double spacing = 1, x = 0, y = 0;
+    double lattice = 0;  ///< what coordinates are rounded to, unless 0
+};
+inline constexpr Scale atOrigin{"AtOrigin"};
+inline constexpr Scale nano{"Nano", 1e-9};
+inline constexpr Scale scales[] = {atOrigin,
+                                   {"Utm", 1, 432100, 5411200, 1e-3},
+                                   {"EarthCentred", 1, 4.2e6, -4.2e6},
+                                   nano,
+                                   {"Tera", 1e12}};
 
-/// The family of that name: some thousand points, the same ones for the same seed.
-PointSet makePointSet(std::string_view name, unsigned seed);
+/// The names that makePointSet knows: families of finite points in their frame.
+std::span<const std::string_view> pointSetNames();
+/// Further ones, with points that an engine refuses.
+std::span<const std::string_view> wildPointSetNames();
+
+/// The family of that name, the same points for the same seed.
+PointSet makePointSet(std::string_view name, unsigned seed, int count = 2500,
+                      const Scale& scale = atOrigin);
 
 /// `count` points, uniform in the unit square, in the order of narrow strips.
 PointSet uniformPoints(int count, unsigned seed);

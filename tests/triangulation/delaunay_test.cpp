@@ -1,7 +1,17 @@
 // Networks of hard families of points: valid, and Delaunay by exact arithmetic.
+#include <zyn/surface.h>
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "network.h"
 #include "network_check.h"
@@ -13,42 +23,101 @@ namespace {
 using namespace zyn;
 using support::faultOf;
 using support::PointSet;
+using support::Scale;
 
-/// Inserts all points of the set; those in one place only once, unless the set means them.
+/// How many of the points are finite, in the frame and, unless the set means those, no duplicates.
 template <class Real>
-void expectSoundNetwork(const PointSet& set) {
-    support::Network<Real> network(set);
-    int accepted = 0;
+int countOfGood(const PointSet& set) {
+    const Real minX = Real(set.minX), minY = Real(set.minY), maxX = Real(set.maxX),
+               maxY = Real(set.maxY);
+    std::vector<std::pair<Real, Real>> places;
     for (const XPnt3d& p : set.points) {
-        if (network.add(p.x, p.y, p.z, set.duplicates ? -1 : 0)) { ++accepted; }
+        const Real x = Real(p.x), y = Real(p.y);
+        if (minX <= x && x <= maxX && minY <= y && y <= maxY && std::isfinite(p.z)) {
+            places.emplace_back(x, y);
+        }
     }
-    EXPECT_GT(accepted, 0);
-    EXPECT_EQ(network.engine->triangleCount(), 2 + 2 * accepted);
-    EXPECT_EQ(faultOf(*network.engine, {.duplicates = set.duplicates, .vertices = 4 + accepted}),
-              "");
+    if (set.duplicates) { return int(places.size()); }
+    places.insert(places.end(), {{minX, minY}, {maxX, minY}, {maxX, maxY}, {minX, maxY}});
+    std::ranges::sort(places);
+    return int(std::ranges::unique(places).begin() - places.begin()) - 4;
+}
+
+enum class Way { onePointAtATime, allAtOnce };
+
+/// Inserts the points, and checks the network by both validators. Gives the milliseconds of the
+/// insertion.
+template <class Real>
+double expectSoundNetwork(const PointSet& set, Way way) {
+    support::Network<Real> network(set);
+    ref_ptr<Pnt3Array<Real>> points;
+    if constexpr (std::is_same_v<Real, double>) {
+        points = newPnt3dArray();
+    } else {
+        points = newPnt3fArray();
+    }
+    for (const XPnt3d& p : set.points) { points->append(XPnt3<Real>(p)); }
+    auto* const e = network.engine.get();
+    const Real tolerance = set.duplicates ? Real(-1) : Real(0);
+
+    const auto start = std::chrono::steady_clock::now();
+    int taken = 0;
+    if (way == Way::allAtOnce) {
+        taken = addPoints<Real>(e, points.get(), tolerance);
+    } else {
+        for (XPnt3<Real>& p : *points) { taken += e->addPoint(&p, tolerance); }
+    }
+    const std::chrono::duration<double, std::milli> spent =
+        std::chrono::steady_clock::now() - start;
+
+    EXPECT_EQ(taken, countOfGood<Real>(set));
+    EXPECT_EQ(e->triangleCount(), 2 + 2 * taken);
+    EXPECT_EQ(faultOf(*e, {.duplicates = set.duplicates, .vertices = 4 + taken}), "");
+    EXPECT_EQ(validate<Real>(e, !set.duplicates).toStdString(), "");
+    return spent.count();
 }
 
 class PointFamily : public testing::TestWithParam<std::string_view> {};
 
+/// Twenty thousand points stand at one scale, another one for the next seed, and go in all at once:
+/// in random order on a line each walk would be long. With ZYN_ALL_SIZES nothing is left out, and the
+/// milliseconds of each insertion are told.
 TEST_P(PointFamily, GivesASoundNetwork) {
     const unsigned seed = support::newSeed();
-    const PointSet set = support::makePointSet(GetParam(), seed);
-    {
-        SCOPED_TRACE("double");
-        expectSoundNetwork<double>(set);
+    const bool isFull = std::getenv("ZYN_ALL_SIZES") != nullptr;
+    for (std::size_t s = 0; s < std::size(support::scales); ++s) {
+        const Scale& scale = support::scales[s];
+        for (const int count : {0, 1, 2, 3, 10, 1000, 20000}) {
+            if (count == 20000 && !isFull && s != seed % std::size(support::scales)) { continue; }
+            SCOPED_TRACE(std::string(scale.name) + ", " + std::to_string(count));
+            const PointSet set = support::makePointSet(GetParam(), seed, count, scale);
+            double spent[4] = {};
+            if (count <= 1000 || isFull) {
+                spent[0] = expectSoundNetwork<double>(set, Way::onePointAtATime);
+                spent[1] = expectSoundNetwork<float>(set, Way::onePointAtATime);
+            }
+            if (count >= 1000) {
+                spent[2] = expectSoundNetwork<double>(set, Way::allAtOnce);
+                spent[3] = expectSoundNetwork<float>(set, Way::allAtOnce);
+            }
+            if (isFull) {
+                std::printf("ms %-17s %-12s %5d %9.1f %9.1f %9.1f %9.1f\n", GetParam().data(),
+                            scale.name.data(), count, spent[0], spent[1], spent[2], spent[3]);
+            }
+        }
     }
-    SCOPED_TRACE("float");
-    expectSoundNetwork<float>(set);
 }
 
-INSTANTIATE_TEST_SUITE_P(, PointFamily, testing::ValuesIn(support::pointSetNames()),
-                         [](const auto& param) { return std::string(param.param); });
+constexpr auto nameOf = [](const auto& param) { return std::string(param.param); };
+INSTANTIATE_TEST_SUITE_P(, PointFamily, testing::ValuesIn(support::pointSetNames()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Wild, PointFamily, testing::ValuesIn(support::wildPointSetNames()),
+                         nameOf);
 
 TEST(Delaunay, AHundredThousandPointsGiveASoundNetwork) {
     const unsigned seed = support::newSeed();
     const PointSet set = support::uniformPoints(100000, seed);
-    expectSoundNetwork<double>(set);
-    expectSoundNetwork<float>(set);
+    expectSoundNetwork<double>(set, Way::onePointAtATime);
+    expectSoundNetwork<float>(set, Way::onePointAtATime);
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ struct Nothing {
 /// One of each implementation: the other factories are the same line.
 TEST(AllocationFailure, Factories) {
     const auto expectHarmlessFactory = [](auto factory) {
-        expectHarmless<Nothing>("factory", [=](Nothing&) { ref_ptr(factory()); });
+        expectHarmless<Nothing>("factory", [=](Nothing&) { const ref_ptr object(factory()); });
     };
     expectHarmlessFactory(newStringArray);
     expectHarmlessFactory(newIntArrayArray);

@@ -1,18 +1,16 @@
 // Makes a photogrammetric block over a terrain, as a measuring program would: measures points on
 // images, intersects them forward, takes the block out and back, and removes what was measured
 // badly.
-//
-// usage: block INPUT [OUT]      the file block_file.h describes; results go to OUT, or to .
 #include "block_file.h"
 #include "failure.h"
 #include "folder.h"
 #include "intersection.h"
+#include "program.h"
 
 #include <zyn/pms.h>
 
 #include <cmath>
 #include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <memory>
 #include <random>
@@ -21,6 +19,21 @@
 using namespace zyn;
 
 namespace {
+
+constexpr const char* help = R"(usage: block INPUT [OUT]
+
+Measures the points of a made-up photogrammetric block on its images, intersects them, removes what
+was measured badly, and writes the images and points that are left to OUT/results.txt.
+
+INPUT is text, a # before a comment; metres and radians:
+  camera F WIDTH HEIGHT             focal length and size of the images; once
+  image X Y Z PHI OMEGA KAPPA       where a camera stood and how it was turned
+  point X Y Z                       on the ground
+  bad IMAGE POINT DX DY             an error to be made in a measurement; counted from 0
+OUT is a folder, made if it is missing (.)
+
+example: block data/block.txt out
+)";
 
 constexpr double noise = 2e-6;  ///< of a measurement, on the image
 constexpr double limit = 2e-5;  ///< residuals above it are errors
@@ -135,7 +148,8 @@ void write(IZynPMSDataTable& table, const std::string& path) {
     std::printf("file         %s\n", path.c_str());
 }
 
-void run(const std::string& input, const std::string& out) {
+void run(Arguments arguments) {
+    const auto& [input, out] = InputAndOut(arguments);
     const BlockFile block = readBlock(input);
     makeFolder(out);
     const ref_ptr<IZynPMSDataTable> table = newZynPMSDataTable();
@@ -164,17 +178,4 @@ void run(const std::string& input, const std::string& out) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    try {
-        const std::string input = argc > 1 ? argv[1] : "";
-        if (argc < 2 || argc > 3 || input.starts_with('-')) {
-            std::fputs("usage: block INPUT [OUT]\n", input == "--help" ? stdout : stderr);
-            return input == "--help" ? 0 : 1;
-        }
-        run(input, argc == 3 ? argv[2] : ".");
-        return 0;
-    } catch (const std::exception& failure) {
-        std::fprintf(stderr, "block: %s\n", failure.what());
-        return 1;
-    }
-}
+int main(int argc, char** argv) { return runProgram("block", help, argc, argv, run); }

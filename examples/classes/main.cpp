@@ -1,19 +1,17 @@
 // Colours a terrain by classes of ground, as a display colours a classified point cloud: the program
 // knows the numbers of the classes, a table that was read gives them names and colours.
-//
-// usage: classes INPUT [OUT]      an ESRI grid or lines of x y z; OUT/classes.png is written
 #include "failure.h"
 #include "folder.h"
 #include "network.h"
 #include "picture.h"
 #include "point_reader.h"
+#include "program.h"
 
 #include <zyn/draw.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <iterator>
 #include <limits>
@@ -22,6 +20,17 @@
 using namespace zyn;
 
 namespace {
+
+constexpr const char* help = R"(usage: classes INPUT [OUT]
+
+Colours a terrain by classes of ground, level, slope, steep and ridge, counts the triangles of each,
+and writes the picture OUT/classes.png.
+
+INPUT is an ESRI ASCII grid, or lines of x y z in metres.
+OUT is a folder, made if it is missing (.)
+
+example: classes data/jacksboro.asc out
+)";
 
 enum Ground : std::int32_t { level = 2, slope = 3, steep = 4, ridge = 5 };
 
@@ -47,7 +56,8 @@ ref_ptr<PntClassArray> readClasses() {
     return classes;
 }
 
-void run(const std::string& input, const std::string& out) {
+void run(Arguments arguments) {
+    const auto& [input, out] = InputAndOut(arguments);
     const ref_ptr<Pnt3dArray> points = newPnt3dArray();
     readPoints(input, *points);
     const ref_ptr<Pnt3dArrayArray> noBreaklines = newPnt3dArrayArray();
@@ -84,22 +94,8 @@ void run(const std::string& input, const std::string& out) {
     const std::string path = std::filesystem::path(out) / "classes.png";
     if (!picture.save(path)) { throw Failure(path, "cannot be written"); }
     std::printf("file %s\n", path.c_str());
-    if (std::fflush(stdout) != 0) { throw Failure("standard output", "cannot be written"); }
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    try {
-        const std::string input = argc > 1 ? argv[1] : "";
-        if (argc < 2 || argc > 3 || input.starts_with('-')) {
-            std::fputs("usage: classes INPUT [OUT]\n", input == "--help" ? stdout : stderr);
-            return input == "--help" ? 0 : 1;
-        }
-        run(input, argc == 3 ? argv[2] : ".");
-        return 0;
-    } catch (const std::exception& failure) {
-        std::fprintf(stderr, "classes: %s\n", failure.what());
-        return 1;
-    }
-}
+int main(int argc, char** argv) { return runProgram("classes", help, argc, argv, run); }

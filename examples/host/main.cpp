@@ -1,9 +1,8 @@
 // A small host: it logs to a file and to the console, keeps its settings, and shows how far it is
 // while it turns a text file of points into a pool.
-//
-// usage: host POINTS [FOLDER]      FOLDER gets host.log and host.settings
 #include "failure.h"
 #include "folder.h"
+#include "program.h"
 #include "terminal_progress.h"
 
 #include <zyn/log.h>
@@ -13,13 +12,23 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <string>
 
 using namespace zyn;
 
 namespace {
+
+constexpr const char* help = R"(usage: host INPUT [OUT]
+
+Reads points and keeps a log, OUT/host.log, and settings, OUT/host.settings: the number of its runs
+and the last file.
+
+INPUT is text with a point a line, x y first; lines that hold none are passed over.
+OUT is a folder, made if it is missing (.)
+
+example: host data/points.txt out
+)";
 
 QString text(const std::string& s) { return QString::fromLocal8Bit(s.c_str()); }
 
@@ -41,9 +50,10 @@ ref_ptr<Pnt2dPool> load(const QString& path) {
     return pool;
 }
 
-void run(const std::string& input, const std::string& folder) {
-    makeFolder(folder);
-    const std::filesystem::path place = folder;
+void run(Arguments arguments) {
+    const auto& [input, out] = InputAndOut(arguments);
+    makeFolder(out);
+    const std::filesystem::path place = out;
     const ref_ptr<IZynLog> log = newZynLog(text(place / "host.log"), true, true);
     log->setName(QStringLiteral("host"));
     const ref_ptr<IZynSetting> settings = newZynSetting(QString());
@@ -68,17 +78,4 @@ void run(const std::string& input, const std::string& folder) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    try {
-        const std::string input = argc > 1 ? argv[1] : "";
-        if (argc < 2 || argc > 3 || input.starts_with('-')) {
-            std::fputs("usage: host POINTS [FOLDER]\n", input == "--help" ? stdout : stderr);
-            return input == "--help" ? 0 : 1;
-        }
-        run(input, argc == 3 ? argv[2] : ".");
-        return 0;
-    } catch (const std::exception& failure) {
-        std::fprintf(stderr, "host: %s\n", failure.what());
-        return 1;
-    }
-}
+int main(int argc, char** argv) { return runProgram("host", help, argc, argv, run); }

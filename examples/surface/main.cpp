@@ -5,6 +5,7 @@
 #include "network.h"
 #include "options.h"
 #include "point_reader.h"
+#include "program.h"
 #include "progress_bar.h"
 #include "terrain_picture.h"
 
@@ -15,10 +16,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <exception>
 #include <filesystem>
-#include <new>
-#include <span>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -125,7 +123,8 @@ void reportShape(IZynDelaunayD* engine, const Measures& surface, double maxEdge)
                 length, climb, descent, std::max(0, way->size() - 2));
 }
 
-void makeSurface(const Options& options) {
+void run(Arguments arguments) {
+    const Options options = parseOptions(arguments);
     Stopwatch watch;
     const Input input = readInput(options);
     makeFolder(options.out);
@@ -158,20 +157,4 @@ void makeSurface(const Options& options) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    try {
-        const Options options = parseOptions(std::span(argv, std::size_t(argc)).subspan(1));
-        if (options.help) {
-            std::fputs(helpText, stdout);
-        } else {
-            makeSurface(options);
-        }
-        if (std::fflush(stdout) != 0) { throw Failure("standard output", "cannot be written"); }
-        return 0;
-    } catch (const std::bad_alloc&) {
-        std::fputs("surface: not enough memory\n", stderr);
-    } catch (const std::exception& failure) {
-        std::fprintf(stderr, "surface: %s\n", failure.what());
-    }
-    return 1;
-}
+int main(int argc, char** argv) { return runProgram("surface", helpText, argc, argv, run); }

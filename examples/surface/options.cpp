@@ -1,6 +1,5 @@
 #include "options.h"
 
-#include "failure.h"
 #include "fields.h"
 
 #include <cmath>
@@ -36,27 +35,25 @@ namespace {
 double lengthIn(const std::string& option, const std::string& text) {
     const std::optional<double> length = toNumber(text);
     if (!length || !std::isfinite(*length) || *length < 0) {
-        throw Failure(option + " needs a length in metres, not '" + text + "'");
+        throw WrongUsage(option + " needs a length in metres, not '" + text + "'");
     }
     return *length;
 }
 
 }  // namespace
 
-Options parseOptions(std::span<const char* const> arguments) {
+Options parseOptions(Arguments arguments) {
     Options options;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string name = arguments[i];
         const auto value = [&]() -> std::string {
             std::string text = i + 1 < arguments.size() ? arguments[++i] : "";
             if (text.empty() || text.starts_with("--")) {
-                throw Failure(name + " needs a value; see surface --help");
+                throw WrongUsage(name + " needs a value");
             }
             return text;
         };
-        if (name == "--help") {
-            options.help = true;
-        } else if (name == "--breaklines") {
+        if (name == "--breaklines") {
             options.breaklines = value();
         } else if (name == "--max-edge") {
             options.maxEdge = lengthIn(name, value());
@@ -67,15 +64,13 @@ Options parseOptions(std::span<const char* const> arguments) {
         } else if (name == "--out") {
             options.out = value();
         } else if (name.starts_with("-")) {
-            throw Failure("unknown option '" + name + "'; see surface --help");
+            throw WrongUsage("unknown option '" + name + "'");
         } else if (!options.input.empty()) {
-            throw Failure("one INPUT only, not '" + name + "' too; see surface --help");
+            throw WrongUsage("one INPUT only, not '" + name + "' too");
         } else {
             options.input = name;
         }
     }
-    if (options.input.empty() && !options.help) {
-        throw Failure("INPUT is missing; see surface --help");
-    }
+    if (options.input.empty()) { throw WrongUsage("INPUT is missing"); }
     return options;
 }

@@ -1,12 +1,12 @@
 // What the command line asks for.
 #pragma once
 
+#include "program.h"
+
 #include <limits>
-#include <span>
 #include <string>
 
 struct Options {
-    bool help = false;
     std::string input;
     std::string breaklines;  ///< no file when empty
     double maxEdge = std::numeric_limits<double>::infinity();
@@ -17,5 +17,4 @@ struct Options {
 
 extern const char* const helpText;
 
-/// Throws a Failure for anything that it does not understand.
-Options parseOptions(std::span<const char* const> arguments);
+Options parseOptions(Arguments arguments);

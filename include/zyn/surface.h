@@ -35,14 +35,29 @@ class IZynProgress;
 
 inline constexpr double anyEdge = std::numeric_limits<double>::infinity();
 
-/// The containers of an engine's points and vertices.
+// The containers of an engine's points and vertices. Members of a class, since compilers do not agree
+// on the name that a function gets from a condition in its signature.
+
 template <class Real>
-using Pnt3Array = std::conditional_t<std::same_as<Real, double>, Pnt3dArray, Pnt3fArray>;
+struct Pnt3Containers;
+template <>
+struct Pnt3Containers<float> {
+    using Array = Pnt3fArray;
+    using ArrayArray = Pnt3fArrayArray;
+    using Pool = Pnt3fPool;
+};
+template <>
+struct Pnt3Containers<double> {
+    using Array = Pnt3dArray;
+    using ArrayArray = Pnt3dArrayArray;
+    using Pool = Pnt3dPool;
+};
 template <class Real>
-using Pnt3ArrayArray =
-    std::conditional_t<std::same_as<Real, double>, Pnt3dArrayArray, Pnt3fArrayArray>;
+using Pnt3Array = typename Pnt3Containers<Real>::Array;
 template <class Real>
-using Pnt3Pool = std::conditional_t<std::same_as<Real, double>, Pnt3dPool, Pnt3fPool>;
+using Pnt3ArrayArray = typename Pnt3Containers<Real>::ArrayArray;
+template <class Real>
+using Pnt3Pool = typename Pnt3Containers<Real>::Pool;
 template <class Real>
 using VertexArray = typename TinRecord<Real>::RealPtrArray;
 

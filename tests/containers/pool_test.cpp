@@ -44,7 +44,7 @@ TYPED_TEST(PoolTest, FollowsAVectorThroughRandomOperations) {
         case 3: {
             const ref_ptr<TypeParam> other = new ZynPoolImp<TypeParam>(5);
             other->append(some);
-            other->next();
+            static_cast<void>(other->next());
             EXPECT_EQ(pool->append(other.get()), some.size());
             break;
         }

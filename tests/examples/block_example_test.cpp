@@ -52,7 +52,8 @@ TEST_F(BlockExample, NamesTheFileAndTheLineOfBadInput) {
         expectFailure(run("input out"), message);
     }
     expectFailure(run("missing out"), "missing: No such file");
-    expectFailure(run(""), "usage: block INPUT");
+    expectHelp();
+    expectWrongUsage("input out more", "not 'more' too");
 }
 
 }  // namespace

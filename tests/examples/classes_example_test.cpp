@@ -21,7 +21,7 @@ TEST_F(ClassesExample, DrawsTheShippedTerrain) {
     write("line", "1 1 1\n2 2 2\n3 3 3\n");
     fs::remove_all(folder / "out");
     expectFailure(run("line out"), "line: gives no surface");
-    expectFailure(run(""), "usage: classes INPUT");
+    expectHelp();
 }
 
 }  // namespace

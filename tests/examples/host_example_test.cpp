@@ -11,6 +11,7 @@ protected:
 };
 
 TEST_F(HostExample, LogsAndRemembers) {
+    expectHelp();
     std::string points = "x y\n";
     for (int i = 0; i < 70000; ++i) { points += std::to_string(i) + " 0.5\n"; }
     write("points", points);
@@ -18,6 +19,8 @@ TEST_F(HostExample, LogsAndRemembers) {
     EXPECT_EQ(first.exitCode, 0) << first.err;
     EXPECT_TRUE(contains(first.out, " host run 1, last file: \n"));
     EXPECT_TRUE(contains(first.out, " host 70000 points in 2 blocks\n"));
+    const Result shipped = run("'" POINTS_FILE "' out2");
+    EXPECT_TRUE(contains(shipped.out, " host 120 points in 1 blocks\n"));
     const Result second = run("missing out");
     EXPECT_EQ(second.exitCode, 1);
     EXPECT_EQ(second.err, "host: missing: cannot be read, or has no lines\n");

@@ -69,13 +69,31 @@ protected:
         }
         return names;
     }
-    /// Checks for exit code 1, one line on standard error that has `message`, and no file.
-    void expectFailure(const Result& result, const std::string& message) const {
-        EXPECT_EQ(result.exitCode, 1) << message;
+    /// Checks for the exit code, one line on standard error that has `message`, and no file.
+    void expectFailure(const Result& result, const std::string& message, int exitCode = 1) const {
+        EXPECT_EQ(result.exitCode, exitCode) << message;
         EXPECT_EQ(result.out, "") << message;
         EXPECT_EQ(linesOf(result.err).size(), 1U) << result.err;
         EXPECT_TRUE(contains(result.err, message));
         EXPECT_EQ(outFiles(), std::set<std::string>()) << message;
+    }
+
+    void expectWrongUsage(const std::string& arguments, const std::string& message) const {
+        expectFailure(run(arguments), message, 2);
+    }
+    /// Checks --help, which explains the exit codes, and what is wrong usage of every program.
+    void expectHelp() const {
+        const std::string name = fs::path(program).filename();
+        const Result help = run("--help");
+        EXPECT_EQ(help.exitCode, 0);
+        EXPECT_EQ(help.err, "");
+        for (const std::string& part :
+             {"usage: " + name + " INPUT", "\nexample: " + name + " data/",
+              std::string("\nexit code: 0 done, 1 a failure")}) {
+            EXPECT_TRUE(contains(help.out, part));
+        }
+        expectWrongUsage("", name + ": INPUT is missing; see " + name + " --help");
+        expectWrongUsage("input --ouT", "unknown option '--ouT'");
     }
 
     const std::string program;

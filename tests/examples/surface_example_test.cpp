@@ -179,18 +179,12 @@ TEST_F(SurfaceExample, NamesTheFileAndTheLineOfBadInput) {
 }
 
 TEST_F(SurfaceExample, ExplainsItselfAndRefusesWhatItDoesNotUnderstand) {
-    const Result help = run("--help");
-    EXPECT_EQ(help.exitCode, 0);
-    EXPECT_EQ(help.err, "");
-    EXPECT_TRUE(contains(help.out, "usage: surface INPUT"));
-    EXPECT_TRUE(contains(help.out, "\nexample: "));
-
+    expectHelp();
     write("input", "0 0 1\n8 0 2\n0 8 3\n");
-    expectFailure(run("input input2"), "'input2'");
-    expectFailure(run("input --ouT out"), "unknown option '--ouT'");
-    expectFailure(run("input --breaklines --out out"), "--breaklines needs a value");
-    expectFailure(run("input --max-edge 5m --out out"), "--max-edge needs a length");
-    expectFailure(run("input --tolerance -1 --out out"), "--tolerance needs a length");
+    expectWrongUsage("input input2", "'input2'");
+    expectWrongUsage("input --breaklines --out out", "--breaklines needs a value");
+    expectWrongUsage("input --max-edge 5m --out out", "--max-edge needs a length");
+    expectWrongUsage("input --tolerance -1 --out out", "--tolerance needs a length");
     expectFailure(run("input --max-edge 0.5 --out out"), "longer than --max-edge");
     expectFailure(run("input --tolerance 100 --out out"), "within --tolerance");
 }

@@ -21,7 +21,8 @@ struct Wide {
     long double y;
 };
 Wide operator-(Position p, Position q) {
-    return {static_cast<long double>(p.x) - q.x, static_cast<long double>(p.y) - q.y};
+    const auto wide = [](double v) { return static_cast<long double>(v); };
+    return {wide(p.x) - wide(q.x), wide(p.y) - wide(q.y)};
 }
 
 int orientation(Position a, Position b, Position c) {

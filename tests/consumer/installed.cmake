@@ -1,0 +1,5 @@
+# A user's project on the installed copy KIND.
+include(${CMAKE_CURRENT_LIST_DIR}/../package/package.cmake)
+need_tools(pkg-config)
+
+check_prefix(${WORK_DIR}/${KIND} "${WORK_DIR}/on ${KIND}")

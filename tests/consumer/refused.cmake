@@ -1,0 +1,16 @@
+# The numbered cases of refused.cpp do not compile, each by itself, and the file without them does.
+include(${CMAKE_CURRENT_LIST_DIR}/../package/package.cmake)
+need_tools(pkg-config)
+
+set(source ${CMAKE_CURRENT_LIST_DIR}/refused.cpp)
+file(STRINGS ${source} cases REGEX "REFUSED == [0-9]+")
+list(LENGTH cases count)
+foreach(number RANGE ${count})
+    compile_with_pkg_config(code ${WORK_DIR}/${KIND} ${source} -fsyntax-only -DREFUSED=${number})
+    if(number EQUAL 0 AND NOT code EQUAL 0)
+        message(FATAL_ERROR "The file does not compile without a case: ${errors}")
+    elseif(number GREATER 0 AND code EQUAL 0)
+        message(SEND_ERROR "Case ${number} compiles")
+    endif()
+endforeach()
+message(STATUS "${count} cases are refused")

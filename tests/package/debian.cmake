@@ -1,0 +1,35 @@
+# Makes the Debian packages of the build, checks them, and builds a user's project on what they hold.
+include(${CMAKE_CURRENT_LIST_DIR}/package.cmake)
+need_tools(dpkg-deb dpkg-shlibdeps lintian pkg-config)
+
+set(packages ${WORK_DIR}/debian)
+set(root ${packages}/root)
+file(REMOVE_RECURSE ${packages})
+run(${CMAKE_CPACK_COMMAND} --config ${BUILD_DIR}/CPackConfig.cmake -B ${packages})
+file(GLOB runtime ${packages}/libzynbase1_${VERSION}-1_*.deb)
+file(GLOB development ${packages}/libzynbase-dev_${VERSION}-1_*.deb)
+
+function(expect_dependencies package)
+    read_output(found dpkg-deb --field ${package} Depends)
+    foreach(dependency IN LISTS ARGN)
+        string(FIND "${found}" "${dependency}" position)
+        if(position EQUAL -1)
+            message(SEND_ERROR "${package} does not depend on ${dependency} but on ${found}")
+        endif()
+    endforeach()
+    set(found "${found}" PARENT_SCOPE)
+endfunction()
+
+expect_dependencies(${development} "libzynbase1 (= ${VERSION}-1)" "qtbase5-dev (>= 5.15)")
+expect_dependencies(${runtime} libqt5core5a libarmadillo libstdc++6)
+string(REGEX MATCH libtriangle generator "${found}")
+if(WITH_TRIANGLE AND NOT generator OR generator AND NOT WITH_TRIANGLE)
+    message(SEND_ERROR "${runtime} depends on ${found}")
+endif()
+
+run(lintian --fail-on error --tag-display-limit 0 ${runtime} ${development})
+
+foreach(package IN ITEMS ${runtime} ${development})
+    run(dpkg-deb --extract ${package} ${root})
+endforeach()
+check_prefix(${root}/usr "${WORK_DIR}/on debian")

@@ -1,0 +1,77 @@
+# What the tests of packages share. They work in WORK_DIR, where `shared` and `static` are installed copies.
+cmake_minimum_required(VERSION 3.24)
+
+function(run)
+    execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+# Runs a command and gives what it prints on standard output.
+function(read_output variable)
+    execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
+    set(${variable} "${output}" PARENT_SCOPE)
+endfunction()
+
+# Ends the test as skipped where a tool is missing that scripts/setup installs on Debian, where this fails.
+macro(need_tools)
+    foreach(tool IN ITEMS ${ARGN})
+        find_program(path_of_${tool} ${tool})
+        if(NOT path_of_${tool})
+            if(EXISTS /etc/debian_version)
+                message(FATAL_ERROR "${tool} is missing; scripts/setup installs it")
+            endif()
+            message(STATUS "skipped: there is no ${tool}")
+            return()
+        endif()
+    endforeach()
+endmacro()
+
+# Configures and builds a project as its user does, in BUILD, with further arguments for the configuration.
+function(build_project source build)
+    run(${CMAKE_COMMAND} -S ${source} -B ${build} -G ${GENERATOR} -D CMAKE_CXX_COMPILER=${CXX}
+        -D CMAKE_CXX_FLAGS=${CXX_FLAGS} -D CMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER} ${ARGN})
+    run(${CMAKE_COMMAND} --build ${build})
+endfunction()
+
+# Compiles SOURCE with the flags that pkg-config gives for the copy in PREFIX, and further arguments.
+function(compile_with_pkg_config code prefix source)
+    set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
+    set(static --static)
+    if(EXISTS ${prefix}/${LIBDIR}/libzynbase.so)
+        set(static "")
+    endif()
+    read_output(flags pkg-config ${static} --cflags --libs zynbase)
+    separate_arguments(flags UNIX_COMMAND "${CXX_FLAGS} '${source}' ${flags}")
+    execute_process(COMMAND ${CXX} -std=c++20 ${ARGN} ${flags} RESULT_VARIABLE result ERROR_VARIABLE output)
+    set(${code} ${result} PARENT_SCOPE)
+    set(errors "${output}" PARENT_SCOPE)
+endfunction()
+
+# Runs the program of tests/consumer/project and checks what it found.
+function(check_consumer program)
+    string(REPLACE "." ";" version ${VERSION})
+    list(GET version 0 major)
+    list(GET version 1 minor)
+    list(GET version 2 patch)
+    math(EXPR number "${major} * 10000 + ${minor} * 100 + ${patch}")
+    read_output(found ${program})
+    set(expected "\nversion ${VERSION} ${number}, image 0.001, generator ${WITH_TRIANGLE}, hills.xyz\n$")
+    if(NOT found MATCHES "${expected}")
+        message(FATAL_ERROR "${program} printed: ${found}")
+    endif()
+endfunction()
+
+# Builds and runs a user's project on the copy in PREFIX, with CMake and with pkg-config.
+function(check_prefix prefix build)
+    set(project ${SOURCE_DIR}/tests/consumer/project)
+    file(REMOVE_RECURSE ${build})
+    build_project(${project} ${build} -D CMAKE_PREFIX_PATH=${prefix})
+    check_consumer(${build}/consumer)
+
+    compile_with_pkg_config(code ${prefix} ${project}/main.cpp -o ${build}/compiled)
+    if(NOT code EQUAL 0)
+        message(FATAL_ERROR "The flags of pkg-config do not do: ${errors}")
+    endif()
+    # A static copy has nothing there to be loaded.
+    set(ENV{LD_LIBRARY_PATH} ${prefix}/${LIBDIR})
+    check_consumer(${build}/compiled)
+endfunction()

@@ -54,7 +54,8 @@ def main(root):
         if not below <= above:
             faults.append(f"{layer} includes from {sorted(below - above)}, which stand below it in the table")
         above.add(layer)
-        faults += [f"{layer} starts at {path}, which is no file" for path in entry if not (root / "src" / path).is_file()]
+        faults += [f"{layer} starts with {name}, which is no file" for name in entry
+                   if not (root / "src" / layer / name).is_file()]
 
         files = [path for path in (root / "src" / layer).rglob("*") if path.suffix in {".h", ".ipp", ".cpp"}]
         files += [root / "include/zyn" / header for header in headers & public]

@@ -20,12 +20,12 @@ int main() {
         return 1;
     }
 
+    std::unique_ptr<double[]> owner;  // stands first, to end after the engine
+    ref_ptr<IZynDelaunayD> read = newZynDelaunayDouble(0, 0, 0, 1, 1);  // the file brings its frame
     double* vertices = nullptr;
     int count = 0;
-    ref_ptr<IZynDelaunayD> read =
-        newZynDelaunayDouble(0, 0, 0, 1, 1);  // any frame: the file has its own
     if (!readBinary(read.get(), "hill.tin", vertices, count)) { return 1; }
-    std::unique_ptr<double[]> owner(vertices);  // ends after the last use of the engine
+    owner.reset(vertices);
     std::printf("%d vertices, %d triangles, %.1f square metres as before: %s\n", count,
                 surfaceTriangleCount(read.get()), surfaceAreaHorizen(read.get()),
                 surfaceArea(read.get()) == surfaceArea(engine.get()) ? "yes" : "no");

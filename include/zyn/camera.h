@@ -1,16 +1,17 @@
-// Frame cameras: interior and exterior orientation, the direct linear transformation, projection.
-//
-// Angles are in radians. Lengths are in the unit of the world coordinates; image coordinates and
-// the focal length share one unit. A value that is not set is -99999, unlike the invalid mark of
-// points.
-//
-//     zynCamOutParam cam;
-//     cam.X = 500.0; cam.Y = 500.0; cam.Z = 1000.0;
-//     cam.phi = cam.omega = cam.kappa = 0.0;
-//     XPnt2d image = project(cam, 0.1, XPnt3d(510.0, 500.0, 0.0));      // (0.001, 0)
-//
-// The rotation of an image is R = R(phi) R(omega) R(kappa), about Y, X and Z in this order; its
-// columns are the axes of the image in the world.
+/// @file
+/// Frame cameras: interior and exterior orientation, the direct linear transformation, projection.
+///
+/// Angles are in radians. Lengths are in the unit of the world coordinates; image coordinates and
+/// the focal length share one unit. A value that is not set is -99999, unlike the invalid mark of
+/// points.
+///
+///     zynCamOutParam cam;
+///     cam.X = 500.0; cam.Y = 500.0; cam.Z = 1000.0;
+///     cam.phi = cam.omega = cam.kappa = 0.0;
+///     XPnt2d image = project(cam, 0.1, XPnt3d(510.0, 500.0, 0.0));      // (0.001, 0)
+///
+/// The rotation of an image is R = R(phi) R(omega) R(kappa), about Y, X and Z in this order; its
+/// columns are the axes of the image in the world.
 #pragma once
 
 #include <zyn/array.h>

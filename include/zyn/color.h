@@ -1,14 +1,15 @@
-// Colours: values, the ramp through which a scalar is displayed, and the scale that fills it.
-//
-//     ref_ptr<IZynGradeColor> grade = newZynGradeColor();           // black at 0 to white at 1
-//     grade->addPeg(0x000000FF, 0.3f);                              // red at 0.3
-//     grade->setMode(IZynColorRamp::Linear);
-//     ref_ptr<IZynColorRamp> ramp = newZynColorRamp();
-//     grade->fillTable(ramp->pcolor(), ramp->size());
-//     ZynColor4b c = ramp->clr(int(255 * (z - low) / (high - low)));
-//
-// A packed colour is 0x00BBGGRR. Byte channels run from 0 to 255, float channels from 0 to 1; alpha
-// is opacity. One thread at a time on an object; pegs are made on one thread at a time.
+/// @file
+/// Colours: values, the ramp through which a scalar is displayed, and the scale that fills it.
+///
+///     ref_ptr<IZynGradeColor> grade = newZynGradeColor();           // black at 0 to white at 1
+///     grade->addPeg(0x000000FF, 0.3f);                              // red at 0.3
+///     grade->setMode(IZynColorRamp::Linear);
+///     ref_ptr<IZynColorRamp> ramp = newZynColorRamp();
+///     grade->fillTable(ramp->pcolor(), ramp->size());
+///     ZynColor4b c = ramp->clr(int(255 * (z - low) / (high - low)));
+///
+/// A packed colour is 0x00BBGGRR. Byte channels run from 0 to 255, float channels from 0 to 1; alpha
+/// is opacity. One thread at a time on an object; pegs are made on one thread at a time.
 #pragma once
 
 #include <zyn/export.h>

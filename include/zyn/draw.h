@@ -1,9 +1,10 @@
-// What a display holds for a point cloud: classes of points, and parameters of drawing.
-//
-//     ref_ptr<IZynLasDrawParam> param = newZynLasDrawParam();
-//     param->ramp = newZynColorRamp();
-//     param->classes[2].value = 2;                        // the application knows class 2
-//     param->assignPntClass(read);                        // takes colour, name, visibility from it
+/// @file
+/// What a display holds for a point cloud: classes of points, and parameters of drawing.
+///
+///     ref_ptr<IZynLasDrawParam> param = newZynLasDrawParam();
+///     param->ramp = newZynColorRamp();
+///     param->classes[2].value = 2;                        // the application knows class 2
+///     param->assignPntClass(read);                        // takes colour, name, visibility from it
 #pragma once
 
 #include <zyn/array.h>

@@ -1,20 +1,21 @@
-// Envelopes: axis-aligned boxes, held as the bounds of each axis.
-//
-// A new Enve2d or Enve3d is invalid: its minima stand above everything and its maxima below, so
-// that the first point or box that it grows by replaces them all, without a special case. The
-// fields run per axis, the minimum before the maximum, which is not the order of most arguments.
-// Growth ignores a coordinate that is not a number. Queries on an invalid box answer by the same
-// comparisons as on any other.
-//
-//     Enve3d box;                                   // invalid
-//     for (const XPnt3d& p : *points) { box.SetBox(p); }
-//     if (box.isValid()) {
-//         XPnt3d middle = box.MidPoint();
-//         double across = box.getDiagonal();
-//     }
-//     Enve2d plan = box.getEnve2d();
-//     plan.extendPercent(0.1);                      // a tenth of the width on either side
-//     bool inside = plan.isCover(x, y);             // the high sides are excluded
+/// @file
+/// Envelopes: axis-aligned boxes, held as the bounds of each axis.
+///
+/// A new Enve2d or Enve3d is invalid: its minima stand above everything and its maxima below, so
+/// that the first point or box that it grows by replaces them all, without a special case. The
+/// fields run per axis, the minimum before the maximum, which is not the order of most arguments.
+/// Growth ignores a coordinate that is not a number. Queries on an invalid box answer by the same
+/// comparisons as on any other.
+///
+///     Enve3d box;                                   // invalid
+///     for (const XPnt3d& p : *points) { box.SetBox(p); }
+///     if (box.isValid()) {
+///         XPnt3d middle = box.MidPoint();
+///         double across = box.getDiagonal();
+///     }
+///     Enve2d plan = box.getEnve2d();
+///     plan.extendPercent(0.1);                      // a tenth of the width on either side
+///     bool inside = plan.isCover(x, y);             // the high sides are excluded
 #pragma once
 
 #include <zyn/array.h>

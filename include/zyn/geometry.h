@@ -1,21 +1,22 @@
-// Geometric queries: distances, closest points, crossings and side tests of points, lines, planes,
-// triangles, balls and boxes.
-//
-// Stateless functions without allocation or locks. A function template on XPnt2 or XPnt3 exists for
-// float and double and computes in that precision throughout; all its points have the same one.
-// Angles are radians. A result that is built from scratch has `inten` 0, one that is copied from a
-// point carries that point's. Tests are exact comparisons unless namespace `tolerance` names them:
-// for signs that are right on nearly collinear input, use the engine of delaunay.h. Division by
-// zero follows IEEE 754, and no function checks for it beyond what it says.
-//
-//     const XPnt3d a(0, 0, 0), b(1, 0, 0), c(0, 1, 0), p(0.25, 0.25, 3);
-//     double away = dist2_tri(p, a, b, c);                        // 9: squared
-//     int side = left_right(a.to2d(), b.to2d(), c.to2d());        // 1: c is on the left
-//     XPnt3d foot;
-//     double best = 16.0;                                         // nearer than 4 wanted
-//     bool found = closer_on_tri(p, foot, a, b, c, best);         // true, best 9, foot in a-b-c
-//     double t = 0.0;
-//     line_plane_X(p, XPnt3d(0, 0, -1), a, b, c, foot, t);        // t = 3
+/// @file
+/// Geometric queries: distances, closest points, crossings and side tests of points, lines, planes,
+/// triangles, balls and boxes.
+///
+/// Stateless functions without allocation or locks. A function template on XPnt2 or XPnt3 exists for
+/// float and double and computes in that precision throughout; all its points have the same one.
+/// Angles are radians. A result that is built from scratch has `inten` 0, one that is copied from a
+/// point carries that point's. Tests are exact comparisons unless namespace `tolerance` names them:
+/// for signs that are right on nearly collinear input, use the engine of delaunay.h. Division by
+/// zero follows IEEE 754, and no function checks for it beyond what it says.
+///
+///     const XPnt3d a(0, 0, 0), b(1, 0, 0), c(0, 1, 0), p(0.25, 0.25, 3);
+///     double away = dist2_tri(p, a, b, c);                        // 9: squared
+///     int side = left_right(a.to2d(), b.to2d(), c.to2d());        // 1: c is on the left
+///     XPnt3d foot;
+///     double best = 16.0;                                         // nearer than 4 wanted
+///     bool found = closer_on_tri(p, foot, a, b, c, best);         // true, best 9, foot in a-b-c
+///     double t = 0.0;
+///     line_plane_X(p, XPnt3d(0, 0, -1), a, b, c, foot, t);        // t = 3
 #pragma once
 
 #include <zyn/export.h>

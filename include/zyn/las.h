@@ -1,18 +1,19 @@
-// Records of a laser scan, in single and double precision.
-//
-// The library reads the coordinates and the intensity of a record and copies the rest whole: the
-// meaning of `attr`, the words and `tail` is the application's. Records are plain values. A point
-// of point.h is made from a LasPnt with its intensity.
-//
-//     ref_ptr<LasPntArray> scan = newLasPntArray();
-//     LasPnt record;                                   // x, y, z are -99999
-//     record.x = record.y = record.z = 1.0f;
-//     record.inten = 7;
-//     scan->append(record);
-//     XPnt2d range = maxminInten(scan->data(), scan->size());    // (7, 7)
-//     XPnt3d p = record;                               // p.inten is 7
-//     ref_ptr<PPnt3fArray> view = PntsToPnt3f(scan.get());
-//     float height = view->get(0)->z;
+/// @file
+/// Records of a laser scan, in single and double precision.
+///
+/// The library reads the coordinates and the intensity of a record and copies the rest whole: the
+/// meaning of `attr`, the words and `tail` is the application's. Records are plain values. A point
+/// of point.h is made from a LasPnt with its intensity.
+///
+///     ref_ptr<LasPntArray> scan = newLasPntArray();
+///     LasPnt record;                                   // x, y, z are -99999
+///     record.x = record.y = record.z = 1.0f;
+///     record.inten = 7;
+///     scan->append(record);
+///     XPnt2d range = maxminInten(scan->data(), scan->size());    // (7, 7)
+///     XPnt3d p = record;                               // p.inten is 7
+///     ref_ptr<PPnt3fArray> view = PntsToPnt3f(scan.get());
+///     float height = view->get(0)->z;
 #pragma once
 
 #include <zyn/array.h>

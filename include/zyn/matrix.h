@@ -1,24 +1,25 @@
-// Dense matrices: a value template, and counted matrices that cross the library's boundary.
-//
-// `matrix<T>` is a plain value with storage of its own. MatrixByte, MatrixChar, MatrixInt,
-// MatrixLong, MatrixFlt and MatrixDbl are counted interfaces over it, all with the same operations
-// in the same order (TypedMatrix), made by factories with count 0. Elements stand row by row;
-// indices count from 0; the smallest matrix is 1 x 1. Integer elements wrap around. An operation
-// that gives a new counted matrix leaves the one it was called on alone, and the new one is the
-// caller's. A matrix is for one thread at a time.
-//
-//     ref_ptr<MatrixDbl> m = newMatrixDbl();
-//     m->setSize(2, 2);
-//     m->set(0, 0, 2.0);
-//     m->set(1, 1, 4.0);
-//     ref_ptr<MatrixDbl> back = m->inverse();      // 0.5 and 0.25 on the diagonal
-//
-//     matrix<double> a(3, 3), b(3, 1);
-//     a.setIdentity();
-//     matrix<double> x = a * b;
-//
-// Operations on matrices that are not square where they have to be, and products of sizes that do
-// not match, throw a plain string: a `char*`.
+/// @file
+/// Dense matrices: a value template, and counted matrices that cross the library's boundary.
+///
+/// `matrix<T>` is a plain value with storage of its own. MatrixByte, MatrixChar, MatrixInt,
+/// MatrixLong, MatrixFlt and MatrixDbl are counted interfaces over it, all with the same operations
+/// in the same order (TypedMatrix), made by factories with count 0. Elements stand row by row;
+/// indices count from 0; the smallest matrix is 1 x 1. Integer elements wrap around. An operation
+/// that gives a new counted matrix leaves the one it was called on alone, and the new one is the
+/// caller's. A matrix is for one thread at a time.
+///
+///     ref_ptr<MatrixDbl> m = newMatrixDbl();
+///     m->setSize(2, 2);
+///     m->set(0, 0, 2.0);
+///     m->set(1, 1, 4.0);
+///     ref_ptr<MatrixDbl> back = m->inverse();      // 0.5 and 0.25 on the diagonal
+///
+///     matrix<double> a(3, 3), b(3, 1);
+///     a.setIdentity();
+///     matrix<double> x = a * b;
+///
+/// Operations on matrices that are not square where they have to be, and products of sizes that do
+/// not match, throw a plain string: a `char*`.
 #pragma once
 
 #include <zyn/export.h>

@@ -1,26 +1,27 @@
-// The photogrammetric block: images, what was measured on them, and the world points behind it.
-//
-// A table holds one interior orientation, one exterior orientation an image, the measurements of
-// each image, and world points with their links to measurements. An image, a measurement (within
-// its image) and a world point are addressed by int indices from 0 that never shift: what is removed
-// leaves its place; only exportData gives compact numbers. -1 means none. The table adjusts and
-// intersects nothing: it gives out the observations for that and takes the results.
-//
-//     ref_ptr<IZynPMSDataTable> table = newZynPMSDataTable();
-//     setImgNum(table.get(), 3);
-//     table->setCamOutParam(0, cam);                          // of image 0, with imageIndex 0
-//     ref_ptr<Pnt2dArray> seen = newPnt2dArray();             // one entry an image,
-//     seen->resize(3);                                        // invalid where it is not seen
-//     seen->getRef(0).set(0.001, 0.002);
-//     seen->getRef(2).set(0.003, 0.002);
-//     table->addWrdPnt(seen);                                 // world point 0
-//     table->getWrdPntObservations(0, pnts.get(), cams.get());
-//     table->setWrdPnt(0, intersection);
-//
-// A measurement and its world point name each other. A world point lasts while it has two
-// measurements, an image while it has one valid measurement, as far as measurements are removed one
-// by one. With an index out of range, a null argument or a wrong length an operation leaves the table
-// as it was and gives -1, null or an invalid value. A table is for one thread at a time.
+/// @file
+/// The photogrammetric block: images, what was measured on them, and the world points behind it.
+///
+/// A table holds one interior orientation, one exterior orientation an image, the measurements of
+/// each image, and world points with their links to measurements. An image, a measurement (within
+/// its image) and a world point are addressed by int indices from 0 that never shift: what is removed
+/// leaves its place; only exportData gives compact numbers. -1 means none. The table adjusts and
+/// intersects nothing: it gives out the observations for that and takes the results.
+///
+///     ref_ptr<IZynPMSDataTable> table = newZynPMSDataTable();
+///     setImgNum(table.get(), 3);
+///     table->setCamOutParam(0, cam);                          // of image 0, with imageIndex 0
+///     ref_ptr<Pnt2dArray> seen = newPnt2dArray();             // one entry an image,
+///     seen->resize(3);                                        // invalid where it is not seen
+///     seen->getRef(0).set(0.001, 0.002);
+///     seen->getRef(2).set(0.003, 0.002);
+///     table->addWrdPnt(seen);                                 // world point 0
+///     table->getWrdPntObservations(0, pnts.get(), cams.get());
+///     table->setWrdPnt(0, intersection);
+///
+/// A measurement and its world point name each other. A world point lasts while it has two
+/// measurements, an image while it has one valid measurement, as far as measurements are removed one
+/// by one. With an index out of range, a null argument or a wrong length an operation leaves the table
+/// as it was and gives -1, null or an invalid value. A table is for one thread at a time.
 #pragma once
 
 #include <zyn/array.h>

@@ -1,21 +1,22 @@
-// Points and vectors: small copyable values in two and three dimensions, in float and double.
-//
-// XPnt2 and XPnt3 add the geometry to the bare PT2 and PT3 of coordinates.h, and XPnt3 carries a signed
-// 16-bit intensity, `inten`, which takes no part in norms, comparisons or coordinate arrays. The Tag
-// forms carry an `int tag`. Use the double forms for coordinates on the ground (UTM, earth-centred);
-// the float forms for what is shown and for clouds that are reduced to a local origin.
-//
-//     XPnt3d a(1.0, 2.0, 3.0), b(4.0, 6.0, 3.0);
-//     XPnt3d direction = b - a;                 // (3, 4, 0)
-//     double length = direction.norm();         // 5
-//     direction.normalize();                    // (0.6, 0.8, 0)
-//     XPnt3d half = a + direction * (length / 2);
-//     const double* xyz = half;                 // three consecutive coordinates
-//     half[2] = 7.0;                            // the same as half.z
-//     bool known = half.isValid();              // true
-//
-// "Invalid" is a finite mark, compared exactly: -2147483647 in double, -99999 in float. Marks do not
-// survive a conversion between the precisions: convert after having asked isValid().
+/// @file
+/// Points and vectors: small copyable values in two and three dimensions, in float and double.
+///
+/// XPnt2 and XPnt3 add the geometry to the bare PT2 and PT3 of coordinates.h, and XPnt3 carries a signed
+/// 16-bit intensity, `inten`, which takes no part in norms, comparisons or coordinate arrays. The Tag
+/// forms carry an `int tag`. Use the double forms for coordinates on the ground (UTM, earth-centred);
+/// the float forms for what is shown and for clouds that are reduced to a local origin.
+///
+///     XPnt3d a(1.0, 2.0, 3.0), b(4.0, 6.0, 3.0);
+///     XPnt3d direction = b - a;                 // (3, 4, 0)
+///     double length = direction.norm();         // 5
+///     direction.normalize();                    // (0.6, 0.8, 0)
+///     XPnt3d half = a + direction * (length / 2);
+///     const double* xyz = half;                 // three consecutive coordinates
+///     half[2] = 7.0;                            // the same as half.z
+///     bool known = half.isValid();              // true
+///
+/// "Invalid" is a finite mark, compared exactly: -2147483647 in double, -99999 in float. Marks do not
+/// survive a conversion between the precisions: convert after having asked isValid().
 #pragma once
 
 #include <zyn/coordinates.h>

@@ -1,17 +1,18 @@
-// Rigid transforms: a 4 x 4 matrix and a quaternion, which convert into each other.
-//
-// Both are values. Operators named like those of numbers work in place: `m * n`, `m + n` and
-// `q * r` change their left side and give it back. Only `m * 2.0` and `m * point` make something
-// new. Return codes follow no single rule: conversions answer 1 from a matrix and 0 from a
-// quaternion, -1 where they fail; the other operations tell theirs.
-//
-//     ZynQuad q(1, 0, 0, 0);
-//     q.rotate(0, 0, 1, 0.5);                       // half a radian about z
-//     ZynMatrix4d m = q.toMatrix();
-//     m[0][3] = 100.0;                              // the translation stands in the last column
-//     XPnt3d moved = m * XPnt3d(1, 2, 3);
-//
-// What was never set is invalid: every component is -2147483647.
+/// @file
+/// Rigid transforms: a 4 x 4 matrix and a quaternion, which convert into each other.
+///
+/// Both are values. Operators named like those of numbers work in place: `m * n`, `m + n` and
+/// `q * r` change their left side and give it back. Only `m * 2.0` and `m * point` make something
+/// new. Return codes follow no single rule: conversions answer 1 from a matrix and 0 from a
+/// quaternion, -1 where they fail; the other operations tell theirs.
+///
+///     ZynQuad q(1, 0, 0, 0);
+///     q.rotate(0, 0, 1, 0.5);                       // half a radian about z
+///     ZynMatrix4d m = q.toMatrix();
+///     m[0][3] = 100.0;                              // the translation stands in the last column
+///     XPnt3d moved = m * XPnt3d(1, 2, 3);
+///
+/// What was never set is invalid: every component is -2147483647.
 #pragma once
 
 #include <zyn/array.h>

@@ -43,11 +43,8 @@ namespace zyn {
 template <class Real>
 class ZYN_EXPORT DelaunayInterface : public IZynGeometry {
 public:
-    /// The triangle and the point of this precision.
-    /// @{
-    using Tri = TinRecord<Real>;
-    using Pnt = XPnt3<Real>;
-    /// @}
+    using Tri = TinRecord<Real>;  ///< The triangle of this precision.
+    using Pnt = XPnt3<Real>;      ///< The point of this precision.
 
     // Iteration, in pool order, by the engine's one cursor. rayIntersections, rayNearest, exportObj
     // and the functions of surface.h move it too.

@@ -30,21 +30,27 @@ class IZynProgress;
 /// Laser point in single precision: 28 bytes without gaps. It begins like an XPnt3f, with x, y, z
 /// and `inten`. A new one has -99999 in its coordinates and 0 in all the rest.
 struct LasPnt : PT3<float> {
-    std::int16_t inten = 0;
+    std::int16_t inten = 0;  ///< intensity
+    /// The application's.
+    /// @{
     std::uint8_t attr[6] = {};
     std::uint16_t word0 = 0;
     std::uint16_t word1 = 0;
     std::uint8_t tail[4] = {};
+    /// @}
 };
 
 /// Laser point in double precision. A new one is 0 throughout, unlike a new LasPnt.
 struct ZynLasPntD : XPnt3d {
     std::uint16_t intenD =
         0;  ///< Stands where `inten` does in a LasPnt; the library reads `inten`.
+    /// The application's.
+    /// @{
     std::uint8_t attr[6] = {};
     std::uint16_t word0 = 0;
     std::uint16_t word1 = 0;
     std::uint8_t tail[4] = {};
+    /// @}
 };
 
 /// The smallest intensity of the `n` records as x, the largest as y; (2147483647, -2147483647) for
@@ -60,12 +66,13 @@ ZYN_ARRAY(PLasPntdArray, ZynLasPntD*);
 ZYN_ARRAY(PLasPntArrayArray, PLasPntArray*);
 ZYN_ARRAY(PLasPntdArrayArray, PLasPntdArray*);
 
-// Views of a `source` that is not null: the address of each record, as that of its head. Only x, y,
-// z and `inten` may be touched through it, one at a time: what follows belongs to the record. The
-// view holds no count and is valid as long as the records stay in place.
-
+/// Views of a `source` that is not null: the address of each record, as that of its head. Only x, y,
+/// z and `inten` may be touched through it, one at a time: what follows belongs to the record. The
+/// view holds no count and is valid as long as the records stay in place.
+/// @{
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(LasPntArray* source);
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(const PLasPntArray* source);
+/// @}
 
 // Pools of records
 
@@ -77,10 +84,12 @@ ZYN_POOL_CLASS(PLasPntPoolPool, PLasPntPool*);
 
 /// The address of each record, in order: a view, valid until `source` is emptied. The cursor of
 /// `source` moves. The progress is not called, and may be null.
+/// @{
 [[nodiscard]] ZYN_EXPORT ref_ptr<PLasPntPool> PntsToPool(LasPntPool* source,
                                                          IZynProgress* progress);
 [[nodiscard]] ZYN_EXPORT ref_ptr<PLasPntPoold> PntsToPool(LasPntPoold* source,
                                                           IZynProgress* progress);
+/// @}
 /// The pointers as an array. The cursor of `source` moves.
 [[nodiscard]] ZYN_EXPORT ref_ptr<PLasPntdArray> PntsToPntArr(PLasPntPoold* source);
 

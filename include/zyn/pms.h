@@ -57,20 +57,25 @@ public:
     virtual int importData(const ref_ptr<CamParaArray>& cams, const ref_ptr<IntArray>& camMap,
                            const ref_ptr<Pnt3dArray>& wrdPnts, const ref_ptr<IntArray>& wrdMap) = 0;
 
+    /// Number of images, removed ones included.
     [[nodiscard]] virtual int getImgNum() = 0;
     /// Places for world points, those of removed ones included.
     [[nodiscard]] virtual int getWrdPntNum() = 0;
 
     // Cameras and coordinates
 
+    /// The interior orientation, which all images share.
+    /// @{
     [[nodiscard]] virtual zynCamInParam getCamInParam() = 0;
     virtual int setCamInParam(const zynCamInParam& in) = 0;
+    /// @}
     /// An unset record out of range.
     [[nodiscard]] virtual zynCamOutParam getCamOutParam(int img) = 0;
     /// Replaces the record whole, imageIndex included: -1 there makes the image a removed one.
     virtual int setCamOutParam(int img, const zynCamOutParam& out) = 0;
     /// An invalid point out of range.
     [[nodiscard]] virtual XPnt3d getWrdPnt(int pnt) = 0;
+    /// Replaces the coordinates; an invalid point makes the world point an invalid one.
     virtual int setWrdPnt(int pnt, XPnt3d xyz) = 0;
 
     // Observations. An image out of range is one without measurements.

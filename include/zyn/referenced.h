@@ -69,6 +69,7 @@ public:
     /// Neither count moves.
     ZynReferenced& operator=(const ZynReferenced&) noexcept { return *this; }
 
+    /// The count.
     [[nodiscard]] int referenceCount() const noexcept { return refCount; }
 
     /// One count more.
@@ -219,9 +220,10 @@ ZYN_EXPORT void MemSet(void* target, bool value, std::int32_t byteCount) noexcep
 
 }  // namespace zyn
 
-/// The address of the object.
+/// The hash of the address.
 template <class T>
 struct std::hash<zyn::ref_ptr<T>> {
+    /// Equal for holders of one object.
     std::size_t operator()(const zyn::ref_ptr<T>& p) const noexcept {
         return std::hash<T*>()(p.get());
     }

@@ -197,7 +197,6 @@ enum class PlyNormals {
     vertex,  ///< one at each vertex
 };
 
-
 /// PLY 1.0, binary, little-endian: vertices x, y, z in the engine's precision, and, when asked for,
 /// their unit normals nx, ny, nz as float, the mean of the triangles' weighted by area; then faces of
 /// three indices from 0.

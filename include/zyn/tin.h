@@ -46,9 +46,9 @@ public:
     /// Arrays of pointers to coordinates.
     using RealPtrArray = std::conditional_t<std::same_as<Real, double>, PDoubleArray, PFloatArray>;
 
-    Real* vertex[3] = {};          ///< The corners, counter-clockwise: x, y, z each.
-    TinRecord* neighbor[3] = {};   ///< Across the edge opposite the corner of that index, or null.
-    std::int16_t mark = -1;  ///< Copied and compared, otherwise neither read nor changed.
+    Real* vertex[3] = {};         ///< The corners, counter-clockwise: x, y, z each.
+    TinRecord* neighbor[3] = {};  ///< Across the edge opposite the corner of that index, or null.
+    std::int16_t mark = -1;       ///< Copied and compared, otherwise neither read nor changed.
 
     /// Compares all seven fields: addresses, never coordinates.
     friend bool operator==(const TinRecord&, const TinRecord&) noexcept = default;

@@ -1,25 +1,26 @@
-// Typed arrays: counted, growable, contiguous, one class per element type.
-//
-// All members have the same operations in the same order (TypedArray) and are made by a factory of
-// their own, with count 0. A plain array holds its elements by value; a raw pointer is a value like
-// any other, and what it points to is the caller's. A reference-holding array (`...ArrayArray`)
-// holds pointers to counted objects and one count of each. Sizes, capacities and indices are int;
-// indices count from 0. An array is for one thread at a time.
-//
-//     ref_ptr<Pnt3dArray> points = newPnt3dArray();
-//     points->reserve(1000);                        // no element moves up to 1000 points
-//     points->append(XPnt3d(1.0, 2.0, 3.0));        // the new size: 1
-//     points->getRef(0).z = 5.0;
-//     for (const XPnt3d& p : *points) { use(p); }
-//     points->get(7);                               // throws std::out_of_range
-//
-//     ref_ptr<Pnt3dArrayArray> lines = newPnt3dArrayArray();
-//     lines->append(points.get());                  // the row is now held twice
-//
-// Growth is by half: 1, 2, 3, 4, 6, 9, 13, ... When the storage grows, every pointer and reference
-// into the array dies. Misuse throws as the standard containers do, and leaves the array as it was:
-// std::out_of_range "invalid vector<T> subscript", std::length_error "vector<T> too long",
-// std::bad_alloc. Operations told as unchecked have preconditions.
+/// @file
+/// Typed arrays: counted, growable, contiguous, one class per element type.
+///
+/// All members have the same operations in the same order (TypedArray) and are made by a factory of
+/// their own, with count 0. A plain array holds its elements by value; a raw pointer is a value like
+/// any other, and what it points to is the caller's. A reference-holding array (`...ArrayArray`)
+/// holds pointers to counted objects and one count of each. Sizes, capacities and indices are int;
+/// indices count from 0. An array is for one thread at a time.
+///
+///     ref_ptr<Pnt3dArray> points = newPnt3dArray();
+///     points->reserve(1000);                        // no element moves up to 1000 points
+///     points->append(XPnt3d(1.0, 2.0, 3.0));        // the new size: 1
+///     points->getRef(0).z = 5.0;
+///     for (const XPnt3d& p : *points) { use(p); }
+///     points->get(7);                               // throws std::out_of_range
+///
+///     ref_ptr<Pnt3dArrayArray> lines = newPnt3dArrayArray();
+///     lines->append(points.get());                  // the row is now held twice
+///
+/// Growth is by half: 1, 2, 3, 4, 6, 9, 13, ... When the storage grows, every pointer and reference
+/// into the array dies. Misuse throws as the standard containers do, and leaves the array as it was:
+/// std::out_of_range "invalid vector<T> subscript", std::length_error "vector<T> too long",
+/// std::bad_alloc. Operations told as unchecked have preconditions.
 #pragma once
 
 #include <zyn/export.h>
@@ -57,6 +58,7 @@ protected:
 template <class Derived, class E>
 class ZYN_EXPORT TypedArray : public ZynArray {
 public:
+    /// The element, as standard containers call it.
     using value_type = E;
 
     // Adding. Each gives the new size.
@@ -78,11 +80,13 @@ public:
     /// Checked like get(). Valid until the storage grows, and until something is inserted or removed
     /// at or before the element. Writing a row through it moves no count.
     [[nodiscard]] virtual E& getRef(int index) = 0;
-    /// Unchecked: not empty. The same holds for first, removeLast and removeFirst.
+    /// Unchecked: not empty.
+    /// @{
     [[nodiscard]] virtual E last() const = 0;
     [[nodiscard]] virtual E first() const = 0;
     virtual void removeLast() = 0;
     virtual void removeFirst() = 0;
+    /// @}
     /// Removes the elements from `from` up to but not including `to`. Unchecked in a plain array:
     /// 0 <= from <= to <= size(). A reference-holding one throws std::out_of_range, with nothing
     /// removed, when an element of the range does not exist.
@@ -92,8 +96,11 @@ public:
 
     // Size
 
+    /// Number of elements, and of those that there is room for.
+    /// @{
     [[nodiscard]] virtual int size() const = 0;
     [[nodiscard]] virtual int capacity() const = 0;
+    /// @}
     /// Makes room for exactly `count` elements, if there is less. A negative count throws
     /// std::length_error; on elements of one byte, std::bad_alloc.
     virtual void reserve(int count) = 0;
@@ -111,16 +118,22 @@ public:
     /// A new array with count 0 and copies of the elements. Rows are shared, not copied.
     [[nodiscard]] virtual Derived* clone() const = 0;
     /// The first element; null in an empty plain array. Valid until the storage grows.
+    /// @{
     [[nodiscard]] virtual E* data() = 0;
     [[nodiscard]] virtual const E* data() const = 0;
+    /// @}
     /// Start of the storage, null only if there never was any.
     [[nodiscard]] virtual E* begin() = 0;
 
     // Not virtual: what lets an array stand in a range-based `for`, and what gives literals their
-    // meaning. `append(0)` on numbers and `append(nullptr)` on pointers append that element.
+    // meaning.
 
+    /// Behind the last element.
     [[nodiscard]] E* end() { return begin() + size(); }
 
+    /// `append(0)` on numbers and `append(nullptr)` on pointers append that element; on anything else
+    /// `append(nullptr)` does not compile.
+    /// @{
     template <std::integral N>
         requires std::is_arithmetic_v<E>
     int append(N value) {
@@ -134,6 +147,8 @@ public:
     int append(std::nullptr_t)
         requires(!std::is_pointer_v<E>)
     = delete;
+    /// @}
+    /// A null pointer is no array.
     int assign(std::nullptr_t) = delete;
 };
 
@@ -205,7 +220,9 @@ ZYN_ARRAY(EllipseArrayArray, EllipseArray*);
 
 /// The address of each point. The result is a view: it holds no count of `source` and is valid as
 /// long as the points stay in place.
+/// @{
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(Pnt3fArray* source);
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(std::vector<XPnt3f*> source);
+/// @}
 
 }  // namespace zyn

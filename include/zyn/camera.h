@@ -1,16 +1,17 @@
-// Frame cameras: interior and exterior orientation, the direct linear transformation, projection.
-//
-// Angles are in radians. Lengths are in the unit of the world coordinates; image coordinates and
-// the focal length share one unit. A value that is not set is -99999, unlike the invalid mark of
-// points.
-//
-//     zynCamOutParam cam;
-//     cam.X = 500.0; cam.Y = 500.0; cam.Z = 1000.0;
-//     cam.phi = cam.omega = cam.kappa = 0.0;
-//     XPnt2d image = project(cam, 0.1, XPnt3d(510.0, 500.0, 0.0));      // (0.001, 0)
-//
-// The rotation of an image is R = R(phi) R(omega) R(kappa), about Y, X and Z in this order; its
-// columns are the axes of the image in the world.
+/// @file
+/// Frame cameras: interior and exterior orientation, the direct linear transformation, projection.
+///
+/// Angles are in radians. Lengths are in the unit of the world coordinates; image coordinates and
+/// the focal length share one unit. A value that is not set is -99999, unlike the invalid mark of
+/// points.
+///
+///     zynCamOutParam cam;
+///     cam.X = 500.0; cam.Y = 500.0; cam.Z = 1000.0;
+///     cam.phi = cam.omega = cam.kappa = 0.0;
+///     XPnt2d image = project(cam, 0.1, XPnt3d(510.0, 500.0, 0.0));      // (0.001, 0)
+///
+/// The rotation of an image is R = R(phi) R(omega) R(kappa), about Y, X and Z in this order; its
+/// columns are the axes of the image in the world.
 #pragma once
 
 #include <zyn/array.h>
@@ -26,12 +27,12 @@ inline constexpr double unsetCamera = -99999.0;
 
 /// The linear elements of an exterior orientation: the projection centre.
 struct zynCamLineParam {
-    double X, Y, Z;
+    double X, Y, Z;  ///< in the unit of the world
 };
 
 /// The angular elements of an exterior orientation.
 struct zynCamAngelParam {
-    double phi, omega, kappa;
+    double phi, omega, kappa;  ///< in radians
 
     /// All three become unset.
     void setInvalid() noexcept { phi = omega = kappa = unsetCamera; }
@@ -39,7 +40,7 @@ struct zynCamAngelParam {
 
 /// Seven numbers that the library carries and does not read.
 struct zynCamModel {
-    double v[7];
+    double v[7];  ///< carried
 };
 
 /// Interior orientation. It has no constructor of its own.
@@ -71,9 +72,9 @@ struct ZYN_EXPORT zynCamOutParam {
 /// the form x + (L1 X + L2 Y + L3 Z + L4) / (L9 X + L10 Y + L11 Z + 1) = 0 and
 /// y + (L5 X + L6 Y + L7 Z + L8) / (L9 X + L10 Y + L11 Z + 1) = 0.
 struct ZYN_EXPORT zynCamParam {
-    zynCamInParam in;
-    zynCamOutParam out;
-    double L1, L2, L3, L4, L5, L6, L7, L8, L9, L10, L11;
+    zynCamInParam in;                                     ///< interior orientation
+    zynCamOutParam out;                                   ///< exterior orientation
+    double L1, L2, L3, L4, L5, L6, L7, L8, L9, L10, L11;  ///< coefficients
 
     /// Unset, but for the further block of `in`, the carried words of `out`, and L2 to L11, which
     /// have no value.
@@ -99,10 +100,12 @@ ZYN_ARRAY(CamParaArray, zynCamOutParam);
 
 /// A position and three angles. It has no constructor of its own: arrays fill with zeros.
 struct ZynPOS3d {
-    double X, Y, Z;
-    double phi, omega, kappa;
+    double X, Y, Z;            ///< position
+    double phi, omega, kappa;  ///< angles, in radians
 
+    /// The position.
     [[nodiscard]] XPnt3d getXYZ() const noexcept { return {X, Y, Z}; }
+    /// Sets the position.
     void setXYZ(const PT3<double>& xyz) noexcept {
         X = xyz.x;
         Y = xyz.y;
@@ -110,6 +113,7 @@ struct ZynPOS3d {
     }
     /// phi, omega, kappa as x, y, z.
     [[nodiscard]] XPnt3d getAngle() const noexcept { return {phi, omega, kappa}; }
+    /// Sets phi, omega, kappa.
     void setAngle(const PT3<double>& angle) noexcept {
         phi = angle.x;
         omega = angle.y;
@@ -119,7 +123,7 @@ struct ZynPOS3d {
 
 /// Seven numbers of an image that the library carries and does not read.
 struct ZynImagePOS {
-    double v[7];
+    double v[7];  ///< carried
 };
 
 ZYN_ARRAY(ZynPOS3dSArray, ZynPOS3d);

@@ -1,11 +1,12 @@
-// Bare coordinates: two or three numbers, consecutive in memory, that stand for an array of them.
-//
-// PT2 and PT3 are what points (point.h) and laser records (las.h) are made of. They know nothing but
-// their numbers:
-//
-//     PT3<double> p(1.0, 2.0, 3.0);
-//     const double* xyz = p;                    // three consecutive coordinates
-//     bool same = p == PT3<double>(1, 2, 3);    // exactly
+/// @file
+/// Bare coordinates: two or three numbers, consecutive in memory, that stand for an array of them.
+///
+/// PT2 and PT3 are what points (point.h) and laser records (las.h) are made of. They know nothing but
+/// their numbers:
+///
+///     PT3<double> p(1.0, 2.0, 3.0);
+///     const double* xyz = p;                    // three consecutive coordinates
+///     bool same = p == PT3<double>(1, 2, 3);    // exactly
 #pragma once
 
 #include <concepts>
@@ -24,12 +25,13 @@ concept CoordinatePointer = std::same_as<P, T*> || std::same_as<P, const T*>;
 /// Two bare coordinates, consecutive in memory. T is float, double or std::int32_t.
 template <class T>
 struct PT2 {
-    using Coordinate = T;
+    using Coordinate = T;  ///< What it is made of.
 
-    T x = unsetCoordinate<T>;
-    T y = unsetCoordinate<T>;
+    T x = unsetCoordinate<T>;  ///< abscissa
+    T y = unsetCoordinate<T>;  ///< ordinate
 
     constexpr PT2() noexcept = default;
+    /// The point (x_, y_).
     constexpr PT2(T x_, T y_) noexcept : x(x_), y(y_) {}
 
     /// Address of `x`: an array of two coordinates.
@@ -46,13 +48,14 @@ struct PT2 {
 /// Three bare coordinates, consecutive in memory. T is float or double.
 template <class T>
 struct PT3 {
-    using Coordinate = T;
+    using Coordinate = T;  ///< What it is made of.
 
-    T x = unsetCoordinate<T>;
-    T y = unsetCoordinate<T>;
-    T z = unsetCoordinate<T>;
+    T x = unsetCoordinate<T>;  ///< abscissa
+    T y = unsetCoordinate<T>;  ///< ordinate
+    T z = unsetCoordinate<T>;  ///< height
 
     constexpr PT3() noexcept = default;
+    /// The point (x_, y_, z_).
     constexpr PT3(T x_, T y_, T z_) noexcept : x(x_), y(y_), z(z_) {}
 
     /// Address of `x`: an array of three coordinates.
@@ -66,9 +69,9 @@ struct PT3 {
     }
 };
 
-// A point is neither compared with an address of coordinates nor subtracted from one: some compilers
-// would turn it into its own address for that.
-
+/// A point is neither compared with an address of coordinates nor subtracted from one: some compilers
+/// would turn it into its own address for that.
+/// @{
 template <class P, CoordinatePointer<typename P::Coordinate> A>
 bool operator==(const P&, A) = delete;
 template <class P, CoordinatePointer<typename P::Coordinate> A>
@@ -77,11 +80,13 @@ template <class P, CoordinatePointer<typename P::Coordinate> A>
 void operator-(const P&, A) = delete;
 template <class P, CoordinatePointer<typename P::Coordinate> A>
 void operator-(A, const P&) = delete;
+/// @}
 
-/// The plain forms of double points in signatures.
+/// The plain form of a double point in the plane, for signatures.
 struct PNT2D : PT2<double> {
     using PT2<double>::PT2;
 };
+/// The plain form of a double point in space, for signatures.
 struct PNT3D : PT3<double> {
     using PT3<double>::PT3;
 };

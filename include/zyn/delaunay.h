@@ -1,31 +1,32 @@
-// Delaunay engines: points in, a surface out.
-//
-// An engine is a triangulated irregular network inside a rectangular frame. It is fed points one at
-// a time and triangulates them by Delaunay's rule in the plane: no vertex lies inside the circle of
-// any triangle. Enforced edges, and holes that removePoint closes, may break that rule. A vertex is a pointer to the caller's point, which must stay alive and in
-// place for the life of the engine: reserve the array before filling it. The four corners of the
-// frame are vertices too; triangles that touch one are frame triangles, and what reports on the
-// surface leaves them out. Leave a margin between the points and the frame.
-//
-//     ref_ptr<IZynDelaunayD> engine = newZynDelaunayDouble(0.0, minX, minY, maxX, maxY);
-//     for (XPnt3d& p : *points) { engine->addPoint(&p, 0.001); }
-//     engine->rewindTriangles();
-//     while (tind* t = engine->nextTriangle()) {
-//         if (!engine->isFrameTriangle(t)) { area += t->Area(); }
-//     }
-//     writeBinary(engine.get(), "terrain.tin");
-//
-// Take the double engine for coordinates on the ground; the float one halves the memory of the
-// points, not of the triangles. Points in spatial order are located in a few steps each.
-// Every network is valid after every call: triangles counter-clockwise by exact arithmetic, links
-// symmetric. A triangle of no area only stands on an edge of the frame or of an open hull, and beside
-// a duplicate, or where one was. A
-// network that was read is what the file says: its numbers are checked, its geometry is not, and on
-// a damaged one every call still ends and touches no foreign memory.
-// Without memory std::bad_alloc is thrown: the network stays as it was, but for enforceEdge, which may
-// have flipped some edges, and for a read.
-// One thread at a time; different engines share nothing. Records keep their address until
-// deleteTriangle or removePoint moves one, or a read replaces them all.
+/// @file
+/// Delaunay engines: points in, a surface out.
+///
+/// An engine is a triangulated irregular network inside a rectangular frame. It is fed points one at
+/// a time and triangulates them by Delaunay's rule in the plane: no vertex lies inside the circle of
+/// any triangle. Enforced edges, and holes that removePoint closes, may break that rule. A vertex is a pointer to the caller's point, which must stay alive and in
+/// place for the life of the engine: reserve the array before filling it. The four corners of the
+/// frame are vertices too; triangles that touch one are frame triangles, and what reports on the
+/// surface leaves them out. Leave a margin between the points and the frame.
+///
+///     ref_ptr<IZynDelaunayD> engine = newZynDelaunayDouble(0.0, minX, minY, maxX, maxY);
+///     for (XPnt3d& p : *points) { engine->addPoint(&p, 0.001); }
+///     engine->rewindTriangles();
+///     while (tind* t = engine->nextTriangle()) {
+///         if (!engine->isFrameTriangle(t)) { area += t->Area(); }
+///     }
+///     writeBinary(engine.get(), "terrain.tin");
+///
+/// Take the double engine for coordinates on the ground; the float one halves the memory of the
+/// points, not of the triangles. Points in spatial order are located in a few steps each.
+/// Every network is valid after every call: triangles counter-clockwise by exact arithmetic, links
+/// symmetric. A triangle of no area only stands on an edge of the frame or of an open hull, and beside
+/// a duplicate, or where one was. A
+/// network that was read is what the file says: its numbers are checked, its geometry is not, and on
+/// a damaged one every call still ends and touches no foreign memory.
+/// Without memory std::bad_alloc is thrown: the network stays as it was, but for enforceEdge, which may
+/// have flipped some edges, and for a read.
+/// One thread at a time; different engines share nothing. Records keep their address until
+/// deleteTriangle or removePoint moves one, or a read replaces them all.
 #pragma once
 
 #include <zyn/array.h>
@@ -44,14 +45,15 @@ namespace zyn {
 template <class Real>
 class ZYN_EXPORT DelaunayInterface : public IZynGeometry {
 public:
-    using Tri = TinRecord<Real>;
-    using Pnt = XPnt3<Real>;
+    using Tri = TinRecord<Real>;  ///< The triangle of this precision.
+    using Pnt = XPnt3<Real>;      ///< The point of this precision.
 
     // Iteration, in pool order, by the engine's one cursor. rayIntersections, rayNearest, exportObj
     // and the functions of surface.h move it too.
 
     /// The triangle at the cursor, which moves on; null after the last, until the next rewind.
     virtual Tri* nextTriangle() = 0;
+    /// Sets the cursor to the first triangle.
     virtual void rewindTriangles() = 0;
     /// Number of triangles, frame triangles included: 2 in a new engine, 2 more a point.
     [[nodiscard]] virtual int triangleCount() const = 0;
@@ -152,10 +154,12 @@ public:
 
 /// A new engine with two triangles between the corners of the frame, whose height is `z`. REQUIRES:
 /// minX < maxX and minY < maxY. A frame that is not finite accepts no point.
+/// @{
 [[nodiscard]] ZYN_EXPORT IZynDelaunay* newZynDelaunay(float z, float minX, float minY, float maxX,
                                                       float maxY);
 [[nodiscard]] ZYN_EXPORT IZynDelaunayD* newZynDelaunayDouble(double z, double minX, double minY,
                                                              double maxX, double maxY);
+/// @}
 
 // Operations on an engine of either precision beside its interface. A null engine, or one that is
 // not this library's, gets false or 0.

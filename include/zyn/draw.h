@@ -1,9 +1,10 @@
-// What a display holds for a point cloud: classes of points, and parameters of drawing.
-//
-//     ref_ptr<IZynLasDrawParam> param = newZynLasDrawParam();
-//     param->ramp = newZynColorRamp();
-//     param->classes[2].value = 2;                        // the application knows class 2
-//     param->assignPntClass(read);                        // takes colour, name, visibility from it
+/// @file
+/// What a display holds for a point cloud: classes of points, and parameters of drawing.
+///
+///     ref_ptr<IZynLasDrawParam> param = newZynLasDrawParam();
+///     param->ramp = newZynColorRamp();
+///     param->classes[2].value = 2;                        // the application knows class 2
+///     param->assignPntClass(read);                        // takes colour, name, visibility from it
 #pragma once
 
 #include <zyn/array.h>
@@ -21,18 +22,21 @@ struct ZYN_EXPORT PntClass {
     /// The number of an entry that is free.
     static constexpr std::int32_t freeValue = -2147483647;
 
-    std::int32_t value;
-    bool visible;
-    ZynColor4b color;
-    QString name;
+    std::int32_t value;  ///< number of the class
+    bool visible;        ///< whether it is drawn
+    ZynColor4b color;    ///< of its points
+    QString name;        ///< for the user
 
+    /// A free entry, unless a number is given.
     PntClass(std::int32_t value_ = freeValue, bool visible_ = true,
              ZynColor4b color_ = ZynColor4b::White(), QString name_ = defaultName());
 
     /// "Default".
     [[nodiscard]] static QString defaultName();
 
+    /// Replaces all fields.
     void setVal(std::int32_t value_, bool visible_, ZynColor4b color_, QString name_);
+    /// Whether the entry is in use.
     [[nodiscard]] bool isValid() const noexcept { return value != freeValue; }
     /// Frees the entry; all but `value` stays.
     void setInvalid() noexcept { value = freeValue; }
@@ -54,24 +58,30 @@ public:
     /// value, if there is one. The number of elements; 0 for null.
     std::int32_t assignPntClass(const ref_ptr<PntClassArray>& a);
 
+    /// The application's.
+    /// @{
     std::uint8_t head[5] = {};
     std::int32_t param0 = 0, param1 = 0;
     double range0Min = 0.0, range0Max = 1.0;
     double range1Min = 0.0, range1Max = 1.0;
     std::int32_t mode0 = 0, mode1 = 2, mode2 = 0;
-    ref_ptr<IZynColorRamp> ramp;
-    PntClass classes[256];
-    // Bytes from here on, so that they follow each other without a gap.
+    /// @}
+    ref_ptr<IZynColorRamp> ramp;  ///< the colours of a scalar; null in a new object
+    PntClass classes[256];        ///< free in a new object
+    /// The application's: bytes that follow each other without a gap.
+    /// @{
     std::uint8_t flag0 = 0xFF;
     ZynColor4b colors[4] = {ZynColor4b::Yellow(), ZynColor4b::Yellow(), ZynColor4b::Yellow(),
                             ZynColor4b::Yellow()};
     std::uint8_t flag1 = 0xFF, flag2 = 0xFF;
     std::uint8_t flag3 = 0;
+    /// @}
 
 protected:
     ~IZynLasDrawParam() override;
 };
 
+/// New, without a ramp, all classes free.
 [[nodiscard]] ZYN_EXPORT IZynLasDrawParam* newZynLasDrawParam();
 
 }  // namespace zyn

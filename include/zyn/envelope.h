@@ -1,20 +1,21 @@
-// Envelopes: axis-aligned boxes, held as the bounds of each axis.
-//
-// A new Enve2d or Enve3d is invalid: its minima stand above everything and its maxima below, so
-// that the first point or box that it grows by replaces them all, without a special case. The
-// fields run per axis, the minimum before the maximum, which is not the order of most arguments.
-// Growth ignores a coordinate that is not a number. Queries on an invalid box answer by the same
-// comparisons as on any other.
-//
-//     Enve3d box;                                   // invalid
-//     for (const XPnt3d& p : *points) { box.SetBox(p); }
-//     if (box.isValid()) {
-//         XPnt3d middle = box.MidPoint();
-//         double across = box.getDiagonal();
-//     }
-//     Enve2d plan = box.getEnve2d();
-//     plan.extendPercent(0.1);                      // a tenth of the width on either side
-//     bool inside = plan.isCover(x, y);             // the high sides are excluded
+/// @file
+/// Envelopes: axis-aligned boxes, held as the bounds of each axis.
+///
+/// A new Enve2d or Enve3d is invalid: its minima stand above everything and its maxima below, so
+/// that the first point or box that it grows by replaces them all, without a special case. The
+/// fields run per axis, the minimum before the maximum, which is not the order of most arguments.
+/// Growth ignores a coordinate that is not a number. Queries on an invalid box answer by the same
+/// comparisons as on any other.
+///
+///     Enve3d box;                                   // invalid
+///     for (const XPnt3d& p : *points) { box.SetBox(p); }
+///     if (box.isValid()) {
+///         XPnt3d middle = box.MidPoint();
+///         double across = box.getDiagonal();
+///     }
+///     Enve2d plan = box.getEnve2d();
+///     plan.extendPercent(0.1);                      // a tenth of the width on either side
+///     bool inside = plan.isCover(x, y);             // the high sides are excluded
 #pragma once
 
 #include <zyn/array.h>
@@ -46,10 +47,13 @@ concept PlanarOrSpatialPoint =
 /// Bare bounds in the plane. T is double, float or std::int32_t; integer widths wrap around.
 template <class T>
 struct EnveBase2 {
-    T minX{}, maxX{}, minY{}, maxY{};
+    T minX{}, maxX{}, minY{}, maxY{};  ///< bounds; 0 in a new one
 
+    /// The length along x.
     [[nodiscard]] constexpr T Width() const noexcept { return span(minX, maxX); }
+    /// The length along y.
     [[nodiscard]] constexpr T Hight() const noexcept { return span(minY, maxY); }
+    /// Whether it has no inner point.
     [[nodiscard]] constexpr bool IsEmpty() const noexcept { return maxX <= minX || maxY <= minY; }
     /// Exact comparison of the bounds.
     friend constexpr bool operator==(const EnveBase2&, const EnveBase2&) noexcept = default;
@@ -68,13 +72,15 @@ private:
 /// Bare bounds in space.
 template <class T>
 struct EnveBase3 {
-    T minX{}, maxX{}, minY{}, maxY{}, minZ{}, maxZ{};
+    T minX{}, maxX{}, minY{}, maxY{}, minZ{}, maxZ{};  ///< bounds; 0 in a new one
 
     /// Exact comparison of the bounds.
     friend constexpr bool operator==(const EnveBase3&, const EnveBase3&) noexcept = default;
 };
 
+/// Bare bounds in the plane, in double.
 struct ENVE2D : EnveBase2<double> {};
+/// Bare bounds in space, in double.
 struct ENVE3D : EnveBase3<double> {};
 /// Integer bounds; a new one has 0 in all four, and none is invalid.
 struct Enve2i : EnveBase2<std::int32_t> {};
@@ -100,19 +106,27 @@ public:
     }
     /// Whether it has no inner point.
     [[nodiscard]] constexpr bool isEmpty() const noexcept { return IsEmpty(); }
+    /// The length along x.
     [[nodiscard]] constexpr double width() const noexcept { return Width(); }
+    /// The length along y.
     [[nodiscard]] constexpr double hight() const noexcept { return Hight(); }
+    /// Width times height.
     [[nodiscard]] constexpr double area() const noexcept { return Width() * Hight(); }
+    /// The middle.
     [[nodiscard]] constexpr XPnt2d MidPoint() const noexcept {
         return {(minX + maxX) / 2, (minY + maxY) / 2};
     }
+    /// The same.
     [[nodiscard]] constexpr XPnt2d midPoint() const noexcept { return MidPoint(); }
     /// Corner `i`, counter-clockwise from the lower left; an invalid point for an `i` outside 0..3.
     [[nodiscard]] XPnt2d getCorner(int i) const noexcept;
+    /// A corner; y runs upwards.
+    /// @{
     [[nodiscard]] constexpr XPnt2d LeftBottomCorner() const noexcept { return {minX, minY}; }
     [[nodiscard]] constexpr XPnt2d RightBottomCorner() const noexcept { return {maxX, minY}; }
     [[nodiscard]] constexpr XPnt2d RightTopCorner() const noexcept { return {maxX, maxY}; }
     [[nodiscard]] constexpr XPnt2d LeftTopCorner() const noexcept { return {minX, maxY}; }
+    /// @}
     /// The same box at height 0.
     [[nodiscard]] Enve3d getEnve3d() const noexcept;
     /// By area, then by the sum of the bounds, then by minX.
@@ -120,6 +134,7 @@ public:
 
     // Growing
 
+    /// As a new one.
     constexpr void setInvalid() noexcept { *this = Enve2d(); }
     /// Grows by the point (x, y).
     void SetBox(double x, double y) noexcept { SetBox(x, y, x, y); }
@@ -130,11 +145,12 @@ public:
         maxX = std::max(maxX, maxX_);
         maxY = std::max(maxY, maxY_);
     }
-    /// Grows by x, y of the points.
+    /// Grows by x, y of the point.
     template <PlanarOrSpatialPoint P>
     void SetBox(const P& p) noexcept {
         SetBox(double(p.x), double(p.y));
     }
+    /// Grows by x, y of both points.
     template <PlanarOrSpatialPoint P>
     void SetBox(const P& p, const P& q) noexcept {
         SetBox(p);
@@ -149,6 +165,7 @@ public:
 
     // Moving and scaling
 
+    /// Moves.
     void offset(double dx, double dy) noexcept;
     /// Moves by x, y of the point.
     template <PlanarOrSpatialPoint P>
@@ -156,18 +173,20 @@ public:
         offset(double(p.x), double(p.y));
         return *this;
     }
+    /// Moves back by them.
     template <PlanarOrSpatialPoint P>
     Enve2d& operator-=(const P& p) noexcept {
         offset(-double(p.x), -double(p.y));
         return *this;
     }
+    /// Scales bounds about the origin; the division multiplies by 1/s.
+    /// @{
     void ScaleX(double s) noexcept;
     void ScaleY(double s) noexcept;
     void Scale(double sx, double sy) noexcept;
-    /// Scales all bounds about the origin.
     Enve2d& operator*=(double s) noexcept;
-    /// Multiplies by 1/s.
     Enve2d& operator/=(double s) noexcept { return *this *= 1.0 / s; }
+    /// @}
     /// Swaps the bounds of an axis that are in the wrong order.
     void Normalize() noexcept;
 
@@ -202,7 +221,9 @@ public:
         return *this = Enve3d(e.minX, e.minY, invalidBound, e.maxX, e.maxY, -invalidBound);
     }
 
+    /// An invalid box.
     [[nodiscard]] static constexpr Enve3d invalid() noexcept { return {}; }
+    /// The same.
     [[nodiscard]] static constexpr Enve3d invalidEnve3d() noexcept { return {}; }
     /// From -1 to 1 on every axis.
     [[nodiscard]] static constexpr Enve3d stdEnve3d() noexcept { return {-1, -1, -1, 1, 1, 1}; }
@@ -211,27 +232,38 @@ public:
 
     /// False when all six bounds are at their marks.
     [[nodiscard]] constexpr bool isValid() const noexcept { return *this != invalid(); }
+    /// The length along x; along y; along z.
+    /// @{
     [[nodiscard]] constexpr double Width() const noexcept { return maxX - minX; }
     [[nodiscard]] constexpr double HightY() const noexcept { return maxY - minY; }
     [[nodiscard]] constexpr double HightZ() const noexcept { return maxZ - minZ; }
+    /// @}
     /// The surface.
     [[nodiscard]] double area() const noexcept;
+    /// The product of the three lengths.
     [[nodiscard]] double Volume() const noexcept;
+    /// The length from corner to opposite corner.
     [[nodiscard]] double getDiagonal() const noexcept;
+    /// The middle.
     [[nodiscard]] constexpr XPnt3d MidPoint() const noexcept {
         return {(minX + maxX) / 2, (minY + maxY) / 2, (minZ + maxZ) / 2};
     }
+    /// The corner of all minima.
     [[nodiscard]] constexpr XPnt3d getMinPnt() const noexcept { return {minX, minY, minZ}; }
+    /// The corner of all maxima.
     [[nodiscard]] constexpr XPnt3d getMaxPnt() const noexcept { return {maxX, maxY, maxZ}; }
+    /// The bounds of x and y.
     [[nodiscard]] constexpr Enve2d getEnve2d() const noexcept { return {minX, minY, maxX, maxY}; }
     /// By volume, then by surface, then by the sum of the bounds, then by minX.
     [[nodiscard]] bool operator<(const Enve3d& e) const noexcept;
 
     // Growing and replacing
 
+    /// As a new one.
     constexpr void setInvalid() noexcept { *this = Enve3d(); }
     /// Grows by the point.
     void SetBox(double x, double y, double z) noexcept { Union(Enve3d(x, y, z, x, y, z)); }
+    /// The same.
     template <SpatialPoint P>
     void SetBox(const P& p) noexcept {
         SetBox(double(p.x), double(p.y), double(p.z));
@@ -263,6 +295,7 @@ public:
 
     // Moving and scaling
 
+    /// Moves.
     void offset(double dx, double dy, double dz) noexcept;
     /// Moves by the coordinates of the point; one in the plane moves x and y.
     template <PlanarOrSpatialPoint P>
@@ -270,24 +303,31 @@ public:
         offset(double(p.x), double(p.y), heightOf(p));
         return *this;
     }
+    /// Moves back by them.
     template <PlanarOrSpatialPoint P>
     Enve3d& operator-=(const P& p) noexcept {
         offset(-double(p.x), -double(p.y), -heightOf(p));
         return *this;
     }
+    /// Scales the bounds of an axis about the origin.
+    /// @{
     void ScaleX(double s) noexcept;
     void ScaleY(double s) noexcept;
     void ScaleZ(double s) noexcept;
+    /// @}
     /// Swaps the bounds of an axis that are in the wrong order.
     void Normalize() noexcept;
 
     // Containment and crossing. A point on a side is in the box, unlike in Enve2d.
 
+    /// Whether the point lies in the box, or between the bounds of these two axes.
+    /// @{
     [[nodiscard]] bool isCover(const XPnt3d& p) const noexcept { return isCover(p.x, p.y, p.z); }
     [[nodiscard]] bool isCover(double x, double y, double z) const noexcept;
     [[nodiscard]] bool isXYCover(double x, double y) const noexcept;
     [[nodiscard]] bool isXZCover(double x, double z) const noexcept;
     [[nodiscard]] bool isYZCover(double y, double z) const noexcept;
+    /// @}
     /// Whether `e` lies within the bounds of x and y.
     [[nodiscard]] bool isCover(const Enve2d& e) const noexcept;
     /// Whether, on each axis, the bounds of this box reach a bound of `e`: isIntersect(min, max,
@@ -315,6 +355,7 @@ private:
 
 /// The first box grown by the second.
 [[nodiscard]] ZYN_EXPORT Enve2d Union(const Enve2d& a, const Enve2d& b) noexcept;
+/// The same in space.
 [[nodiscard]] ZYN_EXPORT Enve3d Union(const Enve3d& a, const Enve3d& b) noexcept;
 
 /// Whether the span from a0 to a1, in either direction, reaches a bound of the interval from b0 to

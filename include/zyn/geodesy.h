@@ -1,9 +1,10 @@
-// Geodetic and earth-centred Cartesian coordinates on the WGS 84 ellipsoid.
-//
-//     XPnt3d xyz = BLH2WGS(XPnt3d(48.0, 11.0, 520.0));    // latitude, longitude, height
-//     XPnt3d blh = WGS2BLH(xyz);
-//
-// Latitude and longitude are in degrees, heights above the ellipsoid and coordinates in metres.
+/// @file
+/// Geodetic and earth-centred Cartesian coordinates on the WGS 84 ellipsoid.
+///
+///     XPnt3d xyz = BLH2WGS(XPnt3d(48.0, 11.0, 520.0));    // latitude, longitude, height
+///     XPnt3d blh = WGS2BLH(xyz);
+///
+/// Latitude and longitude are in degrees, heights above the ellipsoid and coordinates in metres.
 #pragma once
 
 #include <zyn/export.h>

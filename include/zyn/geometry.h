@@ -1,21 +1,22 @@
-// Geometric queries: distances, closest points, crossings and side tests of points, lines, planes,
-// triangles, balls and boxes.
-//
-// Stateless functions without allocation or locks. A function template on XPnt2 or XPnt3 exists for
-// float and double and computes in that precision throughout; all its points have the same one.
-// Angles are radians. A result that is built from scratch has `inten` 0, one that is copied from a
-// point carries that point's. Tests are exact comparisons unless namespace `tolerance` names them:
-// for signs that are right on nearly collinear input, use the engine of delaunay.h. Division by
-// zero follows IEEE 754, and no function checks for it beyond what it says.
-//
-//     const XPnt3d a(0, 0, 0), b(1, 0, 0), c(0, 1, 0), p(0.25, 0.25, 3);
-//     double away = dist2_tri(p, a, b, c);                        // 9: squared
-//     int side = left_right(a.to2d(), b.to2d(), c.to2d());        // 1: c is on the left
-//     XPnt3d foot;
-//     double best = 16.0;                                         // nearer than 4 wanted
-//     bool found = closer_on_tri(p, foot, a, b, c, best);         // true, best 9, foot in a-b-c
-//     double t = 0.0;
-//     line_plane_X(p, XPnt3d(0, 0, -1), a, b, c, foot, t);        // t = 3
+/// @file
+/// Geometric queries: distances, closest points, crossings and side tests of points, lines, planes,
+/// triangles, balls and boxes.
+///
+/// Stateless functions without allocation or locks. A function template on XPnt2 or XPnt3 exists for
+/// float and double and computes in that precision throughout; all its points have the same one.
+/// Angles are radians. A result that is built from scratch has `inten` 0, one that is copied from a
+/// point carries that point's. Tests are exact comparisons unless namespace `tolerance` names them:
+/// for signs that are right on nearly collinear input, use the engine of delaunay.h. Division by
+/// zero follows IEEE 754, and no function checks for it beyond what it says.
+///
+///     const XPnt3d a(0, 0, 0), b(1, 0, 0), c(0, 1, 0), p(0.25, 0.25, 3);
+///     double away = dist2_tri(p, a, b, c);                        // 9: squared
+///     int side = left_right(a.to2d(), b.to2d(), c.to2d());        // 1: c is on the left
+///     XPnt3d foot;
+///     double best = 16.0;                                         // nearer than 4 wanted
+///     bool found = closer_on_tri(p, foot, a, b, c, best);         // true, best 9, foot in a-b-c
+///     double t = 0.0;
+///     line_plane_X(p, XPnt3d(0, 0, -1), a, b, c, foot, t);        // t = 3
 #pragma once
 
 #include <zyn/export.h>
@@ -51,6 +52,8 @@ using Scalar = std::type_identity_t<T>;
 template <class T, int N>
 class Coordinates {
 public:
+    /// From a pointer, an array or a point. Implicit: it stands in signatures.
+    /// @{
     template <class P>
         requires(CoordinatePointer<std::decay_t<P>, T> &&
                  !(std::is_bounded_array_v<P> && std::extent_v<P> < N))
@@ -59,7 +62,9 @@ public:
     constexpr Coordinates(const PT2<T>& p) noexcept
         requires(N == 2)
         : first(&p.x) {}
+    /// @}
 
+    /// Unchecked: 0..N-1.
     constexpr T operator[](int i) const noexcept { return first[i]; }
 
 private:
@@ -68,6 +73,7 @@ private:
 
 // Vector algebra
 
+/// The scalar product.
 template <class T>
 [[nodiscard]] constexpr T dot(const XPnt3<T>& a, const XPnt3<T>& b) noexcept {
     return a.x * b.x + a.y * b.y + a.z * b.z;
@@ -77,6 +83,7 @@ template <class T>
 [[nodiscard]] constexpr T dot_d(const XPnt3<T>& a, const XPnt3<T>& b) noexcept {
     return dot(a, b);
 }
+/// The vector product.
 template <class T>
 [[nodiscard]] constexpr XPnt3<T> cross(const XPnt3<T>& a, const XPnt3<T>& b) noexcept {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
@@ -109,6 +116,7 @@ template <std::same_as<float> T>
 [[nodiscard]] constexpr XPnt3<T> midPnt(const XPnt3<T>& a, const XPnt3<T>& b) noexcept {
     return {(a.x + b.x) / 2, (a.y + b.y) / 2, (a.z + b.z) / 2, a.inten};
 }
+/// The same of three. Float only.
 template <std::same_as<float> T>
 [[nodiscard]] constexpr XPnt3<T> midPnt(const XPnt3<T>& a, const XPnt3<T>& b,
                                         const XPnt3<T>& c) noexcept {
@@ -125,8 +133,10 @@ template <class T>
     return {};
 }
 
-// Distances. Those named dist2 are squared, but for dist2_line.
+// Distances
 
+/// Distance of two points; those named dist2 are squared, but for dist2_line.
+/// @{
 template <class T>
 [[nodiscard]] constexpr T dist2(const XPnt3<T>& a, const XPnt3<T>& b) noexcept {
     return (a - b).norm2();
@@ -143,6 +153,7 @@ template <std::floating_point T>
 [[nodiscard]] T dist(const XPnt2<T>& a, const XPnt2<T>& b) noexcept {
     return std::sqrt(dist2(a, b));
 }
+/// @}
 /// Squared distance of the x, y parts.
 template <class T>
 [[nodiscard]] constexpr T dist2_2d(const XPnt3<T>& a, const XPnt3<T>& b) noexcept {
@@ -174,6 +185,7 @@ template <class T>
 [[nodiscard]] ZYN_EXPORT T dist2_tri(const XPnt3<T>& p, const XPnt3<T>& a, const XPnt3<T>& b,
                                      const XPnt3<T>& c) noexcept;
 
+/// Distance of two points in space.
 [[nodiscard]] inline double length(const PT3<double>& a, const PT3<double>& b) noexcept {
     return dist(XPnt3d(a.x, a.y, a.z), XPnt3d(b.x, b.y, b.z));
 }
@@ -181,17 +193,21 @@ template <class T>
 [[nodiscard]] constexpr double length2d(const XPnt3d& a, const XPnt3d& b) noexcept {
     return dist2_2d(a, b);
 }
+/// Distance of two points in the plane.
 [[nodiscard]] ZYN_EXPORT float length(float x1, float y1, float x2, float y2) noexcept;
 /// Distance of two points of `n` coordinates each, 2 or 3; 0 for any other `n`. REQUIRES: with `n`
 /// 3, three coordinates at both.
 [[nodiscard]] ZYN_EXPORT float length(Coordinates<float, 2> a, Coordinates<float, 2> b,
                                       std::int32_t n) noexcept;
+/// Distance of two points in space.
 [[nodiscard]] ZYN_EXPORT double dist3d(Coordinates<double, 3> a, Coordinates<double, 3> b) noexcept;
+/// The same in float.
 [[nodiscard]] ZYN_EXPORT float dist3f(Coordinates<float, 3> a, Coordinates<float, 3> b) noexcept;
 
 /// Area of a triangle in space by Heron's formula.
 [[nodiscard]] ZYN_EXPORT double area3d(Coordinates<double, 3> a, Coordinates<double, 3> b,
                                        Coordinates<double, 3> c) noexcept;
+/// The same in float.
 [[nodiscard]] ZYN_EXPORT float area3f(Coordinates<float, 3> a, Coordinates<float, 3> b,
                                       Coordinates<float, 3> c) noexcept;
 
@@ -214,15 +230,17 @@ template <std::floating_point T>
     return angle2d(XPnt2<T>(b.x - a.x, b.y - a.y), XPnt2<T>(d.x - c.x, d.y - c.y));
 }
 
-// Closest points. `best` is a squared distance, in and out: a search over many candidates narrows
-// as it goes. False, and nothing changed, when the candidate has no point strictly nearer to `p`.
-// Otherwise `out` becomes the nearest point and `best` its squared distance. At an end or a corner
-// `out` is that point, `inten` included; within a segment its `inten` stays; within a triangle it
-// becomes 0. Corners are chosen as in dist2_tri.
+// Closest points
 
+/// Whether the candidate has a point nearer to `p` than `best`, a squared distance, in and out: a
+/// search over many candidates narrows as it goes. If so, `out` becomes the nearest point and `best`
+/// its squared distance; if not, nothing changes. At an end or a corner `out` is that point, `inten`
+/// included; within a segment its `inten` stays; within a triangle it becomes 0. Corners are chosen
+/// as in dist2_tri.
 template <class T>
 ZYN_EXPORT bool closer_on_lineseg(const XPnt3<T>& p, XPnt3<T>& out, const XPnt3<T>& a,
                                   const XPnt3<T>& b, Scalar<T>& best) noexcept;
+/// The same for a triangle.
 template <class T>
 ZYN_EXPORT bool closer_on_tri(const XPnt3<T>& p, XPnt3<T>& out, const XPnt3<T>& a,
                               const XPnt3<T>& b, const XPnt3<T>& c, Scalar<T>& best) noexcept;
@@ -269,6 +287,7 @@ ZYN_EXPORT void bary_fast(const XPnt3<T>& p, const XPnt3<T>& n, const XPnt3<T>& 
 /// Parameter of `p` on a-b, 0 at `a`, from the coordinate with the larger span.
 [[nodiscard]] ZYN_EXPORT double getParam(const XPnt2d& a, const XPnt2d& b,
                                          const XPnt2d& p) noexcept;
+/// The same in space.
 [[nodiscard]] ZYN_EXPORT double getParam(const XPnt3d& a, const XPnt3d& b,
                                          const XPnt3d& p) noexcept;
 /// len / |a - b|.
@@ -282,6 +301,7 @@ ZYN_EXPORT void bary_fast(const XPnt3<T>& p, const XPnt3<T>& n, const XPnt3<T>& 
 template <class T>
 [[nodiscard]] ZYN_EXPORT bool ball_within_bounds(const XPnt3<T>& c, Scalar<T> r, const XPnt3<T>& lo,
                                                  const XPnt3<T>& hi) noexcept;
+/// The same by the centre and half-size of the box.
 template <class T>
 [[nodiscard]] ZYN_EXPORT bool ball_within_bounds(const XPnt3<T>& c, Scalar<T> r, const XPnt3<T>& bc,
                                                  Scalar<T> s) noexcept;
@@ -289,6 +309,7 @@ template <class T>
 template <class T>
 [[nodiscard]] ZYN_EXPORT bool bounds_overlap_ball(const XPnt3<T>& c, Scalar<T> r,
                                                   const XPnt3<T>& lo, const XPnt3<T>& hi) noexcept;
+/// The same by the centre and half-size of the box.
 template <class T>
 [[nodiscard]] ZYN_EXPORT bool bounds_overlap_ball(const XPnt3<T>& c, Scalar<T> r,
                                                   const XPnt3<T>& bc, Scalar<T> s) noexcept;
@@ -301,6 +322,7 @@ template <class T>
 
 /// Side of `c` against the direction a to b: 1 left, -1 right, 0 when the computed determinant is
 /// exactly 0.
+/// @{
 template <std::floating_point T>
 [[nodiscard]] ZYN_EXPORT std::int32_t left_right(const XPnt2<T>& a, const XPnt2<T>& b,
                                                  const XPnt2<T>& c) noexcept;
@@ -310,14 +332,17 @@ template <std::floating_point T>
                                                  Coordinates<float, 2> c) noexcept;
 [[nodiscard]] ZYN_EXPORT std::int32_t left_right(double ax, double ay, double bx, double by,
                                                  double cx, double cy) noexcept;
+/// @}
 /// Whether the segments a-b and c-d cross. An end on the other segment counts; collinear segments
 /// never cross.
+/// @{
 [[nodiscard]] ZYN_EXPORT bool isIntersect(const XPnt2d& a, const XPnt2d& b, const XPnt2d& c,
                                           const XPnt2d& d) noexcept;
 [[nodiscard]] ZYN_EXPORT bool isIntersect(double ax, double ay, double bx, double by, double cx,
                                           double cy, double dx, double dy) noexcept;
 [[nodiscard]] ZYN_EXPORT bool isIntersect2d(const XPnt3d& a, const XPnt3d& b, const XPnt2d& c,
                                             const XPnt2d& d) noexcept;
+/// @}
 /// Crossing of the lines a-b and c-d: the parameters `t` on a-b and `u` on c-d, each 0 to 1 within
 /// its segment. False, with both unwritten, when the lines count as parallel: |(b - a) x (d - c)| <
 /// 1e-8. The bound is absolute: two segments of 1e-4, as in degrees, do so at any angle.
@@ -327,12 +352,14 @@ ZYN_EXPORT bool intersect_line(const XPnt2d& a, const XPnt2d& b, const XPnt2d& c
 /// written whenever the lines cross.
 [[nodiscard]] ZYN_EXPORT bool intersect_seg(const XPnt2d& a, const XPnt2d& b, const XPnt2d& c,
                                             const XPnt2d& d) noexcept;
+/// The same, with the parameters.
 ZYN_EXPORT bool intersect_seg(const XPnt2d& a, const XPnt2d& b, const XPnt2d& c, const XPnt2d& d,
                               double& t, double& u) noexcept;
 /// Whether `p` lies strictly inside the planar triangle, whichever way it runs.
 [[nodiscard]] ZYN_EXPORT bool isInTriangle(Coordinates<float, 2> a, Coordinates<float, 2> b,
                                            Coordinates<float, 2> c,
                                            Coordinates<float, 2> p) noexcept;
+/// The same in double.
 [[nodiscard]] ZYN_EXPORT bool isInTriangle(Coordinates<double, 2> a, Coordinates<double, 2> b,
                                            Coordinates<double, 2> c,
                                            Coordinates<double, 2> p) noexcept;
@@ -344,23 +371,28 @@ template <std::same_as<float> T>
 
 // Scalars and equality
 
+/// Computed in double.
 [[nodiscard]] ZYN_EXPORT float Degree2Radian(float degrees) noexcept;
+/// Computed in double.
 [[nodiscard]] ZYN_EXPORT float Radian2Degree(float radians) noexcept;
 /// Scales the vector to length 1; false, and no change, when it is too short.
 ZYN_EXPORT bool normalize(float& x, float& y, float& z) noexcept;
 
+/// Whether the difference is below tolerance::equal.
 [[nodiscard]] ZYN_EXPORT bool IsEqual(float a, float b) noexcept;
 /// Whether the difference is below `eps`: never, with `eps` 0.
 [[nodiscard]] ZYN_EXPORT bool IsEqual(float a, float b, float eps) noexcept;
 /// Compares x and y for `dim` 2, otherwise x, y and z, each rounded to float first: large
 /// coordinates that the rounding merges are equal.
 [[nodiscard]] ZYN_EXPORT bool IsEqual(const XPnt3d& a, const XPnt3d& b, std::int32_t dim) noexcept;
+/// The same by address.
 template <std::derived_from<XPnt3d> P>
 [[nodiscard]] bool IsEqual(const P* a, const P* b, std::int32_t dim) noexcept {
     return IsEqual(*a, *b, dim);
 }
 /// x, y and z, in the same manner.
 [[nodiscard]] ZYN_EXPORT bool IsEqual(const PT3<double>& a, const PT3<double>& b) noexcept;
+/// Whether the strings are equal, with or without regard to case.
 template <std::same_as<QString> S>
 [[nodiscard]] ZYN_EXPORT bool IsEqual(const S& a, const S& b, bool caseSensitive) noexcept;
 

@@ -1,4 +1,5 @@
-// A 128-bit identifier as a counted value. The library stores and prints it, and makes none.
+/// @file
+/// A 128-bit identifier as a counted value. The library stores and prints it, and makes none.
 #pragma once
 
 #include <zyn/export.h>
@@ -20,12 +21,15 @@ public:
 
     /// Does nothing.
     void generate() noexcept;
+    /// The fields.
+    /// @{
     [[nodiscard]] std::uint32_t getData1() const noexcept { return data1; }
     [[nodiscard]] std::uint16_t getData2() const noexcept { return data2; }
     [[nodiscard]] std::uint16_t getData3() const noexcept { return data3; }
     void setData1(std::uint32_t value) noexcept { data1 = value; }
     void setData2(std::uint16_t value) noexcept { data2 = value; }
     void setData3(std::uint16_t value) noexcept { data3 = value; }
+    /// @}
     /// Copies eight bytes. They can not be read back.
     void setData4(const unsigned char* bytes) noexcept;
     /// Whether the first three fields are all different from 0.

@@ -1,11 +1,12 @@
-// A text log with five levels, to a file, to standard output, or to both.
-//
-//     ref_ptr<IZynLog> log = newZynLog(path, true, false);
-//     log->setName(QStringLiteral("calc"));
-//     log->info(QStringLiteral("started"));      // [INFO]2026-03-07 09:05:01 calc started
-//
-// There is no threshold: every call makes its line. Lines stay in a buffer until it is full or the
-// log ends. A log is for one thread at a time.
+/// @file
+/// A text log with five levels, to a file, to standard output, or to both.
+///
+///     ref_ptr<IZynLog> log = newZynLog(path, true, false);
+///     log->setName(QStringLiteral("calc"));
+///     log->info(QStringLiteral("started"));      // [INFO]2026-03-07 09:05:01 calc started
+///
+/// There is no threshold: every call makes its line. Lines stay in a buffer until it is full or the
+/// log ends. A log is for one thread at a time.
 #pragma once
 
 #include <zyn/export.h>
@@ -15,24 +16,30 @@ class QString;
 
 namespace zyn {
 
+/// A log, to one file at a time.
 class ZYN_EXPORT IZynLog : public ZynReferenced {
 public:
     /// The third field of the lines that follow; empty at first.
     virtual void setName(QString name) = 0;
     /// Whether lines go to standard output beside an open file; without one they always do.
     virtual void setEcho(bool echo) = 0;
+    /// The flag.
     [[nodiscard]] virtual bool getEcho() = 0;
     /// Goes on in another file, empty or, with `append`, as it is. False when it cannot be opened. Lines
     /// that a full disk refuses are lost.
     virtual bool open(QString path, bool append) = 0;
+    /// Whether lines go to a file.
     [[nodiscard]] virtual bool isOpen() = 0;
     /// Two strings that the log keeps and does not show.
     virtual void setParams(QString a, QString b) = 0;
+    /// Makes a line of that level.
+    /// @{
     virtual void fatal(QString message) = 0;
     virtual void error(QString message) = 0;
     virtual void warn(QString message) = 0;
     virtual void info(QString message) = 0;
     virtual void debug(QString message) = 0;
+    /// @}
 
 protected:
     ~IZynLog() override = default;

@@ -1,25 +1,26 @@
-// Dense matrices: a value template, and counted matrices that cross the library's boundary.
-//
-// `matrix<T>` is a plain value with storage of its own. MatrixByte, MatrixChar, MatrixInt,
-// MatrixLong, MatrixFlt and MatrixDbl are counted interfaces over it, all with the same operations
-// in the same order (TypedMatrix), made by factories with count 0. Elements stand row by row;
-// indices count from 0; the smallest matrix is 1 x 1. Integer elements wrap around. An operation
-// that gives a new counted matrix leaves the one it was called on alone, and the new one is the
-// caller's. A matrix is for one thread at a time.
-//
-//     ref_ptr<MatrixDbl> m = newMatrixDbl();
-//     m->setSize(2, 2);
-//     m->set(0, 0, 2.0);
-//     m->set(1, 1, 4.0);
-//     ref_ptr<MatrixDbl> back = m->inverse();      // 0.5 and 0.25 on the diagonal
-//
-//     matrix<double> a(3, 3), b(3, 1);
-//     a.setIdentity();
-//     matrix<double> x = a * b;
-//
-// Operations on matrices that are not square where they have to be, and products of sizes that do
-// not match, throw a plain string: a `char*`. Without memory std::bad_alloc is thrown, and every matrix
-// stays as it was.
+/// @file
+/// Dense matrices: a value template, and counted matrices that cross the library's boundary.
+///
+/// `matrix<T>` is a plain value with storage of its own. MatrixByte, MatrixChar, MatrixInt,
+/// MatrixLong, MatrixFlt and MatrixDbl are counted interfaces over it, all with the same operations
+/// in the same order (TypedMatrix), made by factories with count 0. Elements stand row by row;
+/// indices count from 0; the smallest matrix is 1 x 1. Integer elements wrap around. An operation
+/// that gives a new counted matrix leaves the one it was called on alone, and the new one is the
+/// caller's. A matrix is for one thread at a time.
+///
+///     ref_ptr<MatrixDbl> m = newMatrixDbl();
+///     m->setSize(2, 2);
+///     m->set(0, 0, 2.0);
+///     m->set(1, 1, 4.0);
+///     ref_ptr<MatrixDbl> back = m->inverse();      // 0.5 and 0.25 on the diagonal
+///
+///     matrix<double> a(3, 3), b(3, 1);
+///     a.setIdentity();
+///     matrix<double> x = a * b;
+///
+/// Operations on matrices that are not square where they have to be, and products of sizes that do
+/// not match, throw a plain string: a `char*`. Without memory std::bad_alloc is thrown, and every matrix
+/// stays as it was.
 #pragma once
 
 #include <zyn/export.h>
@@ -42,25 +43,37 @@ public:
     matrix();
     /// Zeros. A size below 1 counts as 1.
     matrix(int rows, int cols);
+    /// Copies shape and elements.
+    /// @{
     matrix(const matrix& other);
     matrix& operator=(const matrix& other);
+    /// @}
 
     /// Whether there is storage: always true.
     [[nodiscard]] virtual bool isValid() const noexcept;
 
+    /// The shape, 1 at least.
+    /// @{
     [[nodiscard]] int rows() const noexcept { return rowCount; }
     [[nodiscard]] int cols() const noexcept { return colCount; }
+    /// @}
     /// The elements, row by row, valid until the shape is set or assigned.
+    /// @{
     [[nodiscard]] T* data() noexcept { return elements.get(); }
     [[nodiscard]] const T* data() const noexcept { return elements.get(); }
+    /// @}
+    /// Whether there is such an element.
     [[nodiscard]] bool isInside(int row, int col) const noexcept {
         return row >= 0 && row < rowCount && col >= 0 && col < colCount;
     }
 
-    // Elements. get() and getRef() are unchecked.
+    // Elements
 
+    /// Unchecked.
+    /// @{
     [[nodiscard]] T get(int row, int col) const noexcept { return elements[at(row, col)]; }
     [[nodiscard]] T& getRef(int row, int col) noexcept { return elements[at(row, col)]; }
+    /// @}
     /// False, with nothing changed, outside.
     bool set(int row, int col, T value) noexcept;
     /// Zeros of a new shape, also when the shape stays. False, with nothing changed, for a size
@@ -72,6 +85,7 @@ public:
     bool assign(const matrix& other);
     /// True. Throws "matrix<T> must be square." if it is not.
     bool setIdentity();
+    /// True.
     bool setZero() noexcept;
 
     // Parts and orders
@@ -79,29 +93,43 @@ public:
     /// A copy of the rectangle, both ends of both ranges included; 1 x 1 with the element 0 when a
     /// range is empty or reaches outside.
     [[nodiscard]] matrix subMatrix(int firstRow, int lastRow, int firstCol, int lastCol) const;
+    /// The rows, or the columns, in reverse order: a copy, or in place with true.
+    /// @{
     [[nodiscard]] matrix flippedUpDown() const;
     bool flipUpDown() noexcept;
     [[nodiscard]] matrix flippedLeftRight() const;
     bool flipLeftRight() noexcept;
+    /// @}
     /// Holds its place; false, and nothing is done.
     bool minorOf(int row, int col) const noexcept;
+    /// Rows and columns exchanged: a copy, or in place.
+    /// @{
     [[nodiscard]] matrix transposed() const;
     void transpose();
+    /// @}
 
-    // Sums, in T, from the first element on, and extremes. Indices are unchecked.
+    // Sums and extremes. Indices are unchecked.
 
+    /// Added in T, from the first element on.
+    /// @{
     [[nodiscard]] T rowSum(int row) const noexcept;
     [[nodiscard]] T colSum(int col) const noexcept;
+    /// @}
     /// The sums of the rows, added in double.
     [[nodiscard]] double sum() const noexcept;
     /// The square of the sum, not a sum of squares.
+    /// @{
     [[nodiscard]] T rowSumSquared(int row) const noexcept;
     [[nodiscard]] T colSumSquared(int col) const noexcept;
+    /// @}
+    /// Smallest and largest element.
+    /// @{
     [[nodiscard]] T colMin(int col) const noexcept;
     [[nodiscard]] T colMax(int col) const noexcept;
     [[nodiscard]] T rowMin(int row) const noexcept;
     [[nodiscard]] T rowMax(int row) const noexcept;
     void getMinMax(T& min, T& max) const noexcept;
+    /// @}
 
     // Algebra
 
@@ -123,6 +151,7 @@ public:
     /// (max - min) * (high - low) + low. On integers the quotient truncates, so that all but the
     /// largest become `low`. On equal elements floats become NaN, integers `low`.
     void normalize(T low, T high) noexcept;
+    /// A copy treated by normalize().
     [[nodiscard]] matrix normalized(T low, T high) const;
 
 private:
@@ -152,6 +181,7 @@ extern template class ZYN_EXPORT matrix<double>;
 template <class Derived, class T>
 class ZYN_EXPORT TypedMatrix : public ZynReferenced {
 public:
+    /// The element, as standard containers call it.
     using value_type = T;
 
     TypedMatrix() = default;
@@ -159,21 +189,31 @@ public:
     TypedMatrix& operator=(const TypedMatrix&) = default;
     ~TypedMatrix() override = default;
 
+    /// As in matrix.
+    /// @{
     [[nodiscard]] virtual int rows() const = 0;
     [[nodiscard]] virtual int cols() const = 0;
     [[nodiscard]] virtual bool isInside(int row, int col) const = 0;
     virtual bool setSize(int rows, int cols, const T& value) = 0;
     virtual bool setSize(int rows, int cols) = 0;
+    /// @}
     /// Hold their places; false.
+    /// @{
     virtual bool reserved1() = 0;
     virtual bool reserved2() = 0;
     virtual bool reserved3() = 0;
+    /// @}
+    /// As in matrix.
+    /// @{
     virtual bool set(int row, int col, T value) = 0;
     [[nodiscard]] virtual T get(int row, int col) const = 0;
     [[nodiscard]] virtual T& getRef(int row, int col) = 0;
     [[nodiscard]] virtual T* data() = 0;
+    /// @}
     /// False, with nothing changed, for null and for an object that is not the library's.
     virtual bool assign(Derived* other) = 0;
+    /// As in matrix. A result is new, with count 0.
+    /// @{
     virtual bool assign(const matrix<T>& other) = 0;
     [[nodiscard]] virtual Derived* subMatrix(int firstRow, int lastRow, int firstCol,
                                              int lastCol) const = 0;
@@ -201,6 +241,7 @@ public:
     [[nodiscard]] virtual Derived* normalized(T low, T high) const = 0;
     virtual void normalize(T low, T high) = 0;
     virtual void getMinMax(T& min, T& max) const = 0;
+    /// @}
 
     /// Whether there is storage.
     [[nodiscard]] bool isValid() { return data() != nullptr; }

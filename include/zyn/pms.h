@@ -1,27 +1,28 @@
-// The photogrammetric block: images, what was measured on them, and the world points behind it.
-//
-// A table holds one interior orientation, one exterior orientation an image, the measurements of
-// each image, and world points with their links to measurements. An image, a measurement (within
-// its image) and a world point are addressed by int indices from 0 that never shift: what is removed
-// leaves its place; only exportData gives compact numbers. -1 means none. The table adjusts and
-// intersects nothing: it gives out the observations for that and takes the results.
-//
-//     ref_ptr<IZynPMSDataTable> table = newZynPMSDataTable();
-//     setImgNum(table.get(), 3);
-//     table->setCamOutParam(0, cam);                          // of image 0, with imageIndex 0
-//     ref_ptr<Pnt2dArray> seen = newPnt2dArray();             // one entry an image,
-//     seen->resize(3);                                        // invalid where it is not seen
-//     seen->getRef(0).set(0.001, 0.002);
-//     seen->getRef(2).set(0.003, 0.002);
-//     table->addWrdPnt(seen);                                 // world point 0
-//     table->getWrdPntObservations(0, pnts.get(), cams.get());
-//     table->setWrdPnt(0, intersection);
-//
-// A measurement and its world point name each other. A world point lasts while it has two
-// measurements, an image while it has one valid measurement, as far as measurements are removed one
-// by one. With an index out of range, a null argument or a wrong length an operation leaves the table
-// as it was and gives -1, null or an invalid value. Without memory std::bad_alloc is thrown, and the
-// table stays as it was, too. A table is for one thread at a time.
+/// @file
+/// The photogrammetric block: images, what was measured on them, and the world points behind it.
+///
+/// A table holds one interior orientation, one exterior orientation an image, the measurements of
+/// each image, and world points with their links to measurements. An image, a measurement (within
+/// its image) and a world point are addressed by int indices from 0 that never shift: what is removed
+/// leaves its place; only exportData gives compact numbers. -1 means none. The table adjusts and
+/// intersects nothing: it gives out the observations for that and takes the results.
+///
+///     ref_ptr<IZynPMSDataTable> table = newZynPMSDataTable();
+///     setImgNum(table.get(), 3);
+///     table->setCamOutParam(0, cam);                          // of image 0, with imageIndex 0
+///     ref_ptr<Pnt2dArray> seen = newPnt2dArray();             // one entry an image,
+///     seen->resize(3);                                        // invalid where it is not seen
+///     seen->getRef(0).set(0.001, 0.002);
+///     seen->getRef(2).set(0.003, 0.002);
+///     table->addWrdPnt(seen);                                 // world point 0
+///     table->getWrdPntObservations(0, pnts.get(), cams.get());
+///     table->setWrdPnt(0, intersection);
+///
+/// A measurement and its world point name each other. A world point lasts while it has two
+/// measurements, an image while it has one valid measurement, as far as measurements are removed one
+/// by one. With an index out of range, a null argument or a wrong length an operation leaves the table
+/// as it was and gives -1, null or an invalid value. Without memory std::bad_alloc is thrown, and the
+/// table stays as it was, too. A table is for one thread at a time.
 #pragma once
 
 #include <zyn/array.h>
@@ -57,20 +58,25 @@ public:
     virtual int importData(const ref_ptr<CamParaArray>& cams, const ref_ptr<IntArray>& camMap,
                            const ref_ptr<Pnt3dArray>& wrdPnts, const ref_ptr<IntArray>& wrdMap) = 0;
 
+    /// Number of images, removed ones included.
     [[nodiscard]] virtual int getImgNum() = 0;
     /// Places for world points, those of removed ones included.
     [[nodiscard]] virtual int getWrdPntNum() = 0;
 
     // Cameras and coordinates
 
+    /// The interior orientation, which all images share.
+    /// @{
     [[nodiscard]] virtual zynCamInParam getCamInParam() = 0;
     virtual int setCamInParam(const zynCamInParam& in) = 0;
+    /// @}
     /// An unset record out of range.
     [[nodiscard]] virtual zynCamOutParam getCamOutParam(int img) = 0;
     /// Replaces the record whole, imageIndex included: -1 there makes the image a removed one.
     virtual int setCamOutParam(int img, const zynCamOutParam& out) = 0;
     /// An invalid point out of range.
     [[nodiscard]] virtual XPnt3d getWrdPnt(int pnt) = 0;
+    /// Replaces the coordinates; an invalid point makes the world point an invalid one.
     virtual int setWrdPnt(int pnt, XPnt3d xyz) = 0;
 
     // Observations. An image out of range is one without measurements.

@@ -1,21 +1,21 @@
-// Points and vectors: small copyable values in two and three dimensions, in float and double.
-//
-// XPnt2 and XPnt3 add the geometry to the bare PT2 and PT3 of coordinates.h, and XPnt3 carries a signed
-// 16-bit intensity, `inten`, which takes no part in norms, comparisons or coordinate arrays. The Tag
-// forms carry an `int tag`. Use the double forms for coordinates on the ground (UTM, earth-centred);
-// the float forms for what is shown and for clouds that are reduced to a local origin.
-//
-//     XPnt3d a(1.0, 2.0, 3.0), b(4.0, 6.0, 3.0);
-//     XPnt3d direction = b - a;                 // (3, 4, 0)
-//     double length = direction.norm();         // 5
-//     direction.normalize();                    // (0.6, 0.8, 0)
-//     XPnt3d half = a + direction * (length / 2);
-//     const double* xyz = half;                 // three consecutive coordinates
-//     half[2] = 7.0;                            // the same as half.z
-//     bool known = half.isValid();              // true
-//
-// "Invalid" is a finite mark, compared exactly: -2147483647 in double, -99999 in float. Marks do not
-// survive a conversion between the precisions: convert after having asked isValid().
+/// @file
+/// Points and vectors: small copyable values in two and three dimensions, in float and double.
+///
+/// XPnt2 and XPnt3 add the geometry to the bare PT2 and PT3 of coordinates.h, and XPnt3 carries a signed
+/// 16-bit intensity, `inten`, which takes no part in norms, comparisons or coordinate arrays. The Tag
+/// forms carry an `int tag`. Use the double forms for coordinates on the ground (UTM, earth-centred);
+/// the float forms for what is shown and for clouds that are reduced to a local origin.
+///
+///     XPnt3d a(1.0, 2.0, 3.0), b(4.0, 6.0, 3.0);
+///     XPnt3d direction = b - a;                 // (3, 4, 0)
+///     double length = direction.norm();         // 5
+///     direction.normalize();                    // (0.6, 0.8, 0)
+///     XPnt3d half = a + direction * (length / 2);
+///     const double* xyz = half;                 // three consecutive coordinates
+///     half[2] = 7.0;                            // the same as half.z
+///
+/// "Invalid" is a finite mark, compared exactly: -2147483647 in double, -99999 in float. Marks do not
+/// survive a conversion between the precisions: convert after having asked isValid().
 #pragma once
 
 #include <zyn/coordinates.h>
@@ -50,9 +50,12 @@ public:
     constexpr explicit XPnt2(B invalid) noexcept
         requires std::same_as<T, float>
         : PT2<T>(invalid ? invalidCoordinate<T> : T(0), invalid ? invalidCoordinate<T> : T(0)) {}
+    /// The point (x_, y_).
     constexpr XPnt2(T x_, T y_) noexcept : PT2<T>(x_, y_) {}
+    /// The same coordinates.
     constexpr XPnt2(const PT2<T>& p) noexcept : PT2<T>(p) {}
 
+    /// An invalid point.
     [[nodiscard]] static constexpr XPnt2 invalidPnt() noexcept { return {}; }
 
     /// False when a coordinate is the mark; in float, also when one is not a number. A NaN in an
@@ -68,17 +71,22 @@ public:
     [[nodiscard]] constexpr const T& operator[](I i) const noexcept {
         return i == 1 ? y : x;
     }
+    /// The same.
     template <std::integral I>
     [[nodiscard]] constexpr T& operator[](I i) noexcept {
         return i == 1 ? y : x;
     }
 
+    /// Replaces both coordinates.
     constexpr void set(T x_, T y_) noexcept {
         x = x_;
         y = y_;
     }
+    /// Becomes invalid.
     constexpr void setInvalid() noexcept { set(invalidCoordinate<T>, invalidCoordinate<T>); }
 
+    /// By coordinates.
+    /// @{
     constexpr XPnt2 operator-() const noexcept { return {-x, -y}; }
     constexpr XPnt2& operator+=(const XPnt2& p) noexcept {
         x += p.x;
@@ -90,6 +98,7 @@ public:
         y -= p.y;
         return *this;
     }
+    /// @}
 
     /// The coordinates rounded to float.
     [[nodiscard]] constexpr XPnt2<float> to2f() const noexcept
@@ -112,8 +121,8 @@ public:
         requires std::same_as<T, double>;
 };
 
-using XPnt2d = XPnt2<double>;
-using XPnt2f = XPnt2<float>;
+using XPnt2d = XPnt2<double>;  ///< For coordinates on the ground.
+using XPnt2f = XPnt2<float>;   ///< For what is shown.
 
 /// Point or vector in space, with an intensity. A new one is the origin.
 template <class T>
@@ -122,12 +131,14 @@ public:
     using PT3<T>::x;
     using PT3<T>::y;
     using PT3<T>::z;
-    std::int16_t inten = 0;
+    std::int16_t inten = 0;  ///< intensity; an engine numbers its points by it
 
     // Construction. A result that is built from bare coordinates has `inten` 0.
 
     constexpr XPnt3() noexcept : PT3<T>(0, 0, 0) {}
+    /// Of this abscissa.
     constexpr explicit XPnt3(T x_) noexcept : PT3<T>(x_, 0, 0) {}
+    /// Of these coordinates.
     constexpr XPnt3(T x_, T y_, T z_ = 0, std::int16_t inten_ = 0) noexcept
         : PT3<T>(x_, y_, z_), inten(inten_) {}
     /// From three consecutive coordinates.
@@ -184,6 +195,7 @@ public:
     [[nodiscard]] constexpr const T& operator[](I i) const noexcept {
         return i == 1 ? y : i == 2 ? z : x;
     }
+    /// The same.
     template <std::integral I>
     [[nodiscard]] constexpr T& operator[](I i) noexcept {
         return i == 1 ? y : i == 2 ? z : x;
@@ -193,26 +205,32 @@ public:
     operator P() noexcept {
         return &x;
     }
+    /// The same.
     template <std::same_as<const T*> P>
     operator P() const noexcept {
         return &x;
     }
 
+    /// The square of the length.
     [[nodiscard]] constexpr T norm2() const noexcept { return x * x + y * y + z * z; }
+    /// The length.
     [[nodiscard]] T norm() const noexcept { return std::sqrt(norm2()); }
     /// Length of the x, y part.
     [[nodiscard]] T norm_2d() const noexcept { return std::sqrt(x * x + y * y); }
 
+    /// x and y, rounded to float.
     [[nodiscard]] constexpr XPnt2<float> to2f() const noexcept
         requires std::same_as<T, double>
     {
         return {static_cast<float>(x), static_cast<float>(y)};
     }
+    /// x and y.
     [[nodiscard]] constexpr XPnt2<double> to2d() const noexcept
         requires std::same_as<T, double>
     {
         return {x, y};
     }
+    /// The bare coordinates.
     [[nodiscard]] constexpr PNT3D Copy() const noexcept
         requires std::same_as<T, double>
     {
@@ -221,6 +239,8 @@ public:
 
     // Changing the coordinates. `inten` stays in all of these.
 
+    /// Replaces all three.
+    /// @{
     constexpr XPnt3& set(T x_, T y_, T z_) noexcept {
         x = x_;
         y = y_;
@@ -232,11 +252,13 @@ public:
         return set(c[0], c[1], c[2]);
     }
     constexpr XPnt3& set(const PT3<T>& p) noexcept { return set(p.x, p.y, p.z); }
+    /// @}
     /// Coordinate `i`; any index but 0, 1, 2 changes nothing.
     constexpr XPnt3& set(int i, T v) noexcept {
         if (i >= 0 && i <= 2) { (*this)[i] = v; }
         return *this;
     }
+    /// Becomes invalid.
     constexpr void setInvalid() noexcept {
         set(invalidCoordinate<T>, invalidCoordinate<T>, invalidCoordinate<T>);
     }
@@ -253,10 +275,13 @@ public:
         return set(p.x < x ? p.x : x, p.y < y ? p.y : y, p.z < z ? p.z : z);
     }
 
+    /// By coordinates.
+    /// @{
     constexpr XPnt3 operator-() const noexcept { return {-x, -y, -z}; }
     constexpr XPnt3& operator+=(const XPnt3& p) noexcept { return set(x + p.x, y + p.y, z + p.z); }
     constexpr XPnt3& operator-=(const XPnt3& p) noexcept { return set(x - p.x, y - p.y, z - p.z); }
     constexpr XPnt3& operator*=(T s) noexcept { return set(x * s, y * s, z * s); }
+    /// @}
     /// Multiplies by 1/s.
     constexpr XPnt3& operator/=(T s) noexcept { return *this *= T(1) / s; }
 
@@ -279,6 +304,7 @@ public:
     // Transforms. A 16-element `m` takes the point as a row vector, with the translation in
     // m[12..14]; the fourth column is not read. `r` is a row-major 3 x 3 rotation.
 
+    /// The point times `m`.
     constexpr XPnt3& xform(const T* m) noexcept {
         return set(x * m[0] + y * m[4] + z * m[8] + m[12], x * m[1] + y * m[5] + z * m[9] + m[13],
                    x * m[2] + y * m[6] + z * m[10] + m[14]);
@@ -317,11 +343,11 @@ public:
     ZYN_EXPORT T smallest_circle(const XPnt3& a, const XPnt3& b, const XPnt3& c) noexcept;
 };
 
-using XPnt3d = XPnt3<double>;
-using XPnt3f = XPnt3<float>;
+using XPnt3d = XPnt3<double>;  ///< For coordinates on the ground.
+using XPnt3f = XPnt3<float>;   ///< For what is shown, and clouds about an origin of their own.
 
-// Arithmetic on XPnt3. `inten` comes from the first point.
-
+/// Arithmetic by coordinates. `inten` comes from the first point.
+/// @{
 template <class T>
 [[nodiscard]] constexpr XPnt3<T> operator+(XPnt3<T> a,
                                            const std::type_identity_t<XPnt3<T>>& b) noexcept {
@@ -340,6 +366,7 @@ template <class T>
 [[nodiscard]] constexpr XPnt3<T> operator*(std::type_identity_t<T> s, XPnt3<T> p) noexcept {
     return p *= s;
 }
+/// @}
 /// Multiplies by 1/s.
 template <class T>
 [[nodiscard]] constexpr XPnt3<T> operator/(XPnt3<T> p, std::type_identity_t<T> s) noexcept {
@@ -348,24 +375,26 @@ template <class T>
 
 /// Point in the plane with a label, -1 when none. A new one is invalid.
 struct TagPnt2d : XPnt2d {
-    std::int32_t tag = -1;
+    std::int32_t tag = -1;  ///< label
 
     constexpr TagPnt2d() noexcept = default;
+    /// A point without a label.
     constexpr TagPnt2d(double x_, double y_) noexcept : XPnt2d(x_, y_) {}
 };
 
 /// Point in space with a label, -1 when none. A new one is invalid, unlike a new XPnt3d.
 struct TagPnt3d : XPnt3d {
-    std::int32_t tag = -1;
+    std::int32_t tag = -1;  ///< label
 
     constexpr TagPnt3d() noexcept : XPnt3d(XPnt3d::invalid()) {}
+    /// A point without a label.
     constexpr TagPnt3d(double x_, double y_, double z_) noexcept : XPnt3d(x_, y_, z_) {}
 };
 
 /// Five numbers whose names and meaning belong to the application; the library stores and copies
 /// them.
 struct ZynEllipse {
-    double parameters[5] = {};
+    double parameters[5] = {};  ///< the application's
 };
 
 }  // namespace zyn

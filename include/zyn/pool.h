@@ -1,20 +1,21 @@
-// Pools: counted containers for bulk data whose elements never move.
-//
-// A pool is a chain of blocks of 65536 elements, filled at its end. The address of an element stays
-// valid until the pool is emptied. All members have the same operations in the same order
-// (TypedPool) and are made by a factory of their own, with count 0. Pools of pointers hold plain
-// pointers: what these point to is the caller's.
-//
-//     ref_ptr<Pnt3dPool> pool = newPnt3dPool();
-//     XPnt3d* first = pool->append(XPnt3d(1, 2, 3));        // stays where it is
-//     pool->rewind();
-//     while (XPnt3d* p = pool->next()) { use(*p); }
-//     pool->rewindBlocks();
-//     while (std::size_t n = pool->currentBlockSize()) { use(pool->nextBlock(), n); }
-//
-// Both cursors belong to the pool: two walks at a time disturb each other, and a pool is for one
-// thread at a time. A block is allocated whole; without memory for it std::bad_alloc is thrown. The
-// pool then stays as it was, but for appending a pool or a vector of pointers, which stops half way.
+/// @file
+/// Pools: counted containers for bulk data whose elements never move.
+///
+/// A pool is a chain of blocks of 65536 elements, filled at its end. The address of an element stays
+/// valid until the pool is emptied. All members have the same operations in the same order
+/// (TypedPool) and are made by a factory of their own, with count 0. Pools of pointers hold plain
+/// pointers: what these point to is the caller's.
+///
+///     ref_ptr<Pnt3dPool> pool = newPnt3dPool();
+///     XPnt3d* first = pool->append(XPnt3d(1, 2, 3));        // stays where it is
+///     pool->rewind();
+///     while (XPnt3d* p = pool->next()) { use(*p); }
+///     pool->rewindBlocks();
+///     while (std::size_t n = pool->currentBlockSize()) { use(pool->nextBlock(), n); }
+///
+/// Both cursors belong to the pool: two walks at a time disturb each other, and a pool is for one
+/// thread at a time. A block is allocated whole; without memory for it std::bad_alloc is thrown. The
+/// pool then stays as it was, but for appending a pool or a vector of pointers, which stops half way.
 #pragma once
 
 #include <zyn/export.h>
@@ -32,7 +33,10 @@ namespace zyn {
 /// Base of every pool.
 class ZYN_EXPORT ZynPool : public ZynReferenced {
 public:
-    enum class Type : std::int32_t { Unspecified = 0 };
+    /// A kind that the library does not use.
+    enum class Type : std::int32_t {
+        Unspecified = 0,  ///< every pool of the library
+    };
 
     ZynPool() = default;
     ZynPool(const ZynPool&) = default;
@@ -41,6 +45,7 @@ public:
     /// Unspecified in every pool that the library makes.
     [[nodiscard]] Type getType() const noexcept { return type; }
 
+    /// As TypedPool::clear().
     virtual void removeAll();
     /// Does nothing.
     virtual void trim();
@@ -56,18 +61,20 @@ private:
 template <class Derived, class E>
 class ZYN_EXPORT TypedPool : public ZynPool {
 public:
+    /// The element, as standard containers call it.
     using value_type = E;
 
     TypedPool() = default;
     /// The block size means something to implementations only.
     explicit TypedPool(std::size_t) {}
-    /// Elements are not copied, here and in assignment.
+    // Elements are not copied, here and in assignment.
     TypedPool(const TypedPool&) = default;
     TypedPool& operator=(const TypedPool&) = default;
     ~TypedPool() override = default;
 
     /// Number of elements. The time of this, and of contains(), grows with the number of blocks.
     [[nodiscard]] virtual std::size_t size() const = 0;
+    /// Number of blocks, each of getBlockSize() elements but for the last.
     [[nodiscard]] virtual std::size_t blockCount() const = 0;
 
     // Adding
@@ -79,9 +86,11 @@ public:
     virtual int append(const E* items, int count) = 0;
     /// Appends a copy, and gives its address.
     virtual E* append(const E& value) = 0;
-    /// Each gives the size of the vector. Pointers must not be null.
+    /// Appends copies, and gives the size of the vector. Pointers must not be null.
+    /// @{
     virtual std::size_t append(const std::vector<E>& values) = 0;
     virtual std::size_t append(const std::vector<E*>& values) = 0;
+    /// @}
 
     /// The address of an element, or null.
     [[nodiscard]] virtual E* at(std::size_t index) = 0;
@@ -92,12 +101,14 @@ public:
 
     /// The element under the cursor, which moves on; null at the end.
     [[nodiscard]] virtual E* next() = 0;
+    /// Sets the cursor to the first element.
     virtual void rewind() = 0;
 
     // The cursor over blocks. The size of a block is asked for before its start.
 
     /// The start of the block under the cursor, which moves on; null at the end and at an empty block.
     [[nodiscard]] virtual E* nextBlock() = 0;
+    /// Sets the cursor to the first block.
     virtual void rewindBlocks() = 0;
     /// Number of elements in the block under the cursor; 0 at the end.
     [[nodiscard]] virtual std::size_t currentBlockSize() const = 0;
@@ -107,9 +118,9 @@ public:
     /// Elements a block.
     [[nodiscard]] virtual std::size_t getBlockSize() const = 0;
 
-    // `append(0)` on numbers and `append(nullptr)` on pointers append that element; `append(0)` on
-    // pointers and `append(nullptr)` on anything else do not compile.
-
+    /// `append(0)` on numbers and `append(nullptr)` on pointers append that element; `append(0)` on
+    /// pointers and `append(nullptr)` on anything else do not compile.
+    /// @{
     template <std::integral N>
         requires(std::is_arithmetic_v<E> && !std::same_as<N, E>)
     E* append(N value) {
@@ -123,6 +134,7 @@ public:
     E* append(std::nullptr_t)
         requires(!std::is_pointer_v<E>)
     = delete;
+    /// @}
 };
 
 /// Declares the pool class `Name` of `Element`.

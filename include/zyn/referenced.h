@@ -1,19 +1,20 @@
-// Counted objects and the module frame.
-//
-// Every object with a lifetime of its own derives from ZynReferenced, comes from a `new...` factory
-// with count 0, and belongs to whoever puts it into a ref_ptr. When the last holder lets go, the
-// object is deleted, or handed to the DeleteHandler that the application installed. Counts are
-// plain integers: an object is for one thread at a time, and so is the handler slot, which is to be
-// set before a second thread can release anything.
-//
-//     ref_ptr<Pnt3dArray> points = newPnt3dArray();    // count 1
-//     points->append(XPnt3d(1.0, 2.0, 3.0));
-//     {
-//         ref_ptr<Pnt3dArray> other = points;          // count 2
-//     }                                                // count 1
-//     points = nullptr;                                // deleted
-//
-// An object that never went into a ref_ptr is discarded by one `unref()`.
+/// @file
+/// Counted objects and the module frame.
+///
+/// Every object with a lifetime of its own derives from ZynReferenced, comes from a `new...` factory
+/// with count 0, and belongs to whoever puts it into a ref_ptr. When the last holder lets go, the
+/// object is deleted, or handed to the DeleteHandler that the application installed. Counts are
+/// plain integers: an object is for one thread at a time, and so is the handler slot, which is to be
+/// set before a second thread can release anything.
+///
+///     ref_ptr<Pnt3dArray> points = newPnt3dArray();    // count 1
+///     points->append(XPnt3d(1.0, 2.0, 3.0));
+///     {
+///         ref_ptr<Pnt3dArray> other = points;          // count 2
+///     }                                                // count 1
+///     points = nullptr;                                // deleted
+///
+/// An object that never went into a ref_ptr is discarded by one `unref()`.
 #pragma once
 
 #include <zyn/export.h>
@@ -27,6 +28,7 @@
 
 class QString;
 
+/// Everything that the library offers.
 namespace zyn {
 
 template <class T>
@@ -67,17 +69,23 @@ public:
     /// Neither count moves.
     ZynReferenced& operator=(const ZynReferenced&) noexcept { return *this; }
 
+    /// The count.
     [[nodiscard]] int referenceCount() const noexcept { return refCount; }
 
+    /// One count more.
+    /// @{
     void ref() const noexcept { ++refCount; }
     void AddRef() const noexcept { ref(); }
+    /// @}
 
     /// Lets one count go; an object whose count is then not above 0 ends. So a fresh object from a
     /// factory, with count 0, is deleted by a single unref(). Not to be touched afterwards.
+    /// @{
     void unref() const {
         if (--refCount <= 0) { endOfLife(); }
     }
     void Release() const { unref(); }
+    /// @}
 
     /// Lets one count go and nothing else, whatever the count becomes.
     void unref_nodelete() const noexcept { --refCount; }
@@ -105,6 +113,8 @@ template <class T>
 class ref_ptr {
 public:
     constexpr ref_ptr() noexcept = default;
+    /// Holds a count of its own; one that is moved hands its count over.
+    /// @{
     ref_ptr(T* object) noexcept : held(object) { refHeld(); }
     ref_ptr(const ref_ptr& other) noexcept : held(other.held) { refHeld(); }
     ref_ptr(ref_ptr&& other) noexcept : held(std::exchange(other.held, nullptr)) {}
@@ -113,9 +123,11 @@ public:
     ref_ptr(const ref_ptr<U>& other) noexcept : held(other.get()) {
         refHeld();
     }
+    /// @}
 
     /// The new object is counted before the old one is released, so that it may be one that only
     /// the old one keeps alive.
+    /// @{
     ref_ptr& operator=(T* object) {
         if (object == held) { return *this; }
         T* const old = std::exchange(held, object);
@@ -128,28 +140,35 @@ public:
         ref_ptr(std::move(other)).swap(*this);
         return *this;
     }
+    /// @}
 
     ~ref_ptr() {
         if (T* const old = std::exchange(held, nullptr); old != nullptr) { old->unref(); }
     }
 
+    /// The object, which stays held; null for nothing.
+    /// @{
     [[nodiscard]] T* get() const noexcept { return held; }
     T* operator->() const noexcept { return held; }
     T& operator*() const noexcept { return *held; }
     explicit operator bool() const noexcept { return held != nullptr; }
+    /// @}
 
+    /// Moves no count.
     void swap(ref_ptr& other) noexcept { std::swap(held, other.held); }
 
+    /// Addresses. A pointer is compared as it is: a temporary ref_ptr would end an object of count 0.
+    /// @{
     template <class U>
     friend bool operator==(const ref_ptr& a, const ref_ptr<U>& b) noexcept {
         return a.get() == b.get();
     }
-    // Pointers are compared as they are: a temporary ref_ptr would end an object of count 0.
     template <class U>
     friend bool operator==(const ref_ptr& a, U* b) noexcept {
         return a.get() == b;
     }
     friend bool operator==(const ref_ptr& a, std::nullptr_t) noexcept { return a.held == nullptr; }
+    /// @}
 
 private:
     void refHeld() const noexcept {
@@ -165,9 +184,12 @@ private:
 /// Keeps whether the application gave an origin; see g_zynGlobal. This base never has one.
 class ZYN_EXPORT ZynGlobel {
 public:
+    /// There is nothing to copy.
+    /// @{
     ZynGlobel() noexcept = default;
     ZynGlobel(const ZynGlobel&) noexcept {}
     ZynGlobel& operator=(const ZynGlobel&) noexcept { return *this; }
+    /// @}
 
     /// Whether a position was ever given.
     virtual bool isOrgPosGive();
@@ -187,17 +209,21 @@ ZYN_EXPORT extern ZynGlobel* g_zynGlobal;
 
 /// Fills `byteCount` bytes at `target` with copies of `value`. Bytes at the end that are fewer than
 /// a whole value stay as they are. `target` may be unaligned; a count below 1 writes nothing.
+/// @{
 ZYN_EXPORT void MemSet(void* target, float value, std::int32_t byteCount) noexcept;
 ZYN_EXPORT void MemSet(void* target, double value, std::int32_t byteCount) noexcept;
 ZYN_EXPORT void MemSet(void* target, bool value, std::int32_t byteCount) noexcept;
+/// @}
 
 /// A null string.
 [[nodiscard]] ZYN_EXPORT QString newString();
 
 }  // namespace zyn
 
+/// The hash of the address.
 template <class T>
 struct std::hash<zyn::ref_ptr<T>> {
+    /// Equal for holders of one object.
     std::size_t operator()(const zyn::ref_ptr<T>& p) const noexcept {
         return std::hash<T*>()(p.get());
     }

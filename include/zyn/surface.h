@@ -1,18 +1,19 @@
-// Surfaces: what a host does with a network beyond the engine's own interface.
-//
-//     ref_ptr<IZynDelaunayD> engine = newZynDelaunayDouble(0.0, minX, minY, maxX, maxY);
-//     addPoints(engine.get(), points.get(), 0.001);
-//     double z = 0.0;
-//     if (heightAt(engine.get(), x, y, z)) { use(z); }
-//     const ref_ptr<Pnt3dArrayArray> lines = contours(engine.get(), levels.get());
-//     if (!writePly(engine.get(), "terrain.ply")) { report("terrain.ply could not be written"); }
-//
-// Everything here works on engines of either precision, may move their cursor, and computes in
-// double. The surface is the triangles that are no frame triangles; `maxEdge`, where it is asked
-// for, takes those out of it too whose longest edge in space, in the unit of the coordinates, is
-// longer: all of them below 0, none for a NaN. The surface includes its rim. An engine that is null,
-// or not this library's, has no surface. Where more memory is needed than there is, std::bad_alloc is
-// thrown, and the network is valid. One thread at a time, as with the engine itself.
+/// @file
+/// Surfaces: what a host does with a network beyond the engine's own interface.
+///
+///     ref_ptr<IZynDelaunayD> engine = newZynDelaunayDouble(0.0, minX, minY, maxX, maxY);
+///     addPoints(engine.get(), points.get(), 0.001);
+///     double z = 0.0;
+///     if (heightAt(engine.get(), x, y, z)) { use(z); }
+///     const ref_ptr<Pnt3dArrayArray> lines = contours(engine.get(), levels.get());
+///     if (!writePly(engine.get(), "terrain.ply")) { report("terrain.ply could not be written"); }
+///
+/// Everything here works on engines of either precision, may move their cursor, and computes in
+/// double. The surface is the triangles that are no frame triangles; `maxEdge`, where it is asked
+/// for, takes those out of it too whose longest edge in space, in the unit of the coordinates, is
+/// longer: all of them below 0, none for a NaN. The surface includes its rim. An engine that is null,
+/// or not this library's, has no surface. Where more memory is needed than there is, std::bad_alloc is
+/// thrown, and the network is valid. One thread at a time, as with the engine itself.
 #pragma once
 
 #include <zyn/array.h>
@@ -33,11 +34,12 @@ namespace zyn {
 
 class IZynProgress;
 
+/// A `maxEdge` that takes out no triangle.
 inline constexpr double anyEdge = std::numeric_limits<double>::infinity();
 
-// The containers of an engine's points and vertices. Members of a class, since compilers do not agree
-// on the name that a function gets from a condition in its signature.
-
+// Members of a class, since compilers do not agree on the name that a function gets from a condition in
+// its signature.
+/// @cond
 template <class Real>
 struct Pnt3Containers;
 template <>
@@ -52,6 +54,10 @@ struct Pnt3Containers<double> {
     using ArrayArray = Pnt3dArrayArray;
     using Pool = Pnt3dPool;
 };
+/// @endcond
+
+/// A container of an engine's points or vertices.
+/// @{
 template <class Real>
 using Pnt3Array = typename Pnt3Containers<Real>::Array;
 template <class Real>
@@ -60,6 +66,7 @@ template <class Real>
 using Pnt3Pool = typename Pnt3Containers<Real>::Pool;
 template <class Real>
 using VertexArray = typename TinRecord<Real>::RealPtrArray;
+/// @}
 
 // Points in spatial order: neighbours on the ground come close to each other. An engine that gets
 // them so finds each within a few steps, in memory that was just used.
@@ -69,11 +76,15 @@ using VertexArray = typename TinRecord<Real>::RealPtrArray;
 /// last. Takes linear time, once more for every level of crowding within crowding, and memory for a
 /// copy of the points. Null is passed over.
 /// Source of the curve: Hilbert 1891; of the sort: radix sort from the lowest digit.
+/// @{
 ZYN_EXPORT void spatialSort(Pnt3dArray* points);
 ZYN_EXPORT void spatialSort(Pnt3fArray* points);
+/// @}
 /// The same order without moving a point: indices from 0. A new array, empty for null.
+/// @{
 [[nodiscard]] ZYN_EXPORT ref_ptr<IntArray> spatialOrder(const Pnt3dArray* points);
 [[nodiscard]] ZYN_EXPORT ref_ptr<IntArray> spatialOrder(const Pnt3fArray* points);
+/// @}
 
 /// Inserts all points, in spatial order but where they are: they become vertices, as with addPoint,
 /// and must stay. The order that they stand in does not matter for the speed; which one of points
@@ -200,7 +211,11 @@ template <class Real>
 template <class Real>
 ZYN_EXPORT bool writeObj(DelaunayInterface<Real>* engine, const char* path,
                          double maxEdge = anyEdge);
-enum class PlyNormals { none, vertex };
+/// Normals in a PLY file.
+enum class PlyNormals {
+    none,    ///< nothing
+    vertex,  ///< one at each vertex
+};
 
 /// PLY 1.0, binary, little-endian: vertices x, y, z in the engine's precision, and, when asked for,
 /// their unit normals nx, ny, nz as float, the mean of the triangles' weighted by area; then faces of

@@ -1,11 +1,12 @@
-// Small jobs around text: paths, files of lines, files of points, numbers as strings.
-//
-//     ref_ptr<Pnt2dArray> points;
-//     if (readPnt2dArray(path, points, nullptr)) { use(*points); }
-//     ref_ptr<StringArray> fields = strSeperator(line, QStringLiteral(" ,\t"));
-//
-// No function reports in words, and none throws but for want of memory. Text is in the codec of the locale; a byte order mark
-// decides for Unicode. A progress may be null; see progress.h.
+/// @file
+/// Small jobs around text: paths, files of lines, files of points, numbers as strings.
+///
+///     ref_ptr<Pnt2dArray> points;
+///     if (readPnt2dArray(path, points, nullptr)) { use(*points); }
+///     ref_ptr<StringArray> fields = strSeperator(line, QStringLiteral(" ,\t"));
+///
+/// No function reports in words, and none throws but for want of memory. Text is in the codec of the locale; a byte order mark
+/// decides for Unicode. A progress may be null; see progress.h.
 #pragma once
 
 #include <zyn/array.h>
@@ -64,8 +65,11 @@ ZYN_EXPORT bool savePnt2dArray(QString path, ref_ptr<Pnt2dArray> pnts, IZynProgr
 // Numbers as text, the same in every locale
 
 /// 0 for text that is no number, or one out of range.
+/// @{
 [[nodiscard]] ZYN_EXPORT double toDouble(QString str);
 [[nodiscard]] ZYN_EXPORT std::int32_t toLong(QString str);
+/// @}
+/// In base 10.
 [[nodiscard]] ZYN_EXPORT QString tostring(int value);
 /// In base 2 to 36, digits above 9 in lower case, a negative number with a minus sign; a null string
 /// for any other base.

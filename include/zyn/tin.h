@@ -1,24 +1,25 @@
-// Triangle records: the triangle of a triangulated irregular network, in float and double.
-//
-// A record knows its three corners and its three neighbours, and that is the whole network; there
-// is no table of edges or vertices. Corners are pointers to x, y, z that the record does not own;
-// two corners are the same vertex when they are the same address. Records of a network are owned
-// by their engine (delaunay.h). Everything topological looks at x and y only.
-//
-//                  vertex[0]                 The corners run counter-clockwise seen from above.
-//                    /    \                  neighbor[i] lies across the edge opposite vertex[i]
-//      neighbor[2]  /      \  neighbor[1]    and is null on the outer boundary. Links are
-//                  /        \                symmetric. Indices count modulo 3.
-//          vertex[1] ------ vertex[2]
-//                 neighbor[0]
-//
-//     if (tind* t = engine->locate(x, y); t != nullptr && !engine->isFrameTriangle(t)) {
-//         double out = 0.0;                                  // height of z = 0 above the plane
-//         if (t->IntersectVertical(x, y, 0.0, out)) { height = -out; }
-//     }
-//
-// One thread at a time. A float record computes in float where it says so and double elsewhere; take
-// it for small extents near the origin, and the double one for coordinates on the ground.
+/// @file
+/// Triangle records: the triangle of a triangulated irregular network, in float and double.
+///
+/// A record knows its three corners and its three neighbours, and that is the whole network; there
+/// is no table of edges or vertices. Corners are pointers to x, y, z that the record does not own;
+/// two corners are the same vertex when they are the same address. Records of a network are owned
+/// by their engine (delaunay.h). Everything topological looks at x and y only.
+///
+///                  vertex[0]                 The corners run counter-clockwise seen from above.
+///                    /    \                  neighbor[i] lies across the edge opposite vertex[i]
+///      neighbor[2]  /      \  neighbor[1]    and is null on the outer boundary. Links are
+///                  /        \                symmetric. Indices count modulo 3.
+///          vertex[1] ------ vertex[2]
+///                 neighbor[0]
+///
+///     if (tind* t = engine->locate(x, y); t != nullptr && !engine->isFrameTriangle(t)) {
+///         double out = 0.0;                                  // height of z = 0 above the plane
+///         if (t->IntersectVertical(x, y, 0.0, out)) { height = -out; }
+///     }
+///
+/// One thread at a time. A float record computes in float where it says so and double elsewhere; take
+/// it for small extents near the origin, and the double one for coordinates on the ground.
 #pragma once
 
 #include <zyn/array.h>
@@ -45,9 +46,9 @@ public:
     /// Arrays of pointers to coordinates.
     using RealPtrArray = std::conditional_t<std::same_as<Real, double>, PDoubleArray, PFloatArray>;
 
-    Real* vertex[3] = {};
-    TinRecord* neighbor[3] = {};
-    std::int16_t mark = -1;  ///< Copied and compared, otherwise neither read nor changed.
+    Real* vertex[3] = {};         ///< The corners, counter-clockwise: x, y, z each.
+    TinRecord* neighbor[3] = {};  ///< Across the edge opposite the corner of that index, or null.
+    std::int16_t mark = -1;       ///< Copied and compared, otherwise neither read nor changed.
 
     /// Compares all seven fields: addresses, never coordinates.
     friend bool operator==(const TinRecord&, const TinRecord&) noexcept = default;
@@ -135,15 +136,19 @@ public:
     /// Longest edge in x, y.
     [[nodiscard]] Real maxEdgeLen2d() const;
     /// Mean of the corners.
+    /// @{
     void Center(Real& x, Real& y, Real& z) const;
     [[nodiscard]] XPnt3<Real> Center() const;
+    /// @}
     /// False when a, b and c are all exactly 0.
     bool PlaneParam3D(Real& a, Real& b, Real& c, Real& d) const;
     /// PlaneParam3D without d.
+    /// @{
     bool Normal(Real& a, Real& b, Real& c) const
         requires std::same_as<Real, double>;
     bool normal(Real& a, Real& b, Real& c) const
         requires std::same_as<Real, float>;
+    /// @}
     /// The angles between the normal and the axes, in radians. Without a plane, or with a normal
     /// shorter than 1e-10, all three become 0 and the result is false.
     bool NormalAngle(Real& a, Real& b, Real& c) const;
@@ -156,8 +161,10 @@ public:
     /// plane in a point.
     bool ray_intersect3d(const Real* p1, const Real* p2, Real* t) const;
     /// Always false; nothing is written.
+    /// @{
     bool EdgeNormal(std::int32_t i, Real& a, Real& b, Real& c) const noexcept;
     bool intersect3d(Real* a, Real* b, Real* c) const noexcept;
+    /// @}
 
 private:
     TinRecord* _find(Real x, Real y);

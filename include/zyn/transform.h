@@ -1,17 +1,18 @@
-// Rigid transforms: a 4 x 4 matrix and a quaternion, which convert into each other.
-//
-// Both are values. Operators named like those of numbers work in place: `m * n`, `m + n` and
-// `q * r` change their left side and give it back. Only `m * 2.0` and `m * point` make something
-// new. Return codes follow no single rule: conversions answer 1 from a matrix and 0 from a
-// quaternion, -1 where they fail; the other operations tell theirs.
-//
-//     ZynQuad q(1, 0, 0, 0);
-//     q.rotate(0, 0, 1, 0.5);                       // half a radian about z
-//     ZynMatrix4d m = q.toMatrix();
-//     m[0][3] = 100.0;                              // the translation stands in the last column
-//     XPnt3d moved = m * XPnt3d(1, 2, 3);
-//
-// What was never set is invalid: every component is -2147483647.
+/// @file
+/// Rigid transforms: a 4 x 4 matrix and a quaternion, which convert into each other.
+///
+/// Both are values. Operators named like those of numbers work in place: `m * n`, `m + n` and
+/// `q * r` change their left side and give it back. Only `m * 2.0` and `m * point` make something
+/// new. Return codes follow no single rule: conversions answer 1 from a matrix and 0 from a
+/// quaternion, -1 where they fail; the other operations tell theirs.
+///
+///     ZynQuad q(1, 0, 0, 0);
+///     q.rotate(0, 0, 1, 0.5);                       // half a radian about z
+///     ZynMatrix4d m = q.toMatrix();
+///     m[0][3] = 100.0;                              // the translation stands in the last column
+///     XPnt3d moved = m * XPnt3d(1, 2, 3);
+///
+/// What was never set is invalid: every component is -2147483647.
 #pragma once
 
 #include <zyn/array.h>
@@ -31,7 +32,9 @@ public:
     /// A row, so that `m[r][c]` is an element. Unchecked: 0..3.
     class Helper {
     public:
+        /// Of the row that starts there.
         explicit Helper(double* row_) noexcept : row(row_) {}
+        /// The element in column `c`.
         [[nodiscard]] double& operator[](int c) const noexcept { return row[c]; }
 
     private:
@@ -43,37 +46,50 @@ public:
     /// The invalid form.
     ZynMatrix4d() noexcept { setInvalid(); }
 
+    /// Replaces all elements. The last two give 1.
+    /// @{
     void setInvalid() noexcept;
     int setIdentity() noexcept;
     int setZero() noexcept;
+    /// @}
     /// Whether this is a usable rotation: no element is that of the invalid form, and the squares of
     /// each of the first three rows and columns, over three elements, sum to 1 within 0.001. Nothing
     /// tests that they are orthogonal, nor the fourth row and column.
     [[nodiscard]] bool isValid() const noexcept;
+    /// The sixteen elements, row by row.
+    /// @{
     [[nodiscard]] double* getPointer() noexcept { return m; }
     [[nodiscard]] const double* getPointer() const noexcept { return m; }
+    /// @}
+    /// A row. Unchecked: 0..3.
+    /// @{
     [[nodiscard]] Helper operator[](int r) noexcept { return Helper(m + rowStart(r)); }
     [[nodiscard]] const double* operator[](int r) const noexcept { return m + rowStart(r); }
+    /// @}
 
     /// Exact comparison of all elements.
     friend bool operator==(const ZynMatrix4d&, const ZynMatrix4d&) noexcept = default;
 
-    // In place; each gives *this.
-
+    /// In place; each gives *this.
+    /// @{
     ZynMatrix4d& operator*(const ZynMatrix4d& b) noexcept;
     ZynMatrix4d& operator*=(const ZynMatrix4d& b) noexcept { return *this * b; }
     ZynMatrix4d& operator+(const ZynMatrix4d& b) noexcept;
     ZynMatrix4d& operator+=(const ZynMatrix4d& b) noexcept { return *this + b; }
     ZynMatrix4d& operator-(const ZynMatrix4d& b) noexcept;
     ZynMatrix4d& operator-=(const ZynMatrix4d& b) noexcept { return *this - b; }
+    /// @}
     /// Every element times `s`, or plus `s`.
+    /// @{
     ZynMatrix4d& operator*=(double s) noexcept;
     ZynMatrix4d& operator+=(double s) noexcept;
+    /// @}
 
     /// Replaces this by its product with its transpose, and gives a copy of that.
     ZynMatrix4d covariant() noexcept;
     /// In place; 1.
     int transpose() noexcept;
+    /// A transposed copy.
     [[nodiscard]] ZynMatrix4d getTransposed() const noexcept;
     /// In place, by Gauss-Jordan elimination with full pivoting: 1. A singular matrix gives 0, with
     /// "invert is not availble!\n" on standard output and the matrix half processed.
@@ -83,6 +99,7 @@ public:
     /// Maps the elements linearly, the smallest to `lo` and the largest to `hi`; 1. Equal elements
     /// become NaN.
     int normalise(double lo, double hi) noexcept;
+    /// A copy treated by normalise().
     [[nodiscard]] ZynMatrix4d getNormalised(double lo, double hi) const noexcept;
 
     /// Becomes the rotation of `q`: 1. A quaternion that is not normal gives -1, with nothing
@@ -103,7 +120,7 @@ private:
 
 /// The components of a quaternion, the scalar part first.
 struct tagZynQuad {
-    double w, x, y, z;
+    double w, x, y, z;  ///< not set in a new one
 };
 
 /// A quaternion. Component 0 is w.
@@ -112,12 +129,14 @@ public:
     /// The invalid form.
     ZynQuad() noexcept;
     ZynQuad(const ZynQuad&) noexcept = default;
+    /// Of these components.
     ZynQuad(double w, double x, double y, double z) noexcept;
     /// From four doubles.
     explicit ZynQuad(const double* q) noexcept;
     ZynQuad(std::nullptr_t) = delete;
     virtual ~ZynQuad();
 
+    /// The Euclidean norm of the four components.
     [[nodiscard]] virtual double getNorm() const noexcept;
     /// The square of getNorm().
     [[nodiscard]] virtual double getNorm2() const noexcept;
@@ -127,6 +146,7 @@ public:
     [[nodiscard]] virtual bool isNormal() const noexcept;
     /// Whether no component is that of the invalid form.
     [[nodiscard]] virtual bool isValid() const noexcept;
+    /// Becomes the invalid form.
     virtual void setInvalid() noexcept;
     /// 1.
     virtual std::int32_t setValue(double w, double x, double y, double z) noexcept;
@@ -138,12 +158,15 @@ public:
     virtual std::int32_t getValue(double& w, double& x, double& y, double& z) const noexcept;
     /// Unchecked: 0..3.
     [[nodiscard]] virtual double& operator[](int i) noexcept;
-    /// From four doubles.
+    /// From four doubles, or another quaternion.
+    /// @{
     virtual ZynQuad& operator=(const double* q) noexcept;
     virtual ZynQuad& operator=(const ZynQuad& q) noexcept;
+    /// @}
 
     // In place; each gives *this.
 
+    /// @{
     virtual ZynQuad& operator+(const ZynQuad& q) noexcept;
     virtual ZynQuad& operator-(const ZynQuad& q) noexcept;
     virtual ZynQuad& operator*(double s) noexcept;
@@ -156,6 +179,7 @@ public:
     virtual ZynQuad& operator*=(double s) noexcept;
     virtual ZynQuad& operator*=(const ZynQuad& q) noexcept;
     virtual ZynQuad& operator/=(double s) noexcept;
+    /// @}
 
     /// Becomes the conjugate of the quaternion whose rotation `m` is: 0. When a row or column of the
     /// rotation is not of length 1 (see ZynMatrix4d::isValid), -1, with `m` set invalid and the

@@ -15,6 +15,10 @@ bool hasArrived(int handle) { return ::fsync(handle) == 0 || errno == EINVAL || 
 
 }  // namespace
 
+bool mayBeWritten(const QString& path) {
+    return QFile(path).open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::ExistingOnly);
+}
+
 bool commitWhole(QSaveFile& file) {
     return file.flush() && hasArrived(file.handle()) && file.commit();
 }
@@ -23,7 +27,8 @@ WholeFile::WholeFile(const QString& path) : beside(path), direct(path), device(&
     const QFileInfo there(path);
     if (there.exists() && !there.isFile()) { device = &direct; }
     beside.setDirectWriteFallback(true);
-    if (!path.isEmpty()) { device->open(QIODevice::WriteOnly | QIODevice::Text); }
+    const bool isProtected = there.isFile() && !mayBeWritten(path);
+    if (!path.isEmpty() && !isProtected) { device->open(QIODevice::WriteOnly | QIODevice::Text); }
 }
 
 bool WholeFile::commit() {

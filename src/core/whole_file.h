@@ -6,6 +6,10 @@
 
 namespace zyn {
 
+/// Whether the file that is there may be written. A protected one must not be replaced either; Qt asks
+/// that of the user who started the process, not of the one that it runs as.
+[[nodiscard]] bool mayBeWritten(const QString& path);
+
 /// Puts the file into its place; false, with what was there before as it was, when a part of it did not
 /// arrive on the disk. A disk may tell that only when asked for the last time.
 [[nodiscard]] bool commitWhole(QSaveFile& file);

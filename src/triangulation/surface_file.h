@@ -30,8 +30,9 @@ public:
         : surface(engineOf(engine), maxEdge) {
         if (!surface.hasEngine() || path == nullptr) { return; }
         const QString name = QFile::decodeName(path);
-        // A device or a pipe would be replaced by the file.
-        if (const QFileInfo target(name); target.exists() && !target.isFile()) { return; }
+        // A device or a pipe would be replaced by the file, and a protected file, too.
+        const QFileInfo target(name);
+        if (target.exists() && (!target.isFile() || !mayBeWritten(name))) { return; }
         file.setFileName(name);
         if (!file.open(QIODevice::WriteOnly)) { return; }
         surface.forEach([this](const TinRecord<Real>* t, std::size_t) {

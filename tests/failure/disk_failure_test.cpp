@@ -173,6 +173,9 @@ TEST_P(DiskFailure, Permissions) {
     };
     fs::permissions(testing::TempDir(), fs::perms::all, fs::perm_options::add);
     fs::permissions(path, fs::perms(0444));
+    fs::permissions(folder, fs::perms(0777));
+    EXPECT_EQ(writeAsUser(path), answerOfFailure());
+    EXPECT_EQ(contentOf(path), old);
     fs::permissions(folder, fs::perms(0555));
     EXPECT_EQ(writeAsUser(folder + "/new"), answerOfFailure());
     EXPECT_EQ(writeAsUser(path), answerOfFailure());

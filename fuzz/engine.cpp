@@ -205,7 +205,7 @@ private:
     /// Through a file, of text with its six digits or binary with all.
     void writeAndRead(bool isText) {
         auto* const e = engine.get();
-        const MemoryFile file({});
+        const MemoryFile file;
         const int before = engine->triangleCount();
         Real* read = nullptr;
         int count = 0;

@@ -147,8 +147,8 @@ public:
     /// standard output. `points` is the whole sequence that addPoint was given, in that order. A
     /// face whose longest edge in space is above `maxEdge` is left out, if that is below 99999.
     /// Serves up to 32768 points, whose number fits `inten`; writeObj of surface.h has no such limit.
-    /// False when the file, written in place, cannot be opened or written whole, and on a network whose
-    /// vertices are bare coordinates (after a read or compactVertices).
+    /// False when the file cannot be opened or written whole, with an old one as it was, and on a network
+    /// whose vertices are bare coordinates (after a read or compactVertices).
     virtual bool exportObj(std::span<const XPnt3d> points, const char* path, double maxEdge) = 0;
 };
 
@@ -190,8 +190,8 @@ ZYN_EXPORT bool bounds(DelaunayInterface<Real>* engine, Real& minX, Real& minY, 
 template <class Real>
 ZYN_EXPORT int compactVertices(DelaunayInterface<Real>* engine);
 
-/// Writes the network to a binary file (formats.md), in place. False when it cannot be written whole;
-/// what stood there is then lost.
+/// Writes the network to a binary file (formats.md). False when it cannot be written whole; an old file
+/// stays until the new one is, unless its folder takes no file beside it.
 template <class Real>
 ZYN_EXPORT bool writeBinary(DelaunayInterface<Real>* engine, const char* path);
 /// The same as text, with six significant digits a coordinate. True even when the file could not be

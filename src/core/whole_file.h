@@ -1,35 +1,41 @@
 // A file that takes the place of an old one only when it is whole.
 #pragma once
 
-#include <QFile>
-#include <QSaveFile>
+#include <cstdio>
+#include <memory>
+#include <string>
 
 namespace zyn {
 
-/// Whether the file that is there may be written. A protected one must not be replaced either; Qt asks
-/// that of the user who started the process, not of the one that it runs as.
-[[nodiscard]] bool mayBeWritten(const QString& path);
+struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
 
-/// Puts the file into its place; false, with what was there before as it was, when a part of it did not
-/// arrive on the disk. A disk may tell that only when asked for the last time.
-[[nodiscard]] bool commitWhole(QSaveFile& file);
-
-/// The file is written beside its place. Devices and pipes are written themselves, and so is a file
-/// in a folder that takes no new one.
+/// Where a file stands already, the new one is written beside it, with its permissions. Devices, pipes
+/// and a file in a folder that takes no new one are written themselves.
 class WholeFile {
 public:
-    explicit WholeFile(const QString& path);
+    /// Opens nothing for null, an empty path and what may not be written.
+    explicit WholeFile(const char* path);
+    WholeFile(const WholeFile&) = delete;
+    WholeFile& operator=(const WholeFile&) = delete;
+    /// Drops what was not committed.
+    ~WholeFile();
 
-    [[nodiscard]] bool isOpen() const { return device->isOpen(); }
-    /// Where to write.
-    [[nodiscard]] QIODevice* target() { return device; }
-    /// As commitWhole(); without it the file is dropped.
+    [[nodiscard]] bool isOpen() const { return stream != nullptr; }
+    /// Null when nothing is open.
+    [[nodiscard]] std::FILE* get() const { return stream.get(); }
+    /// Closes the file and puts it into its place; false, with what was there before as it was, when a
+    /// part of it did not arrive.
     [[nodiscard]] bool commit();
 
 private:
-    QSaveFile beside;
-    QFile direct;
-    QFileDevice* device;
+    void openBeside(const char* path);
+
+    std::string place;      ///< Of a file that was there; empty when it is written itself.
+    std::string temporary;  ///< What goes unless it is committed.
+    File stream;
 };
 
 }  // namespace zyn

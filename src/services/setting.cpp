@@ -42,9 +42,9 @@ public:
     }
     QString getValueText(QString key) override { return getValue(std::move(key)); }
     int save() override {
-        WholeFile file(path);
+        WholeFile file(QFile::encodeName(path).constData());
         if (!file.isOpen()) { return -1; }
-        QTextStream stream(file.target());
+        QTextStream stream(file.get(), QIODevice::WriteOnly);
         for (const auto& [key, value] : values) { stream << '[' << key << "]=[" << value << "]\n"; }
         stream.flush();
         return stream.status() == QTextStream::Ok && file.commit() ? 0 : -1;

@@ -15,6 +15,7 @@
 #include <cstddef>
 #include <limits>
 #include <numeric>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <vector>
@@ -158,9 +159,9 @@ ref_ptr<StringArray> readLines(QString path, IZynProgress*) {
 
 bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgress* progress) {
     if (!lines) { return false; }
-    WholeFile file(path);
-    QTextStream stream;
-    if (file.isOpen()) { stream.setDevice(file.target()); }
+    WholeFile file(QFile::encodeName(path).constData());
+    std::optional<QTextStream> stream;
+    if (file.isOpen()) { stream.emplace(file.get(), QIODevice::WriteOnly); }
     if (progress != nullptr) { progress->setTotal(1.0); }
     const int step = lines->size() / 20;
     int counter = 0;
@@ -169,11 +170,11 @@ bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgress* progress
             if (progress != nullptr) { progress->step(0.02); }
             counter = 0;
         }
-        if (file.isOpen()) { stream << line; }
+        if (stream) { *stream << line; }
     }
-    if (file.isOpen()) {
-        stream.flush();
-        if (stream.status() == QTextStream::Ok) { (void)file.commit(); }  // not told
+    if (stream) {
+        stream->flush();
+        if (stream->status() == QTextStream::Ok) { (void)file.commit(); }  // not told
     }
     return true;
 }

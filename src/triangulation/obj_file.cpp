@@ -19,24 +19,24 @@ int numberOf(const double* vertex) { return reinterpret_cast<const XPnt3d*>(vert
 
 class ObjLines : public tin_file::Writer {
 public:
-    explicit ObjLines(const char* path) : Writer(path, "w+") {}
+    using Writer::Writer;
 
     void vertex(const XPnt3d& p) {
-        buffer += 'v';
+        text += 'v';
         for (const double c : {p.x, p.y, p.z}) {
-            buffer += ' ';
-            appendNumber(buffer, c, std::chars_format::fixed, 6);
+            text += ' ';
+            appendNumber(text, c, std::chars_format::fixed, 6);
         }
-        buffer += '\n';
+        text += '\n';
         flushIfFull();
     }
     void face(const int (&numbers)[3]) {
-        buffer += 'f';
+        text += 'f';
         for (const int n : numbers) {
-            buffer += ' ';
-            appendNumber(buffer, n);
+            text += ' ';
+            appendNumber(text, n);
         }
-        buffer += '\n';
+        text += '\n';
         flushIfFull();
     }
 };
@@ -64,7 +64,7 @@ bool delaunayD::exportObj(std::span<const XPnt3d> points, const char* path, doub
             {numberOf(t->vertex[0]) + 1, numberOf(t->vertex[1]) + 1, numberOf(t->vertex[2]) + 1});
     }
     std::printf("Done!");
-    return file.close();
+    return file.commit();
 }
 
 template <class Real>

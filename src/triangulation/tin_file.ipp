@@ -42,7 +42,7 @@ bool DelaunayEngine<Real>::write(const char* path) {
     }
     TriangleNumbers<Real> triangleNumbers(*this);
 
-    Sink sink(path);  // last: without memory for the numbers an old file stays
+    Sink sink(path);
     sink.head();
     sink.count(static_cast<std::int32_t>(vertexNumbers.vertices().size()));
     sink.count(triangleCount());
@@ -53,7 +53,7 @@ bool DelaunayEngine<Real>::write(const char* path) {
                      vertexNumbers(t->vertex[2]), triangleNumbers(t->neighbor[0]),
                      triangleNumbers(t->neighbor[1]), triangleNumbers(t->neighbor[2])});
     }
-    return sink.close();
+    return sink.commit();
 }
 
 template <class Real>

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/text_number.h"
+#include "core/whole_file.h"
 
 #include <algorithm>
 #include <array>
@@ -26,11 +27,6 @@ inline constexpr std::size_t bufferSize = std::size_t{1} << 16U;
 
 using Record = std::int32_t[6];
 
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
 /// The four or eight bytes of a number, little-endian.
 template <class Number>
 auto bytesOf(Number value) {
@@ -44,41 +40,39 @@ auto bytesOf(Number value) {
 /// Writes through a buffer and remembers whether everything arrived.
 class Writer {
 public:
-    Writer(const char* path, const char* mode) {
-        buffer.reserve(bufferSize + 1024);  // all memory that it needs, before the old file goes
-        if (path != nullptr) { file.reset(std::fopen(path, mode)); }
+    explicit Writer(const char* path) : file(path) { text.reserve(bufferSize + 1024); }
+
+    [[nodiscard]] bool isOpen() const { return file.isOpen(); }
+    void flushIfFull() {
+        if (text.size() >= bufferSize) { flush(); }
     }
-    [[nodiscard]] bool isOpen() const { return file != nullptr; }
-    [[nodiscard]] bool close() {
+    /// Puts the file into its place; false, with nothing changed there, when a part could not be
+    /// written.
+    [[nodiscard]] bool commit() {
         flush();
-        const bool closed = file != nullptr && std::fclose(file.release()) == 0;
-        return closed && !failed;
+        return isWritten && file.commit();
     }
 
-protected:
-    void flushIfFull() {
-        if (buffer.size() >= bufferSize) { flush(); }
-    }
-    std::string buffer;
+    std::string text;  ///< What comes next in the file.
 
 private:
     void flush() {
-        failed = failed || file == nullptr ||
-                 std::fwrite(buffer.data(), 1, buffer.size(), file.get()) != buffer.size();
-        buffer.clear();
+        isWritten = isWritten && isOpen() &&
+                    std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
+        text.clear();
     }
 
-    File file;
-    bool failed = false;
+    WholeFile file;
+    bool isWritten = true;
 };
 
 class BinarySink : public Writer {
 public:
-    explicit BinarySink(const char* path) : Writer(path, "wb+") {}
+    using Writer::Writer;
 
     void head() {
-        buffer.append(magic);
-        buffer.append(binaryHeadSize - magic.size(), '\0');
+        text.append(magic);
+        text.append(binaryHeadSize - magic.size(), '\0');
     }
     void count(std::int32_t n) { put(n); }
     template <class Real>
@@ -97,33 +91,33 @@ private:
     template <class Number>
     void put(Number value) {
         const auto bytes = bytesOf(value);
-        buffer.append(bytes.data(), bytes.size());
+        text.append(bytes.data(), bytes.size());
     }
 };
 
 class TextSink : public Writer {
 public:
-    explicit TextSink(const char* path) : Writer(path, "w") {}
+    using Writer::Writer;
 
-    void head() { buffer.append(magic).append("\n"); }
+    void head() { text.append(magic).append("\n"); }
     void count(std::int32_t n) {
-        appendNumber(buffer, n);
-        buffer += '\n';
+        appendNumber(text, n);
+        text += '\n';
     }
     template <class Real>
     void point(const Real* p) {
         for (int axis = 0; axis < 3; ++axis) {
-            appendNumber(buffer, p[axis], std::chars_format::general, significantDigits);
-            buffer += axis < 2 ? '\t' : '\n';
+            appendNumber(text, p[axis], std::chars_format::general, significantDigits);
+            text += axis < 2 ? '\t' : '\n';
         }
         flushIfFull();
     }
     void record(const Record& numbers) {
         for (const std::int32_t n : numbers) {
-            appendNumber(buffer, n);
-            buffer += '\t';
+            appendNumber(text, n);
+            text += '\t';
         }
-        buffer += '\n';
+        text += '\n';
         flushIfFull();
     }
 

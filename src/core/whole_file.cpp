@@ -30,21 +30,25 @@ WholeFile::WholeFile(const char* path) {
         temporary = path;
     } else if (S_ISREG(old.st_mode)) {
         if (!mayBeWritten(path)) { return; }
-        openBeside(path);
+        openBeside(path, old);
     }
     if (!isOpen()) { stream.reset(std::fopen(path, "w")); }
     if (!isOpen()) { temporary.clear(); }
 }
 
 /// In the folder of the file itself, if the path is that of a link to it.
-void WholeFile::openBeside(const char* path) {
+void WholeFile::openBeside(const char* path, const struct stat& old) {
     const std::unique_ptr<char, decltype(&std::free)> real(realpath(path, nullptr), &std::free);
-    if (real == nullptr) { return; }
+    struct stat there = {};
+    // A file that is open and has no name any more can have another one's.
+    if (real == nullptr || stat(real.get(), &there) != 0 || there.st_ino != old.st_ino ||
+        there.st_dev != old.st_dev) {
+        return;
+    }
     place = real.get();
     temporary = place + ".XXXXXX";
     const int handle = mkostemp(temporary.data(), O_CLOEXEC);
-    struct stat old = {};
-    if (handle >= 0 && stat(real.get(), &old) == 0 && fchmod(handle, old.st_mode & 07777U) == 0) {
+    if (handle >= 0 && fchmod(handle, old.st_mode & 07777U) == 0) {
         stream.reset(fdopen(handle, "w"));
     }
     if (isOpen()) { return; }

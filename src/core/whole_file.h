@@ -1,6 +1,8 @@
 // A file that takes the place of an old one only when it is whole.
 #pragma once
 
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -31,7 +33,7 @@ public:
     [[nodiscard]] bool commit();
 
 private:
-    void openBeside(const char* path);
+    void openBeside(const char* path, const struct stat& old);
 
     std::string place;      ///< Of a file that was there; empty when it is written itself.
     std::string temporary;  ///< What goes unless it is committed.

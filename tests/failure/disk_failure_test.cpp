@@ -44,9 +44,14 @@ namespace {
 using namespace zyn;
 namespace fs = std::filesystem;
 
+/// LandXML tells when it was written.
+std::string withoutTime(std::string content) {
+    const std::size_t at = content.find(R"(date=")");
+    return at == std::string::npos ? content : content.erase(at, content.find('>', at) - at);
+}
 std::string contentOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator(file), {}};
+    return withoutTime({std::istreambuf_iterator(file), {}});
 }
 
 struct Writer {
@@ -128,7 +133,7 @@ TEST_P(DiskFailure, FullDisks) {
     for (const std::size_t room : {std::size_t(0), whole.size() / 2, whole.size() - 1}) {
         expectFailure(room, false);
     }
-    expectFailure(whole.size(), true);
+    expectFailure(2 * whole.size(), true);
     std::signal(SIGXFSZ, handler);
     EXPECT_TRUE(write(path) && contentOf(path) == whole);
     fs::remove(path);
@@ -147,8 +152,9 @@ TEST_P(DiskFailure, Places) {
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     const int end = ::open(fifo.c_str(), O_RDWR | O_NONBLOCK);
     EXPECT_TRUE(write(fifo));
-    std::string arrived(whole.size(), '\0');
-    EXPECT_TRUE(::read(end, arrived.data(), arrived.size()) > 0 && arrived == whole);
+    std::string arrived(100000, '\0');
+    const ssize_t size = ::read(end, arrived.data(), arrived.size());
+    EXPECT_EQ(withoutTime(arrived.substr(0, size > 0 ? std::size_t(size) : 0)), whole);
     ::close(end);
     EXPECT_TRUE(fs::is_fifo(fifo));
 

@@ -85,6 +85,51 @@ void runMatrix(Bytes& bytes) {
     } catch (char*) { FUZZ_REQUIRE(m->rows() != m->cols() && !isInverted); }
 }
 
+/// Products and what adds up lines, against plain loops.
+void runProducts(Bytes& bytes) {
+    const int rows = bytes.below(6) + 1, inner = bytes.below(6) + 1, cols = bytes.below(6) + 1;
+    const bool fits = bytes.below(8) > 0;
+    matrix<int> a(rows, inner), b(fits ? inner : inner + 1, cols);
+    for (int i = 0; i < rows * inner; ++i) { a.data()[i] = bytes.take<int>(); }
+    for (int i = 0; i < b.rows() * cols; ++i) { b.data()[i] = bytes.take<int>(); }
+    const auto entry = [](auto& m, int r, int c) { return std::uint32_t(m.get(r, c)); };
+    try {
+        const matrix<int> product = a * b;
+        FUZZ_REQUIRE(fits && product.rows() == rows && product.cols() == cols);
+        for (int i = 0; i < rows * cols; ++i) {
+            std::uint32_t sum = 0;
+            for (int k = 0; k < inner; ++k) {
+                sum += entry(a, i / cols, k) * entry(b, k, i % cols);
+            }
+            FUZZ_REQUIRE(entry(product, i / cols, i % cols) == sum);
+        }
+    } catch (char*) { FUZZ_REQUIRE(!fits); }
+    const ref_ptr<MatrixInt> counted = newMatrixInt();
+    FUZZ_REQUIRE(counted->assign(a));
+    for (int r = 0; r < rows; ++r) {
+        std::uint32_t sum = 0;
+        for (int c = 0; c < inner; ++c) { sum += entry(a, r, c); }
+        FUZZ_REQUIRE(std::uint32_t(counted->rowSum(r)) == sum);
+        FUZZ_REQUIRE(counted->rowMin(r) <= a.get(r, 0) && a.get(r, 0) <= counted->rowMax(r));
+    }
+}
+
+/// There and back, for channels and for any numbers.
+void runColors(Bytes& bytes) {
+    while (!bytes.isEmpty()) {
+        const double r = bytes.take() / 255.0, g = bytes.take() / 255.0, b = bytes.take() / 255.0;
+        double h = 0, s = 0, v = 0, backR = 0, backG = 0, backB = 0;
+        FUZZ_REQUIRE(RGB2HSV(r, g, b, &h, &s, &v) == 0);
+        FUZZ_REQUIRE(HSV2RGB(h, s, v, &backR, &backG, &backB) == 0);
+        FUZZ_REQUIRE(std::abs(backR - r) + std::abs(backG - g) + std::abs(backB - b) < 1e-12);
+        const double x = number(bytes), y = number(bytes), z = number(bytes);
+        const auto isShare = [](double c) { return c >= 0 && c <= 1; };
+        const bool isColor = isShare(x) && isShare(y) && isShare(z);
+        FUZZ_REQUIRE(RGB2HSV(x, y, z, &h, &s, &v) == (isColor ? 0 : -1));
+        (void)HSV2RGB(x, y, z);
+    }
+}
+
 void runGrade(Bytes& bytes) {
     const ref_ptr<IZynGradeColor> grade = newZynGradeColor();
     while (!bytes.isEmpty()) {
@@ -119,13 +164,16 @@ void runGrade(Bytes& bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Bytes bytes(data, size);
-    switch (bytes.below(6)) {
+    switch (bytes.below(9)) {
     case 0: runArray(bytes, ref_ptr(newIntArray())); break;
     case 1: runArray(bytes, ref_ptr(newStringArray())); break;
     case 2: runArray(bytes, ref_ptr(newPnt3dArray())); break;
     case 3: runPool(bytes); break;
     case 4: runMatrix(bytes); break;
-    default: runGrade(bytes);
+    case 5: runGrade(bytes); break;
+    case 6: runArray(bytes, ref_ptr(newIntArrayArray())); break;
+    case 7: runProducts(bytes); break;
+    default: runColors(bytes);
     }
     return 0;
 }

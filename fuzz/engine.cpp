@@ -110,6 +110,7 @@ private:
         auto* const e = engine.get();
         const int kind = bytes.take();
         if (kind >= 238) { return operateRarely(kind % 6); }
+        isDelaunay = isDelaunay && (kind % 14 < 4 || kind % 14 > 7);  // removal and edges
         switch (kind % 14) {
         case 0:
         case 1:
@@ -138,7 +139,7 @@ private:
             break;
         }
         case 8:
-            restoreDelaunay(e);
+            isDelaunay = restoreDelaunay(e) != -1 && isSound;
             fixed->removeAll();
             break;
         case 9: {
@@ -216,9 +217,10 @@ private:
         FUZZ_REQUIRE(isRead || !isSound || isText);
         FUZZ_REQUIRE(engine->triangleCount() == (isRead ? before : 0));
         isSound = isSound && !isText;
+        isDelaunay = isDelaunay && isSound;
     }
     void check() {
-        const QString fault = validate(engine.get(), false);
+        const QString fault = validate(engine.get(), isDelaunay);
         if (isSound && !fault.isNull()) {
             std::fprintf(stderr, "%s\n", qPrintable(fault));
             std::abort();
@@ -235,6 +237,7 @@ private:
     ref_ptr<Pnt3Pool<Real>> pool;
     ref_ptr<VertexArray<Real>> fixed;
     bool isSound = true;
+    bool isDelaunay = true;
 };
 
 }  // namespace

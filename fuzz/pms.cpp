@@ -69,11 +69,25 @@ private:
         case 11: return exactly(table->scale(xyz().x), true);
         case 12: return exchange();
         case 13: return other == 0 ? table->clear() : 0;
+        case 18: return exactly(withNothing(bytes.below(6)), false);
         }
         const ref_ptr<Pnt2dArray> seen = newPnt2dArray();
         seen->resize(table->getImgNum() + (other % 16 == 15));
         for (XPnt2d& p : *seen) { p = bytes.below(2) != 0 ? xy() : XPnt2d(); }
         return kind == 14 ? table->addWrdPnt(seen) : table->addWrdPnt(seen, xyz());
+    }
+    /// An operation of which an argument is null.
+    int withNothing(int kind) {
+        const ref_ptr<IntArray> map = newIntArray();
+        const ref_ptr<Pnt3dArray> none;
+        switch (kind) {
+        case 0: return table->addWrdPnt(nullptr);
+        case 1: return table->addWrdPnt(nullptr, xyz());
+        case 2: return table->importData(cams, map, none, map);
+        case 3: return table->exportData(nullptr, nullptr, cams, map, none, map);
+        case 4: return table->getCommonPnts(0, 1, pnts.get(), nullptr, map.get(), map.get());
+        default: return table->getWrdPntObservations(0, pnts.get(), nullptr);
+        }
     }
     int exchange() {  // out in compact form and back, with any number for image 0
         const ref_ptr<Pnt2dArrayArray> imgPnts = newPnt2dArrayArray();
@@ -95,7 +109,9 @@ private:
         }
         if (camMap->size() == 0) { return 0; }
         const int entry = camMap->getRef(0) = index(cams->size());
-        const bool isMap = entry >= -1 && entry < cams->size();
+        const bool isCut = bytes.below(8) == 0 && wrdMap->size() > 0;
+        if (isCut) { wrdMap->removeLast(); }
+        const bool isMap = entry >= -1 && entry < cams->size() && !isCut;
         return exactly(table->importData(cams, camMap, wrdPnts, wrdMap), isMap);
     }
 
@@ -130,6 +146,14 @@ private:
         FUZZ_REQUIRE(pnts->size() == 2 * common);
         exactly(table->getCommonPnts3(imgA, imgB, imgA, pnts.get(), pnts.get(), pnts.get()), true);
         FUZZ_REQUIRE(!leavesNone || pnts->size() == 3 * table->getCommonPntNum(imgB, imgA));
+        const ref_ptr<IntArray> imgs = newIntArray();
+        imgs->append(imgA);
+        imgs->append(imgB);
+        const ref_ptr<IntArray> seenOnBoth = table->getCommonWrdPnts(imgs);
+        FUZZ_REQUIRE(!leavesNone || seenOnBoth->size() == table->getCommonPntNum(imgB, imgA));
+        const Enve3d box = table->getEnvelope();
+        const ref_ptr<Pnt3dArray> valid = table->getValidWrdPnts();
+        FUZZ_REQUIRE(valid->size() > 1 || !box.isValid());
     }
 
     Bytes& bytes;

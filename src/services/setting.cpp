@@ -19,7 +19,7 @@ class CZynSetting final : public IZynSetting {
 public:
     ~CZynSetting() override {
         try {
-            if (!path.isEmpty()) { CZynSetting::save(); }
+            if (!path.isEmpty() && isRead) { CZynSetting::save(); }
         } catch (const std::bad_alloc&) {}  // the file stays as it was
     }
 
@@ -28,6 +28,8 @@ public:
         const bool isThere = isFileExist(newPath);
         if (isThere) { values = withThoseOf(newPath); }
         path = std::move(newPath);
+        // What could not be read is not to be cut by an end that nobody asked for.
+        isRead = !isThere || QFile(path).open(QIODevice::ReadOnly);
         if (isThere) { return 0; }
         if (!path.isEmpty()) { QFile(path).open(QIODevice::WriteOnly); }
         return isFileExist(path) ? 0 : -1;
@@ -44,10 +46,12 @@ public:
     int save() override {
         WholeFile file(QFile::encodeName(path).constData());
         if (!file.isOpen()) { return -1; }
-        QTextStream stream(file.get(), QIODevice::WriteOnly);
-        for (const auto& [key, value] : values) { stream << '[' << key << "]=[" << value << "]\n"; }
-        stream.flush();
-        return stream.status() == QTextStream::Ok && file.commit() ? 0 : -1;
+        const bool isWritten = file.write([this](QTextStream& stream) {
+            for (const auto& [key, value] : values) {
+                stream << '[' << key << "]=[" << value << "]\n";
+            }
+        });
+        return isWritten && file.commit() ? 0 : -1;
     }
     int flush() override { return save(); }
 
@@ -69,6 +73,7 @@ private:
 
     Values values;
     QString path;
+    bool isRead = true;  ///< What the file held when it was opened stands in the values.
 };
 
 }  // namespace

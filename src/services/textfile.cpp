@@ -15,7 +15,6 @@
 #include <cstddef>
 #include <limits>
 #include <numeric>
-#include <optional>
 #include <string_view>
 #include <system_error>
 #include <vector>
@@ -35,6 +34,7 @@ bool toNumber(std::string_view field, double& value) {
         if (error == std::errc() && end == field.data() + field.size()) { return true; }
     }
     bool converts = false;
+    if (field.size() > std::size_t(std::numeric_limits<int>::max())) { return false; }
     value = QString::fromLatin1(field.data(), static_cast<int>(field.size())).toDouble(&converts);
     return converts;
 }
@@ -160,22 +160,19 @@ ref_ptr<StringArray> readLines(QString path, IZynProgress*) {
 bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgress* progress) {
     if (!lines) { return false; }
     WholeFile file(QFile::encodeName(path).constData());
-    std::optional<QTextStream> stream;
-    if (file.isOpen()) { stream.emplace(file.get(), QIODevice::WriteOnly); }
     if (progress != nullptr) { progress->setTotal(1.0); }
     const int step = lines->size() / 20;
-    int counter = 0;
-    for (const QString& line : *lines) {
-        if (++counter >= step) {
-            if (progress != nullptr) { progress->step(0.02); }
-            counter = 0;
+    const bool isWritten = file.write([&](QTextStream& stream) {
+        int counter = 0;
+        for (const QString& line : *lines) {
+            if (progress != nullptr && ++counter >= step) {
+                progress->step(0.02);
+                counter = 0;
+            }
+            if (file.isOpen()) { stream << line; }
         }
-        if (stream) { *stream << line; }
-    }
-    if (stream) {
-        stream->flush();
-        if (stream->status() == QTextStream::Ok) { (void)file.commit(); }  // not told
-    }
+    });
+    if (isWritten) { (void)file.commit(); }  // not told
     return true;
 }
 

@@ -45,9 +45,10 @@ TinRecord<Real>* DelaunayEngine<Real>::enforceEdge(Real* a, Real* b, Tri* hint) 
     // every flip takes one crossing edge away, so there are no more passes than crossings; the limit
     // stands for the float records and for damaged networks.
     for (std::size_t passes = 0, mostPasses = 0; passes <= mostPasses; ++passes) {
-        const std::vector<Tri*> path = pathAlong(start, a, b, Pool::count());
+        const std::vector<Tri*> path = pathAlong(start, a, b, Pool::count() + 1);
         const std::size_t crossings = path.size() - 1;
         if (passes == 0) { mostPasses = crossings; }
+        if (path.size() > Pool::count()) { break; }  // damaged, and round for ever
 
         std::vector<Real*> apex(crossings);
         for (std::size_t i = crossings; i-- > 0;) {

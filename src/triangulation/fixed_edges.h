@@ -88,7 +88,7 @@ public:
         if (orientation(xyOf(p), xyOf(a), xyOf(b)) != 0 || !isBetween(a, p, b)) { return false; }
         try {
             split(a, b, p);
-        } catch (const std::bad_alloc&) { lacksMemory = true; }
+        } catch (...) { lacksMemory = true; }
         return true;
     }
     /// Throws std::bad_alloc when the halves of an edge that gave way could not be kept.

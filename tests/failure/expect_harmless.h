@@ -29,7 +29,7 @@ void expectHarmless(const char* name, const std::function<void(Object&)>& run,
             try {
                 const support::FailingAllocation memory(successes);
                 run(object);
-                hasFailed = memory.hasFailed();
+                ASSERT_FALSE(memory.hasFailed()) << "nobody was told";
             } catch (const std::bad_alloc&) { hasFailed = true; }
             if (hasFailed) {
                 ASSERT_TRUE((object.*isSound)());

@@ -88,9 +88,8 @@ T dist2_tri(const XPnt3<T>& p, const XPnt3<T>& a, const XPnt3<T>& b, const XPnt3
     case Nearest::cornerC: return dist2(p, c);
     case Nearest::sideBC: return dist2_lineseg(p, b, c);
     case Nearest::sideAC: return dist2_lineseg(p, a, c);
-    case Nearest::sideAB: break;
+    default: return dist2_lineseg(p, a, b);  // side ab
     }
-    return dist2_lineseg(p, a, b);
 }
 
 template <class T>
@@ -126,9 +125,8 @@ bool closer_on_tri(const XPnt3<T>& p, XPnt3<T>& out, const XPnt3<T>& a, const XP
     case Nearest::cornerC: return takeIfCloser(p, out, c, best);
     case Nearest::sideBC: return closer_on_lineseg(p, out, b, c, best);
     case Nearest::sideAC: return closer_on_lineseg(p, out, a, c, best);
-    case Nearest::sideAB: break;
+    default: return closer_on_lineseg(p, out, a, b, best);  // side ab
     }
-    return closer_on_lineseg(p, out, a, b, best);
 }
 
 template <class T>

@@ -34,6 +34,10 @@ TEST(Points, MarksOfTheInvalidDifferByType) {
     EXPECT_TRUE(XPnt2d(std::nan(""), 0).isValid());
     EXPECT_FALSE(XPnt2d(std::nan(""), 0).to2f().isValid());
     EXPECT_FALSE(XPnt3d(0, 0, std::nan("")).isValid());
+    // A new point is invalid, but one in space without a label is the origin.
+    EXPECT_FALSE(XPnt2d().isValid() || XPnt2f().isValid() || TagPnt2d().isValid());
+    EXPECT_FALSE(TagPnt3d().isValid() || XPnt3d::invalid().isValid());
+    EXPECT_TRUE(XPnt3d().isValid() && XPnt2f(false).isValid() && TagPnt3d().tag == -1);
 }
 
 TEST(Points, IntensityTravelsWithTheFirstOperand) {
@@ -52,6 +56,9 @@ TEST(Points, DivideByTheReciprocalAndIndexOutsideTheRangeMeansX) {
     XPnt3d p(1, 2, 3);
     EXPECT_EQ(p[(std::size_t(1) << 32) + 1], 1);
     EXPECT_EQ(p.set(5, 9.0), XPnt3d(1, 2, 3));
+    EXPECT_EQ(p.set_max({2, 1, 3}), XPnt3d(2, 2, 3));
+    EXPECT_EQ(p.set_min({1, 3, 4}), XPnt3d(1, 2, 3));
+    EXPECT_EQ(XPnt3d().set_vec(p, XPnt3d(4, 6, 8)), XPnt3d(3, 4, 5));
 }
 
 template <class T>

@@ -31,10 +31,29 @@ TYPED_TEST(Queries, NamesThatMislead) {
     using P = XPnt3<TypeParam>;
     EXPECT_EQ(dist_manhattan(P(0, 0, 0), P(1, -2, 3)), 3);
     EXPECT_EQ(length2d(XPnt3d(0, 0, 0), XPnt3d(3, 4, 9)), 25);
+    EXPECT_EQ(dist_2d(P(0, 0, 0), P(3, 4, 9)), 5);
+    EXPECT_EQ(rotate_3d(P(1, 2, 3), P(0, 0, 1), 1, P(4, 5, 6)), P(0, 0, 0));
     P foot;
     EXPECT_EQ(dist2_line(P(7, 0, 3), P(0, 0, 0), P(2, 0, 0), foot), 3);
     EXPECT_NEAR(double(angle(P(1, 0, 0), P(-1, TypeParam(2e-3), 0))), 2e-3, 5e-5);
+    EXPECT_EQ(angle(P(1, 2, 3), P(-2, -4, -6)), 0);
+    EXPECT_NEAR(double(angle(P(0, 0, 0), P(0, 2, 0), P(1, 1, 0), P(1, 1, 5))), std::numbers::pi / 2,
+                tolerated<TypeParam>);
     EXPECT_NEAR(angle2d(XPnt2d(-1, -1e-9), XPnt2d(-1, 1e-9)), 2 * std::numbers::pi, 1e-8);
+}
+
+TYPED_TEST(Queries, NormalsSidesAndTurns) {
+    using P = XPnt3<TypeParam>;
+    const P a(0, 0, 1), b(2, 0, 1), c(0, 5, 1);
+    EXPECT_EQ(normal(a, b, c), P(0, 0, 1));
+    EXPECT_EQ(normal(a, b, P(9, 0, 1)), P(0, 0, 0));
+    EXPECT_EQ(det(P(1, 2, 3), P(0, 1, 4), P(5, 6, 0)), 1);
+    EXPECT_EQ(getPoint(a, P(4, 8, 3), TypeParam(0.25)), P(1, 2, 1.5));
+    EXPECT_TRUE(above_plane(P(9, 9, 2), a, b, c) == 1 && above_plane(P(9, 9, 2), a, c, b) == 0);
+    EXPECT_EQ(above_plane(P(9, 9, 1), a, b, c), 0);
+    const P turned = rotate_2d(P(1, 1, 0), TypeParam(std::numbers::pi / 2), P(3, 2, 5, 7));
+    EXPECT_LT(double(dist(turned, P(0, 3, 5))), tolerated<TypeParam>);
+    EXPECT_EQ(turned.inten, 7);
 }
 
 TYPED_TEST(Queries, CloserChangesNothingInVain) {
@@ -108,6 +127,10 @@ TYPED_TEST(Queries, LinesMeetPlanesAndLines) {
         line_plane_X(P(5, 6, height), P(1, 1, 0), a, b, c, out, t);  // parallel: no change
         EXPECT_EQ(out, P(5 - height, 6, 0));
         EXPECT_EQ(t, 3);
+        line_plane_X(P(5, 6, height), P(1, 0, 1), P(0, 0, 2), -4, out, t);  // the plane z = 2
+        line_plane_X(P(5, 6, height), P(1, 1, 0), P(0, 0, 2), -4, out, t);
+        EXPECT_EQ(out, P(7 - height, 6, 2));
+        EXPECT_EQ(t, std::abs(2 - height));
     }
     P out;
     EXPECT_FALSE(lines_intersect(a, b, c, P(1, 1, T(1e-4)), out));
@@ -135,15 +158,29 @@ TYPED_TEST(Queries, WeightsBringBackThePoint) {
 
 TYPED_TEST(Queries, BallsThatTouchAreOutsideAndApart) {
     using P = XPnt3<TypeParam>;
-    const P lo(0, 0, 0), hi(4, 4, 4), centre(2, 2, 2), above(-3, 8, 2);  // 5 away from the box
-    for (const bool touching : {false, true}) {
-        const TypeParam r = touching ? 1 : TypeParam(0.5), reach = touching ? 5 : TypeParam(5.5);
-        EXPECT_NE(ball_within_bounds(P(2, 2, 3), r, lo, hi), touching);
-        EXPECT_NE(ball_within_bounds(P(2, 1, 2), r, centre, 2), touching);
-        EXPECT_NE(bounds_overlap_ball(above, reach, lo, hi), touching);
-        EXPECT_NE(bounds_overlap_ball(above, reach, centre, 2), touching);
-        EXPECT_NE(spheres_intersect(lo, P(0, 3 + r, 0), 9, 1), touching);
+    const P lo(0, 0, 0), hi(4, 4, 4), centre(2, 2, 2);
+    const auto overlaps = [&](const P& c, double reach) {
+        const TypeParam r = TypeParam(reach);
+        EXPECT_EQ(bounds_overlap_ball(c, r, lo, hi), bounds_overlap_ball(c, r, centre, 2));
+        return bounds_overlap_ball(c, r, lo, hi);
+    };
+    // Near each of the six sides: a centre 1 within it, and one 3 beyond it.
+    for (int side = 0; side < 6; ++side) {
+        P inner = centre, outer = centre;
+        inner[side / 2] = side % 2 ? 3 : 1;
+        outer[side / 2] = side % 2 ? 7 : -3;
+        for (const double r : {0.5, 1.0, 1.5}) {
+            EXPECT_EQ(ball_within_bounds(inner, TypeParam(r), lo, hi), r < 1) << side;
+            EXPECT_EQ(ball_within_bounds(inner, TypeParam(r), centre, 2), r < 1) << side;
+            EXPECT_EQ(overlaps(outer, r + 2), r > 1) << side;
+        }
     }
+    // Beyond an edge by 3 and 4, and beyond a corner by 2, 3 and 6.
+    EXPECT_TRUE(overlaps(P(-3, 8, 2), 5.5) && overlaps(P(6, 7, 10), 7.5) && overlaps(centre, 0.1));
+    EXPECT_FALSE(overlaps(P(-3, 8, 2), 5) || overlaps(P(-3, 8, 2), 4.5));
+    EXPECT_FALSE(overlaps(P(6, 7, 10), 7) || overlaps(P(6, 7, 10), 6.5));
+    EXPECT_TRUE(spheres_intersect(lo, P(0, 3.5, 0), 9, 1) && spheres_intersect(lo, lo, 9, 1));
+    EXPECT_FALSE(spheres_intersect(lo, P(0, 4, 0), 9, 1));
 }
 
 /// Cross product of b - a and d - c; exact on small whole numbers.
@@ -171,7 +208,8 @@ TEST(PlanarQueries, SegmentsAgreeWithFractions) {
         EXPECT_TRUE(intersect_line(a, b, c, d, t, u));
         EXPECT_NEAR(t, onFirst, 1e-13);
         EXPECT_NEAR(u, onSecond, 1e-13);
-        EXPECT_EQ(isIntersect(a, b, c, d), within >= 0) << round;
+        EXPECT_EQ(isIntersect(a.x, a.y, b.x, b.y, c.x, c.y, d.x, d.y), within >= 0) << round;
+        EXPECT_EQ(isIntersect2d(XPnt3d(a.x, a.y, 1), XPnt3d(b.x, b.y, 2), c, d), within >= 0);
         if (within != 0) { EXPECT_EQ(intersect_seg(a, b, c, d), within > 0) << round; }
     }
 }
@@ -189,17 +227,54 @@ TEST(PlanarQueries, TrianglesAgreeWithWholeNumbers) {
         EXPECT_EQ(isInTriangle(a, b, c, p), inside) << round;
         EXPECT_EQ(isInTriangle(XPnt3d(a), XPnt3d(b), XPnt3d(c), XPnt3d(p)), inside) << round;
         if (least * most != 0) { EXPECT_EQ(PntInTri(p, a, b, c), inside) << round; }
-        EXPECT_EQ(left_right(a, b, p), (side > 0) - (side < 0));
+        const int sign = (side > 0) - (side < 0);
+        EXPECT_TRUE(left_right(a, b, p) == sign &&
+                    left_right(XPnt3d(a), XPnt3d(b), XPnt3d(p)) == sign);
+        EXPECT_EQ(left_right(a.x, a.y, b.x, b.y, p.x, p.y), sign) << round;
     }
     EXPECT_TRUE(PntInTri(XPnt3f(2, 2, 0), {0, 0, 0}, {4, 0, 0}, {0, 4, 0}));
 }
 
 TEST(ScalarQueries, FollowTheLargestSpanAndCompareInFloat) {
-    EXPECT_EQ(getParam(XPnt3d(0, 0, 0), XPnt3d(2, 1, -2), XPnt3d(9, 9, -1)), 0.5);
+    // Of equal spans the later axis counts.
+    const XPnt3d p(1, 20, -300);
+    const auto along = [&](const XPnt3d& to) { return getParam(XPnt3d(0, 0, 0), to, p); };
+    EXPECT_TRUE(along({4, 2, -2}) == 0.25 && along({4, -4, 2}) == -5 && along({2, 1, -2}) == 150);
+    EXPECT_EQ(getParam(XPnt2d(1, 1), XPnt2d(5, 4), XPnt2d(3, 9)), 0.5);
+    EXPECT_EQ(getParam(XPnt2d(1, 1), XPnt2d(5, 5), XPnt2d(3, 9)), 2);
+    EXPECT_EQ(getParam(XPnt3d(0, 0, 0), XPnt3d(0, 3, 4), 10), 2);
     EXPECT_FALSE(IsEqual(0, 0, 0));  // three floats, and the bound is not below itself
-    const XPnt3d p(1e9, 2, 3), farther(1e9 + 10, 2, 4);
-    EXPECT_TRUE(IsEqual(p, farther, 2));
-    EXPECT_FALSE(IsEqual(&p, &farther, 0));
+    EXPECT_TRUE(IsEqual(1, 1.5F, 0.6F) && IsEqual(1, 1.0000005F) && !IsEqual(1, 1.000002F));
+    const XPnt3d distant(1e9, 2, 3), merged(1e9 + 10, 2, 3);
+    EXPECT_TRUE(IsEqual(distant, merged) && IsEqual(&distant, &merged, 0));
+    for (int i = 0; i < 3; ++i) {
+        XPnt3d other = p;
+        other[i] += 0.5;
+        EXPECT_EQ(IsEqual(p, other, 2), i == 2) << i;
+        EXPECT_FALSE(IsEqual(&p, &other, 0) || IsEqual(p, other)) << i;
+    }
+    const QString lower = QStringLiteral("net"), upper = QStringLiteral("NET");
+    EXPECT_TRUE(IsEqual(lower, upper, false) && !IsEqual(lower, upper, true));
+}
+
+TEST(ScalarQueries, LengthsAreasAndDegrees) {
+    const float a[3] = {0, 0, 0}, b[3] = {3, 4, 12};
+    EXPECT_TRUE(length(a, b, 2) == 5 && length(a, b, 3) == 13 && length(a, b, 4) == 0);
+    EXPECT_TRUE(length(1, 1, 4, 5) == 5 && dist3f(a, b) == 13 &&
+                dist(XPnt2f(1, 1), XPnt2f(4, 5)) == 5);
+    const XPnt3d o(0, 0, 0), p(3, 4, 12), q(-4, 3, 0);  // q is at right angles to p
+    EXPECT_TRUE(length(o, p) == 13 && dist3d(o, p) == 13);
+    EXPECT_NEAR(area3d(o, p, q), 32.5, 1e-13);
+    EXPECT_NEAR(area3f(a, XPnt3f(b), XPnt3f(q)), 32.5F, 1e-4F);
+    EXPECT_EQ(midPnt(XPnt3f(1, 2, 3, 4), XPnt3f(3, 2, 6)), XPnt3f(2, 2, 4.5F));
+    EXPECT_EQ(midPnt(XPnt3f(1, 2, 3, 4), XPnt3f(3, 2, 6), XPnt3f(5, 5, 0)), XPnt3f(3, 3, 3));
+    EXPECT_EQ(Degree2Radian(180), std::numbers::pi_v<float>);
+    EXPECT_EQ(Radian2Degree(std::numbers::pi_v<float> / 4), 45);
+
+    float x = 0, y = 9e-7F, z = 0;  // too short
+    EXPECT_TRUE(!normalize(x, y, z) && y == 9e-7F);
+    x = 3, y = -4;
+    EXPECT_TRUE(normalize(x, y, z) && x == 0.6F && y == -0.8F && z == 0);
 }
 
 }  // namespace

@@ -56,7 +56,7 @@ TEST_F(TransformTest, RotationsAreOrthogonalAndComeBackConjugate) {
         back*(back.w < 0 ? -1.0 : 1.0);  // both signs are the same rotation
         expectQuad(back, q.w, -q.x, -q.y, -q.z);
         // The product turns by the right factor first.
-        ZynMatrix4d both = q.toMatrix() * r.toMatrix();
+        const ZynMatrix4d both = q.toMatrix() *= r.toMatrix();
         EXPECT_TRUE(areNear((q * r).toMatrix(), both, 1e-14));
     }
 }
@@ -84,6 +84,8 @@ TEST_F(TransformTest, KnownTurns) {
     const double h = std::numbers::sqrt2 / 2;
     ZynQuad q(h, 0, 0, h);  // a quarter turn about z
     const ZynMatrix4d m = q.toMatrix();
+    ZynMatrix4d other;
+    EXPECT_TRUE(q.normalize() == 0 && other.fromQuad(q) == 1 && other == m);
     EXPECT_NEAR(m[1][0], 1, 1e-15);
     EXPECT_NEAR(m[0][1], -1, 1e-15);
     XPnt3d p(1, 2, 3);
@@ -122,6 +124,36 @@ TEST_F(TransformTest, OperatorsWorkInPlace) {
     EXPECT_TRUE(n[0][1] == 8 && m[0][1] == 4);
     m + n;
     EXPECT_EQ(m[0][1], 12);
+    m += n;
+    m - n -= n;
+    m += -1.5;
+    m *= 2;
+    EXPECT_TRUE(m[0][1] == 5 && m[0][0] == -1 && m[1][0] == -3);
+    const ZynMatrix4d scaled = m.getNormalised(0, 4);  // from -3 to 5 before
+    EXPECT_TRUE(scaled[0][1] == 4 && scaled[0][0] == 1 && scaled[1][0] == 0 && m[0][1] == 5);
+    (c -= b) /= 2;
+    expectQuad(c, -9.5, -2, -2, -2);
+}
+
+TEST_F(TransformTest, QuaternionsAreReadByComponent) {
+    const double components[] = {1, 2, 3, 4};
+    ZynQuad q(components), p;
+    p = components;
+    const ref_ptr<DoubleArray> values = q.getValue();
+    ASSERT_EQ(values->size(), 4);
+    double read[4];
+    EXPECT_EQ(q.getValue(read[0], read[1], read[2], read[3]), 0);
+    for (int i = 0; i < 4; ++i) {
+        const double expected = components[i];
+        EXPECT_TRUE(q[i] == expected && p[i] == expected && read[i] == expected) << i;
+        EXPECT_EQ(values->begin()[i], expected);
+        p[i] = -2147483647.0;  // one of them spoils it
+        EXPECT_FALSE(p.isValid());
+        p = q;
+        EXPECT_TRUE(p.isValid());
+    }
+    p.setInvalid();
+    EXPECT_FALSE(p.isValid());
 }
 
 TEST_F(TransformTest, InvalidAndUnfitIsRefused) {
@@ -144,6 +176,19 @@ TEST_F(TransformTest, InvalidAndUnfitIsRefused) {
     q.setValue(0, 0, 0, 0);
     EXPECT_EQ(q.normalize(), 1);
     EXPECT_TRUE(std::isnan(q.x));
+    // Rows and columns may be off by 0.001 in their squares, and every element has to be set.
+    EXPECT_TRUE(unit.isValid());
+    unit[2][2] = std::sqrt(1.0009);
+    EXPECT_TRUE(unit.isValid());
+    unit[2][2] = std::sqrt(1.0011);
+    EXPECT_FALSE(unit.isValid());
+    unit.setIdentity();
+    unit[3][1] = -2147483647.0;
+    EXPECT_TRUE(!unit.isValid() && q.fromMatrix(unit) == 0);
+    unit.setIdentity();
+    std::swap(unit[1][0], unit[1][1]);  // unit rows, but not columns
+    EXPECT_FALSE(unit.isValid());
+    unit.setIdentity();
     unit.normalise(1, 3);
     EXPECT_TRUE(unit[0][0] == 3 && unit[0][1] == 1);
 }

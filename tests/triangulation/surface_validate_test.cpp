@@ -105,21 +105,20 @@ TYPED_TEST(SurfaceValidateTest, NamesTheTriangleWhereTheNetworkIsBroken) {
 }
 
 TYPED_TEST(SurfaceValidateTest, SaysWhatIsWrong) {
-    using Tri = TinRecord<TypeParam>;
     for (int n = 0; n < 25; ++n) { this->add(10 + 20 * (n % 5) + n / 5, 10 + 20 * (n / 5), n); }
-    Tri* const t = this->engine->locate(50, 50);  // inside: its neighbours are not told first
+    auto* const t = this->engine->locate(50, 50);
     int number = 0;
     while (this->triangle(number) != t) { ++number; }
-    const Tri whole = *t;
-    Tri foreign = whole;
-    const auto saysOf = [&](const Tri& broken) {
-        *t = broken;
+    const auto whole = *t;
+    auto foreign = whole;
+    const auto saysOf = [&](const auto& changed) {
+        *t = changed;
         const std::string text = this->fault();
         *t = whole;
         const std::string start = "triangle " + std::to_string(number) + " ";
         return text.starts_with(start) ? text.substr(start.size()) : "of another: " + text;
     };
-    Tri broken = whole;
+    auto broken = whole;
     broken.vertex[1] = nullptr;
     EXPECT_EQ(saysOf(broken), "lacks a corner");
     broken.vertex[1] = whole.vertex[2];
@@ -133,7 +132,7 @@ TYPED_TEST(SurfaceValidateTest, SaysWhatIsWrong) {
     EXPECT_EQ(saysOf(broken), "has no area");
     // Of two that do not fit each other the first is told.
     auto*& link = this->triangle(0)->neighbor[0];
-    for (Tri* const wrong : {&foreign, t, this->triangle(0)}) {
+    for (auto* const wrong : {&foreign, t, this->triangle(0)}) {
         auto* const before = std::exchange(link, wrong);
         EXPECT_EQ(this->fault(),
                   wrong == &foreign ? "triangle 0 has a neighbour that is not in the network"
@@ -145,7 +144,6 @@ TYPED_TEST(SurfaceValidateTest, SaysWhatIsWrong) {
 
 // Eight triangles round a hub, over a square whose corners come twice.
 TYPED_TEST(SurfaceValidateTest, KnowsARimThatIsNone) {
-    using Tri = TinRecord<TypeParam>;
     for (int n = 0; n < 3; ++n) { ASSERT_TRUE(this->add(20 + 30 * n, 50 + n)); }
     ASSERT_EQ(this->engine->triangleCount(), 8);
     std::vector<XPnt3<TypeParam>> rim;
@@ -161,7 +159,7 @@ TYPED_TEST(SurfaceValidateTest, KnowsARimThatIsNone) {
     }
     EXPECT_EQ(this->fault(), "triangle 0 is part of what winds round more than once");
     // Cut open from the hub to where the rounds begin.
-    Tri *const first = this->triangle(0), *const last = this->triangle(7);
+    auto *const first = this->triangle(0), *const last = this->triangle(7);
     first->neighbor[2] = last->neighbor[1] = nullptr;
     EXPECT_EQ(this->fault(), "triangle 7 touches the rim at a corner twice");
     last->vertex[2] = rim[8];

@@ -53,7 +53,7 @@ int CZynPMSDataTable::addImgPnt(int img, const XPnt2d& xy, int pnt) {
 }
 
 int CZynPMSDataTable::addWrdPnt(const ref_ptr<Pnt2dArray>& imgPnts, XPnt3d xyz) {
-    if (!imgPnts || imgPnts->size() != getImgNum() || getImgNum() < 1) { return -1; }
+    if (!imgPnts || imgPnts->size() != getImgNum()) { return -1; }
     const auto isValid = [](const XPnt2d& p) { return p.isValid(); };
     if (std::count_if(imgPnts->begin(), imgPnts->end(), isValid) < 2) { return -1; }
 

@@ -66,20 +66,18 @@ int CZynPMSWrdPntsTable::resetIds(int pnt) {
 }
 
 int CZynPMSWrdPntsTable::link(int pnt, int img) const {
-    if (!holds(pnt) || img < 0) { return -1; }
+    if (!holds(pnt)) { return -1; }
     const IntArray& ids = *links->get(pnt);
     return img < ids.size() ? ids.data()[img] : -1;
 }
 
 void CZynPMSWrdPntsTable::setLink(int pnt, int img, int idx) {
-    if (!holds(pnt)) { return; }
     IntArray& ids = *links->get(pnt);
     while (ids.size() <= img) { ids.append(-1); }
     ids.getRef(img) = idx;
 }
 
 bool CZynPMSWrdPntsTable::hasTwoLinks(int pnt) const {
-    if (!holds(pnt)) { return false; }
     int count = 0;
     for (const int idx : *links->get(pnt)) {
         if (idx != -1 && ++count == 2) { return true; }

@@ -43,6 +43,9 @@ public:
         const IntArray& ids = *links->data()[pnt];
         return {ids.data(), static_cast<std::size_t>(ids.size())};
     }
+
+    // Of an image from 0 on. Only link() may be asked about a point that is not there.
+
     /// The measurement of a point on an image; -1 when there is none, or no such point.
     int link(int pnt, int img) const;
     void setLink(int pnt, int img, int idx);

@@ -64,8 +64,7 @@ public:
         Real* lower = first.other;
         Tri* t = first.triangle;
         while (crossings.size() < engine.count()) {
-            const int across = t->index(upper, lower);
-            Tri* const n = across < 0 ? nullptr : t->neighbor[across];
+            Tri* const n = t->neighbor[t->index(upper, lower)];
             const int back = n == nullptr ? 3 : n->index(t);
             if (back == 3 || n->index(upper, lower) != back) { return nullptr; }
             crossings.push_back({upper, lower, t, n});

@@ -52,8 +52,7 @@ TinRecord<Real>* DelaunayEngine<Real>::enforceEdge(Real* a, Real* b, Tri* hint) 
 
         std::vector<Real*> apex(crossings);
         for (std::size_t i = crossings; i-- > 0;) {
-            const int slot = path[i]->index(path[i + 1]);
-            apex[i] = slot == 3 ? nullptr : path[i]->vertex[slot];
+            apex[i] = path[i]->vertex[path[i]->index(path[i + 1])];
         }
         std::size_t flips = 0;
         for (std::size_t i = crossings; i-- > 0;) {

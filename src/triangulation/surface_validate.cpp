@@ -148,22 +148,16 @@ private:
                 if (!isNew) { return sentenceOf(t, "touches the rim at a corner twice"); }
             }
         }
-        const char* text = nullptr;
-        const Tri* place = nullptr;
+        const Tri* bay = nullptr;
         int rounds = 0;
         for (const auto& [from, edge] : rim) {
             const auto& [to, t] = edge;
-            const auto next = rim.find(to);
-            const Turn turn = next == rim.end() ? Turn::none : turnAt(from, to, next->second.first);
+            // With mutual links as many open edges start at a corner as end there.
+            const Turn turn = turnAt(from, to, rim.at(to).first);
             rounds += turn == Turn::passesEast ? 1 : 0;
-            const bool isFault = turn == Turn::none || turn == Turn::right;
-            if (isFault && (place == nullptr || numberOf(t) < numberOf(place))) {
-                text = turn == Turn::none ? "has an open edge where the rim ends"
-                                          : "stands at a bay in the rim";
-                place = t;
-            }
+            if (turn == Turn::right && (bay == nullptr || numberOf(t) < numberOf(bay))) { bay = t; }
         }
-        if (place != nullptr) { return sentenceOf(place, text); }
+        if (bay != nullptr) { return sentenceOf(bay, "stands at a bay in the rim"); }
         if (rounds != 1) {
             return sentenceOf(part[0], "is part of what winds round more than once");
         }
@@ -174,7 +168,7 @@ private:
         }
         return {};
     }
-    enum class Turn { none, right, left, passesEast };
+    enum class Turn { right, left, passesEast };
     /// How the rim turns from a-b to b-c: to the right, which straight back is too, or to the left or
     /// not, and then whether through the direction of the x axis.
     static Turn turnAt(const Real* a, const Real* b, const Real* c) {

@@ -247,7 +247,7 @@ private:
         std::string_view text = word();
         if (text.starts_with('+') && !text.starts_with("+-")) { text.remove_prefix(1); }
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-        return error == std::errc() && end == text.data() + text.size() && !text.empty();
+        return error == std::errc() && end == text.data() + text.size();
     }
 };
 

@@ -57,9 +57,7 @@ bool TinRecord<Real>::_delaunay(const Real* a, const Real* b, const Real* c, con
 
 template <class Real>
 void TinRecord<Real>::_swap(TinRecord* n) {
-    const int i = index(n);
-    const int j = n->index(this);
-    if (i != 3 && j != 3) { flipEdge(this, i, n, j); }
+    flipEdge(this, index(n), n, n->index(this));
 }
 
 template <class Real>

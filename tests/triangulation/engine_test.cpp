@@ -55,6 +55,10 @@ TYPED_TEST(EngineTest, ANewEngineHoldsTwoTrianglesInItsFrame) {
     EXPECT_TRUE(e.locate(0, 5) != nullptr && e.locate(10, 10) != nullptr);
     EXPECT_EQ(e.locate(5, std::nextafter(TypeParam(10), TypeParam(11))), nullptr);
     EXPECT_EQ(e.locate(TypeParam(std::nan("")), 5), nullptr);
+    // No surface yet.
+    EXPECT_TRUE(!e.isFrameTriangle(nullptr) && e.getEnvelope() == Enve3d());
+    typename TestFixture::Net endless(0, 0, HUGE_VAL, 10);
+    EXPECT_FALSE(endless.add(5, 5));
 }
 
 TYPED_TEST(EngineTest, AddPointSplitsFlipsAndStoresInOrder) {
@@ -124,6 +128,7 @@ TYPED_TEST(EngineTest, EnforceEdgeFlipsTheCrossingEdges) {
     EXPECT_EQ(faultOf(e, {.delaunay = false, .vertices = 12}), "");
     const auto before = this->records();
     EXPECT_NE(e.enforceEdge(b, a, t)->index(b), 3);  // it is there already
+    EXPECT_TRUE(e.enforceEdge(nullptr, b, t) == nullptr && e.enforceEdge(a, nullptr, t) == nullptr);
     EXPECT_EQ(this->records(), before);
 }
 
@@ -163,7 +168,7 @@ TYPED_TEST(EngineTest, RemovePointFillsAHoleThatNoFanFills) {
             ASSERT_NE(star.triangleOn(star.vertex(0), star.vertex(i)), nullptr);
         }
         const bool goes = this->isDouble || count < 54;
-        EXPECT_EQ(star.engine->removePoint(nullptr, 5, 5, TypeParam(0.5)), goes);
+        EXPECT_EQ(star.engine->removePoint(star.engine->locate(1, 1), 5, 5, TypeParam(0.5)), goes);
         EXPECT_EQ(star.has(star.vertex(0)), !goes);
         EXPECT_EQ(faultOf(*star.engine, {.delaunay = false, .vertices = 5 - goes + count}), "");
     }

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -124,9 +125,28 @@ TYPED_TEST(SurfaceFileTest, PlyIsMadeOfTheBytesOfTheFormat) {
                   vertices + faces);
 }
 
+TYPED_TEST(SurfaceFileTest, PlyHasAnUprightNormalWhereThereIsNone) {
+    using Real = TypeParam;
+    this->add(500000, 5400000), this->add(500100, 5400000), this->add(500000, 5400100);
+    for (const Real z :
+         {std::numeric_limits<Real>::quiet_NaN(), std::numeric_limits<Real>::max()}) {
+        this->points[0].z = z;
+        ASSERT_TRUE(writePly(this->engine.get(), (this->file + "ply").c_str(), anyEdge,
+                             PlyNormals::vertex));
+        const std::string content = contentOf(this->file + "ply");
+        const std::string upright = bytes(0.F, 0.F, 1.F);
+        int count = 0;
+        for (std::size_t at = 0; (at = content.find(upright, at)) != std::string::npos; ++at) {
+            ++count;
+        }
+        const bool overflows = std::isnan(z) || sizeof(Real) == 8;
+        EXPECT_EQ(count, overflows ? 3 : 0) << z;
+    }
+}
+
 TYPED_TEST(SurfaceFileTest, LandXmlHoldsTheSurfaceUnderItsName) {
     const std::string path = this->file + "xml";
-    const QString name = QString::fromUtf8("<\"Höhe\"> &amp; 'x'\t\n𝄞");
+    const QString name = QString::fromUtf8("<\"Höhe\"> &amp; 'x'\t\r\n𝄞");
     const QString dirty = QChar(1) + name + QChar(0xFFFE) + QChar(0xD800) + QChar(0xDBFF);
     const bool canLint = runs("xmllint --version");
     for (const std::size_t count : {0U, 3600U}) {
@@ -157,8 +177,12 @@ TYPED_TEST(SurfaceFileTest, LandXmlHoldsTheSurfaceUnderItsName) {
         EXPECT_TRUE(found == this->corners());
     }
     this->points[1800].z = std::nanf("");
+    this->points[1801].z = HUGE_VALF;
+    this->points[1802].z = -HUGE_VALF;
     ASSERT_TRUE(writeLandXml(this->engine.get(), path.c_str(), name));
-    EXPECT_NE(contentOf(path).find(" NaN</P>"), std::string::npos);
+    for (const char* const height : {" NaN</P>", " INF</P>", " -INF</P>"}) {
+        EXPECT_NE(contentOf(path).find(height), std::string::npos) << height;
+    }
 }
 
 TYPED_TEST(SurfaceFileTest, NobodysSurfaceAndNoPathAreRefused) {

@@ -94,6 +94,7 @@ TEST(SpatialOrder, KeepsPointsInOnePlaceInOrderAndTakesAnyNumber) {
     }
     spatialSort(static_cast<Pnt3fArray*>(nullptr));
     EXPECT_EQ(spatialOrder(static_cast<const Pnt3dArray*>(nullptr))->size(), 0);
+    spatialSort(static_cast<Pnt3dArray*>(nullptr));
 }
 
 struct Progress : IZynProgress {

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "network.h"
 #include "point_sets.h"
@@ -101,6 +102,68 @@ TYPED_TEST(SurfaceValidateTest, NamesTheTriangleWhereTheNetworkIsBroken) {
                 beside->index(corners.vertex[2]) != 3)
         << hole;
     EXPECT_FALSE(validate<TypeParam>(nullptr).isNull());
+}
+
+TYPED_TEST(SurfaceValidateTest, SaysWhatIsWrong) {
+    for (int n = 0; n < 25; ++n) { this->add(10 + 20 * (n % 5) + n / 5, 10 + 20 * (n / 5), n); }
+    auto* const t = this->engine->locate(50, 50);
+    int number = 0;
+    while (this->triangle(number) != t) { ++number; }
+    const auto whole = *t;
+    auto foreign = whole;
+    const auto saysOf = [&](const auto& changed) {
+        *t = changed;
+        const std::string text = this->fault();
+        *t = whole;
+        const std::string start = "triangle " + std::to_string(number) + " ";
+        return text.starts_with(start) ? text.substr(start.size()) : "of another: " + text;
+    };
+    auto broken = whole;
+    broken.vertex[1] = nullptr;
+    EXPECT_EQ(saysOf(broken), "lacks a corner");
+    broken.vertex[1] = whole.vertex[2];
+    EXPECT_EQ(saysOf(broken), "has a corner twice");
+    broken.vertex[2] = whole.vertex[1];
+    EXPECT_EQ(saysOf(broken), "runs clockwise");
+    XPnt3<TypeParam> middle((whole.vertex[0][0] + whole.vertex[2][0]) / 2,
+                            (whole.vertex[0][1] + whole.vertex[2][1]) / 2);
+    broken = whole;
+    broken.vertex[1] = middle;
+    EXPECT_EQ(saysOf(broken), "has no area");
+    // Of two that do not fit each other the first is told.
+    auto*& link = this->triangle(0)->neighbor[0];
+    for (auto* const wrong : {&foreign, t, this->triangle(0)}) {
+        auto* const before = std::exchange(link, wrong);
+        EXPECT_EQ(this->fault(),
+                  wrong == &foreign ? "triangle 0 has a neighbour that is not in the network"
+                  : wrong == t      ? "triangle 0 has a neighbour without a link back"
+                                    : "triangle 0 has a neighbour with another edge between them");
+        link = before;
+    }
+}
+
+// Eight triangles round a hub, over a square whose corners come twice.
+TYPED_TEST(SurfaceValidateTest, KnowsARimThatIsNone) {
+    for (int n = 0; n < 3; ++n) { ASSERT_TRUE(this->add(20 + 30 * n, 50 + n)); }
+    ASSERT_EQ(this->engine->triangleCount(), 8);
+    std::vector<XPnt3<TypeParam>> rim;
+    for (int n = 0; n < 9; ++n) {
+        constexpr TypeParam x[] = {60, 50, 40, 50}, y[] = {50, 60, 50, 40};
+        rim.emplace_back(x[n % 4], y[n % 4]);
+    }
+    XPnt3<TypeParam> hub(50, 50);
+    for (int n = 0; n < 8; ++n) {
+        *this->triangle(n) = {
+            .vertex = {hub, rim[std::size_t(n)], rim[std::size_t(n + 1) % 8]},
+            .neighbor = {nullptr, this->triangle((n + 1) % 8), this->triangle((n + 7) % 8)}};
+    }
+    EXPECT_EQ(this->fault(), "triangle 0 is part of what winds round more than once");
+    // Cut open from the hub to where the rounds begin.
+    auto *const first = this->triangle(0), *const last = this->triangle(7);
+    first->neighbor[2] = last->neighbor[1] = nullptr;
+    EXPECT_EQ(this->fault(), "triangle 7 touches the rim at a corner twice");
+    last->vertex[2] = rim[8];
+    EXPECT_EQ(this->fault(), "triangle 7 stands at a bay in the rim");
 }
 
 TEST(SurfaceValidate, TakesAHullBesideItsFrame) {

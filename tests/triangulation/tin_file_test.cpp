@@ -72,7 +72,8 @@ protected:
             auto& e = *net.engine;
             return !result && vertices == nullptr && count == 0 && e.triangleCount() == 0 &&
                    e.nextTriangle() == nullptr && e.locate(0, 0) == nullptr && !net.add(0, 0) &&
-                   !e.removePoint(nullptr, 0, 0, 9);
+                   !e.removePoint(nullptr, 0, 0, 9) &&
+                   e.enforceEdge(&marker, &marker, nullptr) == nullptr;
         }
         Real marker = 0;
         Net net;
@@ -168,6 +169,7 @@ TEST(ExportObj, WritesNumberedPointsAndTheFacesBelowTheLimit) {
     EXPECT_TRUE(e->exportObj(points, path.c_str(), 4.5));
     EXPECT_TRUE(contentOf(path).starts_with(vertices + "f "));
     EXPECT_FALSE(e->exportObj(points, (path + "/no/file").c_str(), 1));
+    EXPECT_FALSE(e->exportObj(points, nullptr, 1));
     std::vector<XPnt3d> many(32770);  // the last two have a number that does not fit
     for (std::size_t i = 0; i < many.size(); ++i) { many[i].inten = static_cast<std::int16_t>(i); }
     EXPECT_TRUE(e->exportObj(many, path.c_str(), 0));

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -120,6 +121,9 @@ TYPED_TEST(TriangleTest, IndicesAndEdgesAnswerHitsAndMisses) {
     EXPECT_TRUE(t->index(v[2], v[1]) == 0 && t->index(v[1], v[1]) == -1 &&
                 t->index(v[1], v[3]) == -1);
     constexpr int edges[][2] = {{1, 2}, {0, 2}, {0, 1}, {3, 3}};  // the last: left as they were
+    TypeParam *none = nullptr, *neither = nullptr;
+    EXPECT_FALSE(t->get_edge(-1, none, neither) || none != nullptr || neither != nullptr);
+    EXPECT_EQ(t->adjust(v[3]), nullptr);
     for (int i = 0; i < 4; ++i) {
         EXPECT_EQ(t->index(v[i]), i);
         TypeParam *a = v[3], *b = v[3], *c = v[3], *d = v[3];
@@ -163,11 +167,13 @@ TYPED_TEST(TriangleTest, IntersectFlipsOnlyWhatBringsTheSegmentIn) {
     // The corners opposite the edge from (0, -2) to (0, 2), the segment, and whether the edge
     // flips. It stays where the segment passes beside it, ends on it or goes through its end,
     // where the four corners are not convex or three lie on a line, and where the segment
-    // crosses the new diagonal as well.
-    constexpr Real cases[][9] = {{-3, 0, 3, 0, -3, 0, 3, 0, true}, {-3, 1, 3, 1, -6, 0, 6, 0, true},
-                                 {-3, 0, 3, 0, -3, 0, 3, 9},       {-3, 0, 3, 0, -3, 0, 0, 0},
-                                 {-3, 0, 3, 0, -3, 0, 3, 4},       {-3, 0, 3, 9, -3, 0, 6, 0},
-                                 {-3, 0, 3, 4, -3, 0, 6, 1},       {-3, 1, 3, -1, -6, -1, 6, 1}};
+    // crosses the new diagonal as well; in the last case only its line does.
+    constexpr Real cases[][9] = {
+        {-3, 0, 3, 0, -3, 0, 3, 0, true}, {-3, 1, 3, 1, -6, 0, 6, 0, true},
+        {-3, 0, 3, 0, -3, 0, 3, 9},       {-3, 0, 3, 0, -3, 0, 0, 0},
+        {-3, 0, 3, 0, -3, 0, 3, 4},       {-3, 0, 3, 9, -3, 0, 6, 0},
+        {-3, 0, 3, 4, -3, 0, 6, 1},       {-3, 0, 3, -4, -3, 0, 6, -1},
+        {-3, 1, 3, -1, -6, -1, 6, 1},     {-3, 0, 3, 0, Real(-0.5), Real(0.5), Real(0.5), 2, true}};
     for (const auto& [px, py, dx, dy, ax, ay, bx, by, flips] : cases) {
         Mesh<Real> mesh({{px, py}, {0, -2}, {0, 2}, {dx, dy}, {ax, ay}, {bx, by}},
                         {{0, 1, 2}, {3, 2, 1}});
@@ -195,6 +201,13 @@ TYPED_TEST(TriangleTest, RingsRunRoundTheVertex) {
     EXPECT_EQ(ringOf(hub, 1, 2), (Ring{2, 0, 1, 3}));  // on the boundary: two runs
     EXPECT_EQ(ringOf(hub, 0, 4), (Ring{4}));           // no corner
     EXPECT_EQ(ringOf(large, 0, 0).size(), this->isDouble ? 61U : 54U);
+    // Links that lead away from the hub end a run.
+    Mesh<TypeParam> astray = wheel<TypeParam>(5);
+    TinRecord<TypeParam> stray;
+    astray.t(1)->neighbor[1] = astray.t(4)->neighbor[2] = &stray;
+    EXPECT_EQ(ringOf(astray, 0, 0), (Ring{0, 2, 3}));
+    astray.t(0)->neighbor[1] = nullptr;
+    EXPECT_EQ(ringOf(astray, 0, 0), (Ring{0, 2, 1, 5}));
 }
 
 TYPED_TEST(TriangleTest, FloodGoesDeepFromTheLatestVertex) {
@@ -212,6 +225,61 @@ TYPED_TEST(TriangleTest, FloodGoesDeepFromTheLatestVertex) {
     }
 }
 
+TYPED_TEST(TriangleTest, FloodStartsAtTheNearestCorner) {
+    using Real = TypeParam;
+    Mesh<Real> fan({{0, 0}, {20, 0}, {20, 20}, {0, 20}, {90000, 0}, {10000, 9}},
+                   {{0, 1, 2}, {0, 2, 3}, {1, 4, 2}});
+    const Real places[][4] = {{3, 1, 25, 2},
+                              {3, 1, 3, 0},  // the second: none that near
+                              {19, 1, 20.5, 2},
+                              {-1, 1, 25, 0},       // outside
+                              {30000, 1, 1e6, 0}};  // nearer than 3162.27 lies none
+    for (const auto& [x, y, radius, count] : places) {
+        const Real p[3] = {x, y, 0};
+        const auto found = newRing(Real());
+        EXPECT_EQ(fan.t(0)->findCone(p, radius, found.get()), count) << x << ", " << radius;
+        EXPECT_EQ(found->size(), count);
+    }
+    const auto none = newRing(Real());
+    EXPECT_EQ(fan.t(0)->findCone(-1, Real(9), none.get()) +
+                  fan.t(0)->findCone(3, Real(9), none.get()) + fan.t(0)->findCone(-1, none.get()),
+              0);
+}
+
+TYPED_TEST(TriangleTest, MeasuresDoNotDependOnTheFirstCorner) {
+    using Real = TypeParam;
+    Mesh<Real> mesh({{0, 0, 0}, {4, 0, 3}, {0, 3, 0}}, {{0, 1, 2}, {1, 2, 0}, {2, 0, 1}});
+    for (const auto& t : mesh.triangles) {
+        EXPECT_FLOAT_EQ(float(t.Area()), 7.5F);
+        EXPECT_FLOAT_EQ(float(t.AreaHorizen()), 6.F);
+        EXPECT_FLOAT_EQ(float(t.BevelEdgeLengthNew()), float(std::sqrt(34)));
+        EXPECT_TRUE(t.BevelEdgeLength() == 5 && t.maxEdgeLen2d() == 5 && t.boxZ() == 3);
+        EXPECT_TRUE(t.Z(Real(2.9)) && !t.Z(3) && t.AreaVertical() == 0);
+        const XPnt3<Real> c = t.Center();
+        EXPECT_FLOAT_EQ(float(c.x), 4 / 3.F);
+        EXPECT_TRUE(c.y == 1 && c.z == 1 && c.inten == 0);
+        Real n[3] = {}, angle[3] = {};
+        if constexpr (TestFixture::isDouble) {
+            EXPECT_TRUE(t.Normal(n[0], n[1], n[2]));
+        } else {
+            EXPECT_TRUE(t.normal(n[0], n[1], n[2]));
+        }
+        EXPECT_TRUE(n[0] == -9 && n[1] == 0 && n[2] == 12);
+        EXPECT_TRUE(t.NormalAngle(angle[0], angle[1], angle[2]));
+        for (int i = 0; i < 3; ++i) { EXPECT_NEAR(std::cos(double(angle[i])) * 15, n[i], 1e-5); }
+        EXPECT_FALSE(t.EdgeNormal(0, n[0], n[1], n[2]) || t.intersect3d(n, n, n));
+        EXPECT_TRUE(n[0] == -9 && n[1] == 0 && n[2] == 12);
+    }
+    for (auto& p : mesh.points) { p *= Real(1e-6); }  // a plane, but too small a normal
+    Real a = 9, b = 9, c = 9;
+    EXPECT_FALSE(mesh.t(0)->IntersectVertical(0, 0, 0, a) || a != 9);
+    EXPECT_FALSE(mesh.t(0)->NormalAngle(a, b, c) || a != 0 || b != 0 || c != 0);
+    for (auto& p : mesh.points) {
+        p.z = Real(-5e9);
+    }  // below where the search for the highest starts
+    EXPECT_EQ(mesh.t(0)->boxZ(), Real(this->isDouble ? 2852516353 : 2852516352));
+}
+
 TYPED_TEST(TriangleTest, PlanesAreThereOrNot) {
     using Real = TypeParam;
     Mesh<Real> mesh({{1, 2, 3}, {5, 2, 3}, {1, 5, 15}, {3, 2, 5}, {9, 2, 3}},
@@ -222,6 +290,9 @@ TYPED_TEST(TriangleTest, PlanesAreThereOrNot) {
     EXPECT_FALSE(wall.IntersectVertical(1, 0, 0, d));
     EXPECT_EQ((std::array{a, b, c, d}), (std::array<Real, 4>{9, 9, 9, 9}));
     EXPECT_FALSE(line.NormalAngle(a, b, c) || a != 0 || b != 0 || c != 0);
+    mesh.points[3] = {3, 5, 3};  // the wall is level now
+    EXPECT_TRUE(wall.PlaneParam3D(a, b, c, d));
+    EXPECT_EQ((std::array{a, b, c, d}), (std::array<Real, 4>{0, 0, 12, -36}));
     EXPECT_TRUE(slope.PlaneParam3D(a, b, c, d));
     EXPECT_EQ((std::array{a, b, c, d}), (std::array<Real, 4>{0, -48, 12, 60}));
     EXPECT_TRUE(slope.IntersectVertical(3, 4, 1, d));
@@ -255,6 +326,10 @@ TYPED_TEST(TriangleTest, LinesMeetTheTriangleOrMissIt) {
     EXPECT_FALSE(ground.t(0)->ray_intersect3d(high, high, &t));     // no line
     ground.points[2] = ground.points[1];
     EXPECT_FALSE(ground.t(0)->ray_intersect3d(high, low, &t));  // no plane
+    if constexpr (TestFixture::isDouble) {
+        Mesh<Real> endless({{-1e200, -1e200}, {1e200, -1e200}, {0, 1e200}}, {{0, 1, 2}});
+        EXPECT_FALSE(endless.t(0)->ray_intersect3d(high, low, &t));  // too large to tell
+    }
     EXPECT_EQ(t, 2);
 }
 

@@ -126,6 +126,22 @@ TYPED_TEST(TinFileTest, WhatIsReadIsWhatWasWritten) {
     }
 }
 
+TYPED_TEST(TinFileTest, TextTakesOnePlusBeforeANumber) {
+    const std::string first = this->write(*this, true);
+    const auto reads = [&](const std::string& old, const std::string& now) {
+        std::string changed = first;
+        fill(this->file, changed.replace(first.find(old), old.size(), now));
+        typename TestFixture::Back back(this->file, true);
+        EXPECT_TRUE(back.result || back.isNothing()) << now;
+        return back.result && this->write(back.net, true) == first;
+    };
+    EXPECT_TRUE(reads("\n4\n", "\n+4\n") && reads("10\t0", "+10\t0"));
+    for (const char* const bad : {"++10\t0", "+-10\t0", "+\t0", "10x\t0", "10\tx"}) {
+        EXPECT_FALSE(reads("10\t0", bad)) << bad;
+    }
+    EXPECT_FALSE(reads("\n4\n", "\n+-4\n"));
+}
+
 TYPED_TEST(TinFileTest, WhatIsNoFileIsRefused) {
     auto* const e = this->engine.get();
     const std::string fifo = this->folder + "/fifo", missing = this->folder + "/no/file";

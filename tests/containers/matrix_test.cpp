@@ -152,6 +152,8 @@ TEST(Matrix, IntegersWrapAroundAndNormaliseToTwoValues) {
     const matrix<int> large = make<int>(1, 2, {most, 2});
     EXPECT_EQ(large.rowSum(0), least + 1);
     EXPECT_EQ(elements(large * large.transposed()), std::vector<int>{5});
+    matrix<int> pivots = make<int>(2, 2, {1, 1, -1, 1});  // of equal ones the first is the pivot
+    EXPECT_TRUE(pivots.invert() && elements(pivots) == (std::vector{1, 0, 0, 0}));
     EXPECT_EQ(elements(make<int>(1, 3, {2, 4, 6}).normalized(0, 10)), (std::vector{0, 0, 10}));
     EXPECT_EQ(elements(make<int>(1, 3, {least, 0, most}).normalized(least, most)),
               (std::vector{least, least, most}));

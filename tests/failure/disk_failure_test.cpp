@@ -164,6 +164,14 @@ TEST_P(DiskFailure, Places) {
     fs::create_symlink(path, link);
     EXPECT_TRUE(write(link) && fs::is_symlink(link) && contentOf(path) == whole);
     EXPECT_EQ(fs::status(path).permissions(), fs::perms(0640));
+
+    const std::string second = folder + "/second", longName = folder + '/' + std::string(250, 'n');
+    fs::create_hard_link(path, second);
+    std::ofstream(path) << old;
+    EXPECT_TRUE(write(second) && contentOf(path) == whole);
+    EXPECT_TRUE(write(longName) && write(longName) && contentOf(longName) == whole);
+    fs::remove(path);
+    EXPECT_TRUE(write(link) && fs::is_symlink(link) && contentOf(path) == whole);
 }
 
 TEST_P(DiskFailure, Permissions) {

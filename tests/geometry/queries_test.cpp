@@ -190,6 +190,12 @@ auto turn(const P& a, const P& b, const P& c, const P& d) {
 }
 
 TEST(PlanarQueries, SegmentsAgreeWithFractions) {
+    const XPnt2d left(0, 0), right(2, 0), below(0, -1), above(0, 1);  // ends belong to segments
+    const XPnt2d belowRight(2, -1), aboveRight(2, 1);
+    EXPECT_TRUE(intersect_seg(left, right, below, above) &&
+                intersect_seg(below, above, left, right));
+    EXPECT_TRUE(intersect_seg(left, right, belowRight, aboveRight) &&
+                intersect_seg(belowRight, aboveRight, left, right));
     RandomPoints random(83);
     const auto point = [&] { return XPnt2d(random.integer(0, 6), random.integer(0, 6)); };
     for (int round = 0; round < 20000; ++round) {

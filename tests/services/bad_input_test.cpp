@@ -60,6 +60,10 @@ TEST_F(BadInputTest, UnreadableFilesGiveNothing) {
     }
     EXPECT_TRUE(writeLines(file, newStringArray(), nullptr));
     if (user == 0) { ASSERT_EQ(seteuid(user), 0); }
+    fs::permissions(path, fs::perms(0222));  // to be written, but not to be read
+    if (user == 0) { ASSERT_EQ(seteuid(65534), 0); }
+    EXPECT_EQ(ref_ptr(newZynSetting(QString()))->open(file), 0);
+    if (user == 0) { ASSERT_EQ(seteuid(user), 0); }
     fs::permissions(path, fs::perms::owner_all);
     EXPECT_EQ(readLines(file, nullptr)->size(), 2);  // as it was
 }

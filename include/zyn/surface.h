@@ -202,8 +202,9 @@ template <class Real>
 [[nodiscard]] ZYN_EXPORT SurfaceVolume volume(DelaunayInterface<Real>* engine, double level,
                                               double maxEdge = anyEdge);
 
-// Files. Each appears whole or not at all, with what was there before kept until then: false when
-// anything could not be written, and for null.
+// Files. Each appears whole or not at all, with what was there before kept until then, unless its folder takes
+// no file beside it, or it has several hard links or another owner: false when anything could not be written,
+// and for null.
 // Vertices come in the order of first appearance. A path that is there and no regular file is refused.
 
 /// Wavefront OBJ: a line `v x y z` a vertex, each coordinate with the digits that bring back the

@@ -144,8 +144,9 @@ ZYN_EXPORT int restoreDelaunay(DelaunayInterface<Real>* engine,
 /// The first broken invariant as a sentence, with the triangle's number in pool order but for an
 /// engine that is empty or null; a null string when the network is sound. Sound is, in the order of the
 /// tests: every triangle counter-clockwise by exact arithmetic, or of no area, but that only on the
-/// rim or in a network with points in one place; links mutual, across the same edge, and with `delaunay` no edge that fails the
-/// exact in-circle test; every connected part a disc with a convex rim that goes round once.
+/// rim or in a network with points in one place; links mutual, across the same edge, and with `delaunay`
+/// no edge that fails the exact in-circle test; every connected part a disc with a convex rim that goes
+/// round once.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT QString validate(DelaunayInterface<Real>* engine, bool delaunay = false);
 

@@ -31,3 +31,8 @@ endif()
 string(REGEX REPLACE "/$" "" pkgconfig_to_prefix "${pkgconfig_to_prefix}")
 configure_file(cmake/zynbase.pc.in ${PROJECT_BINARY_DIR}/zynbase.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zynbase.pc DESTINATION ${pkgconfig_dir} COMPONENT Development)
+
+# The pages, in the folders in which they link to each other.
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT Development
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.jpg" PATTERN "guide/*.cpp" PATTERN "read_tin.py" PATTERN "mainpage.md" EXCLUDE)

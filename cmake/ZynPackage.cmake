@@ -48,7 +48,7 @@ arrays and matrices, points and geometry, Delaunay networks of terrain,
 colours for their display, and the bookkeeping of a photogrammetric block.
 .")
 
-# The mesh generator's licence keeps the packages out of the free part of a distribution.
+# As long as no licence is granted, the packages are not for the free part of a distribution.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${runtime_package})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION non-free/libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)

@@ -37,7 +37,7 @@ int main() {
     ref_ptr<IZynLog> log = newZynLog(QStringLiteral("host.log"), false, false);
     log->setName(QStringLiteral("calc"));
     log->info(QStringLiteral("run ") + settings->getValue(QStringLiteral("runs")));
-    log = nullptr;  // a log keeps its lines in a buffer; its end writes them
+    log = nullptr;  // lines wait in a buffer; the end of the log writes them
     const QString line = readLines(QStringLiteral("host.log"), nullptr)->get(0);
     std::printf("%s<time>%s\n", qPrintable(line.left(6)), qPrintable(line.mid(25)));
 

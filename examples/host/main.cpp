@@ -11,8 +11,10 @@
 #include <zyn/textfile.h>
 
 #include <algorithm>
-#include <cstdio>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 using namespace zyn;
@@ -52,6 +54,7 @@ ref_ptr<Pnt2dPool> load(const QString& path) {
 
 void run(Arguments arguments) {
     const auto& [input, out] = InputAndOut(arguments);
+    if (std::ifstream(input).fail()) { throw Failure(input, std::strerror(errno)); }
     makeFolder(out);
     const std::filesystem::path place = out;
     const ref_ptr<IZynLog> log = newZynLog(text(place / "host.log"), true, true);

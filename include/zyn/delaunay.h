@@ -3,10 +3,11 @@
 ///
 /// An engine is a triangulated irregular network inside a rectangular frame. It is fed points one at
 /// a time and triangulates them by Delaunay's rule in the plane: no vertex lies inside the circle of
-/// any triangle. Enforced edges, and holes that removePoint closes, may break that rule. A vertex is a pointer to the caller's point, which must stay alive and in
-/// place for the life of the engine: reserve the array before filling it. The four corners of the
-/// frame are vertices too; triangles that touch one are frame triangles, and what reports on the
-/// surface leaves them out. Leave a margin between the points and the frame.
+/// any triangle. Enforced edges, and holes that removePoint closes, may break that rule. A vertex is a
+/// pointer to the caller's point, which must stay alive and in place for the life of the engine: reserve
+/// the array before filling it. The four corners of the frame are vertices too; triangles that touch one
+/// are frame triangles, and what reports on the surface leaves them out. Leave a margin between the
+/// points and the frame.
 ///
 ///     ref_ptr<IZynDelaunayD> engine = newZynDelaunayDouble(0.0, minX, minY, maxX, maxY);
 ///     for (XPnt3d& p : *points) { engine->addPoint(&p, 0.001); }
@@ -20,9 +21,9 @@
 /// points, not of the triangles. Points in spatial order are located in a few steps each.
 /// Every network is valid after every call: triangles counter-clockwise by exact arithmetic, links
 /// symmetric. A triangle of no area only stands on an edge of the frame or of an open hull, and beside
-/// a duplicate, or where one was. A
-/// network that was read is what the file says: its numbers are checked, its geometry is not, and on
-/// a damaged one every call still ends and touches no foreign memory.
+/// a duplicate, or where one was. A network that was read is what the file says: its numbers are
+/// checked, its geometry is not, and on a damaged one every call still ends and touches no foreign
+/// memory.
 /// Without memory std::bad_alloc is thrown: the network stays as it was, but for enforceEdge, which may
 /// have flipped some edges, and for a read.
 /// One thread at a time; different engines share nothing. Records keep their address until

@@ -278,8 +278,8 @@ ZYN_EXPORT void bary(const XPnt3<T>& p, const XPnt3<T>& a, const XPnt3<T>& b, co
 template <class T>
 ZYN_EXPORT void bary(const XPnt3<T>& p, const XPnt3<T>& dir, const XPnt3<T>& a, const XPnt3<T>& b,
                      const XPnt3<T>& c, Scalar<T>& u, Scalar<T>& v, Scalar<T>& w) noexcept;
-/// Weights of `p`, as the first bary(), for a triangle with the normal `n` (of any length) and the corners o + e1, o + e2 and
-/// o, to which u, v and w belong in this order.
+/// Weights of `p`, as the first bary(), for a triangle with the normal `n` (of any length) and the
+/// corners o + e1, o + e2 and o, to which u, v and w belong in this order.
 template <class T>
 ZYN_EXPORT void bary_fast(const XPnt3<T>& p, const XPnt3<T>& n, const XPnt3<T>& o,
                           const XPnt3<T>& e1, const XPnt3<T>& e2, Scalar<T>& u, Scalar<T>& v,

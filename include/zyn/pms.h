@@ -148,8 +148,8 @@ protected:
 
 /// Gives the table `n` images, all live, each with its index; cameras that it had keep the rest of
 /// their records. Meant for a new table: of images that it had beyond `n`, the measurements stay out
-/// of sight and come back with the images. 0, also for an `n` below 1, which changes nothing; -1 for null and for a table
-/// that is not the library's.
+/// of sight and come back with the images. 0, also for an `n` below 1, which changes nothing; -1 for null
+/// and for a table that is not the library's.
 ZYN_EXPORT int setImgNum(IZynPMSDataTable* table, int n);
 
 }  // namespace zyn

@@ -201,7 +201,7 @@ public:
 /// The module's one ZynGlobel, made at load and kept until the process ends.
 ZYN_EXPORT extern ZynGlobel* g_zynGlobal;
 
-/// The version of the interface: 1.
+/// The version of the interface: 1, and no part of ZYN_VERSION (version.h).
 [[nodiscard]] ZYN_EXPORT std::int32_t getVersion() noexcept;
 
 /// A number between `a` and `b`, both included; the same one for the same arguments.

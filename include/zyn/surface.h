@@ -144,8 +144,9 @@ ZYN_EXPORT int restoreDelaunay(DelaunayInterface<Real>* engine,
 /// The first broken invariant as a sentence, with the triangle's number in pool order but for an
 /// engine that is empty or null; a null string when the network is sound. Sound is, in the order of the
 /// tests: every triangle counter-clockwise by exact arithmetic, or of no area, but that only on the
-/// rim or in a network with points in one place; links mutual, across the same edge, and with `delaunay` no edge that fails the
-/// exact in-circle test; every connected part a disc with a convex rim that goes round once.
+/// rim or in a network with points in one place; links mutual, across the same edge, and with `delaunay`
+/// no edge that fails the exact in-circle test; every connected part a disc with a convex rim that goes
+/// round once.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT QString validate(DelaunayInterface<Real>* engine, bool delaunay = false);
 
@@ -202,8 +203,9 @@ template <class Real>
 [[nodiscard]] ZYN_EXPORT SurfaceVolume volume(DelaunayInterface<Real>* engine, double level,
                                               double maxEdge = anyEdge);
 
-// Files. Each appears whole or not at all, with what was there before kept until then: false when
-// anything could not be written, and for null.
+// Files. Each appears whole or not at all, with what was there before kept until then, unless its folder takes
+// no file beside it, or it has several hard links or another owner: false when anything could not be written,
+// and for null.
 // Vertices come in the order of first appearance. A path that is there and no regular file is refused.
 
 /// Wavefront OBJ: a line `v x y z` a vertex, each coordinate with the digits that bring back the

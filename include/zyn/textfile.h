@@ -5,8 +5,8 @@
 ///     if (readPnt2dArray(path, points, nullptr)) { use(*points); }
 ///     ref_ptr<StringArray> fields = strSeperator(line, QStringLiteral(" ,\t"));
 ///
-/// No function reports in words, and none throws but for want of memory. Text is in the codec of the locale; a byte order mark
-/// decides for Unicode. A progress may be null; see progress.h.
+/// No function reports in words, and none throws but for want of memory. Text is in the codec of the
+/// locale; a byte order mark decides for Unicode. A progress may be null; see progress.h.
 #pragma once
 
 #include <zyn/array.h>

@@ -1,8 +1,12 @@
-# Makes the project of the README's blocks, as it stands there.
+# Walks the way of the README's reader: installs the build, saves the blocks as files and runs the commands, as they
+# stand there, but for the prefix and the compiler.
 include(${CMAKE_CURRENT_LIST_DIR}/../package/package.cmake)
+need_tools(pkg-config)
 
-set(project ${WORK_DIR}/waves)
-file(REMOVE_RECURSE ${project})
+set(place ${BUILD_DIR}/tests/readme)
+set(prefix ${place}/installed)
+set(project ${place}/waves)
+file(REMOVE_RECURSE ${place})
 file(READ ${SOURCE_DIR}/README.md readme)
 
 function(write_block language path)
@@ -12,15 +16,45 @@ function(write_block language path)
     file(WRITE ${path} "${CMAKE_MATCH_1}")
 endfunction()
 
-function(expect_triangles program)
-    execute_process(COMMAND ${program} WORKING_DIRECTORY ${project} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
-    if(NOT output MATCHES "^19602 triangles" OR NOT EXISTS ${project}/waves.obj)
-        message(FATAL_ERROR "${program} printed: ${output}")
+# The line of the README that begins so, run in FOLDER.
+function(run_line variable beginning folder)
+    if(NOT readme MATCHES "\n(${beginning}[^\n]*)")
+        message(FATAL_ERROR "The README has no line ${beginning}")
+    endif()
+    string(REPLACE "sudo cmake" "cmake" line "${CMAKE_MATCH_1}")
+    string(REPLACE "&& sudo ldconfig" "" line "${line}")
+    string(REPLACE "build/release" "'${BUILD_DIR}'" line "${line}")
+    string(REPLACE "/usr/local" "'${prefix}'" line "${line}")
+    string(REPLACE "g++ " "'${CXX}' ${CXX_FLAGS} " line "${line}")
+    execute_process(COMMAND sh -ec "${line}" WORKING_DIRECTORY ${folder}
+        OUTPUT_VARIABLE output COMMAND_ECHO STDOUT COMMAND_ERROR_IS_FATAL ANY)
+    set(${variable} "${output}" PARENT_SCOPE)
+endfunction()
+
+# What the program of the block prints there.
+function(expect_output beginning)
+    run_line(printed ${beginning} ${project})
+    if(NOT readme MATCHES "```text\n([^`]*)```")
+        message(FATAL_ERROR "The README has no output")
+    endif()
+    string(FIND "${printed}" "${CMAKE_MATCH_1}" position)
+    if(position EQUAL -1 OR NOT EXISTS ${project}/waves.obj)
+        message(FATAL_ERROR "${beginning} printed: ${printed}")
     endif()
     file(REMOVE ${project}/waves.obj)
 endfunction()
 
+# Below /usr/local nothing of this has to be told.
+set(ENV{CMAKE_PREFIX_PATH} ${prefix})
+set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
+set(ENV{LD_LIBRARY_PATH} ${prefix}/${LIBDIR})
+set(ENV{CXX} ${CXX})
+set(ENV{CXXFLAGS} ${CXX_FLAGS})
+
 write_block(cpp ${project}/waves.cpp)
 write_block(cmake ${project}/CMakeLists.txt)
-build_project(${project} ${project}/build -D CMAKE_PREFIX_PATH=${WORK_DIR}/${KIND})
-expect_triangles(${project}/build/waves)
+run_line(installed "sudo cmake --install" ${SOURCE_DIR})
+expect_output("cmake -B build")
+if(EXISTS ${prefix}/${LIBDIR}/libzynbase.so)
+    expect_output("g[+][+] ")
+endif()

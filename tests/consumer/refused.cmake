@@ -1,16 +1,25 @@
-# The numbered cases of refused.cpp do not compile, each by itself, and the file without them does.
+# The numbered cases of refused.cpp do not compile, each by itself and with the error that stands behind it there, and
+# the file without them does.
 include(${CMAKE_CURRENT_LIST_DIR}/../package/package.cmake)
 need_tools(pkg-config)
 
 set(source ${CMAKE_CURRENT_LIST_DIR}/refused.cpp)
 file(STRINGS ${source} cases REGEX "REFUSED == [0-9]+")
 list(LENGTH cases count)
+set(ENV{LC_ALL} C)
 foreach(number RANGE ${count})
     compile_with_pkg_config(code ${WORK_DIR}/${KIND} ${source} -fsyntax-only -DREFUSED=${number})
     if(number EQUAL 0 AND NOT code EQUAL 0)
         message(FATAL_ERROR "The file does not compile without a case: ${errors}")
     elseif(number GREATER 0 AND code EQUAL 0)
         message(SEND_ERROR "Case ${number} compiles")
+    elseif(number GREATER 0)
+        math(EXPR index "${number} - 1")
+        list(GET cases ${index} case)
+        string(REGEX REPLACE ".*// " "" expected "${case}")
+        if(NOT errors MATCHES "error: [^\n]*(${expected})")
+            message(SEND_ERROR "Case ${number} gives no error like ${expected}: ${errors}")
+        endif()
     endif()
 endforeach()
 message(STATUS "${count} cases are refused")

@@ -1,4 +1,5 @@
-// What the interface refuses: each of the numbered cases must not compile, and the rest of the file must.
+// What the interface refuses: each of the numbered cases must not compile, with a message like the expression behind it,
+// and the rest of the file must.
 #include <zyn/array.h>
 #include <zyn/geometry.h>
 #include <zyn/transform.h>
@@ -11,21 +12,21 @@ void use(zyn::DoubleArray& numbers, zyn::XPnt3d p, double* address, zyn::ZynQuad
     address = p;
     q = zyn::ZynQuad(1, 0, 0, 0);
 
-#if REFUSED == 1
+#if REFUSED == 1  // deleted.*append
     numbers.append(nullptr);
-#elif REFUSED == 2
+#elif REFUSED == 2  // deleted.*operator *'?==
     (void)(p == address);
-#elif REFUSED == 3
+#elif REFUSED == 3  // deleted.*operator *'?<=>
     (void)(p < address);
-#elif REFUSED == 4
+#elif REFUSED == 4  // deleted.*operator *'?-
     (void)(p - address);
-#elif REFUSED == 5
+#elif REFUSED == 5  // no matching (function|constructor)
     zyn::XPnt3d none(nullptr);
-#elif REFUSED == 6
+#elif REFUSED == 6  // conversion from
     zyn::XPnt3d implicit = address;
-#elif REFUSED == 7
+#elif REFUSED == 7  // ambiguous
     q = 0;
-#elif REFUSED == 8
+#elif REFUSED == 8  // deleted.*assign
     zyn::newPnt3dArray()->assign(nullptr);
 #endif
 }

@@ -1,7 +1,7 @@
 """Checks that a page shows what a program is and prints.
 
-Each `cpp` block of the page must stand in the source as it is, but for its indentation; the `text` block, if there is one, is
-all that the program prints. The program runs in the given folder, which is emptied first.
+Each `cpp` block of the page must stand in the source as it is, but for its indentation, and together they show all of
+`main`. The `text` block is all that the program prints. The program runs in the given folder, which is emptied first.
 
 usage: check_page.py PAGE SOURCE PROGRAM FOLDER
 """
@@ -18,19 +18,26 @@ def blocks(page, language):
     return re.findall(rf"^```{language}\n(.*?)^```$", page, re.M | re.S)
 
 
-def stands_in(block, source):
+def place_of(block, lines):
+    """The numbers of the lines of the source that the block shows; none if it stands nowhere."""
     wanted = block.splitlines()
-    lines = source.splitlines()
-    return any(textwrap.dedent("\n".join(lines[i:i + len(wanted)])).splitlines() == wanted
-               for i in range(len(lines) - len(wanted) + 1))
+    for i in range(len(lines) - len(wanted) + 1):
+        if textwrap.dedent("\n".join(lines[i:i + len(wanted)])).splitlines() == wanted:
+            return range(i, i + len(wanted))
+    return range(0)
 
 
 def main(page_path, source_path, program, folder):
     page, source = (pathlib.Path(path).read_text(encoding="utf-8") for path in (page_path, source_path))
     code, output = blocks(page, "cpp"), blocks(page, "text")
-    faults = [f"no such piece in {source_path}:\n{block}" for block in code if not stands_in(block, source)]
-    if not code or len(output) != 1:
-        faults.append("a page has a block of cpp at least, and one of text")
+    lines = source.splitlines()
+    places = [place_of(block, lines) for block in code]
+    faults = [f"no such piece in {source_path}:\n{block}" for block, place in zip(code, places) if not place]
+    body = range(lines.index("int main() {") + 1, len(lines) - 1)
+    faults += [f"does not show line {i + 1} of {source_path}: {lines[i]}" for i in body
+               if lines[i] and not any(i in place for place in places)]
+    if len(output) != 1:
+        faults.append("a page has one block of text")
 
     shutil.rmtree(folder, ignore_errors=True)
     pathlib.Path(folder).mkdir(parents=True)

@@ -1,4 +1,5 @@
 // The program `host`.
+#include <filesystem>
 #include <string>
 
 #include "program_test.h"
@@ -21,9 +22,15 @@ TEST_F(HostExample, LogsAndRemembers) {
     EXPECT_TRUE(contains(first.out, " host 70000 points in 2 blocks\n"));
     const Result shipped = run("'" POINTS_FILE "' out2");
     EXPECT_TRUE(contains(shipped.out, " host 120 points in 1 blocks\n"));
-    const Result second = run("missing out");
+    const Result missing = run("missing new");
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_EQ(missing.err, "host: missing: No such file or directory\n");
+    EXPECT_EQ(missing.out, "");
+    EXPECT_FALSE(std::filesystem::exists(folder / "new"));
+    write("empty", "");
+    const Result second = run("empty out");
     EXPECT_EQ(second.exitCode, 1);
-    EXPECT_EQ(second.err, "host: missing: cannot be read, or has no lines\n");
+    EXPECT_EQ(second.err, "host: empty: cannot be read, or has no lines\n");
     EXPECT_TRUE(contains(second.out, " host run 2, last file: points\n"));
     EXPECT_EQ(contentsOf(folder / "out/host.log"), first.out + second.out);
     EXPECT_EQ(contentsOf(folder / "out/host.settings"), "[last file]=[points]\n[runs]=[2]\n");

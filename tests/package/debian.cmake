@@ -1,4 +1,4 @@
-# Makes the Debian packages of the build, checks them, and builds a user's project on what they hold.
+# Makes the Debian packages of the build, checks them, and builds a user's project on what is extracted from them.
 include(${CMAKE_CURRENT_LIST_DIR}/package.cmake)
 need_tools(dpkg-deb dpkg-shlibdeps lintian pkg-config)
 

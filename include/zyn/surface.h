@@ -136,7 +136,7 @@ ZYN_EXPORT int addBreaklines(DelaunayInterface<Real>* engine, Pnt3ArrayArray<Rea
 /// Flips every edge that is not locally Delaunay by the exact in-circle test, except those of
 /// `fixed`, until none is left: the constrained Delaunay triangulation. Gives the number of flips; -1,
 /// with nothing changed, for null and for a network with a clockwise triangle or a link that is not
-/// mutual. Source: Lawson 1977.
+/// mutual or leads out of it. Source: Lawson 1977.
 template <class Real>
 ZYN_EXPORT int restoreDelaunay(DelaunayInterface<Real>* engine,
                                const VertexArray<Real>* fixed = nullptr);

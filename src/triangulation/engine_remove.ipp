@@ -197,7 +197,8 @@ void DelaunayEngine<Real>::legaliseFan(const Star& star) {
 }
 
 /// Flips inner edges of the hole until none is illegal. Strictly: four points on a circle would flip
-/// to and fro.
+/// to and fro. An edge that was flipped away does not come back, so that pairs of vertices bound the
+/// flips; only in a damaged network, whose hole may be linked to itself, are there more.
 template <class Real>
 void DelaunayEngine<Real>::legaliseHole(Star& star) {
     std::vector<Tri*>& inner = star.triangles;
@@ -209,7 +210,8 @@ void DelaunayEngine<Real>::legaliseHole(Star& star) {
         return j != 3 && inCircle(t->vertex[slot], t->vertex[after[slot]], t->vertex[before[slot]],
                                   n->vertex[j]) > 0;
     };
-    for (bool flipped = true; flipped;) {
+    std::size_t passesLeft = star.ring.size() * star.ring.size();
+    for (bool flipped = true; flipped && passesLeft > 0; --passesLeft) {
         flipped = false;
         for (Tri* const t : inner) {
             for (int slot = 0; slot < 3; ++slot) {

@@ -206,10 +206,10 @@ int addBreaklines(DelaunayInterface<Real>* engine, Pnt3ArrayArray<Real>* polylin
 
 namespace {
 
-/// Whether no triangle runs clockwise and all links are mutual, across the same edge: then every flip
-/// lowers the surface over the paraboloid, and flipping ends.
+/// Whether no triangle runs clockwise and all links are mutual, across the same edge, and stay in the
+/// network: then every flip lowers the surface over the paraboloid, and flipping ends.
 template <class Real>
-bool isOriented(DelaunayEngine<Real>& engine) {
+bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& numberOf) {
     for (std::size_t n = 0; n < engine.count(); ++n) {
         const TinRecord<Real>* const t = engine.at(n);
         const auto& v = t->vertex;
@@ -218,7 +218,7 @@ bool isOriented(DelaunayEngine<Real>& engine) {
             const TinRecord<Real>* const next = t->neighbor[i];
             if (next == nullptr) { continue; }
             const int back = next->index(v[after[i]], v[before[i]]);
-            if (back < 0 || next->neighbor[back] != t) { return false; }
+            if (back < 0 || next->neighbor[back] != t || numberOf(next) < 0) { return false; }
         }
     }
     return true;
@@ -229,16 +229,25 @@ bool isOriented(DelaunayEngine<Real>& engine) {
 template <class Real>
 int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>* fixedVertices) {
     auto* const engine = engineOf(interface);
-    if (engine == nullptr || !isOriented(*engine)) { return -1; }
+    if (engine == nullptr) { return -1; }
+    TriangleNumbers<Real> numberOf(*engine);
+    if (!isOriented(*engine, numberOf)) { return -1; }
     const ref_ptr<VertexArray<Real>> copy =
         fixedVertices == nullptr ? newVertexArray<Real>() : fixedVertices->clone();
     const FixedEdges<Real> fixed(*copy);
-    std::vector<TinRecord<Real>*> pending;
+    std::vector<TinRecord<Real>*> pending;  // each triangle once
+    std::vector<bool> isPending(engine->count(), true);
     for (std::size_t n = engine->count(); n-- > 0;) { pending.push_back(engine->at(n)); }
+    const auto lookAgainAt = [&](TinRecord<Real>* t) {
+        const auto number = static_cast<std::size_t>(numberOf(t));
+        if (!isPending[number]) { pending.push_back(t); }
+        isPending[number] = true;
+    };
     int flips = 0;
     while (!pending.empty()) {
         TinRecord<Real>* const t = pending.back();
         pending.pop_back();
+        isPending[static_cast<std::size_t>(numberOf(t))] = false;
         for (int i = 0; i < 3; ++i) {
             TinRecord<Real>* const n = t->neighbor[i];
             const int j = n == nullptr ? 3 : n->index(t);
@@ -249,8 +258,8 @@ int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>*
             }
             flipEdge(t, i, n, j);
             ++flips;
-            pending.push_back(n);
-            pending.push_back(t);
+            lookAgainAt(n);
+            lookAgainAt(t);
             break;
         }
     }

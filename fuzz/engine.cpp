@@ -70,21 +70,25 @@ private:
         return odd[kind - 250];
     }
     XPnt3<Real> point() {
-        const Real x = coordinate();
-        return {x, coordinate(), Real(bytes.below(10))};
+        const Real x = coordinate(), y = coordinate();
+        const int height = bytes.take();
+        return {x, y, height == 255 ? std::numeric_limits<Real>::infinity() : Real(height % 10)};
     }
     Real tolerance() {
         static constexpr double kinds[] = {0, 0, 0, 0, 0.5, 2};
         return Real(kinds[bytes.below(6)] * scale);
     }
     Real* vertex() {
-        engine->rewindTriangles();
-        auto* t = engine->nextTriangle();
+        auto* t = firstTriangle();
         for (int n = bytes.take(); n > 0 && t != nullptr; --n) {
             auto* const next = engine->nextTriangle();
             t = next == nullptr ? t : next;
         }
         return t == nullptr ? nullptr : t->vertex[bytes.below(3)];
+    }
+    auto* firstTriangle() {
+        engine->rewindTriangles();
+        return engine->nextTriangle();
     }
     static ref_ptr<VertexArray<Real>> newVertices() {
         if constexpr (isDouble) {
@@ -93,7 +97,14 @@ private:
             return newPFloatArray();
         }
     }
-    auto newPoints() {
+    static auto newLines() {
+        if constexpr (isDouble) {
+            return ref_ptr(newPnt3dArrayArray());
+        } else {
+            return ref_ptr(newPnt3fArrayArray());
+        }
+    }
+    static auto newPoints() {
         if constexpr (isDouble) {
             return ref_ptr(newPnt3dArray());
         } else {
@@ -121,14 +132,16 @@ private:
         }
         case 3: addPoints(e, somePoints(bytes.below(40)), tolerance()); break;
         case 4: {
-            const Real x = coordinate();
-            if (engine->removePoint(nullptr, x, coordinate(), Real(scale))) { fixed->removeAll(); }
+            const Real x = coordinate(), y = coordinate();
+            auto* const hint = bytes.below(2) == 0 ? nullptr : firstTriangle();
+            if (engine->removePoint(hint, x, y, Real(scale))) { fixed->removeAll(); }
             break;
         }
         case 5: {
             Real* const a = vertex();
             Real* const b = vertex();
-            if (a != nullptr && b != nullptr && a != b) { engine->enforceEdge(a, b, nullptr); }
+            auto* const hint = bytes.below(2) == 0 ? nullptr : firstTriangle();
+            engine->enforceEdge(a, b, hint);
             break;
         }
         case 6:
@@ -176,8 +189,7 @@ private:
     void operateRarely(int kind) {
         switch (kind) {
         case 0: {
-            engine->rewindTriangles();
-            auto* t = engine->nextTriangle();
+            auto* t = firstTriangle();
             for (int n = bytes.take(); n > 0 && t != nullptr; --n) { t = engine->nextTriangle(); }
             isSound = !engine->deleteTriangle(t) && isSound;
             break;
@@ -199,9 +211,52 @@ private:
             if (t != nullptr) { (void)t->findCone(v, newVertices().get()); }
             break;
         }
-        default: writeAndRead(false);
+        case 4: writeAndRead(false); break;
+        default: bytes.below(2) == 0 ? addPolylines() : callBadly();
         }
-        if (kind != 3) { fixed->removeAll(); }
+        if (kind < 3 || kind == 4) { fixed->removeAll(); }
+    }
+    /// Many in one call, among them some that are too short or missing; and what comes of it for others.
+    void addPolylines() {
+        auto* const e = engine.get();
+        const auto lines = newLines();
+        for (int n = bytes.below(6); n > 0; --n) {
+            lines->append(n == 3 ? nullptr : somePoints(bytes.below(6)));
+        }
+        isDelaunay = false;
+        addBreaklines(e, lines.get(), tolerance(), fixed.get(), pool.get());
+        const MemoryFile file;
+        const double maxEdge = double(coordinate());
+        FUZZ_REQUIRE(writeObj(e, file.path.c_str(), maxEdge));
+        FUZZ_REQUIRE(writePly(e, file.path.c_str(), maxEdge, PlyNormals::vertex));
+        FUZZ_REQUIRE(writeLandXml(e, file.path.c_str(), QStringLiteral("<&"), maxEdge));
+    }
+    /// Each of these is refused and changes nothing.
+    void callBadly() {
+        using Interface = DelaunayInterface<Real>;
+        auto* const e = engine.get();
+        Interface* const none = nullptr;
+        constexpr Real no = std::numeric_limits<Real>::quiet_NaN();
+        const int before = engine->triangleCount();
+        const ref_ptr<MatrixDbl> cells = newMatrixDbl();
+        double z = 0;
+        Real* const v = vertex();
+        FUZZ_REQUIRE(!engine->addPoint(nullptr, 0) && !engine->deleteTriangle(nullptr));
+        FUZZ_REQUIRE(!engine->removePoint(nullptr, no, 0, 1) &&
+                     !engine->removePoint(nullptr, 0, 0, no));
+        FUZZ_REQUIRE(engine->locate(no, 0) == nullptr && !engine->isFrameVertex(nullptr));
+        (void)engine->enforceEdge(v, nullptr, nullptr);
+        (void)engine->enforceEdge(nullptr, v, nullptr);
+        FUZZ_REQUIRE(addPoints<Real>(e, nullptr, 0) == 0 && addPoints(none, somePoints(1), 0) == 0);
+        FUZZ_REQUIRE(addBreakline<Real>(e, nullptr, 0) == -1);
+        FUZZ_REQUIRE(addBreakline(e, somePoints(3), no) == -1);
+        FUZZ_REQUIRE(addBreaklines<Real>(e, nullptr, 0) == -1);
+        FUZZ_REQUIRE(restoreDelaunay(none) == -1 && compactVertices(none) == 0);
+        FUZZ_REQUIRE(!heightAt(e, HUGE_VAL, 0.0, z) && !heightAt(none, 0.0, 0.0, z));
+        FUZZ_REQUIRE(!rasterize(e, Enve2d(0, 0, 1, 1), 0, 1, cells.get()));
+        FUZZ_REQUIRE(!rasterize(e, Enve2d(0, 0, 1, 1), 1, 1, nullptr));
+        FUZZ_REQUIRE(!writeBinary<Real>(e, nullptr) && !writeObj<Real>(e, "/nowhere/file"));
+        FUZZ_REQUIRE(engine->triangleCount() == before);
     }
     /// Through a file, of text with its six digits or binary with all.
     void writeAndRead(bool isText) {

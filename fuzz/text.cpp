@@ -1,5 +1,6 @@
-// Files of lines, points and settings, and numbers and keys as text.
+// Files of lines, points and settings, logs, and numbers and keys as text.
 #include <zyn/guid.h>
+#include <zyn/log.h>
 #include <zyn/setting.h>
 #include <zyn/textfile.h>
 
@@ -26,6 +27,47 @@ QString text(std::span<const std::uint8_t> bytes) {
 
 bool areEqual(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
 
+/// Whether text comes through a file as it is: codecs differ on the rest.
+bool isKept(const QString& text) {
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c >= ' ' && c <= '~'; });
+}
+
+/// Points, with six digits, and lines that were written are read again.
+void writeAndRead(const ref_ptr<Pnt2dArray>& points, const ref_ptr<StringArray>& lines) {
+    const MemoryFile file;
+    const QString path = QString::fromStdString(file.path);
+    ref_ptr<Pnt2dArray> pointsAgain;
+    FUZZ_REQUIRE(savePnt2dArray(path, points, nullptr));
+    FUZZ_REQUIRE(readPnt2dArray(path, pointsAgain, nullptr) == (points->size() > 0));
+    const auto isClose = [](double a, double b) {
+        return areEqual(a, b) || std::abs(a - b) <= std::max(5.1e-6 * std::abs(a), 1e-300);
+    };
+    for (int n = 0; n < points->size(); ++n) {
+        FUZZ_REQUIRE(isClose(points->get(n).x, pointsAgain->get(n).x));
+        FUZZ_REQUIRE(isClose(points->get(n).y, pointsAgain->get(n).y));
+    }
+    const ref_ptr<StringArray> ended = newStringArray();
+    for (const QString& line : *lines) { ended->append(line + QLatin1Char('\n')); }
+    FUZZ_REQUIRE(writeLines(path, ended, nullptr));
+    const ref_ptr<StringArray> linesAgain = readLines(path, nullptr);
+    for (int n = 0; n < lines->size() && isKept(lines->get(n)); ++n) {
+        FUZZ_REQUIRE(linesAgain->get(n) == lines->get(n));
+    }
+}
+
+/// A log takes any text.
+void writeLog(const QString& message) {
+    const MemoryFile file;
+    {
+        const ref_ptr<IZynLog> log = newZynLog(QString::fromStdString(file.path), true, false);
+        FUZZ_REQUIRE(log->isOpen());
+        log->setName(message.left(9));
+        log->info(message);
+        log->error(message);
+    }
+    FUZZ_REQUIRE(file.size() > 0);
+}
+
 /// The fast reader and the documented way, line by line, find the same points; in plain text they agree
 /// on whether there is a line, too, of which cut off characters leave more or less.
 void readFile(const QString& path, bool isPlain, std::int64_t lineFeeds) {
@@ -47,11 +89,7 @@ void readFile(const QString& path, bool isPlain, std::int64_t lineFeeds) {
         ++n;
     }
     FUZZ_REQUIRE(!points || n == points->size());
-}
-
-/// Whether text comes through a file as it is: codecs differ on the rest.
-bool isKept(const QString& text) {
-    return std::all_of(text.begin(), text.end(), [](QChar c) { return c >= ' ' && c <= '~'; });
+    if (points) { writeAndRead(points, lines); }
 }
 
 /// What was read is found, and found again in what was saved.
@@ -91,6 +129,7 @@ void convert(Bytes& bytes) {
     (void)keyStrToNum(rest);
     (void)toDouble(rest);
     (void)toLong(rest);
+    writeLog(rest);
     int size = 0;
     const ref_ptr<StringArray> pieces = strSeperator(rest, rest.left(2));
     for (const QString& piece : *pieces) {

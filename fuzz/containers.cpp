@@ -81,6 +81,9 @@ void runMatrix(Bytes& bytes) {
         if (!isInverted || size > 4 || !std::all_of(m->data(), m->data() + size, isSmall)) {
             return;
         }
+        // Rounding can make a singular matrix regular.
+        const double* const e = m->data();
+        if (size == 4 && e[0] * e[3] == e[1] * e[2]) { return; }
         FUZZ_REQUIRE(std::abs(back->get(0, 0) - m->get(0, 0)) < 1e-6);
     } catch (char*) { FUZZ_REQUIRE(m->rows() != m->cols() && !isInverted); }
 }

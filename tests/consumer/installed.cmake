@@ -2,4 +2,4 @@
 include(${CMAKE_CURRENT_LIST_DIR}/../package/package.cmake)
 need_tools(pkg-config)
 
-check_prefix(${WORK_DIR}/${KIND} "${WORK_DIR}/on ${KIND}")
+check_prefix(${WORK_DIR}/${KIND} ${KIND} "${WORK_DIR}/on ${KIND}")

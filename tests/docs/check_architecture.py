@@ -9,7 +9,7 @@ import sys
 
 COLUMNS = 5
 GENERATED = {"export.h", "version.h"}
-LIBRARIES = {"Qt": r"Q[A-Z]\w*", "Armadillo": r"armadillo", "Triangle": r"triangle\.h"}
+LIBRARIES = {"Qt": r"(Qt\w*/)?Q[A-Z]\w*", "Armadillo": r"armadillo", "Triangle": r"triangle\.h"}
 
 
 def words(cell):
@@ -62,13 +62,16 @@ def main(root):
         used, foreign = {}, {}
         for file, name in included_by(files):
             folder, _, rest = name.rpartition("/")
-            for library, pattern in LIBRARIES.items():
-                if re.fullmatch(pattern, name):
-                    foreign.setdefault(library, file)
-            if folder == "zyn" and rest not in GENERATED:
-                used.setdefault(layer_of.get(rest, rest), file)
-            elif folder and folder != "zyn" and folder in folders:
+            library = next((key for key, pattern in LIBRARIES.items() if re.fullmatch(pattern, name)), None)
+            if library:
+                foreign.setdefault(library, file)
+            elif folder == "zyn":
+                if rest not in GENERATED:
+                    used.setdefault(layer_of.get(rest, rest), file)
+            elif folder in folders:
                 used.setdefault(folder, file)
+            elif folder not in {"", "sys"}:
+                faults.append(f"{file.relative_to(root)} includes {name}, which is of no layer and no library")
         used.pop(layer, None)
         for told, found in ((below, used), (libraries, foreign)):
             faults += [f"{found[name].relative_to(root)} includes from {name}, which the row of {layer} does not tell"

@@ -1,6 +1,6 @@
-# Makes the Debian packages of the build, checks them, and builds a user's project on what is extracted from them.
+# Makes the Debian packages of the build, checks them, installs them into a folder, and builds a user's project on them.
 include(${CMAKE_CURRENT_LIST_DIR}/package.cmake)
-need_tools(dpkg-deb dpkg-shlibdeps lintian pkg-config)
+need_tools(dpkg dpkg-deb dpkg-shlibdeps fakeroot lintian pkg-config)
 
 set(packages ${WORK_DIR}/debian)
 set(root ${packages}/root)
@@ -29,7 +29,17 @@ endif()
 
 run(lintian --fail-on error --tag-display-limit 0 ${runtime} ${development})
 
-foreach(package IN ITEMS ${runtime} ${development})
-    run(dpkg-deb --extract ${package} ${root})
-endforeach()
-check_prefix(${root}/usr "${WORK_DIR}/on debian")
+# What is installed on the machine counts as installed in the folder, so that dependencies are checked; but the machine's
+# libraries are not indexed anew.
+file(COPY /var/lib/dpkg/status DESTINATION ${root}/var/lib/dpkg)
+file(MAKE_DIRECTORY ${root}/var/lib/dpkg/info ${root}/var/lib/dpkg/updates)
+file(WRITE ${packages}/bin/ldconfig "#!/bin/sh\n")
+file(CHMOD ${packages}/bin/ldconfig PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+execute_process(COMMAND ${CMAKE_COMMAND} -E env PATH=${packages}/bin:$ENV{PATH}:/usr/sbin:/sbin
+    fakeroot dpkg --root=${root} --log=${packages}/log --force-not-root --force-script-chrootless --no-triggers
+        --install ${runtime} ${development}
+    RESULT_VARIABLE result ERROR_VARIABLE errors)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "dpkg does not install the packages: ${errors}")
+endif()
+check_prefix(${root}/usr shared "${WORK_DIR}/on debian")

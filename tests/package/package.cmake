@@ -32,20 +32,6 @@ function(build_project source build)
     run(${CMAKE_COMMAND} --build ${build})
 endfunction()
 
-# Compiles SOURCE with the flags that pkg-config gives for the copy in PREFIX, and further arguments.
-function(compile_with_pkg_config code prefix source)
-    set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
-    set(static --static)
-    if(EXISTS ${prefix}/${LIBDIR}/libzynbase.so)
-        set(static "")
-    endif()
-    read_output(flags pkg-config ${static} --cflags --libs zynbase)
-    separate_arguments(flags UNIX_COMMAND "${CXX_FLAGS} '${source}' ${flags}")
-    execute_process(COMMAND ${CXX} -std=c++20 ${ARGN} ${flags} RESULT_VARIABLE result ERROR_VARIABLE output)
-    set(${code} ${result} PARENT_SCOPE)
-    set(errors "${output}" PARENT_SCOPE)
-endfunction()
-
 # Runs the program of tests/consumer/project and checks what it found.
 function(check_consumer program)
     string(REPLACE "." ";" version ${VERSION})
@@ -60,18 +46,16 @@ function(check_consumer program)
     endif()
 endfunction()
 
-# Builds and runs a user's project on the copy in PREFIX, with CMake and with pkg-config.
-function(check_prefix prefix build)
+# Builds and runs a user's project on the copy KIND in PREFIX, with CMake and with pkg-config.
+function(check_prefix prefix kind build)
     set(project ${SOURCE_DIR}/tests/consumer/project)
     file(REMOVE_RECURSE ${build})
-    build_project(${project} ${build} -D CMAKE_PREFIX_PATH=${prefix})
-    check_consumer(${build}/consumer)
+    build_project(${project} ${build}/cmake -D CMAKE_PREFIX_PATH=${prefix})
+    check_consumer(${build}/cmake/consumer)
 
-    compile_with_pkg_config(code ${prefix} ${project}/main.cpp -o ${build}/compiled)
-    if(NOT code EQUAL 0)
-        message(FATAL_ERROR "The flags of pkg-config do not do: ${errors}")
-    endif()
+    set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
+    build_project(${project} ${build}/pkg-config -D ZYNBASE_BY_PKG_CONFIG=${kind})
     # A static copy has nothing there to be loaded.
     set(ENV{LD_LIBRARY_PATH} ${prefix}/${LIBDIR})
-    check_consumer(${build}/compiled)
+    check_consumer(${build}/pkg-config/consumer)
 endfunction()

@@ -45,8 +45,7 @@ TEST(Points, KeepTheIntensityOfTheFirstOperandAndTheLimitsOfTheirIndices) {
     p = b;
     EXPECT_EQ(p.inten, 9);
     p = XPnt3d(1, 2, 3);
-    EXPECT_EQ(p[(std::size_t(1) << 32) + 1], 1);
-    EXPECT_EQ(p.set(5, 9.0), XPnt3d(1, 2, 3));
+    EXPECT_TRUE(p[(std::size_t(1) << 32) + 1] == 1 && p.set(5, 9.0) == XPnt3d(1, 2, 3));
     EXPECT_EQ(p.set_max({2, 1, 3}), XPnt3d(2, 2, 3));
     EXPECT_EQ(p.set_min({1, 3, 4}), XPnt3d(1, 2, 3));
     EXPECT_EQ(XPnt3d().set_vec(p, XPnt3d(4, 6, 8)), XPnt3d(3, 4, 5));
@@ -65,10 +64,9 @@ TYPED_TEST(PointTransforms, TheTranslationStandsInTheLastRow) {
     const T r[3][3] = {{v, -u, v}, {v, v, -u}, {-u, v, v}};
     const T m[16] = {v, v, -u, 9, -u, v, v, 9, v, -u, v, 9, 10, 20, 30, 9};  // 9 is not read
     const auto near = [](const P& p, const P& q) { return double(dist(p, q)) < tolerated<T>; };
-    EXPECT_TRUE(near(P(1, 2, 3).xform(m), {12, 21, 33}));
-    EXPECT_TRUE(near(P(1, 2, 3).xform(r, m + 12), {12, 21, 33}));
-    EXPECT_TRUE(near(P(12, 21, 33).invxform(m), {1, 2, 3}));
-    EXPECT_TRUE(near(P(12, 21, 33).invxform(r, m + 12), {1, 2, 3}));
+    const P from(1, 2, 3), to(12, 21, 33);
+    EXPECT_TRUE(near(P(from).xform(m), to) && near(P(from).xform(r, m + 12), to));
+    EXPECT_TRUE(near(P(to).invxform(m), from) && near(P(to).invxform(r, m + 12), from));
     P target(1, 2, 3);  // may be an argument
     EXPECT_TRUE(near(target.setXformed(target, r, target), {3, 3, 6}));
     EXPECT_TRUE(near(target.lerp(T(0.5), P(1, 1, 0), target), {2, 2, 3}));
@@ -110,20 +108,16 @@ TEST(LasRecords, HaveASignedIntensityAndAHeadThatIsAPoint) {
     const ref_ptr<LasPntArray> records = newLasPntArray();
     const ref_ptr<PLasPntArray> pointers = newPLasPntArray();
     records->resize(3);
-    for (const int inten : {0xFFFB, 7, -1}) {
-        LasPnt& record = records->getRef(2 - pointers->size());
-        record.inten = std::int16_t(inten);
-        pointers->append(&record);
-    }
-    EXPECT_EQ(maxminInten(records->data(), 3), XPnt2d(-5, 7));
-    EXPECT_EQ(maxminInten(nullptr, -1), XPnt2d(2147483647.0, -2147483647.0));
+    for (const int i : {2, 1, 0}) { pointers->append(&records->getRef(i)); }
+    records->getRef(1).inten = std::int16_t(0xFFFB);
     const ref_ptr<PPnt3fArray> view = PntsToPnt3f(records.get());
     ASSERT_EQ(view->size(), 3);
-    EXPECT_EQ(PntsToPnt3f(pointers.get())->get(0), view->get(2));
-    EXPECT_EQ(view->get(2)->inten, -5);
-    view->get(1)->z = 9.0f;
-    view->get(1)->inten = -7;
-    EXPECT_TRUE(records->getRef(1).z == 9.0f && records->getRef(1).inten == -7);
+    EXPECT_TRUE(PntsToPnt3f(pointers.get())->get(0) == view->get(2) && view->get(1)->inten == -5);
+    view->get(2)->z = 9.0f;
+    view->get(2)->inten = 7;
+    EXPECT_TRUE(records->getRef(2).z == 9.0f && records->getRef(2).inten == 7);
+    EXPECT_EQ(maxminInten(records->data(), 3), XPnt2d(-5, 7));
+    EXPECT_EQ(maxminInten(nullptr, -1), XPnt2d(2147483647.0, -2147483647.0));
 }
 
 }  // namespace

@@ -19,7 +19,6 @@ concept ComparesEqual = requires(A... a) { IsEqual(a...); };
 // No null becomes an address, and no point lends coordinates that it does not have.
 static_assert(HasArea<double*, XPnt3d, PNT3D> && !HasArea<XPnt3d, XPnt3d, std::nullptr_t>);
 static_assert(!HasArea<XPnt2d, XPnt3d, XPnt3d> && !HasArea<double (&)[2], XPnt3d, XPnt3d>);
-static_assert(ComparesEqual<const XPnt3d*, XPnt3d*, int> && ComparesEqual<QString, QString, bool>);
 static_assert(!ComparesEqual<XPnt3d*, std::nullptr_t, int> &&
               !ComparesEqual<const char*, const char*, bool>);
 
@@ -53,29 +52,12 @@ TYPED_TEST(Queries, DistancesAnglesAndSides) {
     EXPECT_EQ(turned.inten, 7);
 }
 
-TYPED_TEST(Queries, CloserChangesNothingInVain) {
-    using T = TypeParam;
-    using P = XPnt3<T>;
-    const P a(0, 0, 0, 1), b(1, 0, 0, 2), c(0, 1, 0, 3);
-    P out(8, 8, 8, 8);
-    T best = 4;
-    EXPECT_FALSE(closer_on_lineseg(P(0.5, 2, 0), out, a, b, best));
-    EXPECT_EQ(out, P(8, 8, 8));
-    EXPECT_TRUE(closer_on_lineseg(P(0.5, 1.5, 0), out, a, b, best));
-    EXPECT_TRUE(best == T(2.25) && out.inten == 8);
-    EXPECT_TRUE(closer_on_lineseg(P(1, 1, 0), out, a, b, best));
-    EXPECT_EQ(out.inten, 2);
-    EXPECT_TRUE(closer_on_tri(P(0.25, 0.25, 0.5), out, a, b, c, best));
-    EXPECT_EQ(out.inten, 0);
-    EXPECT_EQ(dist2_tri(P(5, 1, 0), a, b, P(9, 0, 0)), 17);  // degenerate: its side ab
-}
-
-/// The true nearest point of a triangle: its plane's foot if each side has it on the inner side,
-/// otherwise the best of the clamped feet on the three sides.
-XPnt3d nearestOfTriangle(const XPnt3d& p, const XPnt3d (&corners)[3]) {
+/// The nearest point of a triangle: its plane's foot if each side has it on the inner side, and then
+/// `inside`; otherwise the best of the clamped feet on the three sides.
+XPnt3d nearestOfTriangle(const XPnt3d& p, const XPnt3d (&corners)[3], bool& inside) {
     const XPnt3d n = normal(corners[0], corners[1], corners[2]);
     const XPnt3d foot = p - n * dot(p - corners[0], n);
-    bool inside = true;
+    inside = true;
     XPnt3d best(1e9, 0, 0);
     for (int i = 0; i < 3; ++i) {
         const XPnt3d from = corners[i], side = corners[(i + 1) % 3] - from;
@@ -91,25 +73,31 @@ TYPED_TEST(Queries, NearestPointsAgreeWithASearchOverTheSides) {
     using P = XPnt3<T>;
     RandomPoints random(81);
     for (int round = 0; round < 20000; ++round) {
-        const P a = random.point<T>(1), b = random.point<T>(1), c = random.point<T>(1),
-                p = random.point<T>(3);
+        P a = random.point<T>(1), b = random.point<T>(1), c = random.point<T>(1);
+        const P p = random.point<T>(3);
         if (cross(a, b, c).norm() < T(0.2)) { continue; }  // a plane that is all rounding
-        const XPnt3d nearest = nearestOfTriangle(XPnt3d(p), {XPnt3d(a), XPnt3d(b), XPnt3d(c)});
+        bool inside = false;
+        const XPnt3d nearest =
+            nearestOfTriangle(XPnt3d(p), {XPnt3d(a), XPnt3d(b), XPnt3d(c)}, inside);
         const T d = dist2_tri(p, a, b, c);
-        P out;
+        a.inten = 1, b.inten = 2, c.inten = 3;
+        P out(8, 8, 8, 8);
         T best = d - T(0.01);
-        EXPECT_FALSE(closer_on_tri(p, out, a, b, c, best)) << round;
+        EXPECT_TRUE(!closer_on_tri(p, out, a, b, c, best) && out == P(8, 8, 8)) << round;
         best = d + T(0.01);
         EXPECT_TRUE(closer_on_tri(p, out, a, b, c, best)) << round;
         EXPECT_NEAR(double(best), double(d), tolerated<T>);
         EXPECT_NEAR(double(dist2(p, out)), double(d), tolerated<T>);
+        const int corner = out == a ? 1 : out == b ? 2 : out == c ? 3 : 0;
+        EXPECT_EQ(out.inten, corner != 0 ? corner : inside ? 0 : 8) << round;
         // Behind an obtuse corner the corner is taken, although a side may be nearer.
         const bool obtuse = dot(b - a, c - a) < 0 || dot(a - b, c - b) < 0 || dot(a - c, b - c) < 0;
         const double excess = double(d) - dist2(XPnt3d(p), nearest);
-        const bool atCorner = obtuse && excess > 0 && (out == a || out == b || out == c);
-        EXPECT_TRUE(atCorner || std::abs(excess) < tolerated<T>) << round;
+        EXPECT_TRUE((obtuse && excess > 0 && corner != 0) || std::abs(excess) < tolerated<T>);
     }
     EXPECT_EQ(dist2_tri(P(1, -1, 0), P(0, 0, 0), P(4, 0, 0), P(-4, 2, 0)), 2);  // a side is at 1
+    const P a(0, 0, 0), b(1, 0, 0);
+    EXPECT_EQ(dist2_tri(P(5, 1, 0), a, b, P(9, 0, 0)), 17);  // degenerate: its side ab
 }
 
 TYPED_TEST(Queries, LinesMeetPlanesAndLines) {
@@ -117,18 +105,18 @@ TYPED_TEST(Queries, LinesMeetPlanesAndLines) {
     using P = XPnt3<T>;
     const P a(0, 0, 0), b(1, 0, 0), c(0, 1, 0);
     P out;
+    T t = 0;
     for (const T height : {T(3), T(-3)}) {
-        T t = 0;
-        line_plane_X(P(5, 6, height), P(1, 0, 1), a, b, c, out, t);
-        line_plane_X(P(5, 6, height), P(1, 1, 0), a, b, c, out, t);  // parallel: no change
+        const P p(5, 6, height), along(1, 1, 0);  // no direction that changes anything
+        line_plane_X(p, P(1, 0, 1), a, b, c, out, t);
+        line_plane_X(p, along, a, b, c, out, t);
         EXPECT_TRUE(out == P(5 - height, 6, 0) && t == 3);
-        line_plane_X(P(5, 6, height), P(1, 0, 1), P(0, 0, 2), -4, out, t);  // the plane z = 2
-        line_plane_X(P(5, 6, height), P(1, 1, 0), P(0, 0, 2), -4, out, t);
+        line_plane_X(p, P(1, 0, 1), P(0, 0, 2), -4, out, t);  // the plane z = 2
+        line_plane_X(p, along, P(0, 0, 2), -4, out, t);
         EXPECT_TRUE(out == P(7 - height, 6, 2) && t == std::abs(2 - height));
     }
     EXPECT_FALSE(lines_intersect(a, b, c, P(1, 1, T(1e-4)), out));
-    EXPECT_TRUE(lines_intersect(a, b, P(4, -1, 7), P(4, 2, 7), out));
-    EXPECT_EQ(out, P(4, 0, 0));
+    EXPECT_TRUE(lines_intersect(a, b, P(4, -1, 7), P(4, 2, 7), out) && out == P(4, 0, 0));
 }
 
 TYPED_TEST(Queries, WeightsBringBackThePoint) {
@@ -195,12 +183,11 @@ TEST(PlanarQueries, SegmentsAgreeWithFractions) {
             EXPECT_TRUE(a == b || c == d || !isIntersect(a, b, c, d)) << round;
             continue;
         }
-        const double onFirst = turn(a, c, c, d) / den, onSecond = turn(a, c, a, b) / den;
+        const double onAb = turn(a, c, c, d) / den, onCd = turn(a, c, a, b) / den;
         // Positive within both segments, 0 at an end.
-        const double within = std::min(onFirst * (1 - onFirst), onSecond * (1 - onSecond));
+        const double within = std::min(onAb * (1 - onAb), onCd * (1 - onCd));
         EXPECT_TRUE(intersect_line(a, b, c, d, t, u));
-        EXPECT_NEAR(t, onFirst, 1e-13);
-        EXPECT_NEAR(u, onSecond, 1e-13);
+        EXPECT_LT(std::max(std::abs(t - onAb), std::abs(u - onCd)), 1e-13) << round;
         EXPECT_EQ(isIntersect(a.x, a.y, b.x, b.y, c.x, c.y, d.x, d.y), within >= 0) << round;
         EXPECT_EQ(isIntersect2d(XPnt3d(a.x, a.y, 1), XPnt3d(b.x, b.y, 2), c, d), within >= 0);
         if (within != 0) { EXPECT_EQ(intersect_seg(a, b, c, d), within > 0) << round; }
@@ -221,8 +208,8 @@ TEST(PlanarQueries, TrianglesAgreeWithWholeNumbers) {
         EXPECT_EQ(isInTriangle(XPnt3d(a), XPnt3d(b), XPnt3d(c), XPnt3d(p)), inside) << round;
         if (least * most != 0) { EXPECT_EQ(PntInTri(p, a, b, c), inside) << round; }
         const int sign = (side > 0) - (side < 0);
-        EXPECT_TRUE(left_right(a, b, p) == sign &&
-                    left_right(XPnt3d(a), XPnt3d(b), XPnt3d(p)) == sign);
+        EXPECT_EQ(left_right(a, b, p), sign) << round;
+        EXPECT_EQ(left_right(XPnt3d(a), XPnt3d(b), XPnt3d(p)), sign) << round;
         EXPECT_EQ(left_right(a.x, a.y, b.x, b.y, p.x, p.y), sign) << round;
     }
     EXPECT_TRUE(PntInTri(XPnt3f(2, 2, 0), {0, 0, 0}, {4, 0, 0}, {0, 4, 0}));
@@ -230,12 +217,11 @@ TEST(PlanarQueries, TrianglesAgreeWithWholeNumbers) {
 
 TEST(ScalarQueries, FollowTheLargestSpanAndCompareInFloat) {
     // Of equal spans the later axis counts.
-    const XPnt3d p(1, 20, -300);
-    const auto along = [&](const XPnt3d& to) { return getParam(XPnt3d(0, 0, 0), to, p); };
-    EXPECT_TRUE(along({4, 2, -2}) == 0.25 && along({4, -4, 2}) == -5 && along({2, 1, -2}) == 150);
+    const XPnt3d o(0, 0, 0), p(1, 20, -300);
+    EXPECT_TRUE(getParam(o, {4, 2, -2}, p) == 0.25 && getParam(o, {4, -4, 2}, p) == -5 &&
+                getParam(o, {2, 1, -2}, p) == 150 && getParam(o, {0, 3, 4}, 10) == 2);
     EXPECT_EQ(getParam(XPnt2d(1, 1), XPnt2d(5, 4), XPnt2d(3, 9)), 0.5);
     EXPECT_EQ(getParam(XPnt2d(1, 1), XPnt2d(5, 5), XPnt2d(3, 9)), 2);
-    EXPECT_EQ(getParam(XPnt3d(0, 0, 0), XPnt3d(0, 3, 4), 10), 2);
     EXPECT_FALSE(IsEqual(0, 0, 0));  // three floats, and the bound is not below itself
     EXPECT_TRUE(IsEqual(1, 1.5F, 0.6F) && IsEqual(1, 1.0000005F) && !IsEqual(1, 1.000002F));
     const XPnt3d distant(1e9, 2, 3), merged(1e9 + 10, 2, 3);
@@ -252,17 +238,16 @@ TEST(ScalarQueries, FollowTheLargestSpanAndCompareInFloat) {
 
 TEST(ScalarQueries, LengthsAreasAndDegrees) {
     const float a[3] = {0, 0, 0}, b[3] = {3, 4, 12};
-    EXPECT_TRUE(length(a, b, 2) == 5 && length(a, b, 3) == 13 && length(a, b, 4) == 0);
-    EXPECT_TRUE(length(1, 1, 4, 5) == 5 && dist3f(a, b) == 13);
+    EXPECT_TRUE(length(a, b, 2) == 5 && length(a, b, 3) == 13 && length(a, b, 4) == 0 &&
+                length(1, 1, 4, 5) == 5 && dist3f(a, b) == 13);
     const XPnt3d o(0, 0, 0), p(3, 4, 12), q(-4, 3, 0);  // q is at right angles to p
     EXPECT_TRUE(length(o, p) == 13 && dist3d(o, p) == 13 && length2d(o, p) == 25);
     EXPECT_NEAR(area3d(o, p, q), 32.5, 1e-13);
     EXPECT_NEAR(area3f(a, XPnt3f(b), XPnt3f(q)), 32.5F, 1e-4F);
-    EXPECT_EQ(midPnt(XPnt3f(1, 2, 3, 4), XPnt3f(3, 2, 6)), XPnt3f(2, 2, 4.5F));
-    EXPECT_EQ(midPnt(XPnt3f(1, 2, 3, 4), XPnt3f(3, 2, 6), XPnt3f(5, 5, 0)), XPnt3f(3, 3, 3));
-    EXPECT_EQ(Degree2Radian(180), std::numbers::pi_v<float>);
-    EXPECT_EQ(Radian2Degree(std::numbers::pi_v<float> / 4), 45);
-
+    EXPECT_EQ(midPnt(XPnt3f(1, 2, 3), XPnt3f(3, 2, 6)), XPnt3f(2, 2, 4.5F));
+    EXPECT_EQ(midPnt(XPnt3f(1, 2, 3), XPnt3f(3, 2, 6), XPnt3f(5, 5, 0)), XPnt3f(3, 3, 3));
+    constexpr float pi = std::numbers::pi_v<float>;
+    EXPECT_TRUE(Degree2Radian(180) == pi && Radian2Degree(pi / 4) == 45);
     float x = 0, y = 9e-7F, z = 0;  // too short
     EXPECT_TRUE(!normalize(x, y, z) && y == 9e-7F);
     x = 3, y = -4;

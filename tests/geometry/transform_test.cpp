@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <random>
@@ -20,10 +21,8 @@ concept TakesNothing = requires(Q q) { q = {}; };
 static_assert(!TakesNothing<ZynQuad>);
 
 bool areNear(const ZynMatrix4d& a, const ZynMatrix4d& b, double tolerance) {
-    for (int i = 0; i < 16; ++i) {
-        if (!(std::abs(a.m[i] - b.m[i]) <= tolerance)) { return false; }
-    }
-    return true;
+    return std::ranges::equal(a.m, b.m,
+                              [=](double x, double y) { return std::abs(x - y) <= tolerance; });
 }
 void expectQuad(const ZynQuad& q, double w, double x, double y, double z) {
     const double error =

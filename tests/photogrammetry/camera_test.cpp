@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <complex>
 #include <cstring>
 #include <random>
 #include <vector>
@@ -28,15 +29,13 @@ protected:
         cam.phi = uniform(-3, 3), cam.omega = uniform(-3, 3), cam.kappa = uniform(-3, 3);
         return cam;
     }
-    /// Column i of the rotation: where the image's axis i points in the world.
-    static XPnt3d axis(const zynCamOutParam& cam, int i) {
-        const double sp = std::sin(cam.phi), cp = std::cos(cam.phi), so = std::sin(cam.omega),
-                     co = std::cos(cam.omega), sk = std::sin(cam.kappa), ck = std::cos(cam.kappa);
-        // R = Ry(phi) Rx(omega) Rz(kappa), factor by factor.
-        const XPnt3d unit(i == 0, i == 1, i == 2);
-        const XPnt3d k(ck * unit.x - sk * unit.y, sk * unit.x + ck * unit.y, unit.z);
-        const XPnt3d o(k.x, co * k.y - so * k.z, so * k.y + co * k.z);
-        return {cp * o.x - sp * o.z, o.y, sp * o.x + cp * o.z};
+    /// Where a vector of the image points in the world: R = Ry(phi) Rx(omega) Rz(kappa), factor by
+    /// factor.
+    static XPnt3d inWorld(const zynCamOutParam& cam, const XPnt3d& v) {
+        const std::complex<double> k = std::complex(v.x, v.y) * std::polar(1.0, cam.kappa),
+                                   o = std::complex(k.imag(), v.z) * std::polar(1.0, cam.omega),
+                                   p = std::complex(k.real(), o.imag()) * std::polar(1.0, cam.phi);
+        return {p.real(), o.real(), p.imag()};
     }
 };
 
@@ -46,7 +45,7 @@ TEST_F(CameraTest, ProjectInvertsTheCollinearityEquations) {
     for (int i = 0; i < 1000; ++i) {
         cam = camera(centre);
         const double x = uniform(-0.1, 0.1), y = uniform(-0.1, 0.1), f = 0.15;
-        const XPnt3d ray = axis(cam, 0) * x + axis(cam, 1) * y - axis(cam, 2) * f;
+        const XPnt3d ray = inWorld(cam, {x, y, -f});
         const XPnt2d image = project(cam, f, centre + ray * uniform(100, 3000));
         EXPECT_NEAR(image.x, x, 1e-9);
         EXPECT_NEAR(image.y, y, 1e-9);
@@ -66,11 +65,11 @@ TEST_F(CameraTest, CentreComesFromTheCoefficients) {
         const zynCamOutParam cam = camera(centre);
         const double f = 0.15, x0 = 0.001, y0 = -0.002;
         // x = x0 - f u1/u3 over the third row's value at the origin.
-        const XPnt3d r3 = axis(cam, 2);
+        const XPnt3d r3 = inWorld(cam, {0, 0, 1});
         const double scale = -dot(r3, centre);
         if (std::abs(scale) < 10) { continue; }
-        const XPnt3d a = (axis(cam, 0) * f - r3 * x0) / scale,
-                     b = (axis(cam, 1) * f - r3 * y0) / scale, c = r3 / scale;
+        const XPnt3d a = inWorld(cam, {f, 0, -x0}) / scale, b = inWorld(cam, {0, f, -y0}) / scale,
+                     c = r3 / scale;
         zynCamParam p;
         p.in.f = f;
         p.L1 = a.x, p.L2 = a.y, p.L3 = a.z, p.L4 = -dot(a, centre);

@@ -17,9 +17,9 @@ template <class... A>
 concept ComparesEqual = requires(A... a) { IsEqual(a...); };
 
 // No null becomes an address, and no point lends coordinates that it does not have.
-static_assert(HasArea<double*, XPnt3d, PNT3D> && !HasArea<XPnt3d, XPnt3d, std::nullptr_t>);
-static_assert(!HasArea<XPnt2d, XPnt3d, XPnt3d> && !HasArea<double (&)[2], XPnt3d, XPnt3d>);
-static_assert(!ComparesEqual<XPnt3d*, std::nullptr_t, int> &&
+static_assert(HasArea<double*, XPnt3d, PNT3D> && !HasArea<XPnt3d, XPnt3d, std::nullptr_t> &&
+              !HasArea<XPnt2d, XPnt3d, XPnt3d> && !HasArea<double (&)[2], XPnt3d, XPnt3d> &&
+              !ComparesEqual<XPnt3d*, std::nullptr_t, int> &&
               !ComparesEqual<const char*, const char*, bool>);
 
 template <class T>
@@ -30,21 +30,20 @@ TYPED_TEST(Queries, DistancesAnglesAndSides) {
     using T = TypeParam;
     using P = XPnt3<T>;
     P foot;
-    EXPECT_EQ(dist2_line(P(7, 0, 3), P(0, 0, 0), P(2, 0, 0), foot), 3);
-    EXPECT_EQ(foot, P(7, 0, 0));
-    EXPECT_TRUE(dist_2d(P(0, 0, 0), P(3, 4, 9)) == 5 &&
-                dist_manhattan(P(0, 0, 0), P(1, -2, 3)) == 3);
-    EXPECT_EQ(rotate_3d(P(1, 2, 3), P(0, 0, 1), 1, P(4, 5, 6)), P(0, 0, 0));
+    const P o(0, 0, 0);
+    EXPECT_TRUE(dist2_line(P(7, 0, 3), o, P(2, 0, 0), foot) == 3 && foot == P(7, 0, 0));
+    EXPECT_TRUE(dist_2d(o, P(3, 4, 9)) == 5 && dist_manhattan(o, P(1, -2, 3)) == 3);
+    EXPECT_EQ(rotate_3d(P(1, 2, 3), P(0, 0, 1), 1, P(4, 5, 6)), o);
     EXPECT_NEAR(double(angle(P(1, 0, 0), P(-1, T(2e-3), 0))), 2e-3, 5e-5);
     EXPECT_EQ(angle(P(1, 2, 3), P(-2, -4, -6)), 0);
-    EXPECT_NEAR(double(angle(P(0, 0, 0), P(0, 2, 0), P(1, 1, 0), P(1, 1, 5))), std::numbers::pi / 2,
-                tolerated<T>);
+    const double square = double(angle(o, P(0, 2, 0), P(1, 1, 0), P(1, 1, 5)));
+    EXPECT_NEAR(square, std::numbers::pi / 2, tolerated<T>);
     EXPECT_NEAR(angle2d(XPnt2d(-1, -1e-9), XPnt2d(-1, 1e-9)), 2 * std::numbers::pi, 1e-8);
 
     const P a(0, 0, 1), b(2, 0, 1), c(0, 5, 1);
-    EXPECT_TRUE(normal(a, b, c) == P(0, 0, 1) && normal(a, b, P(9, 0, 1)) == P(0, 0, 0));
-    EXPECT_EQ(det(P(1, 2, 3), P(0, 1, 4), P(5, 6, 0)), 1);
-    EXPECT_EQ(getPoint(a, P(4, 8, 3), T(0.25)), P(1, 2, 1.5));
+    EXPECT_TRUE(normal(a, b, c) == P(0, 0, 1) && normal(a, b, P(9, 0, 1)) == o);
+    EXPECT_TRUE(det(P(1, 2, 3), P(0, 1, 4), P(5, 6, 0)) == 1 &&
+                getPoint(a, P(4, 8, 3), T(0.25)) == P(1, 2, 1.5));
     EXPECT_TRUE(above_plane(P(9, 9, 2), a, b, c) == 1 && above_plane(P(9, 9, 2), a, c, b) == 0 &&
                 above_plane(P(9, 9, 1), a, b, c) == 0);
     const P turned = rotate_2d(P(1, 1, 0), T(std::numbers::pi / 2), P(3, 2, 5, 7));
@@ -152,10 +151,11 @@ TYPED_TEST(Queries, BallsThatTouchAreOutsideAndApart) {
             const T excess = c[k] - std::clamp(c[k], T(0), T(4));
             away2 += excess * excess;
         }
-        EXPECT_EQ(ball_within_bounds(c, r, lo, hi), r < depth) << round;
-        EXPECT_EQ(ball_within_bounds(c, r, centre, 2), r < depth) << round;
-        EXPECT_EQ(bounds_overlap_ball(c, r, lo, hi), away2 < r * r) << round;
-        EXPECT_EQ(bounds_overlap_ball(c, r, centre, 2), away2 < r * r) << round;
+        const bool isWithin = r < depth, overlaps = away2 < r * r;
+        EXPECT_TRUE(ball_within_bounds(c, r, lo, hi) == isWithin &&
+                    ball_within_bounds(c, r, centre, 2) == isWithin);
+        EXPECT_TRUE(bounds_overlap_ball(c, r, lo, hi) == overlaps &&
+                    bounds_overlap_ball(c, r, centre, 2) == overlaps);
         EXPECT_EQ(spheres_intersect(lo, c, r * r, other), c.norm2() < (r + other) * (r + other));
     }
 }
@@ -208,9 +208,9 @@ TEST(PlanarQueries, TrianglesAgreeWithWholeNumbers) {
         EXPECT_EQ(isInTriangle(XPnt3d(a), XPnt3d(b), XPnt3d(c), XPnt3d(p)), inside) << round;
         if (least * most != 0) { EXPECT_EQ(PntInTri(p, a, b, c), inside) << round; }
         const int sign = (side > 0) - (side < 0);
-        EXPECT_EQ(left_right(a, b, p), sign) << round;
-        EXPECT_EQ(left_right(XPnt3d(a), XPnt3d(b), XPnt3d(p)), sign) << round;
-        EXPECT_EQ(left_right(a.x, a.y, b.x, b.y, p.x, p.y), sign) << round;
+        EXPECT_TRUE(left_right(a, b, p) == sign &&
+                    left_right(XPnt3d(a), XPnt3d(b), XPnt3d(p)) == sign &&
+                    left_right(a.x, a.y, b.x, b.y, p.x, p.y) == sign);
     }
     EXPECT_TRUE(PntInTri(XPnt3f(2, 2, 0), {0, 0, 0}, {4, 0, 0}, {0, 4, 0}));
 }

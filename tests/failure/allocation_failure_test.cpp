@@ -330,14 +330,17 @@ TEST(AllocationFailure, Blocks) {
 TEST(AllocationFailure, Services) {
     struct File {
         File() { std::ofstream(path.toStdString()) << "[1]=[2]\n3 4\n"; }
-        ~File() { std::filesystem::remove(path.toStdString()); }
+        ~File() {
+            settings = nullptr;  // which may save
+            std::filesystem::remove(path.toStdString());
+        }
         std::string content() {
             std::ifstream in(path.toStdString());
             return {std::istreambuf_iterator(in), {}};
         }
         bool isAsItWas() { return content() == "[1]=[2]\n3 4\n"; }
         bool isAsItWasOrSaved() {
-            settings = nullptr;  // which may save
+            settings = nullptr;
             return content().starts_with("[1]=[2]\n");
         }
         bool open() { return (settings = newZynSetting(QString()))->open(path) == 0; }

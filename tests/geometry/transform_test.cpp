@@ -104,7 +104,7 @@ TEST_F(TransformTest, OperatorsWorkInPlace) {
     EXPECT_EQ(&(m * m), &m);
     const ZynMatrix4d n = m * 2.0;
     EXPECT_TRUE(n[0][1] == 8 && m[0][1] == 4);
-    m + n + n;
+    m + n += n;
     m - n -= n;
     (m += -1.5) *= 2;
     EXPECT_TRUE(m[0][1] == 5 && m[0][0] == -1 && m[1][0] == -3);

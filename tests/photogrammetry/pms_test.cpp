@@ -1,4 +1,5 @@
-// The block: a random walk against a model that searches, the cascades, and bad arguments.
+// The block: a random walk against a model without links, the cascades, bad arguments, and what the
+// sub-tables do beside that.
 #include <zyn/pms.h>
 
 #include <gtest/gtest.h>
@@ -9,7 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "int_lists.h"
+#include "photogrammetry/pms_image_points.h"
+#include "photogrammetry/pms_world_points.h"
 #include "seed.h"
 
 namespace {
@@ -19,6 +21,12 @@ using namespace zyn;
 constexpr int imageCount = 5;
 using Seen = std::vector<std::pair<int, XPnt2d>>;
 
+std::vector<int> list(const ref_ptr<IntArray>& a) { return {a->begin(), a->end()}; }
+ref_ptr<IntArray> listOf(const std::vector<int>& numbers) {
+    ref_ptr<IntArray> result = newIntArray();
+    result->assign(numbers.data(), int(numbers.size()));
+    return result;
+}
 ref_ptr<Pnt2dArray> seenOn(const Seen& seen, int images = imageCount) {
     const ref_ptr<Pnt2dArray> result = newPnt2dArray();
     result->resize(images);
@@ -104,7 +112,7 @@ void PmsTest::addRandomPoint(const XPnt2d& xy, const XPnt3d& xyz) {
     Seen seen;
     Model::Point point{xyz, {}};
     for (int img = 0; img < imageCount; ++img) {
-        if (pick(3) == 0) { continue; }
+        if (pick(img == 4 ? 20 : 3) > 1) { continue; }  // the last one may become empty
         seen.emplace_back(img, xy);
         point.seen[img] = xy;
     }
@@ -329,6 +337,36 @@ TEST_F(PmsTest, BadArgumentsChangeNothing) {
     expectModel();
     t.clear();  // no list of measurements fits a table without images
     EXPECT_EQ(t.addWrdPnt(newPnt2dArray(), xyz) + t.addWrdPnt(newPnt2dArray()), -2);
+}
+
+TEST(PmsSubTableTest, MeasurementsKeepTheirPlaces) {
+    CZynPMSImgPntsTable t;
+    EXPECT_TRUE(t.getCount(3) == -1 && t.getValidCount(3) == -1 && !t.getPnts(3) && !t.getIds(3));
+    EXPECT_EQ(t.add(3, XPnt2d(1, 2), 7) + t.add(3, XPnt2d(), 9), 3);
+    EXPECT_EQ(t.invalidate(3, 0) + t.invalidate(3, 0) + t.invalidate(3, 2), 0);
+    EXPECT_TRUE(t.getCount(3) == 2 && t.getValidCount(3) == 0);
+    EXPECT_EQ(list(t.getIds(3)), (std::vector{-1, 9}));
+    t.clearIds();
+    EXPECT_TRUE(t.getIds(3)->size() == 0 && t.getCount(3) == 2);
+    t.clearPnts();
+    EXPECT_EQ(t.getCount(3), 0);
+}
+
+TEST(PmsSubTableTest, WorldPointsOwnTheirLinks) {
+    CZynPMSWrdPntsTable t;
+    const ref_ptr<IntArray> first = listOf({0, -1, 5}), other = listOf({4});
+    EXPECT_EQ(t.addPnt(XPnt3d(1, 2, 3)) + t.addIds(first.get()), 0);
+    for (const int bad : {-1, 1}) {
+        EXPECT_TRUE(!t.getPnt(bad).isValid() && t.getIds(bad) == nullptr);
+        EXPECT_EQ(t.setPnt(bad, XPnt3d()) + t.invalidatePnt(bad) + t.getValidCount(bad) +
+                      t.setIds(bad, other.get()) + t.resetIds(bad),
+                  -5);
+    }
+    EXPECT_EQ(t.getValidCount(0), 2);
+    EXPECT_EQ(t.setIds(0, other.get()), 0);
+    EXPECT_TRUE(first->referenceCount() == 1 && t.getIds(0) == other);
+    t.clear();  // empties the arrays of links, too
+    EXPECT_TRUE(t.size() == 0 && t.getIdArrays()->size() == 0 && other->size() == 0);
 }
 
 }  // namespace

@@ -49,16 +49,18 @@ TYPED_TEST_SUITE(ArrayFailure, ArrayClasses);
 
 TYPED_TEST(ArrayFailure, LeavesTheArrayAsItWas) {
     using F = Filled<TypeParam>;
-    expectHarmless<F>("append", [](F& f) { f.array->append(f.items[0]); });
-    expectHarmless<F>("append buffer", [](F& f) { f.array->append(f.items.data(), 6); });
-    expectHarmless<F>("append array", [](F& f) { f.array->append(f.other.get()); });
-    expectHarmless<F>("append itself", [](F& f) { f.array->append(f.array.get()); });
-    expectHarmless<F>("insert", [](F& f) { f.array->insert(1, f.items[0]); });
-    expectHarmless<F>("reserve", [](F& f) { f.array->reserve(20); });
-    expectHarmless<F>("resize", [](F& f) { f.array->resize(20); });
-    expectHarmless<F>("assign buffer", [](F& f) { f.array->assign(f.items.data(), 6); });
-    expectHarmless<F>("assign array", [](F& f) { f.array->assign(f.other.get()); });
-    expectHarmless<F>("clone", [](F& f) { ref_ptr(f.array->clone()); });
+    expectHarmless<F>("append", [](F& f) { return f.array->append(f.items[0]) == 5; });
+    expectHarmless<F>("append buffer",
+                      [](F& f) { return f.array->append(f.items.data(), 6) == 10; });
+    expectHarmless<F>("append array", [](F& f) { return f.array->append(f.other.get()) == 10; });
+    expectHarmless<F>("append itself", [](F& f) { return f.array->append(f.array.get()) == 8; });
+    expectHarmless<F>("insert", [](F& f) { return f.array->insert(1, f.items[0]) == 5; });
+    expectHarmless<F>("reserve", [](F& f) { return f.array->reserve(20), true; });
+    expectHarmless<F>("resize", [](F& f) { return f.array->resize(20), true; });
+    expectHarmless<F>("assign buffer",
+                      [](F& f) { return f.array->assign(f.items.data(), 6) == 6; });
+    expectHarmless<F>("assign array", [](F& f) { return f.array->assign(f.other.get()) == 6; });
+    expectHarmless<F>("clone", [](F& f) { return ref_ptr(f.array->clone())->size() == 4; });
 }
 
 }  // namespace

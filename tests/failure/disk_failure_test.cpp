@@ -18,18 +18,19 @@
 #include <functional>
 #include <iterator>
 #include <string>
+#include <string_view>
 
 #include "network.h"
 
 namespace {
-bool lastCallsFail = false;
+std::string_view failing;  // a call by its name
 
 /// What the function of that name behind this program's own says, or a failure.
 template <class Argument>
 int lastCall(const char* name, Argument argument) {
     using Function = int (*)(Argument);
     const int result = reinterpret_cast<Function>(dlsym(RTLD_NEXT, name))(argument);
-    if (!lastCallsFail) { return result; }
+    if (failing != name) { return result; }
     errno = ENOSPC;
     return -1;
 }
@@ -44,32 +45,41 @@ namespace {
 using namespace zyn;
 namespace fs = std::filesystem;
 
-/// LandXML tells when it was written.
-std::string withoutTime(std::string content) {
-    const std::size_t at = content.find(R"(date=")");
-    return at == std::string::npos ? content : content.erase(at, content.find('>', at) - at);
-}
+/// Without the time, which LandXML tells.
 std::string contentOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
-    return withoutTime({std::istreambuf_iterator(file), {}});
+    std::string content{std::istreambuf_iterator<char>(file), {}};
+    const std::size_t at = content.find(R"(date=")");
+    return at == std::string::npos ? content : content.erase(at, content.find('>', at) - at);
 }
 
 struct Writer {
     const char* name;
-    std::function<bool(const std::string&)> write;
+    std::function<bool(const char*)> write;
     bool tells = true;  ///< otherwise the answer is true, whatever happens
 };
 void PrintTo(const Writer& writer, std::ostream* out) { *out << writer.name; }
 
 auto ofNetwork(bool (*writeFile)(IZynDelaunayD*, const char*)) {
-    return [writeFile](const std::string& path) {
+    return [writeFile](const char* path) {
         support::Network<double> net(0, 0, 100, 100);
         for (int i = 1; i < 90; ++i) { net.add(i, 17 * i % 89 + 1, i); }
         testing::internal::CaptureStdout();
-        const bool result = writeFile(net.engine.get(), path.c_str());
+        const bool result = writeFile(net.engine.get(), path);
         testing::internal::GetCapturedStdout();
         return result;
     };
+}
+bool writeSettings(const char* path) {
+    const ref_ptr<IZynSetting> settings = newZynSetting(QString());
+    settings->open(QString::fromLatin1(path));
+    settings->setValue(QStringLiteral("key"), QString(90, QLatin1Char('v')), QString());
+    return settings->save() == 0;
+}
+bool writeManyLines(const char* path) {
+    const ref_ptr<StringArray> lines = newStringArray();
+    for (int i = 0; i < 3000; ++i) { lines->append(QStringLiteral("a line of text\n")); }
+    return writeLines(QString::fromLatin1(path), lines, nullptr);
 }
 const Writer writers[] = {
     {"Binary", ofNetwork([](auto* e, auto* path) { return writeBinary<double>(e, path); })},
@@ -78,20 +88,8 @@ const Writer writers[] = {
     {"Obj", ofNetwork([](auto* e, auto* path) { return writeObj<double>(e, path); })},
     {"Ply", ofNetwork([](auto* e, auto* path) { return writePly<double>(e, path); })},
     {"LandXml", ofNetwork([](auto* e, auto* path) { return writeLandXml<double>(e, path, {}); })},
-    {"Settings",
-     [](const std::string& path) {
-         const ref_ptr<IZynSetting> settings = newZynSetting(QString());
-         settings->open(QString::fromStdString(path));
-         settings->setValue(QStringLiteral("key"), QString(90, QLatin1Char('v')), QString());
-         return settings->save() == 0;
-     }},
-    {"Lines",
-     [](const std::string& path) {
-         const ref_ptr<StringArray> lines = newStringArray();
-         for (int i = 0; i < 3000; ++i) { lines->append(QStringLiteral("a line of text\n")); }
-         return writeLines(QString::fromStdString(path), lines, nullptr);
-     },
-     false},
+    {"Settings", writeSettings},
+    {"Lines", writeManyLines, false},
 };
 
 class DiskFailure : public testing::TestWithParam<Writer> {
@@ -106,8 +104,11 @@ protected:
         fs::permissions(folder, fs::perms::owner_all);
         fs::remove_all(folder);
     }
-    static bool write(const std::string& to) { return GetParam().write(to); }
+    static bool write(const std::string& to) { return GetParam().write(to.c_str()); }
     static bool answerOfFailure() { return !GetParam().tells; }
+    void expectWhole(const std::string& to) {
+        EXPECT_TRUE(write(to) && contentOf(path) == whole) << to;
+    }
 
     static constexpr const char* old = "[old]\n";
     const std::string folder, path;
@@ -118,28 +119,29 @@ TEST_P(DiskFailure, FullDisks) {
     rlimit unlimited = {};
     getrlimit(RLIMIT_FSIZE, &unlimited);
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    const auto expectFailure = [&](std::size_t room, bool lastCalls) {
+    const auto expectFailure = [&](std::size_t room, const char* call = "") {
         std::ofstream(path) << old;
         const rlimit full{room, unlimited.rlim_max};
         setrlimit(RLIMIT_FSIZE, &full);
-        lastCallsFail = lastCalls;
+        failing = call;
         const bool answer = write(path);
-        lastCallsFail = false;
+        failing = {};
         setrlimit(RLIMIT_FSIZE, &unlimited);
-        EXPECT_EQ(answer, answerOfFailure()) << room;
-        EXPECT_EQ(contentOf(path), old) << room;
+        EXPECT_EQ(answer, answerOfFailure()) << room << call;
+        EXPECT_EQ(contentOf(path), old) << room << call;
         EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << "something is left";
     };
     for (const std::size_t room : {std::size_t(0), whole.size() / 2, whole.size() - 1}) {
-        expectFailure(room, false);
+        expectFailure(room);
     }
-    expectFailure(2 * whole.size(), true);
+    expectFailure(2 * whole.size(), "fclose");
+    expectFailure(2 * whole.size(), "fsync");
     std::signal(SIGXFSZ, handler);
-    EXPECT_TRUE(write(path) && contentOf(path) == whole);
+    expectWhole(path);
     fs::remove(path);
-    lastCallsFail = true;
+    failing = "fclose";
     EXPECT_EQ(write(path), answerOfFailure());
-    lastCallsFail = false;
+    failing = {};
     EXPECT_EQ(contentOf(path), "") << "a part is left";
 }
 
@@ -148,53 +150,51 @@ TEST_P(DiskFailure, Places) {
          {std::string("/dev/full"), folder, folder + "/no/file", std::string()}) {
         EXPECT_EQ(write(to), answerOfFailure()) << to;
     }
-    const std::string fifo = folder + "/fifo", link = folder + "/link";
+    const std::string fifo = folder + "/fifo", link = folder + "/link", drained = folder + "/drain";
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     const int end = ::open(fifo.c_str(), O_RDWR | O_NONBLOCK);
     EXPECT_TRUE(write(fifo));
     std::string arrived(100000, '\0');
-    const ssize_t size = ::read(end, arrived.data(), arrived.size());
-    arrived.resize(size > 0 ? std::size_t(size) : 0);
-    EXPECT_TRUE(
-        withoutTime(arrived).starts_with(whole));  // settings come a second time at their end
+    arrived.resize(std::size_t(std::max(::read(end, arrived.data(), arrived.size()), ssize_t(0))));
     ::close(end);
-    EXPECT_TRUE(fs::is_fifo(fifo));
+    std::ofstream(drained) << arrived;
+    // Settings come a second time at their end.
+    EXPECT_TRUE(contentOf(drained).starts_with(whole) && fs::is_fifo(fifo));
 
     fs::permissions(path, fs::perms(0640));
     fs::create_symlink(path, link);
-    EXPECT_TRUE(write(link) && fs::is_symlink(link) && contentOf(path) == whole);
-    EXPECT_EQ(fs::status(path).permissions(), fs::perms(0640));
+    expectWhole(link);
+    EXPECT_TRUE(fs::is_symlink(link) && fs::status(path).permissions() == fs::perms(0640));
 
     const std::string second = folder + "/second", longName = folder + '/' + std::string(250, 'n');
     fs::create_hard_link(path, second);
     std::ofstream(path) << old;
-    EXPECT_TRUE(write(second) && contentOf(path) == whole);
+    expectWhole(second);
     EXPECT_TRUE(write(longName) && write(longName) && contentOf(longName) == whole);
     fs::remove(path);
-    EXPECT_TRUE(write(link) && fs::is_symlink(link) && contentOf(path) == whole);
+    expectWhole(link);
+    EXPECT_TRUE(fs::is_symlink(link));
 }
 
 TEST_P(DiskFailure, Permissions) {
-    const uid_t user = geteuid();
-    // Root may do everything, so another user does it.
-    const auto writeAsUser = [user](const std::string& to) {
-        EXPECT_TRUE(user != 0 || seteuid(65534) == 0);
-        const bool answer = write(to);
-        EXPECT_TRUE(user != 0 || seteuid(user) == 0);
-        return answer;
+    const uid_t user = geteuid(), other = user == 0 ? 65534 : user;
+    // Root may do everything, so another user does it, to his own file.
+    ASSERT_EQ(chown(path.c_str(), other, gid_t(-1)), 0);
+    const auto expectAsUser = [&](const std::string& to, bool answer, const std::string& content) {
+        EXPECT_EQ(seteuid(other), 0);
+        EXPECT_EQ(write(to), answer);
+        EXPECT_EQ(seteuid(user), 0);
+        EXPECT_EQ(contentOf(path), content);
     };
     fs::permissions(testing::TempDir(), fs::perms::all, fs::perm_options::add);
     fs::permissions(path, fs::perms(0444));
     fs::permissions(folder, fs::perms(0777));
-    EXPECT_EQ(writeAsUser(path), answerOfFailure());
-    EXPECT_EQ(contentOf(path), old);
+    expectAsUser(path, answerOfFailure(), old);
     fs::permissions(folder, fs::perms(0555));
-    EXPECT_EQ(writeAsUser(folder + "/new"), answerOfFailure());
-    EXPECT_EQ(writeAsUser(path), answerOfFailure());
-    EXPECT_EQ(contentOf(path), old);
+    expectAsUser(folder + "/new", answerOfFailure(), old);
+    expectAsUser(path, answerOfFailure(), old);
     fs::permissions(path, fs::perms(0666));
-    EXPECT_TRUE(writeAsUser(path));
-    EXPECT_EQ(contentOf(path), whole);
+    expectAsUser(path, true, whole);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, DiskFailure, testing::ValuesIn(writers),

@@ -10,15 +10,15 @@
 #include "failing_allocation.h"
 
 /// Runs the operation with memory for no allocation, for one, for two and so on until it is enough. Each
-/// time it works on a new Object, of which `isSound` must hold after the failure; then it must succeed,
-/// and nothing may be lost.
+/// time it works on a new Object, of which `isSound` must hold after the failure; then it must answer
+/// true, and nothing may be lost.
 template <class Object>
-void expectHarmless(const char* name, const std::function<void(Object&)>& run,
+void expectHarmless(const char* name, const std::function<bool(Object&)>& run,
                     bool (Object::*isSound)() = &Object::isAsItWas) {
     SCOPED_TRACE(name);
     {
         Object object;
-        run(object);  // afterwards there is what is made once and kept, such as codecs
+        ASSERT_TRUE(run(object));  // afterwards there is what is made once and kept, such as codecs
     }
     for (int successes = 0;; ++successes) {
         SCOPED_TRACE("after " + std::to_string(successes) + " allocations");
@@ -28,12 +28,12 @@ void expectHarmless(const char* name, const std::function<void(Object&)>& run,
             Object object;
             try {
                 const support::FailingAllocation memory(successes);
-                run(object);
+                ASSERT_TRUE(run(object));
                 ASSERT_FALSE(memory.hasFailed()) << "nobody was told";
             } catch (const std::bad_alloc&) { hasFailed = true; }
             if (hasFailed) {
                 ASSERT_TRUE((object.*isSound)());
-                run(object);
+                ASSERT_TRUE(run(object));
             }
         }
         ASSERT_EQ(support::liveBlocks(), before);

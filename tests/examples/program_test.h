@@ -7,32 +7,35 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <set>
-#include <sstream>
 #include <string>
-#include <vector>
 
 namespace fs = std::filesystem;
+using Names = std::multiset<std::string>;
 
 inline std::string contentsOf(const fs::path& path) {
-    std::ostringstream contents;
-    contents << std::ifstream(path, std::ios::binary).rdbuf();
-    return contents.str();
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator(file), {}};
 }
 
-inline std::vector<std::string> linesOf(const std::string& text) {
-    std::istringstream stream(text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);) { lines.push_back(line); }
+/// The lines of the file that begin so.
+inline Names linesOf(const fs::path& path, const std::string& beginning) {
+    std::ifstream file(path);
+    Names lines;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with(beginning)) { lines.insert(line); }
+    }
     return lines;
 }
 
-inline testing::AssertionResult contains(const std::string& text, const std::string& part) {
-    if (text.find(part) != std::string::npos) { return testing::AssertionSuccess(); }
-    return testing::AssertionFailure() << "'" << part << "' is not in:\n" << text;
+inline void expectParts(const std::string& text, std::initializer_list<std::string> parts) {
+    for (const std::string& part : parts) {
+        EXPECT_NE(text.find(part), std::string::npos) << "'" << part << "' is not in:\n" << text;
+    }
 }
 
-/// Runs the program in a folder of the test's own.
+/// Runs a program in a folder of the test's own.
 class ProgramTest : public testing::Test {
 protected:
     struct Result {
@@ -40,15 +43,9 @@ protected:
         std::string out, err;
     };
 
-    explicit ProgramTest(std::string program_)
-        : program(std::move(program_)),
-          folder(fs::path(testing::TempDir()) /
-                 (fs::path(program).filename().string() + "_example_" +
-                  testing::UnitTest::GetInstance()->current_test_info()->name())) {
-        fs::remove_all(folder);
+    explicit ProgramTest(std::string program_) : program(std::move(program_)) {
         fs::create_directories(folder);
     }
-    ~ProgramTest() override { fs::remove_all(folder); }
 
     void write(const std::string& name, const std::string& contents) const {
         std::ofstream(folder / name, std::ios::binary) << contents;
@@ -61,10 +58,17 @@ protected:
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(folder / "stdout"),
                 contentsOf(folder / "stderr")};
     }
-    std::set<std::string> outFiles() const {
-        std::set<std::string> names;
-        if (!fs::is_directory(folder / "out")) { return names; }
-        for (const auto& entry : fs::directory_iterator(folder / "out")) {
+    /// Runs the program, which does its work, and gives its report.
+    std::string report(const std::string& arguments) const {
+        const Result result = run(arguments);
+        EXPECT_EQ(result.exitCode, 0) << arguments;
+        EXPECT_EQ(result.err, "") << "no progress bar away from a terminal";
+        return result.out;
+    }
+    Names outFiles() const {
+        Names names;
+        std::error_code none;
+        for (const auto& entry : fs::directory_iterator(folder / "out", none)) {
             names.insert(entry.path().filename());
         }
         return names;
@@ -73,29 +77,23 @@ protected:
     void expectFailure(const Result& result, const std::string& message, int exitCode = 1) const {
         EXPECT_EQ(result.exitCode, exitCode) << message;
         EXPECT_EQ(result.out, "") << message;
-        EXPECT_EQ(linesOf(result.err).size(), 1U) << result.err;
-        EXPECT_TRUE(contains(result.err, message));
-        EXPECT_EQ(outFiles(), std::set<std::string>()) << message;
+        EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
+        expectParts(result.err, {fs::path(program).filename().string() + ": ", message});
+        EXPECT_EQ(outFiles(), Names()) << message;
     }
-
     void expectWrongUsage(const std::string& arguments, const std::string& message) const {
         expectFailure(run(arguments), message, 2);
     }
     /// Checks --help, which explains the exit codes, and what is wrong usage of every program.
     void expectHelp() const {
         const std::string name = fs::path(program).filename();
-        const Result help = run("--help");
-        EXPECT_EQ(help.exitCode, 0);
-        EXPECT_EQ(help.err, "");
-        for (const std::string& part :
-             {"usage: " + name + " INPUT", "\nexample: " + name + " data/",
-              std::string("\nexit code: 0 done, 1 a failure")}) {
-            EXPECT_TRUE(contains(help.out, part));
-        }
-        expectWrongUsage("", name + ": INPUT is missing; see " + name + " --help");
+        expectParts(report("--help"), {"usage: " + name + " INPUT", "\nexample: " + name + " data/",
+                                       "\nexit code: 0 done, 1 a failure"});
+        expectWrongUsage("", "INPUT is missing; see " + name + " --help");
         expectWrongUsage("input --ouT", "unknown option '--ouT'");
     }
 
     const std::string program;
-    const fs::path folder;
+    const fs::path folder = fs::path(testing::TempDir()) /
+                            testing::UnitTest::GetInstance()->current_test_info()->name();
 };

@@ -30,10 +30,11 @@ std::vector<double> numbersIn(std::istream&& text) {
 template <class Real, class Engine>
 void expectReads(Engine* made) {
     const ref_ptr<Engine> engine = made;
+    std::vector<XPnt3<Real>> points;
     for (int i = 0; i < 60; ++i) {  // coordinates that six digits tell
-        XPnt3<Real> p(Real(i % 8), Real(i / 8) + Real(i % 8) / 16, Real(i) / 8);
-        engine->addPoint(&p, 0);
+        points.emplace_back(Real(i % 8), Real(i / 8) + Real(i % 8) / 16, Real(i) / 8);
     }
+    for (auto& p : points) { engine->addPoint(&p, 0); }
     const std::string binary = testing::TempDir() + "binary", text = testing::TempDir() + "text";
     ASSERT_TRUE(writeBinary<Real>(engine.get(), binary.c_str()));
     ASSERT_TRUE(writeText<Real>(engine.get(), text.c_str()));

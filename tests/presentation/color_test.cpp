@@ -72,18 +72,4 @@ TEST(Blend, IsThatOfTheReferenceEverywhere) {
     }
 }
 
-TEST(Blend, KnownColors) {
-    constexpr std::uint32_t red = 0xFF, green = 0xFF00, blue = 0xFF0000, white = 0xFFFFFF;
-    const struct {
-        std::size_t mode;
-        std::uint32_t from, to, half;
-    } known[] = {{0, 0, white, 0x007F7F7F},  {2, 0, white, 0x007F7F7F}, {5, red, blue, green},
-                 {5, red, green, 0x00FFFF},  {8, red, blue, green},     {8, red, green, blue},
-                 {6, red, blue, 0x00FF00FF}, {6, red, green, blue},     {7, red, blue, 0x00FF00FF},
-                 {7, red, green, 0x00FFFF}};
-    for (const auto& k : known) {
-        EXPECT_EQ(blends[k.mode](k.from, k.to, 0.5F, 0, 1), k.half) << k.mode;
-    }
-}
-
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <regex>
 
 #include "file_test.h"
 
@@ -30,12 +31,9 @@ TEST_F(ServicesTest, LogLinesGoToTheFileOrTheConsole) {
     std::fflush(stdout);
     const std::string lines = content();
     const QString other = readLines(second, nullptr)->get(0);
-    std::string pattern = lines;
-    std::replace_if(
-        pattern.begin(), pattern.end(), [](char c) { return c >= '0' && c <= '9'; }, '#');
-    const std::string time = "####-##-## ##:##:##";
-    EXPECT_EQ(pattern,
-              "[INFO]" + time + "  %s%n\n[FATAL]" + time + " calc f\n[WARN]" + time + " calc w\n");
+    const std::regex time(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d)");
+    EXPECT_EQ(std::regex_replace(lines, time, "T"),
+              "[INFO]T  %s%n\n[FATAL]T calc f\n[WARN]T calc w\n");
     EXPECT_TRUE(other.startsWith(q("[ERROR]")) && other.endsWith(q(" calc e")));
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               lines.substr(lines.find("[WARN]")) + other.toStdString() + '\n');
@@ -69,18 +67,13 @@ TEST_F(ServicesTest, SettingsComeBack) {
     EXPECT_EQ(content(), "[A]=[2]\n[a]=[1]\n[late]=[3]\n");  // saved at the end
     const ref_ptr<IZynSetting> settings = newZynSetting(QString());
     settings->setValue(q("kept"), q("k"), QString());
-    EXPECT_EQ(settings->open(write("[K]=[ v ]\r\n[E]=[]\nnone\n[\xE9]=[\xFF]\nP=w\n[K2]=[a=b]\n"
-                                   "[A]=[old]\n[A]=[new]\n[cut]=[off")),
-              0);
-    for (const auto& [key, value] : {std::pair("K", "v"),
-                                     {"P", "w"},
-                                     {"K2", "a"},
-                                     {"A", "new"},
-                                     {"kept", "k"},
-                                     {"cut", "off"}}) {
-        EXPECT_EQ(settings->getValueText(q(key)), q(value));
-    }
-    EXPECT_TRUE(settings->getValue(q("E")).isNull());
+    EXPECT_EQ(
+        settings->open(write("[K]=[ v ]\r\n[E]=[]\nnone\nP=w\n[K2]=[a=b]\n[A]=[old]\n[A]=[new]\n"
+                             "[cut]=[off")),
+        0);
+    EXPECT_TRUE(settings->getValue(q("E")).isNull() && settings->getValueText(q("P")) == q("w"));
+    EXPECT_EQ(settings->save(), 0);
+    EXPECT_EQ(content(), "[A]=[new]\n[K]=[v]\n[K2]=[a]\n[P]=[w]\n[cut]=[off]\n[kept]=[k]\n");
     for (const std::string& none : {std::string(), testing::TempDir(), path + "/no"}) {
         EXPECT_TRUE(settings->open(q(none)) == -1 && settings->save() == -1);
     }
@@ -88,17 +81,13 @@ TEST_F(ServicesTest, SettingsComeBack) {
 
 TEST(Services, SlotsAreIndependent) {
     const ref_ptr<IZynVariant> v = newZynVarint();
-    EXPECT_TRUE(!v->isValid() && v->getLong() == -99999 && v->getFloat() == -99999);
-    EXPECT_TRUE(v->getString().isNull() && v->getInt() == -99999);
+    EXPECT_TRUE(!v->isValid() && v->getLong() == -99999 && v->getString().isNull());
     v->setInt(5);
     v->setType(3);
     v->setLong(1LL << 40);
-    v->setString(q("x"));
     v->setFloat(0.5F);
     EXPECT_TRUE(v->isValid() && v->getInt() == 5 && v->getDouble() == -99999);
-    v->setDouble(0.1);
-    EXPECT_TRUE(v->getLong() == 1LL << 40 && v->getString() == q("x"));
-    EXPECT_TRUE(v->getFloat() == 0.5F && v->getDouble() == 0.1);
+    EXPECT_TRUE(v->getLong() == 1LL << 40 && v->getFloat() == 0.5F);
 
     const ref_ptr<IZynGUID> id = new IZynGUID;
     EXPECT_TRUE(!id->isValid() && id->toString() == q("0-0-0-"));

@@ -81,16 +81,13 @@ protected:
         expectParts(result.err, {fs::path(program).filename().string() + ": ", message});
         EXPECT_EQ(outFiles(), Names()) << message;
     }
-    void expectWrongUsage(const std::string& arguments, const std::string& message) const {
-        expectFailure(run(arguments), message, 2);
-    }
     /// Checks --help, which explains the exit codes, and what is wrong usage of every program.
     void expectHelp() const {
         const std::string name = fs::path(program).filename();
         expectParts(report("--help"), {"usage: " + name + " INPUT", "\nexample: " + name + " data/",
                                        "\nexit code: 0 done, 1 a failure"});
-        expectWrongUsage("", "INPUT is missing; see " + name + " --help");
-        expectWrongUsage("input --ouT", "unknown option '--ouT'");
+        expectFailure(run(""), "INPUT is missing; see " + name + " --help", 2);
+        expectFailure(run("input --ouT"), "unknown option '--ouT'", 2);
     }
 
     const std::string program;

@@ -53,7 +53,7 @@ TEST_F(BlockExample, NamesTheFileAndTheLineOfBadInput) {
         expectFailure(run("input out"), message);
     }
     expectHelp();
-    expectWrongUsage("input out more", "not 'more' too");
+    expectFailure(run("input out more"), "not 'more' too", 2);
 }
 
 TEST_F(ClassesExample, DrawsTheShippedTerrain) {

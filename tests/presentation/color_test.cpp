@@ -22,14 +22,11 @@ TEST(Color, HsvAtItsEnds) {
     EXPECT_TRUE(h == 300 && s == 1 && v == 1);
     RGB2HSV(0x00FFFFFF, h, s, v);
     EXPECT_TRUE(h == 0 && s == 0 && v == 0.99609375);
-    const struct {
-        double h, s, v;
-        std::uint32_t rgb;
-    } known[] = {{240, 1, 1, 0x00FF0000},
-                 {360, 1, 1, 0x000000FF},
-                 {std::nextafter(360.0, 0.0), 1, 1, 0x000000FF},
-                 {0, 0, 0.5, 0x007F7F7F}};  // 127.5 goes down
-    for (const auto& k : known) { EXPECT_EQ(HSV2RGB(k.h, k.s, k.v), k.rgb); }
+    EXPECT_EQ(HSV2RGB(240, 1, 1), 0x00FF0000U);
+    for (const double red : {0.0, std::nextafter(360.0, 0.0), 360.0}) {
+        EXPECT_EQ(HSV2RGB(red, 1, 1), 0x000000FFU);
+    }
+    EXPECT_EQ(HSV2RGB(0, 0, 0.5), 0x007F7F7FU);  // 127.5 goes down
     const double nan = std::nan("");
     const double bad[][3] = {{-1, 1, 1},  {361, 1, 1}, {0, 1.5, 1}, {0, 1, -0.1},
                              {nan, 1, 1}, {0, nan, 1}, {0, 1, nan}};

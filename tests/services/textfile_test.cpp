@@ -6,7 +6,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cmath>
 #include <limits>
 #include <thread>
@@ -112,9 +111,8 @@ TEST_F(BadInputTest, UnreadableFilesGiveNothing) {
 TEST_F(BadInputTest, FilesThatShrinkEndEarlier) {
     const std::string text(1 << 22, '\n');
     EXPECT_EQ(getTxtFileLineNum(write(text), nullptr), 1 << 22);
-    std::atomic<bool> done = false;
-    std::thread other([&] {
-        while (!done) {
+    const std::jthread other([&](const std::stop_token& stop) {
+        while (!stop.stop_requested()) {
             fs::resize_file(path, 1000);
             fs::resize_file(path, text.size());
         }
@@ -125,8 +123,6 @@ TEST_F(BadInputTest, FilesThatShrinkEndEarlier) {
         (void)readPnt2dArray(q(path), points, nullptr);
         (void)readLines(q(path), nullptr);
     }
-    done = true;
-    other.join();
 }
 
 TEST_F(BadInputTest, WhatIsReadableIsRead) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -32,6 +31,7 @@ protected:
     };
 
     explicit ProgramTest(std::string program_) : program(std::move(program_)) {
+        fs::remove_all(folder);
         fs::create_directories(folder);
     }
 
@@ -40,14 +40,15 @@ protected:
     }
     /// What a command prints in the folder.
     std::string shell(const std::string& command) const {
-        status = std::system(("cd '" + folder.string() + "'; (" + command + ") >answer").c_str());
+        const std::string line = "cd '" + folder.string() + "'; (" + command + ") >answer";
+        (void)std::system(line.c_str());
         return contentsOf(folder / "answer");
     }
     /// `before` is put in front of the program in the shell's line.
     Result run(const std::string& arguments, const std::string& before = "") const {
-        const std::string out = shell(before + " '" + program + "' " + arguments + " 2>errors");
-        const int exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        return {exitCode, out, contentsOf(folder / "errors")};
+        const std::string out =
+            shell(before + " '" + program + "' " + arguments + " 2>errors; echo $? >code");
+        return {std::stoi(contentsOf(folder / "code")), out, contentsOf(folder / "errors")};
     }
     /// Runs the program, which does its work, and gives its report.
     std::string report(const std::string& arguments) const {
@@ -74,7 +75,6 @@ protected:
         expectFailure(run("input --ouT"), "unknown option '--ouT'", 2);
     }
 
-    mutable int status = 0;  ///< of the last command
     const std::string program;
     const fs::path folder = fs::path(testing::TempDir()) /
                             testing::UnitTest::GetInstance()->current_test_info()->name();

@@ -66,6 +66,7 @@ TEST_F(ClassesExample, DrawsTheShippedTerrain) {
 TEST_F(HostExample, LogsAndRemembers) {
     expectHelp();
     expectFailure(run("missing out"), "missing: No such file or directory\n");
+    EXPECT_FALSE(fs::exists(folder / "out"));
     std::string points = "x y\n";
     for (int i = 0; i < 70000; ++i) { points += std::to_string(i) + " 0.5\n"; }
     write("points", points);

@@ -4,9 +4,10 @@
 #include <zyn/setting.h>
 #include <zyn/variant.h>
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <cstdio>
-#include <regex>
 
 #include "file_test.h"
 
@@ -31,9 +32,9 @@ TEST_F(ServicesTest, LogLinesGoToTheFileOrTheConsole) {
     std::fflush(stdout);
     const std::string lines = content();
     const QString other = readLines(second, nullptr)->get(0);
-    const std::regex time(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d)");
-    EXPECT_EQ(std::regex_replace(lines, time, "T"),
-              "[INFO]T  %s%n\n[FATAL]T calc f\n[WARN]T calc w\n");
+    const QRegularExpression time(q(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d)"));
+    EXPECT_EQ(q(lines).replace(time, q("T")),
+              q("[INFO]T  %s%n\n[FATAL]T calc f\n[WARN]T calc w\n"));
     EXPECT_TRUE(other.startsWith(q("[ERROR]")) && other.endsWith(q(" calc e")));
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               lines.substr(lines.find("[WARN]")) + other.toStdString() + '\n');

@@ -59,7 +59,7 @@ void runPool(Bytes& bytes) {
         FUZZ_REQUIRE(pool->size() == model.size() && pool->at(model.size()) == nullptr);
         FUZZ_REQUIRE(pool->blockCount() ==
                      std::max<std::size_t>(1, (model.size() + blockSize - 1) / blockSize));
-        if (!model.empty()) { pool->rewindBlocks(); }
+        pool->rewindBlocks();
         std::size_t walked = 0;
         for (std::size_t part = 0; (part = pool->currentBlockSize()) > 0; walked += part) {
             int* const block = pool->nextBlock();

@@ -86,8 +86,8 @@ TEST(Matrix, ShapesChangeAndRefuse) {
     EXPECT_TRUE(m->setSize(3, 2, m->getRef(1, 2)) && m->get(2, 1) == 7);  // of its own
     EXPECT_FALSE(m->setSize(0, 5) || m->setSize(5, -1) || m->set(3, 0, 1) || m->set(0, -1, 1));
     EXPECT_THROW(m->setSize(1 << 30, 1 << 30), std::bad_alloc);
-    EXPECT_EQ(m->sum(), 42);
-    EXPECT_TRUE(m->assign(m.get()) && m->assign(matrix<double>(m->rows(), 1)));
+    EXPECT_TRUE(m->assign(m.get()) && m->sum() == 42);
+    EXPECT_TRUE(m->assign(matrix<double>(m->rows(), 1)));
     EXPECT_EQ(m->sum() * 10 + m->cols(), 1);
     EXPECT_FALSE(m->assign(static_cast<MatrixDbl*>(nullptr)) || m->minorOf(0, 0));
     EXPECT_TRUE(m->setSize(2, 2, 5) && m->setIdentity());

@@ -50,7 +50,7 @@ TEST_F(SurfaceExample, MakesASurfaceOfTheShippedTerrain) {
 
 TEST_F(SurfaceExample, ReadsLinesOfPointsAndGridsOfCells) {
     const char* const lines[] = {
-        "\xEF\xBB\xBFx;y;z\r\n0,0,1\r\n8,0,2\r\n\r\n0,8,3\r\n",
+        "\xEF\xBB\xBF\t0,0,1\r\nx;y;z\r\n8,0,2\r\n\r\n0,8,3\r\n",
         "# hill\n0\t0\t1\t255 grey\n 8 \t0  2 7\n0 8 +3",
         "name\n0.0 , 0e0 , 1.\n8,0,2,near, the wall\n0,.8e1,3,\n",
     };

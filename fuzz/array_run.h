@@ -17,6 +17,12 @@
 
 using namespace zyn;
 
+/// Few rows, so that an array holds them more than once.
+inline const std::vector<ref_ptr<IntArray>>& rows() {
+    static const std::vector<ref_ptr<IntArray>> made{newIntArray(), newIntArray(), newIntArray()};
+    return made;
+}
+
 template <class E>
 E element(Bytes& bytes) {
     if constexpr (std::same_as<E, QString>) {
@@ -24,10 +30,8 @@ E element(Bytes& bytes) {
     } else if constexpr (std::same_as<E, XPnt3d>) {
         return {double(bytes.take()), 1, 2};
     } else if constexpr (std::same_as<E, IntArray*>) {
-        // Few rows, so that an array holds them more than once, and null.
-        static const ref_ptr<IntArray> rows[] = {newIntArray(), newIntArray(), newIntArray()};
-        const int row = bytes.below(4);
-        return row == 3 ? nullptr : rows[row].get();
+        const std::size_t row = std::size_t(bytes.below(4));
+        return row == rows().size() ? nullptr : rows()[row].get();
     } else {
         return bytes.take<E>();
     }
@@ -39,48 +43,88 @@ void setPlain(E& element) {
     if constexpr (!std::is_pointer_v<E>) { element = E(); }
 }
 
+/// A row is counted once for each place in the array, and here.
+template <class E>
+void requireCounts(const std::vector<E>& model) {
+    if constexpr (std::is_pointer_v<E>) {
+        for (const auto& row : rows()) {
+            const auto places = std::count(model.begin(), model.end(), row.get());
+            FUZZ_REQUIRE(row->referenceCount() == 1 + places);
+        }
+    }
+}
+
 template <class Array>
 void runArray(Bytes& bytes, ref_ptr<Array> array) {
     using E = typename Array::value_type;
     std::vector<E> model;
+    int room = 0;
     while (!bytes.isEmpty() && model.size() < 5000) {
-        const int size = int(model.size()), kind = bytes.below(10), at = bytes.take() % (size + 1);
+        const int size = int(model.size()), drawn = bytes.below(14);
+        const int kind = size == 0 && drawn >= 8 && drawn <= 10 ? 13 : drawn;
+        const int at = bytes.take() % (size + 1), place = size == 0 ? 0 : at % size;
         const int to = at + bytes.take() % (size - at + 1), index = bytes.take<short>();
         const std::vector<E> before = model;
         std::vector<E> items(std::size_t(bytes.below(10)));
         for (E& item : items) { item = element<E>(bytes); }
         const E value = element<E>(bytes);
-        const auto place = model.begin() + at;
         // Rows that a resize cuts off keep their counts, and would never go.
         const int rest = index % 256,
                   wanted = std::is_pointer_v<E> && rest >= 0 && rest < size ? size : rest;
         try {
+            int answer = -1;
             switch (kind) {
-            case 0: array->append(items.data(), int(items.size())); break;
-            case 1: array->append(array.get()); break;
+            case 0: answer = array->append(items.data(), int(items.size())); break;
+            case 1: answer = array->append(array.get()); break;
             case 2: array->removeRange(at, to); break;
             case 3: array->resize(wanted); break;
             case 4: array->reserve(index); break;
             case 5: array = ref_ptr(array->clone()); break;
-            case 6: array->assign(items.data(), int(items.size())); break;
+            case 6: answer = array->assign(items.data(), int(items.size())); break;
             case 7: setPlain(array->getRef(index)); break;
-            default: array->insert(at, value);
+            case 8: array->removeFirst(); break;
+            case 9: array->removeLast(); break;
+            case 10: array->removeAt(place); break;
+            case 11: array->removeAll(); break;
+            case 12: answer = array->append(value); break;
+            default: answer = array->insert(at, value);
             }
             switch (kind) {
             case 0: model.insert(model.end(), items.begin(), items.end()); break;
             case 1: model.insert(model.end(), before.begin(), before.end()); break;
-            case 2: model.erase(place, model.begin() + to); break;
+            case 2: model.erase(model.begin() + at, model.begin() + to); break;
             case 3: model.resize(std::size_t(wanted)); break;
             case 4:
             case 5: break;
             case 6: model = items; break;
             case 7: setPlain(model.at(std::size_t(index))); break;
-            default: model.insert(place, value);
+            case 8: model.erase(model.begin()); break;
+            case 9: model.pop_back(); break;
+            case 10: model.erase(model.begin() + place); break;
+            case 11: model.clear(); break;
+            case 12: model.push_back(value); break;
+            default: model.insert(model.begin() + at, value);
             }
+            FUZZ_REQUIRE(answer == -1 || answer == int(model.size()));
         } catch (const std::out_of_range&) {
             FUZZ_REQUIRE(kind == 7 && (index < 0 || index >= size));
         } catch (const std::length_error&) { FUZZ_REQUIRE((kind == 3 || kind == 4) && index < 0); }
-        FUZZ_REQUIRE(array->size() == int(model.size()) && array->capacity() >= array->size());
+
+        const int now = int(model.size());
+        const auto half = [&room] { return room + room / 2; };
+        switch (kind) {
+        case 3: room = now > room ? std::max(now, half()) : room; break;
+        case 4: room = std::max(room, index); break;
+        case 5: room = now; break;
+        case 6: room = std::max(room, now); break;
+        default:
+            while (room < now) { room = std::max(room + 1, half()); }
+        }
+        FUZZ_REQUIRE(array->size() == now && array->capacity() == room);
+        FUZZ_REQUIRE((array->begin() == nullptr) == (room == 0));
+        const bool isNull = now == 0 && !std::is_pointer_v<E>;
+        FUZZ_REQUIRE(array->data() == (isNull ? nullptr : array->begin()));
         FUZZ_REQUIRE(std::equal(array->begin(), array->end(), model.begin()));
+        requireCounts(model);
     }
 }

@@ -24,36 +24,55 @@ double number(Bytes& bytes) {
                         : bytes.take<double>();
 }
 
-/// Blocks hold 65536.
 void runPool(Bytes& bytes) {
+    constexpr std::size_t blockSize = 65536;
     const ref_ptr<IntPool> pool = newIntPool();
     std::vector<int> model;
+    std::vector<int*> starts;  // of the blocks, which stay
     for (int n = 0; n < 20 && !bytes.isEmpty() && model.size() < 200000; ++n) {
-        const int kind = bytes.below(6), value = bytes.take<int>();
+        const int kind = bytes.below(9), value = bytes.take<int>();
         std::vector<int> items(bytes.take<std::uint16_t>() * std::size_t(bytes.below(3)), value);
-        if (kind > 3) { items = {value}; }
+        if (kind > 6) { items = {value}; }
         if (kind == 3) { items = model; }
+        if (kind == 2 || kind == 4) { model = items = {}; }
+        const std::size_t count = items.size();
+        const int number = int(count);
+        std::vector<int*> pointers;
+        for (int& item : items) { pointers.push_back(&item); }
+        const ref_ptr<IntPool> other = newIntPool();
+        other->append(items);
+        (void)other->next();
         switch (kind) {
-        case 0: pool->append(items); break;
-        case 1: (void)pool->append(items.data(), int(items.size())); break;
+        case 0: FUZZ_REQUIRE(pool->append(items) == count); break;
+        case 1:
+            FUZZ_REQUIRE(pool->append(items.data(), number) == (number > 0 ? number : -1));
+            break;
         case 2: pool->clear(); break;
-        case 3: pool->append(pool.get()); break;
+        case 3: FUZZ_REQUIRE(pool->append(pool.get()) == count); break;
+        case 4: pool->removeAll(); break;
+        case 5: FUZZ_REQUIRE(pool->append(pointers) == count); break;
+        case 6: FUZZ_REQUIRE(pool->append(other.get()) == count); break;
         default: FUZZ_REQUIRE(pool->contains(pool->append(value)));
         }
-        if (kind == 2) { model = items = {}; }
         model.insert(model.end(), items.begin(), items.end());
+        if (model.empty()) { starts.clear(); }
         FUZZ_REQUIRE(pool->size() == model.size() && pool->at(model.size()) == nullptr);
+        FUZZ_REQUIRE(pool->blockCount() ==
+                     std::max<std::size_t>(1, (model.size() + blockSize - 1) / blockSize));
         pool->rewindBlocks();
         std::size_t walked = 0;
-        for (std::size_t count = 0; (count = pool->currentBlockSize()) > 0; walked += count) {
-            const int* const block = pool->nextBlock();
-            FUZZ_REQUIRE(block == pool->at(walked));
-            FUZZ_REQUIRE(std::memcmp(block, &model[walked], count * sizeof *block) == 0);
+        for (std::size_t part = 0; (part = pool->currentBlockSize()) > 0; walked += part) {
+            int* const block = pool->nextBlock();
+            if (walked / blockSize == starts.size()) { starts.push_back(block); }
+            FUZZ_REQUIRE(block == pool->at(walked) && block == starts[walked / blockSize]);
+            FUZZ_REQUIRE(pool->contains(block) && !pool->contains(block + part));
+            FUZZ_REQUIRE(std::memcmp(block, &model[walked], part * sizeof *block) == 0);
         }
-        FUZZ_REQUIRE(walked == model.size());
+        FUZZ_REQUIRE(walked == model.size() && pool->nextBlock() == nullptr);
+        pool->rewind();
+        for (const int v : model) { FUZZ_REQUIRE(*pool->next() == v); }
+        FUZZ_REQUIRE(pool->next() == nullptr);
     }
-    pool->rewind();
-    for (const int v : model) { FUZZ_REQUIRE(*pool->next() == v); }
 }
 
 void runMatrix(Bytes& bytes) {

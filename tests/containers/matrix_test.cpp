@@ -1,8 +1,9 @@
-// Matrices of all element types, and against an independent library.
+// Matrices against an independent library, and what only they do.
 #include <zyn/matrix.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <armadillo>
 #include <cmath>
 #include <limits>
@@ -26,123 +27,77 @@ template <class T>
 std::vector<T> elements(matrix<T> m) {
     return {m.data(), m.data() + m.rows() * m.cols()};
 }
-MatrixByte* newMatrix(MatrixByte*) { return newMatrixByte(); }
-MatrixChar* newMatrix(MatrixChar*) { return newMatrixChar(); }
-MatrixInt* newMatrix(MatrixInt*) { return newMatrixInt(); }
-MatrixLong* newMatrix(MatrixLong*) { return newMatrixLong(); }
-MatrixFlt* newMatrix(MatrixFlt*) { return newMatrixFlt(); }
-MatrixDbl* newMatrix(MatrixDbl*) { return newMatrixDbl(); }
-
-template <class Operation>
-std::string thrownBy(Operation operation) {
-    try {
-        operation();
-    } catch (const char* text) { return text; }
-    return "nothing";
+arma::mat armaOf(const ref_ptr<MatrixDbl>& z) {
+    return arma::mat(z->data(), unsigned(z->cols()), unsigned(z->rows())).t();
+}
+void expectNear(const ref_ptr<MatrixDbl>& z, const arma::mat& expected, double tolerance = 0) {
+    EXPECT_TRUE(arma::approx_equal(armaOf(z), expected, "absdiff", tolerance)) << expected;
 }
 
 TEST(Matrix, InverseAndProductAreThoseOfAnotherLibrary) {
     std::mt19937 random(support::newSeed());
     std::uniform_real_distribution element(-1.0, 1.0);
+    const auto below = [&](int n) { return std::uniform_int_distribution(0, n - 1)(random); };
     for (const int n : {1, 2, 3, 7, 20}) {
-        arma::mat a(unsigned(n), unsigned(n + 2)), b(unsigned(n + 2), unsigned(n));
-        matrix<double> za(n, n + 2), zb(n + 2, n);
-        const auto fill = [&](arma::mat& m, matrix<double>& z) {
-            for (int i = 0; i < z.rows() * z.cols(); ++i) {
-                z.data()[i] = m(unsigned(i / z.cols()), unsigned(i % z.cols())) = element(random);
-            }
-        };
-        fill(a, za);
-        fill(b, zb);
-        const auto expectNear = [](const matrix<double>& z, const arma::mat& m, double tolerance) {
-            for (int r = 0; r < z.rows(); ++r) {
-                for (int c = 0; c < z.cols(); ++c) {
-                    EXPECT_NEAR(z.get(r, c), m(unsigned(r), unsigned(c)), tolerance);
-                }
-            }
-        };
-        const arma::mat square = a * b;
-        const matrix<double> zsquare = za * zb;
-        expectNear(zsquare, square, 1e-14);
-        expectNear(za.timesTranspose(), a * a.t(), 1e-14);
+        const int cols = n + 2, r = below(n), c = below(cols);
+        const int r2 = r + below(n - r), c2 = c + below(cols - c);
+        const ref_ptr<MatrixDbl> z = newMatrixDbl();
+        z->setSize(n, cols);
+        std::generate_n(z->data(), n * cols, [&] { return element(random); });
+        const arma::mat a = armaOf(z);
+        expectNear(z->transposed(), a.t());
+        expectNear(z->flippedUpDown(), arma::flipud(a));
+        expectNear(z->flippedLeftRight(), arma::fliplr(a));
+        expectNear(z->subMatrix(r, r2, c, c2),
+                   a.submat(unsigned(r), unsigned(c), unsigned(r2), unsigned(c2)));
+        for (int i = 0; i < n; ++i) {
+            const arma::mat row = a.row(unsigned(i));
+            EXPECT_TRUE(z->rowMin(i) == row.min() && z->rowMax(i) == row.max());
+            EXPECT_NEAR(z->rowSum(i), arma::accu(row), 1e-13);
+            EXPECT_NEAR(z->rowSumSquared(i), std::pow(arma::accu(row), 2), 1e-12);
+        }
+        for (int i = 0; i < cols; ++i) {
+            const arma::mat col = a.col(unsigned(i));
+            EXPECT_TRUE(z->colMin(i) == col.min() && z->colMax(i) == col.max());
+            EXPECT_NEAR(z->colSum(i), arma::accu(col), 1e-13);
+            EXPECT_NEAR(z->colSumSquared(i), std::pow(arma::accu(col), 2), 1e-12);
+        }
+        EXPECT_NEAR(z->sum(), arma::accu(a), 1e-12);
+        double least = 9, most = 9;
+        z->getMinMax(least, most);
+        EXPECT_TRUE(least == a.min() && most == a.max());
+        expectNear(z->normalized(2, 5), (a - least) / (most - least) * 3 + 2, 1e-14);
+        expectNear(z->timesTranspose(), a * a.t(), 1e-14);
+
+        const arma::mat square = a.head_cols(unsigned(n));
         if (arma::cond(square) < 1e4) {
-            const matrix<double> unit = zsquare.inverse() * zsquare;
-            expectNear(unit, arma::eye(arma::size(square)), 1e-10);
-            expectNear(zsquare.inverse(), arma::inv(square), 1e-7);
+            const ref_ptr<MatrixDbl> inverse = z->subMatrix(0, n - 1, 0, n - 1);
+            EXPECT_TRUE(inverse->invert());
+            const arma::mat unit = armaOf(inverse) * square;
+            EXPECT_TRUE(arma::approx_equal(unit, arma::eye(arma::size(square)), "absdiff", 1e-10));
         }
     }
-}
-
-template <class M>
-class CountedMatrix : public testing::Test {};
-using MatrixClasses =
-    testing::Types<MatrixByte, MatrixChar, MatrixInt, MatrixLong, MatrixFlt, MatrixDbl>;
-TYPED_TEST_SUITE(CountedMatrix, MatrixClasses);
-
-TYPED_TEST(CountedMatrix, DoesWhatItsValueDoes) {
-    using T = typename TypeParam::value_type;
-    const ref_ptr<TypeParam> m = newMatrix(static_cast<TypeParam*>(nullptr));
-    const matrix<T> value = make<T>(3, 3, {1, 1, 0, 2, 1, 5, 0, 0, 1});
-    ASSERT_TRUE(m->assign(value));
-    const auto expectSame = [](TypeParam* made, const matrix<T>& expected) {
-        const ref_ptr<TypeParam> held = made;
-        EXPECT_EQ(held->rows() * 10 + held->cols(), expected.rows() * 10 + expected.cols());
-        EXPECT_EQ(std::vector<T>(held->data(), held->data() + held->rows() * held->cols()),
-                  elements(expected));
-    };
-    expectSame(m->subMatrix(1, 2, 0, 2), value.subMatrix(1, 2, 0, 2));
-    expectSame(m->flippedUpDown(), make<T>(3, 3, {0, 0, 1, 2, 1, 5, 1, 1, 0}));
-    expectSame(m->flippedLeftRight(), make<T>(3, 3, {0, 1, 1, 5, 1, 2, 1, 0, 0}));
-    expectSame(m->transposed(), value.transposed());
-    expectSame(m->inverse(), value.inverse());
-    expectSame(m->timesTranspose(), make<T>(3, 3, {2, 3, 0, 3, 30, 5, 0, 5, 1}));
-    expectSame(m->normalized(1, 4), value.normalized(1, 4));
-    EXPECT_TRUE(m->rowSum(1) == 8 && m->colSum(2) == 6 && m->sum() == 11);
-    EXPECT_TRUE(m->rowSumSquared(0) == 4 && m->colSumSquared(0) == 9);
-    EXPECT_TRUE(m->rowMin(1) == 1 && m->rowMax(1) == 5 && m->colMin(1) == 0 && m->colMax(0) == 2);
-    T least = 9, most = 9;
-    m->getMinMax(least, most);
-    EXPECT_TRUE(least == 0 && most == 5);
-    EXPECT_FALSE(m->reserved1() || m->reserved2() || m->reserved3() || m->minorOf(0, 0));
-    EXPECT_TRUE(m->flipUpDown() && m->flipLeftRight() && m->get(0, 0) == 1 && m->get(1, 2) == 2);
-    m->transpose();
-    EXPECT_EQ(m->get(2, 1), 2);
-    m->normalize(0, 1);
-    EXPECT_EQ(m->getRef(0, 1), 1);
-    EXPECT_TRUE(m->setIdentity() && m->invert() && m->get(2, 2) == 1 && m->get(0, 2) == 0);
-    EXPECT_TRUE(m->setZero() && m->sum() == 0 && m->isInside(2, 2) && !m->isInside(2, 3));
-    EXPECT_TRUE(m->set(2, 0, 7) && m->data()[6] == 7 && m->setSize(1, 2) && m->isValid());
 }
 
 TEST(Matrix, ShapesChangeAndRefuse) {
     const ref_ptr<MatrixDbl> m = newMatrixDbl();
     EXPECT_TRUE(m->rows() == 1 && m->cols() == 1 && m->get(0, 0) == 0 && m->isValid());
-    EXPECT_TRUE(m->setSize(2, 3, 7.0) && m->getRef(1, 2) == 7);
+    EXPECT_TRUE(m->setSize(2, 3, 7.0) && m->getRef(1, 2) == 7 && m->isInside(1, 2));
     EXPECT_TRUE(m->setSize(3, 2, m->getRef(1, 2)) && m->get(2, 1) == 7);  // of its own
     EXPECT_FALSE(m->setSize(0, 5) || m->setSize(5, -1) || m->set(3, 0, 1) || m->set(0, -1, 1));
     EXPECT_THROW(m->setSize(1 << 30, 1 << 30), std::bad_alloc);
-    EXPECT_EQ(m->sum(), 42);
-    EXPECT_TRUE(m->assign(m.get()) && m->assign(matrix<double>(m->rows(), 1)));
+    EXPECT_TRUE(m->assign(m.get()) && m->sum() == 42);
+    EXPECT_TRUE(m->assign(matrix<double>(m->rows(), 1)));
     EXPECT_EQ(m->sum() * 10 + m->cols(), 1);
     EXPECT_FALSE(m->assign(static_cast<MatrixDbl*>(nullptr)) || m->minorOf(0, 0));
-    EXPECT_TRUE(m->setSize(1, 1));
-    matrix<double> zero(-3, 0);
-    EXPECT_EQ(elements(zero), std::vector<double>{0});
-}
-
-TEST(Matrix, PartsAndOrders) {
-    const matrix<int> m = make<int>(2, 3, {1, 2, 3, 4, 5, 6});
-    EXPECT_EQ(elements(m.transposed()), (std::vector{1, 4, 2, 5, 3, 6}));
-    EXPECT_EQ(elements(m.flippedUpDown()), (std::vector{4, 5, 6, 1, 2, 3}));
-    EXPECT_EQ(elements(m.flippedLeftRight()), (std::vector{3, 2, 1, 6, 5, 4}));
-    EXPECT_EQ(elements(m.subMatrix(0, 1, 1, 2)), (std::vector{2, 3, 5, 6}));
+    EXPECT_TRUE(m->setSize(2, 2, 5) && m->setIdentity());
+    expectNear(m, arma::eye(2, 2));
+    const matrix<int> part = make<int>(2, 3, {1, 2, 3, 4, 5, 6});
     constexpr int bad[][4] = {{1, 0, 0, 0}, {0, 0, 2, 1}, {-1, 0, 0, 0}, {0, 0, -1, 0},
                               {0, 2, 0, 0}, {0, 0, 0, 3}, {2, 2, 0, 0}};
     for (const auto& [r0, r1, c0, c1] : bad) {
-        EXPECT_EQ(elements(m.subMatrix(r0, r1, c0, c1)), std::vector<int>{0});
+        EXPECT_EQ(elements(part.subMatrix(r0, r1, c0, c1)), std::vector<int>{0});
     }
-    EXPECT_TRUE(m.rowSum(1) == 15 && m.colSum(2) == 9 && m.rowSumSquared(0) == 36);
-    EXPECT_TRUE(m.colMin(1) == 2 && m.colMax(1) == 5 && m.rowMin(1) == 4 && m.rowMax(0) == 3);
 }
 
 TEST(Matrix, IntegersWrapAroundAndNormaliseToTwoValues) {
@@ -154,12 +109,9 @@ TEST(Matrix, IntegersWrapAroundAndNormaliseToTwoValues) {
     EXPECT_EQ(elements(large * large.transposed()), std::vector<int>{5});
     matrix<int> pivots = make<int>(2, 2, {1, 1, -1, 1});  // of equal ones the first is the pivot
     EXPECT_TRUE(pivots.invert() && elements(pivots) == (std::vector{1, 0, 0, 0}));
-    EXPECT_EQ(elements(make<int>(1, 3, {2, 4, 6}).normalized(0, 10)), (std::vector{0, 0, 10}));
     EXPECT_EQ(elements(make<int>(1, 3, {least, 0, most}).normalized(least, most)),
               (std::vector{least, least, most}));
     EXPECT_EQ(elements(make<int>(1, 2, {3, 3}).normalized(8, 9)), (std::vector{8, 8}));
-    EXPECT_EQ(elements(make<double>(1, 3, {2, 4, 6}).normalized(0, 1)),
-              (std::vector<double>{0, 0.5, 1}));
     EXPECT_TRUE(std::isnan(make<double>(1, 2, {3, 3}).normalized(0, 1).get(0, 1)));
     // A pivot that is not 1 or -1 has the reciprocal 0.
     EXPECT_EQ(elements(make<int>(2, 2, {0, 1, -1, 0}).inverse()), (std::vector{0, -1, 1, 0}));
@@ -167,12 +119,17 @@ TEST(Matrix, IntegersWrapAroundAndNormaliseToTwoValues) {
 }
 
 TEST(Matrix, WhatCannotBeDoneIsSaid) {
+    const auto thrownBy = [](auto operation) -> std::string {
+        try {
+            operation();
+        } catch (char* text) { return text; }
+        return "nothing";
+    };
     const std::string square = "matrix<T> must be square.";
     matrix<float> wide(2, 3);
     EXPECT_EQ(thrownBy([&] { (void)wide.inverse(); }), square);
     EXPECT_EQ(thrownBy([&] { wide.setIdentity(); }), square);
     EXPECT_EQ(thrownBy([&] { (void)(wide * wide); }), "Matrices do not have common size");
-    EXPECT_THROW(wide.setIdentity(), char*);
     EXPECT_FALSE(wide.invert());
 
     matrix<double> singular = make<double>(2, 2, {1, 2, 2, 4});

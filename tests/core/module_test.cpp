@@ -4,51 +4,27 @@
 
 namespace {
 
-class Module {
-public:
-    Module() : handle(dlopen(PROBE_MODULE, RTLD_NOW | RTLD_LOCAL)) {}
-    Module(const Module&) = delete;
-    Module& operator=(const Module&) = delete;
-    ~Module() { close(); }
-
-    bool isOpen() const { return handle != nullptr; }
-    template <class Signature>
-    Signature* function(const char* name) const {
-        return reinterpret_cast<Signature*>(dlsym(handle, name));
-    }
-    void close() {
-        if (handle != nullptr) { dlclose(handle); }
-        handle = nullptr;
-    }
-
-private:
-    void* handle;
-};
+/// What the module's function says, after the module was opened for it and closed again.
+template <class Result, class... Arguments>
+Result callInModule(const char* name, Arguments... arguments) {
+    void* const module = dlopen(PROBE_MODULE, RTLD_NOW | RTLD_LOCAL);
+    EXPECT_NE(module, nullptr) << dlerror();
+    const auto function = reinterpret_cast<Result (*)(Arguments...)>(dlsym(module, name));
+    const Result result = function(arguments...);
+    dlclose(module);
+    EXPECT_EQ(dlopen(PROBE_MODULE, RTLD_NOW | RTLD_NOLOAD), nullptr);
+    return result;
+}
 
 TEST(Module, DeletesTheInstalledHandlerWhenItIsUnloaded) {
-    int handlerEnds = 0;
-    int objectEnds = 0;
-    Module module;
-    ASSERT_TRUE(module.isOpen()) << dlerror();
-    module.function<void(int*, int*)>("probeInstallHandler")(&handlerEnds, &objectEnds);
-    EXPECT_EQ(handlerEnds, 0);
-
-    module.close();
-
+    int handlerEnds = 0, objectEnds = 0;
+    EXPECT_EQ(callInModule<int>("probeInstallHandler", &handlerEnds, &objectEnds), 0);
     EXPECT_EQ(handlerEnds, 1);
     EXPECT_EQ(objectEnds, 1) << "what the handler releases in its end is deleted directly";
-    EXPECT_EQ(dlopen(PROBE_MODULE, RTLD_NOW | RTLD_NOLOAD), nullptr);
 }
 
 TEST(Module, StartsWithoutAnOriginAtEachLoad) {
-    for (int load = 0; load < 2; ++load) {
-        Module module;
-        ASSERT_TRUE(module.isOpen()) << dlerror();
-        ASSERT_TRUE(module.function<bool()>("probeHasGlobal")());
-        EXPECT_FALSE(module.function<bool()>("probeIsOriginGiven")());
-        EXPECT_TRUE(module.function<bool()>("probeGiveOrigin")());
-        EXPECT_TRUE(module.function<bool()>("probeIsOriginGiven")());
-    }
+    for (int load = 0; load < 2; ++load) { EXPECT_TRUE(callInModule<bool>("probeGiveOrigin")); }
 }
 
 }  // namespace

@@ -22,18 +22,15 @@ struct TracedHandler : zyn::DeleteHandler {
 
 }  // namespace
 
-extern "C" {
-
-bool probeHasGlobal() { return zyn::g_zynGlobal != nullptr; }
-
-bool probeIsOriginGiven() { return zyn::g_zynGlobal->isOrgPosGive(); }
-
-bool probeGiveOrigin() {
+/// Whether there was none before, and is one now.
+extern "C" bool probeGiveOrigin() {
     zyn::XPnt3f origin(1, 2, 3);
-    return zyn::g_zynGlobal->setOrgPosition(origin);
+    return !zyn::g_zynGlobal->isOrgPosGive() && zyn::g_zynGlobal->setOrgPosition(origin) &&
+           zyn::g_zynGlobal->isOrgPosGive();
 }
 
-void probeInstallHandler(int* handlerEnds, int* objectEnds) {
+/// The ends of the handler so far.
+extern "C" int probeInstallHandler(int* handlerEnds, int* objectEnds) {
     zyn::ZynReferenced::setDeleteHandler(new TracedHandler(handlerEnds, objectEnds));
-}
+    return *handlerEnds;
 }

@@ -1,6 +1,9 @@
+// Counted objects, and the small functions beside them.
 #include <gtest/gtest.h>
 #include <zyn/referenced.h>
 
+#include <cstring>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -8,9 +11,7 @@
 
 namespace {
 
-using zyn::DeleteHandler;
-using zyn::ref_ptr;
-using zyn::ZynReferenced;
+using namespace zyn;
 
 struct Link : TracedRow {
     ref_ptr<TracedRow> next;
@@ -43,7 +44,6 @@ protected:
 TEST_F(Referenced, EndsWhenACountIsGivenUpAndNoneIsLeft) {
     newObject()->unref();
     EXPECT_EQ(ends, 1);
-
     TracedRow* const object = newObject();
     object->unref_nodelete();
     EXPECT_EQ(object->referenceCount(), -1);
@@ -51,28 +51,19 @@ TEST_F(Referenced, EndsWhenACountIsGivenUpAndNoneIsLeft) {
     object->AddRef();
     object->AddRef();
     object->Release();
-    EXPECT_EQ(object->referenceCount(), 1);
-    EXPECT_EQ(ends, 1);
-    object->unref();
+    EXPECT_TRUE(object->referenceCount() == 1 && ends == 1);
+    object->unref_nodelete();
+    object->unref();  // to -1
     EXPECT_EQ(ends, 2);
-}
-
-TEST_F(Referenced, CopiesNoCount) {
-    const ref_ptr<TracedRow> source = new TracedRow;
-    const ref_ptr<TracedRow> copy = new TracedRow(*source);
-    const ref_ptr<TracedRow> second = source;
-    EXPECT_EQ(copy->referenceCount(), 1);
-    *copy = *source;
-    EXPECT_EQ(copy->referenceCount(), 1);
-    EXPECT_EQ(source->referenceCount(), 2);
 }
 
 TEST_F(Referenced, IsCountedOnceByEachHolder) {
     ref_ptr<TracedRow> first = newObject();
     TracedRow* const object = first.get();
     ref_ptr<const ZynReferenced> converted = first;
-    EXPECT_TRUE(converted == first);
-    EXPECT_EQ(object->referenceCount(), 2);
+    const ref_ptr<TracedRow> copy = new TracedRow(*first);
+    *copy = *first;
+    EXPECT_TRUE(converted == first && object->referenceCount() == 2 && copy->referenceCount() == 1);
 
     ref_ptr<TracedRow> second = std::move(first);
     first = second;
@@ -80,50 +71,67 @@ TEST_F(Referenced, IsCountedOnceByEachHolder) {
     ref_ptr<TracedRow>& same = second;
     second = same;
     second = std::move(same);
-    EXPECT_TRUE(second == object);
-    EXPECT_EQ(object->referenceCount(), 3);
+    EXPECT_TRUE(second == object && object->referenceCount() == 3);
 
     converted = nullptr;
     first = nullptr;
-    EXPECT_FALSE(first);
-    EXPECT_EQ(object->referenceCount(), 1);
+    EXPECT_TRUE(!first && object->referenceCount() == 1);
     second = newObject();
     EXPECT_EQ(ends, 1);
-}
 
-TEST_F(Referenced, IsCountedBeforeTheOldHolderEnds) {
     auto* const head = new Link;
     ref_ptr<TracedRow> chain = head;
-    head->next = newObject();
-    chain = head->next;
-    EXPECT_EQ(ends, 0);
-    EXPECT_EQ(chain->referenceCount(), 1);
-}
-
-TEST_F(Referenced, GoesToTheInstalledHandlerOnce) {
-    auto* const handler = new QueueingHandler;
-    ZynReferenced::setDeleteHandler(handler);
-    ZynReferenced::setDeleteHandler(ZynReferenced::getDeleteHandler());
-    newObject()->unref();
-    EXPECT_EQ(handler->queue.size(), 1u);
-    EXPECT_EQ(ends, 0);
-    handler->destroyAll();
-    EXPECT_EQ(ends, 1);
+    head->next = second;
+    second = nullptr;
+    chain = head->next;  // which only the old object held
+    EXPECT_TRUE(ends == 1 && chain->referenceCount() == 1);
 }
 
 TEST_F(Referenced, IsDeletedAtOnceWhenItsHandlerEnds) {
     auto* const first = new QueueingHandler;
     ZynReferenced::setDeleteHandler(first);
+    ZynReferenced::setDeleteHandler(ZynReferenced::getDeleteHandler());
+    newObject()->unref();
+    EXPECT_TRUE(first->queue.size() == 1 && ends == 0);
+    first->destroyAll();
     first->held = newObject();
     auto* const second = new QueueingHandler;
     ZynReferenced::setDeleteHandler(second);
-    EXPECT_EQ(ends, 1);
-    EXPECT_TRUE(second->queue.empty());
+    EXPECT_TRUE(ends == 2 && second->queue.empty());
 
     ZynReferenced::setDeleteHandler(nullptr);
     EXPECT_EQ(ZynReferenced::getDeleteHandler(), nullptr);
     newObject()->unref();
-    EXPECT_EQ(ends, 2);
+    EXPECT_EQ(ends, 3);
+}
+
+TEST(Rand, StaysWithinItsBounds) {
+    constexpr int known[][3] = {{0, 100, 1}, {0, 1000, 100}, {0, 6991, 4879},
+                                {0, 100, 1}, {5, 5, 5},      {10, 0, 10}};
+    for (const auto& [a, b, drawn] : known) { EXPECT_EQ(Rand(a, b), drawn); }
+    constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
+    for (std::int32_t i = 0; i < 70000; ++i) {
+        // The upper bound alone is the seed: the largest draws are among these.
+        ASSERT_LE(Rand(lowest, highest - i), highest - i);
+        ASSERT_GE(Rand(highest, lowest + i), lowest + i);
+    }
+}
+
+TEST(MemSet, WritesWholeValuesOnly) {
+    const auto expectWritten = [](auto value, int byteCount, std::size_t count) {
+        std::vector<unsigned char> bytes(24, 0xEE), expected = bytes;
+        for (std::size_t i = 0; i < count; ++i) {
+            std::memcpy(&expected[1 + i * sizeof value], &value, sizeof value);
+        }
+        MemSet(&bytes[1], value, byteCount);
+        EXPECT_EQ(bytes, expected);
+    };
+    expectWritten(1.5f, 10, 2);
+    expectWritten(2.0, 15, 1);
+    expectWritten(2.0, 7, 0);
+    expectWritten(true, 3, 3);
+    expectWritten(true, -8, 0);
 }
 
 }  // namespace

@@ -2,37 +2,27 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <set>
-#include <sstream>
+#include <iterator>
 #include <string>
-#include <vector>
 
 namespace fs = std::filesystem;
 
 inline std::string contentsOf(const fs::path& path) {
-    std::ostringstream contents;
-    contents << std::ifstream(path, std::ios::binary).rdbuf();
-    return contents.str();
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator(file), {}};
 }
 
-inline std::vector<std::string> linesOf(const std::string& text) {
-    std::istringstream stream(text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);) { lines.push_back(line); }
-    return lines;
+inline void expectParts(const std::string& text, std::initializer_list<std::string> parts) {
+    for (const std::string& part : parts) {
+        EXPECT_NE(text.find(part), std::string::npos) << "'" << part << "' is not in:\n" << text;
+    }
 }
 
-inline testing::AssertionResult contains(const std::string& text, const std::string& part) {
-    if (text.find(part) != std::string::npos) { return testing::AssertionSuccess(); }
-    return testing::AssertionFailure() << "'" << part << "' is not in:\n" << text;
-}
-
-/// Runs the program in a folder of the test's own.
+/// Runs a program in a folder of the test's own.
 class ProgramTest : public testing::Test {
 protected:
     struct Result {
@@ -40,62 +30,52 @@ protected:
         std::string out, err;
     };
 
-    explicit ProgramTest(std::string program_)
-        : program(std::move(program_)),
-          folder(fs::path(testing::TempDir()) /
-                 (fs::path(program).filename().string() + "_example_" +
-                  testing::UnitTest::GetInstance()->current_test_info()->name())) {
+    explicit ProgramTest(std::string program_) : program(std::move(program_)) {
         fs::remove_all(folder);
         fs::create_directories(folder);
     }
-    ~ProgramTest() override { fs::remove_all(folder); }
 
     void write(const std::string& name, const std::string& contents) const {
         std::ofstream(folder / name, std::ios::binary) << contents;
     }
+    /// What a command prints in the folder.
+    std::string shell(const std::string& command) const {
+        const std::string line = "cd '" + folder.string() + "'; (" + command + ") >answer";
+        (void)std::system(line.c_str());
+        return contentsOf(folder / "answer");
+    }
     /// `before` is put in front of the program in the shell's line.
     Result run(const std::string& arguments, const std::string& before = "") const {
-        const std::string command = "cd '" + folder.string() + "' && " + before + " '" + program +
-                                    "' " + arguments + " >stdout 2>stderr";
-        const int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(folder / "stdout"),
-                contentsOf(folder / "stderr")};
+        const std::string out =
+            shell(before + " '" + program + "' " + arguments + " 2>errors; echo $? >code");
+        return {std::stoi(contentsOf(folder / "code")), out, contentsOf(folder / "errors")};
     }
-    std::set<std::string> outFiles() const {
-        std::set<std::string> names;
-        if (!fs::is_directory(folder / "out")) { return names; }
-        for (const auto& entry : fs::directory_iterator(folder / "out")) {
-            names.insert(entry.path().filename());
-        }
-        return names;
+    /// Runs the program, which does its work, and gives its report.
+    std::string report(const std::string& arguments) const {
+        const Result result = run(arguments);
+        EXPECT_EQ(result.exitCode, 0) << arguments;
+        EXPECT_EQ(result.err, "") << "no progress bar away from a terminal";
+        return result.out;
     }
+    std::string outFiles() const { return shell("test ! -d out || ls out"); }
     /// Checks for the exit code, one line on standard error that has `message`, and no file.
     void expectFailure(const Result& result, const std::string& message, int exitCode = 1) const {
         EXPECT_EQ(result.exitCode, exitCode) << message;
         EXPECT_EQ(result.out, "") << message;
-        EXPECT_EQ(linesOf(result.err).size(), 1U) << result.err;
-        EXPECT_TRUE(contains(result.err, message));
-        EXPECT_EQ(outFiles(), std::set<std::string>()) << message;
-    }
-
-    void expectWrongUsage(const std::string& arguments, const std::string& message) const {
-        expectFailure(run(arguments), message, 2);
+        EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
+        expectParts(result.err, {fs::path(program).filename().string() + ": ", message});
+        EXPECT_EQ(outFiles(), "") << message;
     }
     /// Checks --help, which explains the exit codes, and what is wrong usage of every program.
     void expectHelp() const {
         const std::string name = fs::path(program).filename();
-        const Result help = run("--help");
-        EXPECT_EQ(help.exitCode, 0);
-        EXPECT_EQ(help.err, "");
-        for (const std::string& part :
-             {"usage: " + name + " INPUT", "\nexample: " + name + " data/",
-              std::string("\nexit code: 0 done, 1 a failure")}) {
-            EXPECT_TRUE(contains(help.out, part));
-        }
-        expectWrongUsage("", name + ": INPUT is missing; see " + name + " --help");
-        expectWrongUsage("input --ouT", "unknown option '--ouT'");
+        expectParts(report("--help"), {"usage: " + name + " INPUT", "\nexample: " + name + " data/",
+                                       "\nexit code: 0 done, 1 a failure"});
+        expectFailure(run(""), "INPUT is missing; see " + name + " --help", 2);
+        expectFailure(run("input --ouT"), "unknown option '--ouT'", 2);
     }
 
     const std::string program;
-    const fs::path folder;
+    const fs::path folder = fs::path(testing::TempDir()) /
+                            testing::UnitTest::GetInstance()->current_test_info()->name();
 };

@@ -21,7 +21,6 @@
 namespace {
 
 using namespace zyn;
-using support::faultOf;
 using support::PointSet;
 using support::Scale;
 
@@ -50,13 +49,7 @@ enum class Way { onePointAtATime, allAtOnce };
 template <class Real>
 double expectSoundNetwork(const PointSet& set, Way way) {
     support::Network<Real> network(set);
-    ref_ptr<Pnt3Array<Real>> points;
-    if constexpr (std::is_same_v<Real, double>) {
-        points = newPnt3dArray();
-    } else {
-        points = newPnt3fArray();
-    }
-    for (const XPnt3d& p : set.points) { points->append(XPnt3<Real>(p)); }
+    const ref_ptr<Pnt3Array<Real>> points = support::arrayOf<Real>(set.points);
     auto* const e = network.engine.get();
     const Real tolerance = set.duplicates ? Real(-1) : Real(0);
 
@@ -71,7 +64,7 @@ double expectSoundNetwork(const PointSet& set, Way way) {
 
     EXPECT_EQ(taken, countOfGood<Real>(set));
     EXPECT_EQ(e->triangleCount(), 2 + 2 * taken);
-    EXPECT_EQ(faultOf(*e, {.duplicates = set.duplicates, .vertices = 4 + taken}), "");
+    EXPECT_EQ(support::faultOf(*e, {.duplicates = set.duplicates, .vertices = 4 + taken}), "");
     EXPECT_EQ(validate<Real>(e, !set.duplicates).toStdString(), "");
     return 1e3 * double(spent) / CLOCKS_PER_SEC;
 }
@@ -113,8 +106,7 @@ INSTANTIATE_TEST_SUITE_P(Wild, PointFamily, testing::ValuesIn(support::wildPoint
                          nameOf);
 
 TEST(Delaunay, AHundredThousandPointsGiveASoundNetwork) {
-    const unsigned seed = support::newSeed();
-    const PointSet set = support::uniformPoints(100000, seed);
+    const PointSet set = support::uniformPoints(100000, support::newSeed());
     expectSoundNetwork<double>(set, Way::onePointAtATime);
     expectSoundNetwork<float>(set, Way::onePointAtATime);
 }

@@ -1,8 +1,10 @@
 // Breaklines: every segment in the network, whatever it crosses.
+#include <zyn/geometry.h>
 #include <zyn/surface.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <set>
@@ -94,6 +96,52 @@ TYPED_TEST(Breaklines, TangledLinesEnd) {
         restoreDelaunay(ground.engine.get());
         EXPECT_EQ(support::faultOf(*ground.engine), "");
         EXPECT_EQ(restoreDelaunay(ground.engine.get()), 0);
+    }
+}
+
+// Of segments that do not cross, on a lattice: the pieces between the points that lie on them.
+TYPED_TEST(Breaklines, ArePiecesBetweenTheVerticesOnThem) {
+    std::mt19937 random(support::newSeed());
+    for (int round = 0; round < 10; ++round) {
+        constexpr int side = 40;
+        Line all, ends;
+        for (int i = 0; i < side * side; ++i) {
+            if (random() % 3 != 0) { all.emplace_back(i % side, i / side); }
+        }
+        const auto turn = [](const XPnt3d& a, const XPnt3d& b, const XPnt3d& c) {
+            const double area = (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+            return area > 0 ? 1 : area < 0 ? -1 : 0;
+        };
+        Ground<TypeParam> ground(-1, -1, side, side);
+        const ref_ptr<Pnt3ArrayArray<TypeParam>> lines =
+            new ArrayRefPointerImp<Pnt3ArrayArray<TypeParam>>;
+        std::size_t pieces = 0;
+        for (int tries = 0; tries < 300; ++tries) {
+            const XPnt3d a = all[random() % all.size()], b = all[random() % all.size()];
+            bool isFree = a != b;
+            for (std::size_t i = 0; i < ends.size(); i += 2) {
+                const XPnt3d &p = ends[i], &q = ends[i + 1];
+                isFree = isFree &&
+                         (turn(a, b, p) * turn(a, b, q) > 0 || turn(p, q, a) * turn(p, q, b) > 0);
+            }
+            if (!isFree) { continue; }
+            ends.insert(ends.end(), {a, b});
+            lines->append(support::arrayOf<TypeParam>({a, b}).get());
+            pieces += std::size_t(std::ranges::count_if(all, [&](const XPnt3d& p) {
+                const double along = (p.x - a.x) * (b.x - a.x) + (p.y - a.y) * (b.y - a.y);
+                return turn(a, b, p) == 0 && along > 0 && along <= dist2_2d(a, b);
+            }));
+        }
+        const auto points = support::arrayOf<TypeParam>(all);
+        addPoints(ground.engine.get(), points.get(), 0);
+        auto* const fixed = ground.fixed.get();
+        EXPECT_EQ(addBreaklines(ground.engine.get(), lines.get(), 0, fixed), int(pieces));
+        EXPECT_EQ(fixed->size(), 2 * int(pieces));
+        restoreDelaunay(ground.engine.get(), fixed);
+        ground.expectEdges();
+        for (std::size_t i = 0; i < ends.size(); i += 2) {
+            EXPECT_TRUE(ground.reaches(ends[i], ends[i + 1]));
+        }
     }
 }
 

@@ -43,38 +43,28 @@ template <class Real>
 class SurfaceContoursTest : public testing::Test {};
 TYPED_TEST_SUITE(SurfaceContoursTest, support::Precisions);
 
-TYPED_TEST(SurfaceContoursTest, AndVolumesAreThoseOfPlaneConeAndParaboloid) {
-    support::Network<TypeParam> plane(-3, -3, 3, 3), cone(-3, -3, 3, 3), bowl(-3, -3, 3, 3);
-    for (int n = 0; n < 121 * 121; ++n) {
-        const double x = (n % 121 - 60) / 50.0, y = (n / 121 - 60) / 50.0;
-        plane.add(x, y, x + 1), cone.add(x, y, -std::hypot(x, y)), bowl.add(x, y, x * x + y * y);
-    }
-    auto lines = contoursOf(plane, {1.25, 7, 0.51, 1.25, NAN, HUGE_VAL, -HUGE_VAL});
-    ASSERT_EQ(lines->size(), 3);
-    for (const auto& [i, level] : {std::pair(0, 1.25), {1, 0.51}, {2, 1.25}}) {
-        for (const XPnt3d& p : *lines->get(i)) {
-            EXPECT_TRUE(std::abs(p.x + 1 - level) < 1e-6 && p.z == level);
+TYPED_TEST(SurfaceContoursTest, AndVolumesAreThoseOfConesAndRasters) {
+    for (const double slope : {-1.0, 1.0}) {  // a peak, a pit
+        support::Network<TypeParam> cone(-3, -3, 3, 3);
+        for (int n = 0; n < 121 * 121; ++n) {
+            const double x = (n % 121 - 60) / 50.0, y = (n / 121 - 60) / 50.0;
+            cone.add(x, y, slope * std::hypot(x, y));
         }
-        EXPECT_NEAR(lines->get(i)->first().y, 1.2, 1e-6);  // down, with the high ground in the east
-        EXPECT_NEAR(lines->get(i)->last().y, -1.2, 1e-6);
+        const double level = slope * 0.777;
+        const auto lines = contoursOf(cone, {level, 7, slope * 0.5, NAN, HUGE_VAL, -HUGE_VAL});
+        ASSERT_TRUE(lines->size() == 2 && isClosed(lines->get(0)) && isClosed(lines->get(1)));
+        EXPECT_NEAR(areaIn(lines->get(0)), -slope * pi * 0.777 * 0.777, 1e-3);
+        EXPECT_NEAR(areaIn(lines->get(1)), -slope * pi * 0.5 * 0.5, 1e-3);
+        const SurfaceVolume v = volume(cone.engine.get(), level);
+        EXPECT_NEAR(slope < 0 ? v.cut : v.fill, pi / 3 * std::pow(0.777, 3), 1e-3);
+        EXPECT_NEAR(slope < 0 ? v.cutArea : v.fillArea, -slope * areaIn(lines->get(0)), 1e-6);
+        // A grid of heights comes to the same.
+        const ref_ptr<MatrixDbl> out = newMatrixDbl();
+        ASSERT_TRUE(rasterize(cone.engine.get(), {-1.2, -1.2, 1.2, 1.2}, 500, 500, out.get()));
+        double sum = 0;
+        for (int n = 0; n < 250000; ++n) { sum += out->data()[n] - level; }
+        EXPECT_NEAR(sum * 5.76 / 250000, v.cut - v.fill, 1e-5);
     }
-    lines = contoursOf(cone, {-0.777});
-    ASSERT_TRUE(lines->size() == 1 && isClosed(lines->get(0)));
-    EXPECT_NEAR(areaIn(lines->get(0)), pi * 0.777 * 0.777, 1e-3);
-    EXPECT_NEAR(volume(cone.engine.get(), -0.777).cut, pi / 3 * std::pow(0.777, 3), 1e-3);
-    lines = contoursOf(bowl, {0.777});
-    ASSERT_TRUE(lines->size() == 1 && isClosed(lines->get(0)));
-    EXPECT_NEAR(areaIn(lines->get(0)), -pi * 0.777, 1e-3);
-    const SurfaceVolume pit = volume(bowl.engine.get(), 0.777);
-    EXPECT_NEAR(pit.fill, pi / 2 * 0.777 * 0.777, 1e-3);
-    EXPECT_NEAR(pit.fillArea, -areaIn(lines->get(0)), 1e-6);
-
-    // A grid of heights comes to the same volume.
-    const ref_ptr<MatrixDbl> raster = newMatrixDbl();
-    ASSERT_TRUE(rasterize(bowl.engine.get(), Enve2d(-1.2, -1.2, 1.2, 1.2), 500, 500, raster.get()));
-    double fill = 0;
-    for (int n = 0; n < 250000; ++n) { fill += std::max(0.777 - raster->data()[n], 0.0); }
-    EXPECT_NEAR(fill * 5.76 / 250000, pit.fill, 1e-5);
 }
 
 constexpr int side = 6;

@@ -119,29 +119,6 @@ TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseAtTheCentres) {
     }
 }
 
-TYPED_TEST(SurfaceHeightsTest, OfARasterOnTheVerticesComeBackExactly) {
-    const double x0 = 432100.5, y0 = 5411200.5;
-    support::Network<TypeParam> network(x0 - 50, y0 - 50, x0 + 90, y0 + 90);
-    std::mt19937 random(support::newSeed());
-    for (int n = 0; n < 40 * 30; ++n) {
-        network.add(x0 + n % 40, y0 + n / 40, std::uniform_real_distribution<float>(-1, 1)(random));
-    }
-    // One row and column of cells more on each side.
-    const Enve2d box(x0 - 1.5, y0 - 1.5, x0 + 40.5, y0 + 30.5);
-    const ref_ptr<MatrixDbl> out = newMatrixDbl();
-    for (const double maxEdge : {anyEdge, 0.5}) {
-        ASSERT_TRUE(rasterize(network.engine.get(), box, 42, 32, out.get(), maxEdge));
-        for (int r = 0; r < 32; ++r) {
-            for (int c = 0; c < 42; ++c) {
-                const bool isOutside = r == 0 || c == 0 || r == 31 || c == 41 || maxEdge < 1;
-                EXPECT_TRUE(isOutside ? std::isnan(out->get(r, c))
-                                      : out->get(r, c) ==
-                                            double(network.points[std::size_t(40 * r + c - 41)].z));
-            }
-        }
-    }
-}
-
 TYPED_TEST(SurfaceHeightsTest, OfARasterHoldOnLongEdgesAndBesideFlatTriangles) {
     // The edge runs through (0, 0) and (3, 1); the other triangles are far from there.
     support::Network<TypeParam> network(-1e10, -1e10, 1e10, 1e10);
@@ -167,17 +144,21 @@ TYPED_TEST(SurfaceHeightsTest, OfARasterHoldOnLongEdgesAndBesideFlatTriangles) {
 TYPED_TEST(SurfaceHeightsTest, OfARasterAreRefusedWithoutAPlaceForThem) {
     const ref_ptr<MatrixDbl> out = newMatrixDbl();
     out->setSize(2, 3, 5.0);
-    auto* const surface = this->engine.get();
-    const Enve2d good(0, 0, 1, 1);
-    EXPECT_FALSE(rasterize<TypeParam>(nullptr, good, 4, 4, out.get()) ||
-                 rasterize(surface, good, 0, 4, out.get()) ||
-                 rasterize(surface, good, 4, -1, out.get()) ||
-                 rasterize(surface, good, 4, 4, nullptr));
+    const auto fills = [&](const Enve2d& box, int columns, int rows, double maxEdge) {
+        return rasterize(this->engine.get(), box, columns, rows, out.get(), maxEdge);
+    };
+    const Enve2d good(1, 1, 2, 2);
+    EXPECT_FALSE(fills(good, 0, 4, anyEdge) || fills(good, 4, -1, anyEdge) ||
+                 rasterize<TypeParam>(nullptr, good, 4, 4, out.get()) ||
+                 rasterize(this->engine.get(), good, 4, 4, nullptr));
     for (const Enve2d& bad : {Enve2d(), Enve2d(0, 0, 0, 1), Enve2d(0, nan, 1, 1),
                               Enve2d(0, 0, HUGE_VAL, 1), Enve2d(-HUGE_VAL, 0, 1, 1)}) {
-        EXPECT_FALSE(rasterize(surface, bad, 4, 4, out.get()));
+        EXPECT_FALSE(fills(bad, 4, 4, anyEdge));
     }
     EXPECT_TRUE(out->rows() == 2 && out->cols() == 3 && out->get(1, 2) == 5);
+    this->addGrid(4, 1, 10);
+    EXPECT_TRUE(fills(good, 1, 1, 99) && out->get(0, 0) == 16.5);
+    EXPECT_TRUE(fills(good, 1, 1, 9) && std::isnan(out->get(0, 0)));
 }
 
 TEST_F(SurfaceProfileTest, RunsThroughVerticesAlongEdgesAndAlongTheRim) {

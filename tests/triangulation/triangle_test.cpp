@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "network.h"
@@ -22,6 +23,9 @@ struct Mesh {
         for (std::size_t n = 0; n < 3 * corners.size(); ++n) {
             triangles[n / 3].vertex[n % 3] = v(corners[n / 3][n % 3]);
         }
+        link();
+    }
+    void link() {
         for (auto& t : triangles) {
             for (std::size_t n = 0; n < 9 * triangles.size(); ++n) {
                 auto& other = triangles[n / 9];
@@ -78,7 +82,8 @@ TYPED_TEST(TriangleTest, StepsCrossTheFirstEdgeOfTheirOrder) {
 }
 
 TEST(TriangleTestDouble, ClassifyingWalkTellsInsideEdgeAndCorner) {
-    Mesh<double> mesh({{-2, -2}, {2, -2}, {2, 2}, {-2, 2}}, {{0, 1, 2}, {2, 3, 0}});
+    Mesh<double> mesh({{-2, -2}, {2, -2}, {2, 2}, {-2, 2}, {4, 4}, {4 + 1e-3, 4}, {4, 4 + 1e-3}},
+                      {{0, 1, 2}, {2, 3, 0}, {4, 5, 6}});
     constexpr double cases[][5] = {// x, y; the result, the triangle and the place
                                    {1, -1, 0, 0, 9},       {-1, 1, 0, 1, 9},       {0, 0, 1, 0, 1},
                                    {2, 0, 1, 0, 0},        {0, -2, 1, 0, 2},       {2, -2, 2, 0, 1},
@@ -88,11 +93,9 @@ TEST(TriangleTestDouble, ClassifyingWalkTellsInsideEdgeAndCorner) {
     for (const auto& [x, y, result, triangle, place] : cases) {
         std::int32_t where = 9;
         EXPECT_EQ(mesh.t(0)->find(x, y, t, &where), result) << x << ", " << y;
-        EXPECT_EQ(t, mesh.t(int(triangle))) << x << ", " << y;
-        EXPECT_EQ(where, place) << x << ", " << y;
+        EXPECT_TRUE(t == mesh.t(int(triangle)) && where == place) << x << ", " << y;
     }
-    Mesh<double> speck({{0, 0}, {1e-3, 0}, {0, 1e-3}}, {{0, 1, 2}});
-    EXPECT_EQ(speck.t(0)->find(1e-4, 1e-4, t, nullptr), -1);
+    EXPECT_EQ(mesh.t(2)->find(4 + 1e-4, 4 + 1e-4, t, nullptr), -1);
 }
 
 TYPED_TEST(TriangleTest, WalksInACircleEndWithNull) {
@@ -122,52 +125,43 @@ TYPED_TEST(TriangleTest, WalksOnANullRecordAnswerNull) {
 TYPED_TEST(TriangleTest, IndicesAndEdgesAnswerHitsAndMisses) {
     Mesh<TypeParam> mesh({{-2, -2}, {2, -2}, {2, 2}, {-2, 2}}, {{0, 1, 2}, {2, 3, 0}});
     auto* const t = mesh.t(0);
-    TypeParam* const v[] = {mesh.v(0), mesh.v(1), mesh.v(2), mesh.v(3)};  // the last is no corner
     EXPECT_TRUE(t->index(mesh.t(1)) == 1 && t->index(t) == 3);
     constexpr int most = std::numeric_limits<int>::max();
     for (const auto& [a, b, third] :
          {std::array{1, 2, 0}, {2, 0, 1}, {0, 0, -1}, {3, 0, 0}, {most, most, -1}}) {
         EXPECT_EQ(t->index(a, b), third);
     }
-    EXPECT_TRUE(t->index(v[2], v[1]) == 0 && t->index(v[1], v[1]) == -1 &&
-                t->index(v[1], v[3]) == -1);
+    const auto third = [&](int i, int j) { return t->index(mesh.v(i), mesh.v(j)); };
+    EXPECT_TRUE(third(2, 1) == 0 && third(1, 1) == -1 && third(1, 3) == -1);
     constexpr int edges[][2] = {{1, 2}, {0, 2}, {0, 1}, {3, 3}};  // the last: left as they were
     for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(t->index(v[i]), i);
-        TypeParam *a = v[3], *b = v[3];
-        EXPECT_EQ(t->get_edge(v[i], a, b), i < 3);
-        EXPECT_TRUE(a == v[edges[i][0]] && b == v[edges[i][1]]);
+        TypeParam *a = mesh.v(3), *b = mesh.v(3);
+        EXPECT_TRUE(t->index(mesh.v(i)) == i && t->get_edge(mesh.v(i), a, b) == (i < 3));
+        EXPECT_TRUE(a == mesh.v(edges[i][0]) && b == mesh.v(edges[i][1]));
     }
 }
 
 TYPED_TEST(TriangleTest, AdjustFlipsWhatIsNotDelaunay) {
     using Real = TypeParam;
-    for (const int height : {1, 2, 3}) {  // at 2 the corners lie on a circle
+    // At 2 the corners lie on a circle, at 0 one triangle has no area.
+    for (const auto& [low, high] : {std::pair(1, 1), {2, 2}, {3, 3}, {0, 9}}) {
         // A kite 1-3 across 0-2, with a triangle beyond each outer edge.
-        const Real h = Real(height);
-        Mesh<Real> kite({{-2, 0}, {0, -h}, {2, 0}, {0, h}, {-9, -9}, {9, -9}, {9, 9}, {-9, 9}},
-                        {{1, 2, 0}, {3, 0, 2}, {0, 4, 1}, {1, 5, 2}, {2, 6, 3}, {3, 7, 0}});
+        Mesh<Real> kite(
+            {{-2, 0}, {0, Real(-low)}, {2, 0}, {0, Real(high)}, {-9, -9}, {9, -9}, {9, 9}, {-9, 9}},
+            {{1, 2, 0}, {3, 0, 2}, {0, 4, 1}, {1, 5, 2}, {2, 6, 3}, {3, 7, 0}});
         auto &s = *kite.t(0), &n = *kite.t(1);
-        auto before = kite.triangles;
-        const bool flips = height == 1 || (height == 2 && this->isDouble);
+        auto* const link = std::exchange(n.neighbor[0], nullptr);
+        EXPECT_TRUE(s.adjust(kite.v(1)) == nullptr && n.adjust(kite.v(3)) == nullptr);
+        n.neighbor[0] = link;
+        const bool flips = low < 2 || (low == 2 && this->isDouble);
         EXPECT_EQ(s.adjust(kite.v(1)), flips ? &n : nullptr);
-        if (flips) {  // each has its neighbours in their slots
-            before[0] = {.vertex = {kite.v(1), kite.v(2), kite.v(3)},
-                         .neighbor = {kite.t(4), &n, kite.t(3)}};
-            before[1] = {.vertex = {kite.v(3), kite.v(0), kite.v(1)},
-                         .neighbor = {kite.t(2), &s, kite.t(5)}};
-            before[2].neighbor[1] = &n;
-            before[4].neighbor[1] = &s;
-        }
-        EXPECT_EQ(kite.triangles, before);
-        EXPECT_EQ(s.adjust(kite.v(4)), nullptr);  // no corner
+        EXPECT_EQ(s.index(kite.v(3)), flips ? 2 : 3);  // (1, 2, 3) of (1, 2, 0)
+        EXPECT_EQ(n.index(kite.v(1)), flips ? 2 : 3);  // (3, 0, 1) of (3, 0, 2)
+        const auto triangles = kite.triangles;
+        kite.link();
+        EXPECT_EQ(kite.triangles, triangles) << "each has its neighbours in their slots";
+        EXPECT_EQ(s.adjust(kite.v(4)), nullptr) << "no corner";
     }
-    Mesh<Real> bad({{-2, 0}, {0, 0}, {2, 0}, {0, 9}}, {{1, 2, 0}, {3, 0, 2}});
-    bad.t(1)->neighbor[0] = nullptr;
-    EXPECT_EQ(bad.t(0)->adjust(bad.v(1)), nullptr);  // does not link back
-    EXPECT_EQ(bad.t(1)->adjust(bad.v(3)), nullptr);  // no neighbour
-    bad.t(1)->neighbor[0] = bad.t(0);
-    EXPECT_EQ(bad.t(0)->adjust(bad.v(1)), bad.t(1));  // a triangle of no area
 }
 
 TYPED_TEST(TriangleTest, IntersectFlipsOnlyWhatBringsTheSegmentIn) {
@@ -259,12 +253,8 @@ TYPED_TEST(TriangleTest, MeasuresDoNotDependOnTheFirstCorner) {
         const XPnt3<Real> c = t.Center();
         EXPECT_FLOAT_EQ(float(c.x), 4 / 3.F);
         EXPECT_TRUE(c.y == 1 && c.z == 1 && c.inten == 0);
-        Real n[3] = {}, angle[3] = {};
-        if constexpr (TestFixture::isDouble) {
-            EXPECT_TRUE(t.Normal(n[0], n[1], n[2]));
-        } else {
-            EXPECT_TRUE(t.normal(n[0], n[1], n[2]));
-        }
+        Real n[3] = {}, angle[3] = {}, d = 9;
+        EXPECT_TRUE(t.PlaneParam3D(n[0], n[1], n[2], d) && d == 0);
         EXPECT_TRUE(t.NormalAngle(angle[0], angle[1], angle[2]));
         for (int i = 0; i < 3; ++i) { EXPECT_NEAR(std::cos(double(angle[i])) * 15, n[i], 1e-5); }
         EXPECT_FALSE(t.EdgeNormal(0, n[0], n[1], n[2]) || t.intersect3d(n, n, n));
@@ -284,12 +274,18 @@ TYPED_TEST(TriangleTest, PlanesAreThereOrNot) {
     Mesh<Real> mesh({{1, 2, 3}, {5, 2, 3}, {1, 5, 15}, {3, 2, 5}, {9, 2, 3}},
                     {{0, 1, 2}, {0, 1, 3}, {0, 1, 4}});
     const auto &slope = *mesh.t(0), &wall = *mesh.t(1), &line = *mesh.t(2);
-    Real a = 9, b = 9, c = 9, d = 9;
-    EXPECT_FALSE(line.PlaneParam3D(a, b, c, d) || line.IntersectVertical(1, 1, 1, d) ||
+    Real n[3] = {9, 9, 9}, d = 9;
+    EXPECT_FALSE(line.PlaneParam3D(n[0], n[1], n[2], d) || line.IntersectVertical(1, 1, 1, d) ||
                  wall.IntersectVertical(1, 0, 0, d));
-    EXPECT_TRUE(a == 9 && b == 9 && c == 9 && d == 9);
-    EXPECT_FALSE(line.NormalAngle(a, b, c) || a != 0 || b != 0 || c != 0);
-    EXPECT_TRUE(slope.PlaneParam3D(a, b, c, d) && a == 0 && b == -48 && c == 12 && d == 60);
+    EXPECT_TRUE(n[0] == 9 && n[2] == 9 && d == 9);
+    EXPECT_FALSE(line.NormalAngle(n[0], n[1], n[2]) || n[0] != 0 || n[2] != 0);
+    if constexpr (TestFixture::isDouble) {
+        EXPECT_TRUE(slope.Normal(n[0], n[1], n[2]));
+    } else {
+        EXPECT_TRUE(slope.normal(n[0], n[1], n[2]));
+    }
+    EXPECT_TRUE(n[0] == 0 && n[1] == -48 && n[2] == 12);
+    EXPECT_TRUE(slope.PlaneParam3D(n[0], n[1], n[2], d) && d == 60);
     EXPECT_TRUE(slope.IntersectVertical(3, 4, 1, d) && d == -10);
 }
 
@@ -309,17 +305,16 @@ TYPED_TEST(TriangleTest, LinesMeetTheTriangleOrMissIt) {
             EXPECT_NEAR(double(t), -0.5, 0.01);  // behind the first point counts
         }
     }
-    Mesh<Real> ground({{-1, -1}, {1, -1}, {0, 2}}, {{0, 1, 2}});  // its plane holds the origin
+    Mesh<Real> ground({{-1, -1}, {1, -1}, {0, 2}}, {{0, 1, 2}, {0, 1, 1}});
     const Real origin[3] = {}, aside[3] = {1, 0, 0}, low[3] = {0, 0, 2}, high[3] = {0, 0, 4},
                level[3] = {1, 1, 4};
     Real t = 9;
-    EXPECT_TRUE(ground.t(0)->ray_intersect3d(high, low, &t));
-    EXPECT_FALSE(ground.t(0)->ray_intersect3d(high, level, &t));    // parallel
-    EXPECT_FALSE(ground.t(0)->ray_intersect3d(origin, aside, &t));  // in the plane
-    EXPECT_FALSE(ground.t(0)->ray_intersect3d(high, high, &t));     // no line
-    ground.points[2] = ground.points[1];
-    EXPECT_FALSE(ground.t(0)->ray_intersect3d(high, low, &t));  // no plane
-    EXPECT_EQ(t, 2);
+    EXPECT_TRUE(ground.t(0)->ray_intersect3d(high, low, &t) && t == 2);
+    for (const Real* const to : {level, high}) {  // parallel, no line
+        EXPECT_FALSE(ground.t(0)->ray_intersect3d(high, to, &t));
+    }
+    EXPECT_FALSE(ground.t(0)->ray_intersect3d(origin, aside, &t)) << "in the plane";
+    EXPECT_FALSE(ground.t(1)->ray_intersect3d(high, low, &t) || t != 2) << "no plane";
 }
 
 }  // namespace

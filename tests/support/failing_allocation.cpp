@@ -1,8 +1,10 @@
 #include "failing_allocation.h"
 
 #include <dlfcn.h>
+#include <malloc.h>
 
-#include <cstddef>
+#include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -13,6 +15,7 @@ constexpr int unlimited = -1;
 std::atomic<int> allowance = unlimited;
 std::atomic<bool> failed = false;
 std::atomic<long> live = 0;
+std::atomic<std::size_t> out = 0, most = 0;
 
 /// Qt loses its way when it gets no memory in the middle of its own work: it gets all that it wants.
 bool isQt(const void* code) {
@@ -26,8 +29,10 @@ void* allocate(std::size_t size, const void* caller) noexcept {
         return nullptr;
     }
     if (allowance > 0) { --allowance; }
-    void* const memory = std::malloc(size);
+    void* const memory = std::malloc(std::max<std::size_t>(size, 1));
     if (memory != nullptr) { ++live; }
+    out += malloc_usable_size(memory);
+    most = std::max(most.load(), out.load());
     return memory;
 }
 void* allocateOrThrow(std::size_t size, const void* caller) {
@@ -36,6 +41,7 @@ void* allocateOrThrow(std::size_t size, const void* caller) {
 }
 void release(void* memory) noexcept {
     if (memory != nullptr) { --live; }
+    out -= malloc_usable_size(memory);
     std::free(memory);
 }
 
@@ -66,5 +72,8 @@ FailingAllocation::~FailingAllocation() { allowance = unlimited; }
 bool FailingAllocation::hasFailed() const { return failed; }
 
 long liveBlocks() { return live; }
+
+PeakMemory::PeakMemory() : before(out) { most = out.load(); }
+std::size_t PeakMemory::bytes() const { return most - before; }
 
 }  // namespace support

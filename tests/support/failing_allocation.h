@@ -1,7 +1,8 @@
-// Memory that runs out when a test wants it to: operator new of the whole program.
+// Memory that is counted, and that runs out when a test wants it to: operator new of a test program
+// that has failing_allocation.cpp among its sources.
 #pragma once
 
-#include <atomic>
+#include <cstddef>
 
 namespace support {
 
@@ -19,5 +20,16 @@ public:
 
 /// Blocks that operator new gave and that were not given back.
 long liveBlocks();
+
+/// The most bytes that operator new has handed out at a time since construction, above those that
+/// were out then. One at a time counts right.
+class PeakMemory {
+public:
+    PeakMemory();
+    [[nodiscard]] std::size_t bytes() const;
+
+private:
+    std::size_t before;
+};
 
 }  // namespace support

@@ -1,16 +1,20 @@
 // An engine with the points that it stands on.
 #pragma once
 
-#include <zyn/delaunay.h>
+#include <zyn/surface.h>
 
-#include <algorithm>
+#include <gtest/gtest.h>
+
 #include <deque>
 #include <type_traits>
 #include <vector>
 
+#include "containers/array_imp.h"
 #include "point_sets.h"
 
 namespace support {
+
+using Precisions = testing::Types<double, float>;
 
 template <class Real>
 zyn::XPnt3d pointOf(const Real* v) {
@@ -18,14 +22,25 @@ zyn::XPnt3d pointOf(const Real* v) {
 }
 
 template <class Real>
+zyn::ref_ptr<zyn::Pnt3Array<Real>> arrayOf(const std::vector<zyn::XPnt3d>& points) {
+    zyn::ref_ptr<zyn::Pnt3Array<Real>> array = new zyn::ArrayImp<zyn::Pnt3Array<Real>>;
+    for (const zyn::XPnt3d& p : points) { array->append(zyn::XPnt3<Real>(p)); }
+    return array;
+}
+template <class Real>
+zyn::ref_ptr<zyn::VertexArray<Real>> newVertices() {
+    return new zyn::ArrayImp<zyn::VertexArray<Real>>;
+}
+
+template <class Real>
 struct Network {
     using Tri = zyn::TinRecord<Real>;
     using Pnt = zyn::XPnt3<Real>;
-    using Engine =
-        std::conditional_t<std::is_same_v<Real, double>, zyn::IZynDelaunayD, zyn::IZynDelaunay>;
+    static constexpr bool isDouble = std::is_same_v<Real, double>;
+    using Engine = std::conditional_t<isDouble, zyn::IZynDelaunayD, zyn::IZynDelaunay>;
 
     Network(double minX, double minY, double maxX, double maxY) {
-        if constexpr (std::is_same_v<Real, double>) {
+        if constexpr (isDouble) {
             engine = zyn::newZynDelaunayDouble(1, minX, minY, maxX, maxY);
         } else {
             engine = zyn::newZynDelaunay(1, float(minX), float(minY), float(maxX), float(maxY));
@@ -40,24 +55,26 @@ struct Network {
     }
     Real* vertex(std::size_t i) { return points[i]; }
 
-    /// Copies of all records in pool order: what has to be equal when nothing has changed.
-    std::vector<Tri> records() {
-        std::vector<Tri> result;
+    /// All records in pool order, and copies of them: equal when nothing has changed.
+    /// @{
+    std::vector<Tri*> triangles() {
+        std::vector<Tri*> result;
         engine->rewindTriangles();
-        while (const Tri* const t = engine->nextTriangle()) { result.push_back(*t); }
+        while (Tri* const t = engine->nextTriangle()) { result.push_back(t); }
         return result;
     }
+    std::vector<Tri> records() {
+        std::vector<Tri> result;
+        for (const Tri* const t : triangles()) { result.push_back(*t); }
+        return result;
+    }
+    /// @}
     /// A triangle with that edge, or null.
     Tri* triangleOn(const Real* a, const Real* b) {
-        engine->rewindTriangles();
-        while (Tri* const t = engine->nextTriangle()) {
+        for (Tri* const t : triangles()) {
             if (t->index(a, b) != -1) { return t; }
         }
         return nullptr;
-    }
-    bool has(const Real* v) {
-        const std::vector<Tri> all = records();
-        return std::any_of(all.begin(), all.end(), [v](const Tri& t) { return t.index(v) != 3; });
     }
 
     zyn::ref_ptr<Engine> engine;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -11,42 +10,6 @@
 
 namespace support {
 namespace {
-
-// Long double decides what is clear: its range takes products of four doubles, and a bound of
-// sixteen units in the last place is above the error of either determinant.
-constexpr long double unclear = 16 * std::numeric_limits<long double>::epsilon();
-
-struct Wide {
-    long double x;
-    long double y;
-};
-Wide operator-(Position p, Position q) {
-    const auto wide = [](double v) { return static_cast<long double>(v); };
-    return {wide(p.x) - wide(q.x), wide(p.y) - wide(q.y)};
-}
-
-int orientation(Position a, Position b, Position c) {
-    const Wide u = a - c, v = b - c;
-    const long double left = u.x * v.y, right = u.y * v.x;
-    const long double bound = unclear * (std::abs(left) + std::abs(right));
-    if (std::abs(left - right) > bound) { return left > right ? 1 : -1; }
-    return exactOrientation(a, b, c);
-}
-
-int inCircle(Position a, Position b, Position c, Position d) {
-    const Wide u = a - d, v = b - d, w = c - d;
-    long double value = 0, size = 0;
-    const auto add = [&](const Wide& lifted, const Wide& p, const Wide& q) {
-        const long double lift = lifted.x * lifted.x + lifted.y * lifted.y;
-        value += lift * (p.x * q.y - p.y * q.x);
-        size += lift * (std::abs(p.x * q.y) + std::abs(p.y * q.x));
-    };
-    add(u, v, w);
-    add(v, w, u);
-    add(w, u, v);
-    if (std::abs(value) > unclear * size) { return value > 0 ? 1 : -1; }
-    return exactInCircle(a, b, c, d);
-}
 
 template <class Real>
 class Check {
@@ -87,7 +50,7 @@ private:
         const auto& v = t->vertex;
         if (v[0] == nullptr || v[1] == nullptr || v[2] == nullptr) { return "a corner is null"; }
         if (v[0] == v[1] || v[1] == v[2] || v[2] == v[0]) { return "a corner comes twice"; }
-        const int turn = orientation(at(v[0]), at(v[1]), at(v[2]));
+        const int turn = exactOrientation(at(v[0]), at(v[1]), at(v[2]));
         if (turn < 0) { return "runs clockwise"; }
         if (turn == 0 && !mayBeFlat(t)) { return "has no area"; }
         for (int i = 0; i < 3; ++i) {
@@ -111,8 +74,10 @@ private:
             ++back;
         }
         if (back == 3) { return "a neighbour does not link back across the same edge"; }
-        const bool illegal = inCircle(at(t->vertex[i]), at(from), at(to), at(n->vertex[back])) > 0;
-        return expected.delaunay && illegal ? "an edge is not Delaunay" : nullptr;
+        const bool isIllegal =
+            expected.delaunay && t < n &&  // each edge once
+            exactInCircle(at(t->vertex[i]), at(from), at(to), at(n->vertex[back])) > 0;
+        return isIllegal ? "an edge is not Delaunay" : nullptr;
     }
 
     std::string faultOfWhole() const {

@@ -17,7 +17,6 @@
 namespace {
 
 using namespace zyn;
-using support::faultOf;
 
 /// How many operations a walk has; ZYN_WALK_OPERATIONS says otherwise.
 int operationCount() {
@@ -45,12 +44,12 @@ public:
                 locateSome();
             } else if (choice < 55 || held.size() > 2000) {
                 removeSome();
-            } else {
-                addSome();
+            } else if (this->add(position(), position(), pick(9))) {
+                held.push_back(this->points.back());
             }
             if (n % checkEvery == 0 || n + 1 == operations) {
-                fault =
-                    faultOf(*this->engine, {.delaunay = false, .vertices = 4 + int(held.size())});
+                fault = support::faultOf(*this->engine,
+                                         {.delaunay = false, .vertices = 4 + int(held.size())});
             }
         }
         return fault;
@@ -63,37 +62,29 @@ private:
         return held.empty() ? nullptr : held[std::size_t(pick(int(held.size())))];
     }
 
-    void addSome() {
-        if (this->add(position(), position(), pick(9))) { held.push_back(this->points.back()); }
-    }
-
     void removeSome() {
         Real* const v = someVertex();
         if (v == nullptr) { return; }
         const int before = this->engine->triangleCount();
-        if (this->engine->removePoint(nullptr, v[0], v[1], Real(5e-4))) {
-            std::erase(held, v);
-            EXPECT_EQ(this->engine->triangleCount(), before - 2);
-        } else {
-            EXPECT_EQ(this->engine->triangleCount(), before);
-        }
+        const bool isGone = this->engine->removePoint(nullptr, v[0], v[1], Real(5e-4));
+        if (isGone) { std::erase(held, v); }
+        EXPECT_EQ(this->engine->triangleCount(), before - (isGone ? 2 : 0));
     }
 
     void enforceSome() {
         Real *const a = someVertex(), *const b = someVertex();
-        if (a != b) {
-            auto* const t = this->engine->enforceEdge(a, b, nullptr);
-            ASSERT_NE(t, nullptr);
-            EXPECT_NE(t->index(a), 3);
-        }
+        if (a == b) { return; }
+        auto* const t = this->engine->enforceEdge(a, b, nullptr);
+        EXPECT_TRUE(t != nullptr && t->index(a) != 3);
     }
 
     void locateSome() {
         const Real x = Real(position()), y = Real(position());
         const auto* const t = this->engine->locate(x, y);
         ASSERT_NE(t, nullptr);
-        for (const auto& [from, to] : {std::pair(0, 1), std::pair(1, 2), std::pair(2, 0)}) {
-            const XPnt3d p = support::pointOf(t->vertex[from]), q = support::pointOf(t->vertex[to]);
+        for (int i = 0; i < 3; ++i) {
+            const XPnt3d p = support::pointOf(t->vertex[i]);
+            const XPnt3d q = support::pointOf(t->vertex[(i + 1) % 3]);
             EXPECT_GE((q.x - p.x) * (double(y) - p.y) - (q.y - p.y) * (double(x) - p.x), -1e-9);
         }
     }
@@ -118,8 +109,7 @@ private:
 
 template <class Real>
 class RandomWalkTest : public testing::Test {};
-using Precisions = testing::Types<double, float>;
-TYPED_TEST_SUITE(RandomWalkTest, Precisions);
+TYPED_TEST_SUITE(RandomWalkTest, support::Precisions);
 
 TYPED_TEST(RandomWalkTest, KeepsTheNetworkValid) {
     const unsigned seed = support::newSeed();

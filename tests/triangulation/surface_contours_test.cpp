@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <numbers>
 #include <random>
 #include <set>
@@ -20,7 +19,6 @@ namespace {
 using namespace zyn;
 
 constexpr double pi = std::numbers::pi;
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 template <class Real>
 ref_ptr<Pnt3dArrayArray> contoursOf(support::Network<Real>& network, std::vector<double> levels,
@@ -43,95 +41,73 @@ double areaIn(Pnt3dArray* line) {
 }
 template <class Real>
 class SurfaceContoursTest : public testing::Test {};
-using Precisions = testing::Types<double, float>;
-TYPED_TEST_SUITE(SurfaceContoursTest, Precisions);
+TYPED_TEST_SUITE(SurfaceContoursTest, support::Precisions);
 
-TYPED_TEST(SurfaceContoursTest, AndVolumesAreThoseOfPlaneConeAndParaboloid) {
-    support::Network<TypeParam> plane(-3, -3, 3, 3), cone(-3, -3, 3, 3), bowl(-3, -3, 3, 3);
-    for (int n = 0; n < 121 * 121; ++n) {
-        const double x = (n % 121 - 60) / 50.0, y = (n / 121 - 60) / 50.0;
-        plane.add(x, y, x + 1), cone.add(x, y, -std::hypot(x, y)), bowl.add(x, y, x * x + y * y);
-    }
-    auto lines = contoursOf(plane, {1.25, 7, 0.51, 1.25, nan, HUGE_VAL, -HUGE_VAL});
-    ASSERT_EQ(lines->size(), 3);
-    for (const auto& [i, level] : {std::pair(0, 1.25), {1, 0.51}, {2, 1.25}}) {
-        for (const XPnt3d& p : *lines->get(i)) {
-            EXPECT_TRUE(std::abs(p.x + 1 - level) < 1e-6 && p.z == level);
+TYPED_TEST(SurfaceContoursTest, AndVolumesAreThoseOfConesAndRasters) {
+    for (const double slope : {-1.0, 1.0}) {  // a peak, a pit
+        support::Network<TypeParam> cone(-3, -3, 3, 3);
+        for (int n = 0; n < 121 * 121; ++n) {
+            const double x = (n % 121 - 60) / 50.0, y = (n / 121 - 60) / 50.0;
+            cone.add(x, y, slope * std::hypot(x, y));
         }
-        EXPECT_NEAR(lines->get(i)->first().y, 1.2, 1e-6);  // down, with the high ground in the east
-        EXPECT_NEAR(lines->get(i)->last().y, -1.2, 1e-6);
+        const double level = slope * 0.777;
+        const auto lines = contoursOf(cone, {level, 7, slope * 0.5, NAN, HUGE_VAL, -HUGE_VAL});
+        ASSERT_TRUE(lines->size() == 2 && isClosed(lines->get(0)) && isClosed(lines->get(1)));
+        EXPECT_NEAR(areaIn(lines->get(0)), -slope * pi * 0.777 * 0.777, 1e-3);
+        EXPECT_NEAR(areaIn(lines->get(1)), -slope * pi * 0.5 * 0.5, 1e-3);
+        const SurfaceVolume v = volume(cone.engine.get(), level);
+        EXPECT_NEAR(slope < 0 ? v.cut : v.fill, pi / 3 * std::pow(0.777, 3), 1e-3);
+        EXPECT_NEAR(slope < 0 ? v.cutArea : v.fillArea, -slope * areaIn(lines->get(0)), 1e-6);
+        // A grid of heights comes to the same.
+        const ref_ptr<MatrixDbl> out = newMatrixDbl();
+        ASSERT_TRUE(rasterize(cone.engine.get(), {-1.2, -1.2, 1.2, 1.2}, 500, 500, out.get()));
+        double sum = 0;
+        for (int n = 0; n < 250000; ++n) { sum += out->data()[n] - level; }
+        EXPECT_NEAR(sum * 5.76 / 250000, v.cut - v.fill, 1e-5);
     }
-    const SurfaceVolume half = volume(plane.engine.get(), 1);
-    EXPECT_TRUE(std::abs(half.cut - 1.728) < 1e-6 && std::abs(half.fill - 1.728) < 1e-6);
-    EXPECT_TRUE(std::abs(half.cutArea - 2.88) < 1e-6 && std::abs(half.fillArea - 2.88) < 1e-6);
-
-    lines = contoursOf(cone, {-0.777});
-    ASSERT_TRUE(lines->size() == 1 && isClosed(lines->get(0)));
-    EXPECT_NEAR(areaIn(lines->get(0)), pi * 0.777 * 0.777, 1e-3);
-    EXPECT_NEAR(volume(cone.engine.get(), -0.777).cut, pi / 3 * std::pow(0.777, 3), 1e-3);
-    lines = contoursOf(bowl, {0.777});
-    ASSERT_TRUE(lines->size() == 1 && isClosed(lines->get(0)));
-    EXPECT_NEAR(areaIn(lines->get(0)), -pi * 0.777, 1e-3);
-    const SurfaceVolume pit = volume(bowl.engine.get(), 0.777);
-    EXPECT_NEAR(pit.fill, pi / 2 * 0.777 * 0.777, 1e-3);
-    EXPECT_NEAR(pit.fillArea, -areaIn(lines->get(0)), 1e-6);
-
-    // A grid of heights comes to the same volume.
-    const ref_ptr<MatrixDbl> raster = newMatrixDbl();
-    ASSERT_TRUE(rasterize(bowl.engine.get(), Enve2d(-1.2, -1.2, 1.2, 1.2), 500, 500, raster.get()));
-    double fill = 0;
-    for (int n = 0; n < 250000; ++n) { fill += std::max(0.777 - raster->data()[n], 0.0); }
-    EXPECT_NEAR(fill * 5.76 / 250000, pit.fill, 1e-5);
 }
 
-/// Small heights on a grid with gaps: vertices, edges and flats at every whole level.
-template <class Real>
-class Hills : public support::Network<Real> {
-public:
-    Hills(std::mt19937& random, bool hasLowRim)
-        : support::Network<Real>(-20, -20, size + 20, size + 20) {
-        const auto pick = [&random](int count) {
-            return std::uniform_int_distribution(0, count - 1)(random);
-        };
-        const int heights = 2 + pick(3);
-        for (int n = 0; n < (size + 1) * (size + 1); ++n) {
-            const int x = n % (size + 1), y = n / (size + 1);
-            const bool isRim = isOnRim({double(x), double(y), 0});
-            if (isRim || pick(8) != 0) { this->add(x, y, isRim && hasLowRim ? -1 : pick(heights)); }
-        }
-    }
-    static bool isOnRim(XPnt3d p) { return std::min({p.x, p.y, size - p.x, size - p.y}) == 0; }
-    /// A segment in each triangle that the level runs through, and on each edge at the level that has
-    /// ground below on one side only.
-    std::size_t segmentCount(double level) {
-        std::size_t count = 0;
-        for (const auto& t : this->records()) {
-            if (this->engine->isFrameTriangle(&t)) { continue; }
-            double z[3];
-            for (std::size_t i = 0; i < 3; ++i) { z[i] = double(t.vertex[i][2]); }
-            const auto [low, high] = std::minmax({z[0], z[1], z[2]});
-            count += low < level && level < high;
-            for (std::size_t i = 0; i < 3; ++i) {
-                const std::size_t a = (i + 1) % 3, b = (i + 2) % 3;
-                if (z[i] >= level || z[a] != level || z[b] != level) { continue; }
-                const auto* const n = t.neighbor[i];
-                count += this->engine->isFrameTriangle(n) ||
-                         double(n->vertex[n->index(t.vertex[a], t.vertex[b])][2]) >= level;
-            }
-        }
-        return count;
-    }
+constexpr int side = 6;
+bool isOnRim(XPnt3d p) { return std::min({p.x, p.y, side - p.x, side - p.y}) == 0; }
 
-private:
-    static constexpr int size = 6;
-};
+/// A segment in each triangle that the level runs through, and on each edge at the level that has
+/// ground below on one side only.
+template <class Real>
+std::size_t segmentCount(support::Network<Real>& network, double level) {
+    std::size_t count = 0;
+    for (const auto& t : network.records()) {
+        if (network.engine->isFrameTriangle(&t)) { continue; }
+        double z[3];
+        for (std::size_t i = 0; i < 3; ++i) { z[i] = double(t.vertex[i][2]); }
+        const auto [low, high] = std::minmax({z[0], z[1], z[2]});
+        count += low < level && level < high;
+        for (std::size_t i = 0; i < 3; ++i) {
+            const std::size_t a = (i + 1) % 3, b = (i + 2) % 3;
+            if (z[i] >= level || z[a] != level || z[b] != level) { continue; }
+            const auto* const n = t.neighbor[i];
+            count += network.engine->isFrameTriangle(n) ||
+                     double(n->vertex[n->index(t.vertex[a], t.vertex[b])][2]) >= level;
+        }
+    }
+    return count;
+}
 
 TYPED_TEST(SurfaceContoursTest, SeparateTheGroundWhateverIsAtTheLevel) {
     std::mt19937 random(support::newSeed());
+    const auto pick = [&random](unsigned count) { return int(random() % count); };
     for (int n = 0; n < 300; ++n) {
         SCOPED_TRACE(n);
+        // Small heights on a grid with gaps: vertices, edges and flats at every whole level.
         const bool hasLowRim = n % 2 == 0;
-        Hills<TypeParam> hills(random, hasLowRim);
+        const unsigned heights = 2 + unsigned(pick(3));
+        support::Network<TypeParam> hills(-20, -20, side + 20, side + 20);
+        for (int x = 0; x <= side; ++x) {
+            for (int y = 0; y <= side; ++y) {
+                const bool isRim = isOnRim({double(x), double(y), 0});
+                if (!isRim && pick(8) == 0) { continue; }
+                hills.add(x, y, isRim && hasLowRim ? -1 : pick(heights));
+            }
+        }
         auto* const engine = hills.engine.get();
         for (const double level : {-1.0, 0.0, 0.5, 1.0, 1.0 / 3, 2.0, 3.0}) {
             SCOPED_TRACE(level);
@@ -141,8 +117,7 @@ TYPED_TEST(SurfaceContoursTest, SeparateTheGroundWhateverIsAtTheLevel) {
             const auto lines = contoursOf(hills, {level});
             for (Pnt3dArray* const line : *lines) {
                 ASSERT_GE(line->size(), 2);
-                EXPECT_TRUE(isClosed(line) ||
-                            (hills.isOnRim(line->first()) && hills.isOnRim(line->last())));
+                EXPECT_TRUE(isClosed(line) || (isOnRim(line->first()) && isOnRim(line->last())));
                 area += areaIn(line);
                 for (int i = 1; i < line->size(); ++i) {
                     const XPnt3d p = line->get(i - 1), q = line->get(i);
@@ -156,7 +131,7 @@ TYPED_TEST(SurfaceContoursTest, SeparateTheGroundWhateverIsAtTheLevel) {
                     EXPECT_TRUE(left >= level - 1e-12 && right < level && dx * dx + dy * dy > 0);
                 }
             }
-            EXPECT_EQ(segments.size(), hills.segmentCount(level));
+            EXPECT_EQ(segments.size(), segmentCount(hills, level));
             if (hasLowRim && level > -1) {
                 EXPECT_NEAR(area, volume(engine, level - 1e-9).cutArea, 1e-6);
             }
@@ -169,13 +144,12 @@ TYPED_TEST(SurfaceContoursTest, AreNoneWithoutASurface) {
     EXPECT_EQ(contoursOf(network, {0, 1, 5})->size(), 0);
     network.add(0, 0, 0), network.add(4, 0, 4), network.add(0, 3, 4);
     EXPECT_EQ(contours(network.engine.get(), nullptr)->size(), 0);
-    const ref_ptr<DoubleArray> levels = newDoubleArray();
-    EXPECT_EQ(contours<TypeParam>(nullptr, levels.get())->size(), 0);
-    EXPECT_EQ(contoursOf(network, {2, 1}, 5.7)->size(), 2);
-    EXPECT_EQ(contoursOf(network, {2, 1}, 5.6)->size(), 0);  // the edge from 0 to 4 up
-    EXPECT_EQ(volume(network.engine.get(), -1, 5.6).cut, 0);
-    EXPECT_NEAR(volume(network.engine.get(), -1, 5.7).cut, 6 * (1 + 8.0 / 3), 1e-9);
+    EXPECT_EQ(contours<TypeParam>(nullptr, ref_ptr(newDoubleArray()).get())->size(), 0);
     EXPECT_EQ(volume<TypeParam>(nullptr, 0).cut, 0);
+    for (const auto& [maxEdge, isThere] : {std::pair(5.7, true), {5.6, false}}) {  // from 0 to 4 up
+        EXPECT_EQ(contoursOf(network, {2, 1}, maxEdge)->size(), isThere ? 2 : 0);
+        EXPECT_NEAR(volume(network.engine.get(), -1, maxEdge).cut, isThere ? 22 : 0, 1e-9);
+    }
 }
 
 TYPED_TEST(SurfaceContoursTest, DivideATriangleWhereThePlaneCutsIt) {

@@ -10,32 +10,23 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <limits>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "file_content.h"
 #include "network.h"
 
 namespace {
 
 using namespace zyn;
+using support::bytes;
+using support::contentOf;
 namespace fs = std::filesystem;
 
-std::string contentOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 bool runs(const std::string& command) {
     return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
-}
-template <class... Numbers>
-std::string bytes(Numbers... numbers) {  // of a little-endian machine
-    std::string result;
-    (result.append(reinterpret_cast<const char*>(&numbers), sizeof numbers), ...);
-    return result;
 }
 
 /// On the ground of a UTM zone, where a float holds halves of a metre.
@@ -45,7 +36,6 @@ protected:
     SurfaceFileTest()
         : support::Network<Real>(450000, 5350000, 550000, 5450000),
           folder(testing::TempDir() + "zyn_surface_file_test" + std::to_string(getpid())) {
-        fs::remove_all(folder);
         fs::create_directory(folder);
     }
     ~SurfaceFileTest() override { fs::remove_all(folder); }
@@ -66,20 +56,48 @@ protected:
         }
         return result;
     }
+    /// The PLY file that belongs there, with the bytes of a normal for each vertex.
+    template <class NormalOf>
+    std::string plyOf(NormalOf normalOf) {
+        std::vector<Real*> known;
+        std::string vertices, faces;
+        int faceCount = 0;
+        for (const auto& t : this->records()) {
+            if (this->engine->isFrameTriangle(&t)) { continue; }
+            ++faceCount;
+            faces += '\3';
+            for (Real* const v : t.vertex) {
+                const auto place = std::find(known.begin(), known.end(), v);
+                faces += bytes(std::int32_t(place - known.begin()));
+                if (place != known.end()) { continue; }
+                known.push_back(v);
+                vertices += bytes(v[0], v[1], v[2]) + normalOf(v);
+            }
+        }
+        const std::string real = sizeof(Real) == 8 ? "double " : "float ";
+        return "ply\nformat binary_little_endian 1.0\ncomment ZynBase\nelement vertex " +
+               std::to_string(known.size()) + "\nproperty " + real + "x\nproperty " + real +
+               "y\nproperty " + real +
+               "z\nproperty float nx\nproperty float ny\nproperty float nz\nelement face " +
+               std::to_string(faceCount) +
+               "\nproperty list uchar int vertex_indices\nend_header\n" + vertices + faces;
+    }
+    std::string writtenPly() {
+        const std::string path = file + "ply";
+        EXPECT_TRUE(writePly(this->engine.get(), path.c_str(), anyEdge, PlyNormals::vertex));
+        return contentOf(path);
+    }
 
     std::string folder, file = folder + "/surface.";
 };
-using Precisions = testing::Types<double, float>;
-TYPED_TEST_SUITE(SurfaceFileTest, Precisions);
+TYPED_TEST_SUITE(SurfaceFileTest, support::Precisions);
 
 TYPED_TEST(SurfaceFileTest, AnotherProgramFindsTheFacesOfObjAndPly) {
     if (!runs("assimp version")) { GTEST_SKIP() << "there is no assimp"; }
     this->addHills();
     ASSERT_TRUE(writeObj(this->engine.get(), (this->file + "obj").c_str()));
     ASSERT_TRUE(writePly(this->engine.get(), (this->file + "ply").c_str()));
-    ASSERT_TRUE(
-        writePly(this->engine.get(), (this->file + "n.ply").c_str(), anyEdge, PlyNormals::vertex));
-    for (const std::string suffix : {"obj", "ply", "n.ply"}) {
+    for (const std::string suffix : {"obj", "ply"}) {
         const std::string facets = this->folder + "/" + suffix + ".stl";
         ASSERT_TRUE(runs("assimp export '" + this->file + suffix + "' '" + facets + "'"));
         std::istringstream words(contentOf(facets));
@@ -98,50 +116,14 @@ TYPED_TEST(SurfaceFileTest, PlyIsMadeOfTheBytesOfTheFormat) {
     const Real fold = 500000, y = 5400000;
     this->add(fold, y), this->add(fold, y + 2000);
     this->add(fold - 1000, y + 1000, -3000), this->add(fold + 3000, y + 1000);
-    std::vector<Real*> known;
-    std::string vertices, faces;
-    for (const auto& t : this->records()) {
-        if (this->engine->isFrameTriangle(&t)) { continue; }
-        faces += '\3';
-        for (Real* const v : t.vertex) {
-            const auto place = std::find(known.begin(), known.end(), v);
-            faces += bytes(std::int32_t(place - known.begin()));
-            if (place != known.end()) { continue; }
-            known.push_back(v);
-            vertices += bytes(v[0], v[1], v[2]);
-            vertices += v[0] < fold   ? bytes(float(-3 / std::sqrt(10)), 0.F, float(std::sqrt(0.1)))
-                        : v[0] > fold ? bytes(0.F, 0.F, 1.F)
-                                      : bytes(-0.6F, 0.F, 0.8F);
-        }
-    }
-    const std::string real = sizeof(Real) == 8 ? "double " : "float ";
-    ASSERT_TRUE(
-        writePly(this->engine.get(), (this->file + "ply").c_str(), anyEdge, PlyNormals::vertex));
-    EXPECT_EQ(contentOf(this->file + "ply"),
-              "ply\nformat binary_little_endian 1.0\ncomment ZynBase\nelement vertex 4\nproperty " +
-                  real + "x\nproperty " + real + "y\nproperty " + real +
-                  "z\nproperty float nx\nproperty float ny\nproperty float nz\nelement face 2\n"
-                  "property list uchar int vertex_indices\nend_header\n" +
-                  vertices + faces);
-}
-
-TYPED_TEST(SurfaceFileTest, PlyHasAnUprightNormalWhereThereIsNone) {
-    using Real = TypeParam;
-    this->add(500000, 5400000), this->add(500100, 5400000), this->add(500000, 5400100);
-    for (const Real z :
-         {std::numeric_limits<Real>::quiet_NaN(), std::numeric_limits<Real>::max()}) {
-        this->points[0].z = z;
-        ASSERT_TRUE(writePly(this->engine.get(), (this->file + "ply").c_str(), anyEdge,
-                             PlyNormals::vertex));
-        const std::string content = contentOf(this->file + "ply");
-        const std::string upright = bytes(0.F, 0.F, 1.F);
-        int count = 0;
-        for (std::size_t at = 0; (at = content.find(upright, at)) != std::string::npos; ++at) {
-            ++count;
-        }
-        const bool overflows = std::isnan(z) || sizeof(Real) == 8;
-        EXPECT_EQ(count, overflows ? 3 : 0) << z;
-    }
+    EXPECT_EQ(this->writtenPly(), this->plyOf([fold](const Real* v) {
+        return v[0] < fold   ? bytes(float(-3 / std::sqrt(10)), 0.F, float(std::sqrt(0.1)))
+               : v[0] > fold ? bytes(0.F, 0.F, 1.F)
+                             : bytes(-0.6F, 0.F, 0.8F);
+    }));
+    // Where there is no normal, or it cannot be computed, an upright one.
+    for (auto& p : this->points) { p.z = std::numeric_limits<Real>::quiet_NaN(); }
+    EXPECT_EQ(this->writtenPly(), this->plyOf([](const Real*) { return bytes(0.F, 0.F, 1.F); }));
 }
 
 TYPED_TEST(SurfaceFileTest, LandXmlHoldsTheSurfaceUnderItsName) {
@@ -185,14 +167,58 @@ TYPED_TEST(SurfaceFileTest, LandXmlHoldsTheSurfaceUnderItsName) {
     }
 }
 
-TYPED_TEST(SurfaceFileTest, NobodysSurfaceAndNoPathAreRefused) {
-    using Surface = DelaunayInterface<TypeParam>;
-    Surface *const surface = this->engine.get(), *const none = nullptr;
-    const std::string path = this->file + "any";
-    EXPECT_FALSE(writeObj(surface, nullptr) || writeObj(none, path.c_str()));
-    EXPECT_FALSE(writePly(surface, nullptr) || writePly(none, path.c_str()));
-    EXPECT_FALSE(writeLandXml(surface, nullptr, "a") || writeLandXml(none, path.c_str(), "a"));
-    EXPECT_FALSE(fs::exists(path));
+TYPED_TEST(SurfaceFileTest, NobodysEngineAndNoPathAreRefused) {
+    using Real = TypeParam;
+    DelaunayInterface<Real>*const surface = this->engine.get(), *const none = nullptr;
+    const std::string any = this->file + "any";
+    const char* const path = any.c_str();
+    EXPECT_FALSE(writeObj(surface, nullptr) || writeObj(none, path));
+    EXPECT_FALSE(writePly(surface, nullptr) || writePly(none, path));
+    EXPECT_FALSE(writeLandXml(surface, nullptr, "a") || writeLandXml(none, path, "a"));
+    EXPECT_FALSE(writeBinary(none, path) || writeText(none, path) || fs::exists(path));
+    Real marker = 0, low[3] = {7, 7, 7}, high[3] = {};
+    Real* vertices = &marker;
+    int count = 7;
+    EXPECT_FALSE(readBinary(none, path, vertices, count));
+    EXPECT_TRUE(vertices == nullptr && count == 0);
+    EXPECT_FALSE(bounds(none, low[0], low[1], low[2], high[0], high[1], high[2]) || low[0] != 7);
+    EXPECT_EQ(vertexCount(none) + allVertexCount(none) + compactVertices(none), 0);
+    EXPECT_EQ(surfaceArea(none) + surfaceAreaHorizen(none), 0);
+}
+
+TEST(ExportObj, WritesNumberedPointsAndTheFacesBelowTheLimit) {
+    std::vector<XPnt3d> points{{2, 2, 0}, {5, 2, 1.5}, {2, 2, 5}, {2, 5, 0}};
+    const ref_ptr<IZynDelaunayD> e = newZynDelaunayDouble(0, 0, 0, 10, 10);
+    for (XPnt3d& p : points) { EXPECT_EQ(e->addPoint(&p, 0), p.z != 5); }
+    const std::string file = testing::TempDir() + "zyn_export.obj";
+    const char* const path = file.c_str();
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(e->exportObj(points, path, 4.4));
+    std::fflush(stdout);
+    EXPECT_EQ(
+        testing::internal::GetCapturedStdout(),
+        "Writing File \"" + file + "\"...\nWriting vertices...Done!\nWriting triangles...Done!");
+    const std::string vertices = contentOf(file);  // the refused point keeps its line
+    EXPECT_EQ(vertices,
+              "v 2.000000 2.000000 0.000000\nv 5.000000 2.000000 1.500000\n"
+              "v 2.000000 2.000000 5.000000\nv 2.000000 5.000000 0.000000\n");
+    EXPECT_TRUE(e->exportObj(points, path, 4.5));
+    EXPECT_TRUE(contentOf(file).starts_with(vertices + "f "));
+    // The same limit for any engine.
+    EXPECT_TRUE(writeObj<double>(e.get(), path, 4.4) &&
+                contentOf(file).find('f') == std::string::npos);
+    EXPECT_TRUE(writeObj<double>(e.get(), path, 4.5) &&
+                contentOf(file).find('f') != std::string::npos);
+    EXPECT_FALSE(e->exportObj(points, (file + "/no/file").c_str(), 1));
+    EXPECT_FALSE(e->exportObj(points, nullptr, 1));
+    std::vector<XPnt3d> many(32770);  // the last two have a number that does not fit
+    for (std::size_t i = 0; i < many.size(); ++i) { many[i].inten = static_cast<std::int16_t>(i); }
+    EXPECT_TRUE(e->exportObj(many, path, 0));
+    const std::string lines = contentOf(file);
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), 'v'), 32768);
+    compactVertices(e.get());  // vertices without a number
+    EXPECT_FALSE(e->exportObj(points, path, 1));
+    fs::remove(path);
 }
 
 }  // namespace

@@ -99,6 +99,15 @@ TYPED_TEST(Breaklines, TangledLinesEnd) {
     }
 }
 
+TYPED_TEST(Breaklines, StartAtTheNearestVertexWithinTheTolerance) {
+    for (const double x : {4.25, 4.75}) {
+        Ground<TypeParam> ground(0, 0, 10, 10);
+        ground.add(4, 5), ground.add(5, 5), ground.add(4.5, 7);
+        EXPECT_GT(ground.addLine({{x, 5.125, 0}, {8, 2, 0}}, 0.875), 0);
+        EXPECT_EQ(ground.fixed->first(), ground.vertex(x > 4.5));
+    }
+}
+
 // Of segments that do not cross, on a lattice: the pieces between the points that lie on them.
 TYPED_TEST(Breaklines, ArePiecesBetweenTheVerticesOnThem) {
     std::mt19937 random(support::newSeed());

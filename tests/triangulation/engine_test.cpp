@@ -133,6 +133,19 @@ TYPED_TEST(EngineTest, RemovePointFillsAHoleThatNoFanFills) {
     }
 }
 
+TYPED_TEST(EngineTest, RemovePointLeavesTheDiagonalOfDelaunay) {
+    for (const int width : {1, 3}) {
+        typename TestFixture::Net kite(0, 0, 10, 10);
+        const int height = 4 - width;
+        for (const auto& [x, y] : {XPnt2d(5 - width, 5), XPnt2d(5, 5 - height),
+                                   XPnt2d(5 + width, 5), XPnt2d(5, 5 + height), XPnt2d(5, 5)}) {
+            ASSERT_TRUE(kite.add(x, y));
+        }
+        ASSERT_TRUE(kite.engine->removePoint(nullptr, 5, 5, 1));
+        EXPECT_EQ(faultOf(*kite.engine, {.vertices = 8}), "");
+    }
+}
+
 TYPED_TEST(EngineTest, DeleteTriangleMovesTheNewestIntoItsPlace) {
     this->addRandom(1500);  // three blocks of triangles
     auto& e = *this->engine;
@@ -195,7 +208,9 @@ TEST_F(FloatEngineTest, MeetsLines) {
     EXPECT_TRUE(engine->rayNearest({10, 4.75F, 3}, {0, 4.75F, 3}, &t));
     EXPECT_NEAR(t, 0.35F, 1e-6F);
     EXPECT_EQ(ref_ptr(engine->rayIntersections({10, 4.75F, 3}, {0, 4.75F, 3}))->size(), 2);
-    EXPECT_FALSE(engine->rayNearest({1, 1, 4}, {1, 1, 8}, &t));
+    // Beside the surface there are triangles of the frame only.
+    EXPECT_EQ(ref_ptr(engine->rayIntersections({1, 1, 4}, {1, 1, -8}))->size(), 0);
+    EXPECT_FALSE(engine->rayNearest({1, 1, 4}, {1, 1, -8}, &t));
 }
 
 }  // namespace

@@ -211,6 +211,9 @@ TEST(ExportObj, WritesNumberedPointsAndTheFacesBelowTheLimit) {
                 contentOf(file).find('f') != std::string::npos);
     EXPECT_FALSE(e->exportObj(points, (file + "/no/file").c_str(), 1));
     EXPECT_FALSE(e->exportObj(points, nullptr, 1));
+    points[2].inten = 0;  // no number of its own any more
+    EXPECT_TRUE(e->exportObj(points, path, 4.4));
+    EXPECT_EQ(contentOf(file), vertices.substr(0, 58) + vertices.substr(87));
     std::vector<XPnt3d> many(32770);  // the last two have a number that does not fit
     for (std::size_t i = 0; i < many.size(); ++i) { many[i].inten = static_cast<std::int16_t>(i); }
     EXPECT_TRUE(e->exportObj(many, path, 0));

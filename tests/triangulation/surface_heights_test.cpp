@@ -141,6 +141,16 @@ TYPED_TEST(SurfaceHeightsTest, OfARasterHoldOnLongEdgesAndBesideFlatTriangles) {
     }
 }
 
+TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseOfVerticesToTheLastBit) {
+    support::Network<TypeParam> network(-9, -9, 19, 19);
+    for (int n = 0; n < 100; ++n) { network.add(n % 10, n / 10, std::sin(n * n)); }
+    const ref_ptr<MatrixDbl> out = newMatrixDbl();
+    ASSERT_TRUE(rasterize(network.engine.get(), Enve2d(-0.5, -0.5, 9.5, 9.5), 10, 10, out.get()));
+    for (int n = 0; n < 100; ++n) {
+        EXPECT_EQ(out->get(n / 10, n % 10), double(network.points[std::size_t(n)].z)) << n;
+    }
+}
+
 TYPED_TEST(SurfaceHeightsTest, OfARasterAreRefusedWithoutAPlaceForThem) {
     const ref_ptr<MatrixDbl> out = newMatrixDbl();
     out->setSize(2, 3, 5.0);

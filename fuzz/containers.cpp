@@ -7,6 +7,9 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <numeric>
+#include <utility>
 #include <vector>
 
 #include "array_run.h"
@@ -31,7 +34,8 @@ void runPool(Bytes& bytes) {
     std::vector<int*> starts;  // of the blocks, which stay
     for (int n = 0; n < 20 && !bytes.isEmpty() && model.size() < 200000; ++n) {
         const int kind = bytes.below(9), value = bytes.take<int>();
-        std::vector<int> items(bytes.take<std::uint16_t>() * std::size_t(bytes.below(3)), value);
+        std::vector<int> items(bytes.take<std::uint16_t>() * std::size_t(bytes.below(3)));
+        std::iota(items.begin(), items.end(), value % 1000);
         if (kind > 6) { items = {value}; }
         if (kind == 3) { items = model; }
         if (kind == 2 || kind == 4) { model = items = {}; }
@@ -75,6 +79,54 @@ void runPool(Bytes& bytes) {
     }
 }
 
+/// The determinant of whole numbers, each division of which leaves no rest: Bareiss, "Sylvester's
+/// identity and multistep integer-preserving Gaussian elimination", 1968.
+long long determinant(std::vector<std::vector<long long>> a) {
+    long long last = 1, sign = 1;
+    for (std::size_t k = 0; k < a.size(); ++k) {
+        const auto pivot = std::find_if(a.begin() + std::ptrdiff_t(k), a.end(),
+                                        [k](const auto& row) { return row[k] != 0; });
+        if (pivot == a.end()) { return 0; }
+        if (*pivot != a[k]) {
+            std::swap(*pivot, a[k]);
+            sign = -sign;
+        }
+        for (std::size_t i = k + 1; i < a.size(); ++i) {
+            for (std::size_t j = k + 1; j < a.size(); ++j) {
+                a[i][j] = (a[i][j] * a[k][k] - a[i][k] * a[k][j]) / last;
+            }
+        }
+        last = a[k][k];
+    }
+    return sign * last;
+}
+
+/// Of small whole numbers: what is regular has an inverse, which times the matrix is the unit matrix.
+void requireInverse(const MatrixDbl& m, const MatrixDbl& inverse, bool isInverted) {
+    const int n = m.rows();
+    std::vector<std::vector<long long>> whole;
+    double largest = 0;
+    for (int r = 0; r < n; ++r) {
+        whole.emplace_back();
+        for (int c = 0; c < n; ++c) {
+            const double v = m.get(r, c);
+            if (!(std::abs(v) <= 8 && v == std::trunc(v))) { return; }
+            whole.back().push_back(std::llround(v));
+            largest = std::max(largest, std::abs(inverse.get(r, c)));
+        }
+    }
+    const bool isRegular = determinant(whole) != 0;
+    // Rounding can make a singular matrix regular, with an inverse of very large numbers.
+    FUZZ_REQUIRE(isInverted ? isRegular || largest > 1e6 : !isRegular);
+    for (int r = 0; r < n && isInverted && largest < 1e3; ++r) {
+        for (int c = 0; c < n; ++c) {
+            double sum = 0;
+            for (int k = 0; k < n; ++k) { sum += m.get(r, k) * inverse.get(k, c); }
+            FUZZ_REQUIRE(std::abs(sum - (r == c ? 1 : 0)) < 1e-6);
+        }
+    }
+}
+
 void runMatrix(Bytes& bytes) {
     const int rows = bytes.below(9) - 1, cols = bytes.below(4) > 0 ? rows : bytes.below(9) - 1;
     const ref_ptr<MatrixDbl> m = newMatrixDbl();
@@ -95,16 +147,16 @@ void runMatrix(Bytes& bytes) {
     try {
         const ref_ptr<MatrixDbl> inverse(m->inverse());
         FUZZ_REQUIRE(std::equal(copy.data(), copy.data() + size, inverse->data(), same));
-        const ref_ptr<MatrixDbl> back(inverse->inverse());
-        const auto isSmall = [](double v) { return std::abs(v) <= 8 && v == std::trunc(v); };
-        if (!isInverted || size > 4 || !std::all_of(m->data(), m->data() + size, isSmall)) {
-            return;
-        }
-        // Rounding can make a singular matrix regular.
-        const double* const e = m->data();
-        if (size == 4 && e[0] * e[3] == e[1] * e[2]) { return; }
-        FUZZ_REQUIRE(std::abs(back->get(0, 0) - m->get(0, 0)) < 1e-6);
+        requireInverse(*m, *inverse, isInverted);
     } catch (char*) { FUZZ_REQUIRE(m->rows() != m->cols() && !isInverted); }
+    // Of numbers that wrap around nothing is known but that they do.
+    const ref_ptr<MatrixInt> wrapping = newMatrixInt();
+    wrapping->setSize(rows, rows);
+    for (int i = 0; i < wrapping->rows() * wrapping->cols(); ++i) {
+        wrapping->data()[i] = bytes.take<int>();
+    }
+    (void)ref_ptr(wrapping->normalized(bytes.take<int>(), bytes.take<int>()));
+    (void)wrapping->invert();
 }
 
 /// Products and what adds up lines, against plain loops.

@@ -27,15 +27,13 @@ template <class Real>
 class EngineRun {
 public:
     explicit EngineRun(Bytes& bytes_) : bytes(bytes_), scale(scales[bytes.below(5)]) {
-        const Real low = Real(-scale), high = Real(17 * scale);
         if constexpr (isDouble) {
-            engine = newZynDelaunayDouble(0, low, low, high, high);
             pool = newPnt3dPool();
         } else {
-            engine = newZynDelaunay(0, low, low, high, high);
             pool = newPnt3fPool();
         }
         fixed = newVertices();
+        begin();
     }
 
     void run() {
@@ -51,6 +49,18 @@ private:
     static constexpr bool isDouble = std::same_as<Real, double>;
     static constexpr double scales[] = {1, 0.1, 1e-9, 1e12, 432100.123};
     using Engine = std::conditional_t<isDouble, IZynDelaunayD, IZynDelaunay>;
+
+    void begin() {
+        const Real low = Real(-scale), high = Real(17 * scale);
+        if constexpr (isDouble) {
+            engine = newZynDelaunayDouble(0, low, low, high, high);
+        } else {
+            engine = newZynDelaunay(0, low, low, high, high);
+        }
+        fixed->removeAll();
+        isSound = isDelaunay = true;
+        unsoundChecks = 0;
+    }
 
     /// Mostly on a small lattice, where points meet and lines cross in vertices; now and then anything.
     Real coordinate() {
@@ -281,6 +291,7 @@ private:
             std::abort();
         }
         for (int i = 0; i < fixed->size(); ++i) { FUZZ_REQUIRE(fixed->get(i) != nullptr); }
+        if (!isSound && ++unsoundChecks == 4) { begin(); }
     }
 
     Bytes& bytes;
@@ -293,6 +304,7 @@ private:
     ref_ptr<VertexArray<Real>> fixed;
     bool isSound = true;
     bool isDelaunay = true;
+    int unsoundChecks = 0;  ///< of a network that can tell little any more
 };
 
 }  // namespace

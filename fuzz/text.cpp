@@ -65,7 +65,11 @@ void writeLog(const QString& message) {
         log->info(message);
         log->error(message);
     }
-    FUZZ_REQUIRE(file.size() > 0);
+    const ref_ptr<StringArray> lines = readLines(QString::fromStdString(file.path), nullptr);
+    FUZZ_REQUIRE(lines->size() >= 2);
+    for (const QString& line : *lines) {
+        FUZZ_REQUIRE(!isKept(message) || line.endsWith(QLatin1Char(' ') + message));
+    }
 }
 
 /// The fast reader and the documented way, line by line, find the same points; in plain text they agree

@@ -117,11 +117,12 @@ public:
     // One-shot triangulation of a whole point set by the mesh generator (Triangle, Shewchuk 1996), in
     // place of addPoint.
 
-    /// Triangulates the convex hull of `count` points, pointers to x, y, z, which must stay and become
-    /// vertices by their addresses. The generator sees x and y rounded to float, and ignores all but
-    /// one of the points that then fall together: prefer addPoints() of surface.h, unless the
-    /// coordinates are small numbers. At those of a national grid (1e6) the rounding, up to 0.25,
-    /// loses points and folds triangles.
+    /// Triangulates the convex hull of `count` points, pointers to x, y, z, which must stay and
+    /// become vertices by their addresses: of whole XPnt3d for findCone with a radius and
+    /// exportObj. The generator sees x and y rounded to float, and ignores all but one of the
+    /// points that then fall together: prefer addPoints() of surface.h, unless the coordinates are
+    /// small numbers. At those of a national grid (1e6) the rounding, up to 0.25, loses points and
+    /// folds triangles.
     ///
     /// The frame's two triangles stay, first and without a link to the new ones, whose outer edges
     /// have no neighbour: later points and queries outside the hull find no triangle, and enforceEdge
@@ -185,9 +186,11 @@ template <class Real>
 ZYN_EXPORT bool bounds(DelaunayInterface<Real>* engine, Real& minX, Real& minY, Real& minZ,
                        Real& maxX, Real& maxY, Real& maxZ);
 
-/// Copies the vertices of the surface into one buffer that the engine owns until its end, and makes
-/// the network refer to it instead of the caller's points. These are bare coordinates: findCone with
-/// a radius and exportObj, which use `inten`, are not for them. The number of vertices copied.
+/// Copies the vertices of the surface into one buffer that the engine owns until its end, and makes the
+/// network refer to it instead of the caller's points; lists of vertices, such as fixed edges, do not
+/// follow. Vertices that only frame triangles have stay the caller's. The copies are bare coordinates:
+/// findCone with a radius and exportObj, which use `inten`, are not for them. The number of vertices
+/// copied.
 template <class Real>
 ZYN_EXPORT int compactVertices(DelaunayInterface<Real>* engine);
 

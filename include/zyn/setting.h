@@ -23,7 +23,8 @@ namespace zyn {
 class ZYN_EXPORT IZynSetting : public ZynReferenced {
 public:
     /// Remembers the path and reads the file, beside what there is already; makes an empty one if
-    /// there is none. 0, or -1 when it cannot be made; the path is the remembered one then, too. Without
+    /// there is none. 0, or -1 when it cannot be made; the path is the remembered one then, too. A file
+    /// that cannot be read to its end gives no values, and stays as it is at the object's end. Without
     /// memory std::bad_alloc is thrown, and nothing is remembered.
     virtual int open(QString path) = 0;
     /// 0. The third string is not used.

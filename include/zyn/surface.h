@@ -111,8 +111,8 @@ ZYN_EXPORT int addPoints(DelaunayInterface<Real>* engine, Pnt3Array<Real>* point
 /// edges, or chains of edges where other vertices lie on a segment, by exact arithmetic. Gives the
 /// number of edges in the network that it became, each counted once. -1, with nothing changed, for a
 /// point that is not finite or outside the network, fewer than two points, a tolerance that is not at
-/// least 0, and null. Beside a hole left by deleteTriangle, or damage from a file, a segment may stay
-/// out. New vertices are numbered as by addPoint, in both this and the next way.
+/// least 0, and null. Beside a hole left by deleteTriangle, points in one place, or damage from a file,
+/// a segment may stay out. New vertices are numbered as by addPoint, in both this and the next way.
 ///
 /// `fixed` may be null. Its edges stay, but for those that a segment crosses: these give way and are taken
 /// out, or, with `crossings`, are split by a vertex there, with the height of the edge that was
@@ -134,9 +134,9 @@ ZYN_EXPORT int addBreaklines(DelaunayInterface<Real>* engine, Pnt3ArrayArray<Rea
                              VertexArray<Real>* fixed = nullptr,
                              Pnt3Pool<Real>* crossings = nullptr);
 /// Flips every edge that is not locally Delaunay by the exact in-circle test, except those of
-/// `fixed`, until none is left: the constrained Delaunay triangulation. Gives the number of flips; -1,
-/// with nothing changed, for null and for a network with a clockwise triangle or a link that is not
-/// mutual or leads out of it. Source: Lawson 1977.
+/// `fixed`, until none is left: the constrained Delaunay triangulation. Gives the number of flips,
+/// held at the largest number; -1, with nothing changed, for null and for a network with a clockwise
+/// triangle or a link that is not mutual or leads out of it. Source: Lawson 1977.
 template <class Real>
 ZYN_EXPORT int restoreDelaunay(DelaunayInterface<Real>* engine,
                                const VertexArray<Real>* fixed = nullptr);
@@ -164,7 +164,8 @@ ZYN_EXPORT int heightAt(DelaunayInterface<Real>* engine, Pnt3dArray* points);
 /// The surface along the straight line from a to b: a new array with a point at both ends and one at
 /// every edge crossed, in order. Where the line leaves the surface and comes back, a point
 /// whose z is NaN, at the place where it comes back, stands between the parts; a part may be a single
-/// point. Empty where there is no surface. A line that leaves the network takes time for all its
+/// point. Along the edge of a hole that deleteTriangle left, with the hole on the right, the line is off
+/// the surface. Empty where there is no surface. A line that leaves the network takes time for all its
 /// triangles.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3dArray> profile(DelaunayInterface<Real>* engine,
@@ -205,8 +206,8 @@ template <class Real>
 
 // Files. Each appears whole or not at all, with what was there before kept until then, unless its folder takes
 // no file beside it, or it has several hard links or another owner: false when anything could not be written,
-// and for null.
-// Vertices come in the order of first appearance. A path that is there and no regular file is refused.
+// and for null. Devices and pipes are written as they are.
+// Vertices come in the order of first appearance.
 
 /// Wavefront OBJ: a line `v x y z` a vertex, each coordinate with the digits that bring back the
 /// same number; then a line `f a b c` a triangle, counting vertices from 1.

@@ -33,10 +33,10 @@ class IZynProgress;
 
 // Files of lines
 
-/// Number of line feeds; 0 for what is no readable file. Held at the largest number.
+/// Number of line feeds; 0 for what is no file that can be read to its end. Held at the largest number.
 [[nodiscard]] ZYN_EXPORT std::int32_t getTxtFileLineNum(QString path, IZynProgress* progress);
 /// The lines that are not empty, without carriage returns: null when there is no such file, empty
-/// when it cannot be opened. Indices do not follow the file's line numbers.
+/// when it cannot be read to its end. Indices do not follow the file's line numbers.
 [[nodiscard]] ZYN_EXPORT ref_ptr<StringArray> readLines(QString path, IZynProgress* progress);
 /// Replaces the file by the strings as they are: line feeds are the caller's. False for null; true
 /// also when the file cannot be opened or written: the old one stays then, unless its folder takes no
@@ -47,7 +47,7 @@ ZYN_EXPORT bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgres
 // Text point files: a point a line, its first two fields, parted by blanks, commas or tabs
 
 /// Puts the points into a new array; lines that hold none are passed over. False, with `pnts` as it
-/// was, when there is no line.
+/// was, when there is no line and when the file cannot be read to its end.
 ZYN_EXPORT bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress* progress);
 /// Writes such a file with the six significant digits of XPnt2d::toString(): 432100.125 becomes 432100.
 /// False for an empty path and for null only. The progress is not called.

@@ -24,11 +24,12 @@ bool mayBeWritten(const char* path) {
 /// Whether another file can take the place of this one, of which `real` is the path without links.
 bool isReplaceable(const char* path, const char* real, const struct stat& old) {
     const std::string_view name(path);
+    const bool isOfTheSystem =
+        name.starts_with("/proc/") || (name.starts_with("/dev/") && !name.starts_with("/dev/shm/"));
     struct stat there = {};
     // A file that is open and has no name any more can have another one's.
     return real != nullptr && stat(real, &there) == 0 && there.st_ino == old.st_ino &&
-           there.st_dev == old.st_dev && old.st_nlink == 1 && !name.starts_with("/dev/") &&
-           !name.starts_with("/proc/");
+           there.st_dev == old.st_dev && old.st_nlink == 1 && !isOfTheSystem;
 }
 
 /// Whether it is the folder that does not want another file, or the system that does not want its name.
@@ -42,14 +43,15 @@ WholeFile::WholeFile(const char* path) {
     struct stat old = {};
     if (path == nullptr || *path == '\0') { return; }
     if (stat(path, &old) != 0) {
-        // Only what is really new goes when it is not committed.
+        // Only what is really new goes when it is not committed. Memory may run out before it is there.
+        temporary = path;
         const int handle = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (handle >= 0) {
-            temporary = path;
             stream.reset(fdopen(handle, "w"));
             if (!isOpen()) { close(handle); }
             return;
         }
+        temporary.clear();
     } else if (S_ISREG(old.st_mode) && (!mayBeWritten(path) || openBeside(path, old))) {
         return;
     }

@@ -47,7 +47,7 @@ bool CZynPMSDataTable::holdsMeasurement(int img, int idx) const {
 
 int CZynPMSDataTable::addImgPnt(int img, const XPnt2d& xy, int pnt) {
     if (!cameras->holds(img) || !points->holds(pnt)) { return -1; }
-    points->setLink(pnt, img, points->link(pnt, img));  // makes room, before anything is added
+    points->makeRoom(pnt, img);  // before anything is added
     points->setLink(pnt, img, measurements->add(img, xy, pnt) - 1);
     return 0;
 }
@@ -108,7 +108,7 @@ int CZynPMSDataTable::removeImg(int img) {
         const int pnt = measurements->getPntId(img, idx);
         measurements->invalidate(img, idx);
         if (pnt == -1) { continue; }
-        points->setLink(pnt, img, -1);
+        points->unlink(pnt, img);
         if (!points->hasTwoLinks(pnt)) { removeWrdPnt(pnt); }
     }
     return 0;
@@ -122,7 +122,7 @@ int CZynPMSDataTable::removeImgPntAt(int img, int idx) {
     if (!holdsMeasurement(img, idx)) { return -1; }
     const int pnt = measurements->getPntId(img, idx);
     measurements->invalidate(img, idx);
-    if (pnt != -1) { points->setLink(pnt, img, -1); }
+    if (pnt != -1) { points->unlink(pnt, img); }
     if (measurements->getValidCount(img) < 1) { removeImg(img); }
     if (pnt != -1 && !points->hasTwoLinks(pnt)) { removeWrdPnt(pnt); }
     return 0;

@@ -71,10 +71,15 @@ int CZynPMSWrdPntsTable::link(int pnt, int img) const {
     return img < ids.size() ? ids.data()[img] : -1;
 }
 
-void CZynPMSWrdPntsTable::setLink(int pnt, int img, int idx) {
+void CZynPMSWrdPntsTable::makeRoom(int pnt, int img) {
     IntArray& ids = *links->get(pnt);
     while (ids.size() <= img) { ids.append(-1); }
-    ids.getRef(img) = idx;
+}
+
+void CZynPMSWrdPntsTable::setLink(int pnt, int img, int idx) { links->get(pnt)->getRef(img) = idx; }
+
+void CZynPMSWrdPntsTable::unlink(int pnt, int img) {
+    if (img < links->get(pnt)->size()) { setLink(pnt, img, -1); }
 }
 
 bool CZynPMSWrdPntsTable::hasTwoLinks(int pnt) const {

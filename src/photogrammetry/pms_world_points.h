@@ -48,7 +48,11 @@ public:
 
     /// The measurement of a point on an image; -1 when there is none, or no such point.
     int link(int pnt, int img) const;
+    /// Makes the links of a point reach to an image.
+    void makeRoom(int pnt, int img);
+    /// Where there is room.
     void setLink(int pnt, int img, int idx);
+    void unlink(int pnt, int img);
     bool hasTwoLinks(int pnt) const;
     /// Makes `count` the number of points again.
     void cutTo(int count);

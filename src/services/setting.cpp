@@ -2,6 +2,7 @@
 #include <zyn/textfile.h>
 
 #include "core/whole_file.h"
+#include "services/read_lines.h"
 
 #include <QFile>
 #include <QString>
@@ -26,10 +27,9 @@ public:
     int open(QString newPath) override {
         // Without memory to read the file whole it is not remembered: saving would cut it.
         const bool isThere = isFileExist(newPath);
-        if (isThere) { values = withThoseOf(newPath); }
-        path = std::move(newPath);
         // What could not be read is not to be cut by an end that nobody asked for.
-        isRead = !isThere || QFile(path).open(QIODevice::ReadOnly);
+        isRead = !isThere || read(newPath);
+        path = std::move(newPath);
         if (isThere) { return 0; }
         if (!path.isEmpty()) { QFile(path).open(QIODevice::WriteOnly); }
         return isFileExist(path) ? 0 : -1;
@@ -58,17 +58,18 @@ public:
 private:
     using Values = std::map<QString, QString>;
 
-    [[nodiscard]] Values withThoseOf(const QString& file) const {
+    [[nodiscard]] bool read(const QString& file) {
+        const ref_ptr<StringArray> lines = readWholeFile(file);
+        if (!lines) { return false; }
         Values result = values;
-        const ref_ptr<StringArray> lines = readLines(file, nullptr);
-        if (!lines) { return result; }  // gone in the meantime
         for (const QString& line : *lines) {
             const ref_ptr<StringArray> pieces = strSeperator(line, QStringLiteral("[]=\n"));
             if (pieces->size() >= 2) {
                 result[pieces->get(0)] = strTrimBlankLeftRight(pieces->get(1));
             }
         }
-        return result;
+        values = std::move(result);
+        return true;
     }
 
     Values values;

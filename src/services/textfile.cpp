@@ -2,6 +2,7 @@
 #include <zyn/textfile.h>
 
 #include "core/whole_file.h"
+#include "services/read_lines.h"
 
 #include <QDir>
 #include <QFile>
@@ -84,17 +85,18 @@ std::int64_t lineFeeds(std::string_view text) {
 }
 
 /// Calls use(line, isEnded) for each line of the file that is not empty, without carriage returns; only
-/// the last one may lack its end.
+/// the last one may lack its end. Whether the file could be read to its end.
 template <class Use>
-void forLines(QFile& file, Use use) {
+bool forLines(QFile& file, Use use) {
     constexpr std::size_t blockSize = std::size_t(1) << 18;
     std::vector<char> buffer;
     for (bool atEnd = false; !atEnd;) {
         const std::size_t kept = buffer.size();
         buffer.resize(kept + blockSize);
         const qint64 size = file.read(buffer.data() + kept, qint64(blockSize));
-        atEnd = size <= 0;
-        buffer.resize(kept + std::size_t(std::max(size, qint64(0))));
+        if (size < 0) { return false; }
+        atEnd = size == 0;
+        buffer.resize(kept + std::size_t(size));
         buffer.erase(std::remove(buffer.begin() + std::ptrdiff_t(kept), buffer.end(), '\r'),
                      buffer.end());
         std::string_view text(buffer.data(), buffer.size());
@@ -108,6 +110,7 @@ void forLines(QFile& file, Use use) {
         }
         buffer.erase(buffer.begin(), buffer.end() - std::ptrdiff_t(text.size()));
     }
+    return true;
 }
 
 constexpr int mibUtf8 = 106;
@@ -138,23 +141,30 @@ std::int32_t getTxtFileLineNum(QString path, IZynProgress*) {
     if (!isFileExist(path) || !file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) { return 0; }
     std::vector<char> block(std::size_t(1) << 17);
     std::int64_t count = 0;
-    for (qint64 size = 0; (size = file.read(block.data(), qint64(block.size()))) > 0;) {
+    qint64 size = 0;
+    while ((size = file.read(block.data(), qint64(block.size()))) > 0) {
         count += lineFeeds({block.data(), std::size_t(size)});
     }
+    if (size < 0) { return 0; }
     constexpr std::int64_t most = std::numeric_limits<std::int32_t>::max();
     return static_cast<std::int32_t>(std::min(count, most));
 }
 
-ref_ptr<StringArray> readLines(QString path, IZynProgress*) {
-    if (!isFileExist(path)) { return nullptr; }
-    ref_ptr<StringArray> lines = newStringArray();
+ref_ptr<StringArray> readWholeFile(const QString& path) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) { return lines; }
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) { return nullptr; }
+    const ref_ptr<StringArray> lines = newStringArray();
     QTextStream stream(&file);
     for (QString line; stream.readLineInto(&line);) {
         if (!line.isEmpty()) { lines->append(line); }
     }
-    return lines;
+    return file.error() == QFileDevice::NoError ? lines : nullptr;
+}
+
+ref_ptr<StringArray> readLines(QString path, IZynProgress*) {
+    if (!isFileExist(path)) { return nullptr; }
+    const ref_ptr<StringArray> lines = readWholeFile(path);
+    return lines ? lines : newStringArray();
 }
 
 bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgress* progress) {
@@ -177,15 +187,15 @@ bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgress* progress
 }
 
 // Lines of plain characters are read as bytes; others take the way over QString.
-bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress* progress) {
+bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress*) {
     QFile file(path);
     if (!isFileExist(path) || !file.open(QIODevice::ReadOnly)) { return false; }
     const ref_ptr<Pnt2dArray> points = newPnt2dArray();
     XPnt2d point;
     bool hasLine = false;
     if (isWide(file.peek(4))) {
-        const ref_ptr<StringArray> lines = readLines(path, progress);
-        if (!lines) { return false; }  // gone in the meantime
+        const ref_ptr<StringArray> lines = readWholeFile(path);
+        if (!lines) { return false; }
         for (const QString& line : *lines) {
             hasLine = true;
             if (toPoint(line, point)) { points->append(point); }
@@ -202,7 +212,7 @@ bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress* progr
             return isEnded ? codec->toUnicode(line.data(), size)
                            : codec->toUnicode(line.data(), size, &cutOff);
         };
-        forLines(file, [&](std::string_view line, bool isEnded) {
+        const bool isWhole = forLines(file, [&](std::string_view line, bool isEnded) {
             if (isPlain(line)) {
                 hasLine = true;
                 if (toPoint(line, point)) { points->append(point); }
@@ -213,6 +223,7 @@ bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress* progr
             hasLine = hasLine || isEnded || !hasText || !text.isEmpty();
             if (toPoint(text, point)) { points->append(point); }
         });
+        if (!isWhole) { return false; }
     }
     if (!hasLine) { return false; }
     pnts = points;

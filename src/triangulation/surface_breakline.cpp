@@ -11,6 +11,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -178,11 +179,13 @@ int addAll(DelaunayInterface<Real>* interface, Polylines&& polylines, Real toler
            VertexArray<Real>* fixed, Pnt3Pool<Real>* crossings) {
     auto* const engine = engineOf(interface);
     if (engine == nullptr || !(tolerance >= 0)) { return -1; }
-    const ref_ptr<VertexArray<Real>> list = fixed != nullptr ? fixed : newVertexArray<Real>();
+    ref_ptr<VertexArray<Real>> own;  // the host's list may have no count yet
+    if (fixed == nullptr) { own = newVertexArray<Real>(); }
+    VertexArray<Real>& list = fixed != nullptr ? *fixed : *own;
     std::optional<Breaklines<Real>> breaklines;
     for (Pnt3Array<Real>* const points : polylines) {
         if (!accepts(*engine, points)) { continue; }
-        if (!breaklines) { breaklines.emplace(*engine, tolerance, *list, crossings); }
+        if (!breaklines) { breaklines.emplace(*engine, tolerance, list, crossings); }
         breaklines->add(*points);
     }
     return breaklines ? breaklines->edges() : -1;
@@ -257,7 +260,7 @@ int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>*
                 continue;
             }
             flipEdge(t, i, n, j);
-            ++flips;
+            if (flips < std::numeric_limits<int>::max()) { ++flips; }
             lookAgainAt(n);
             lookAgainAt(t);
             break;

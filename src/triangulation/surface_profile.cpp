@@ -52,11 +52,6 @@ private:
         const Xy ab = b - a, ap = Xy{p.x, p.y} - a;
         return (ap.x * ab.x + ap.y * ab.y) / (ab.x * ab.x + ab.y * ab.y);
     }
-    /// Whether they are one place but for the rounding of a crossing.
-    [[nodiscard]] static bool areClose(const XPnt3d& p, Xy q) {
-        const double rounding = 1e-14 * (std::abs(q.x) + std::abs(q.y));
-        return std::abs(p.x - q.x) <= rounding && std::abs(p.y - q.y) <= rounding;
-    }
     /// Where the line crosses edge i of t. An end of the edge, a and b are met exactly.
     [[nodiscard]] XPnt3d crossing(const Tri* t, int i) const {
         const Real* right = t->vertex[after[i]];
@@ -66,13 +61,18 @@ private:
         const double toRight = std::abs(Side(a, b, xyOf(right)).value);
         const double toLeft = std::abs(Side(a, b, xyOf(left)).value);
         const double share = toRight + toLeft > 0 ? toRight / (toRight + toLeft) : 0.5;
-        const XPnt3d from = positionOf(right);
-        XPnt3d p = from + (positionOf(left) - from) * share;
-        for (const Real* const v : {left, right}) {
-            if (areClose(p, xyOf(v))) { p = positionOf(v); }
+        const XPnt3d from = positionOf(right), to = positionOf(left);
+        XPnt3d p = from + (to - from) * share;
+        const double rounding =
+            1e-14 * (std::abs(from.x) + std::abs(from.y) + std::abs(to.x) + std::abs(to.y));
+        const auto isAt = [&p, rounding](Xy q) {
+            return std::abs(p.x - q.x) <= rounding && std::abs(p.y - q.y) <= rounding;
+        };
+        for (const XPnt3d& end : {to, from}) {
+            if (isAt({end.x, end.y})) { p = end; }
         }
         for (const Xy end : {a, b}) {
-            if (areClose(p, end)) { p = {end.x, end.y, p.z}; }
+            if (isAt(end)) { p = {end.x, end.y, p.z}; }
         }
         return p;
     }
@@ -168,7 +168,7 @@ private:
         reached = std::max(reached, along(exit));
         const HeightPlane plane(ground);
         if (along(entry) < 0) { entry = {a.x, a.y, plane.at(a.x, a.y)}; }
-        if (along(exit) > 1) { exit = {b.x, b.y, plane.at(b.x, b.y)}; }
+        if (along(exit) >= 1) { exit = {b.x, b.y, plane.at(b.x, b.y)}; }
         add(entry);
         isInterrupted = false;
         add(exit);
@@ -179,7 +179,9 @@ private:
         const int left = side(t->vertex[after[i]]) < 0 ? before[i] : after[i];
         if (side(t->vertex[left]) != 0) { return; }
         const XPnt3d p = positionOf(t->vertex[left]);
-        if (along(p) > 0 && along(p) < 1 && !isLast(p) && surface.round(t, left) != nullptr) {
+        const bool isInside = along(p) > 0 && along(p) < 1 && !isLast(p);
+        if (isInside && touched.insert(t->vertex[left]).second &&
+            surface.round(t, left) != nullptr) {
             add(p);
             isInterrupted = true;
         }
@@ -206,6 +208,7 @@ private:
     Surface<Real> surface;
     const Xy a, b;
     ref_ptr<Pnt3dArray> points = newPnt3dArray();
+    std::unordered_set<const Real*> touched;     // vertices that addTouch has looked round
     std::size_t stepsLeft = 2 * engine.count();  // links of a damaged network may circle
     double reached = -HUGE_VAL;                  // the end of the latest part over the surface
     bool isInterrupted = false;

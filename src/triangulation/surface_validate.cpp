@@ -100,7 +100,9 @@ private:
     bool hasDuplicates() {
         if (!duplicatesKnown) {
             std::vector<std::pair<Real, Real>> places;
-            for (const Real* const v : vertices()) { places.emplace_back(v[0], v[1]); }
+            for (const Real* const v : vertices()) {
+                if (!std::isnan(v[0]) && !std::isnan(v[1])) { places.emplace_back(v[0], v[1]); }
+            }
             std::sort(places.begin(), places.end());
             duplicates = std::adjacent_find(places.begin(), places.end()) != places.end();
             duplicatesKnown = true;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace zyn {
 namespace {
@@ -15,9 +16,11 @@ namespace {
 class Pieces {
 public:
     Pieces(double area, std::array<double, 3> heights) {
-        std::sort(heights.begin(), heights.end());
+        const bool areNumbers = std::none_of(heights.begin(), heights.end(),
+                                             [](double height) { return std::isnan(height); });
+        if (areNumbers) { std::sort(heights.begin(), heights.end()); }
         const auto [low, middle, high] = heights;
-        if (low >= 0 || high <= 0) {
+        if (!areNumbers || low >= 0 || high <= 0) {
             add(area, (low + middle + high) / 3);
         } else if (middle <= 0) {
             split(area, high, low, middle);

@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -17,19 +18,24 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <limits>
 #include <string>
 #include <string_view>
 
 #include "network.h"
 
 namespace {
-std::string_view failing;  // a call by its name
+std::string_view failing;                                        // a call by its name
+std::size_t readable = std::numeric_limits<std::size_t>::max();  // bytes, and then the disk fails
 
-/// What the function of that name behind this program's own says, or a failure.
+/// The function of that name behind this program's own.
+template <class Function>
+Function* behind(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
 template <class Argument>
 int lastCall(const char* name, Argument argument) {
-    using Function = int (*)(Argument);
-    const int result = reinterpret_cast<Function>(dlsym(RTLD_NEXT, name))(argument);
+    const int result = behind<int(Argument)>(name)(argument);
     if (failing != name) { return result; }
     errno = ENOSPC;
     return -1;
@@ -39,6 +45,13 @@ int lastCall(const char* name, Argument argument) {
 // A disk may tell only here that it did not take everything.
 extern "C" int fclose(std::FILE* file) { return lastCall("fclose", file); }
 extern "C" int fsync(int file) { return lastCall("fsync", file); }
+extern "C" ssize_t read(int file, void* to, std::size_t size) {
+    auto* const next = behind<ssize_t(int, void*, std::size_t)>("read");
+    const ssize_t result = readable == 0 ? -1 : next(file, to, std::min(size, readable));
+    if (readable == 0) { errno = EIO; }
+    readable -= std::size_t(std::max(result, ssize_t(0)));
+    return result;
+}
 
 namespace {
 
@@ -174,6 +187,13 @@ TEST_P(DiskFailure, Places) {
     fs::remove(path);
     expectWhole(link);
     EXPECT_TRUE(fs::is_symlink(link));
+
+    const std::string inMemory = "/dev/shm/zyn_disk_failure";
+    if (!(std::ofstream(inMemory) << old)) { return; }
+    std::ifstream before(inMemory);
+    EXPECT_TRUE(write(inMemory));
+    fs::remove(inMemory);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(before), {}), old) << "cut in its place";
 }
 
 TEST_P(DiskFailure, Permissions) {
@@ -195,6 +215,36 @@ TEST_P(DiskFailure, Permissions) {
     expectAsUser(path, answerOfFailure(), old);
     fs::permissions(path, fs::perms(0666));
     expectAsUser(path, true, whole);
+}
+
+/// A part of a file is not taken for the whole.
+TEST(ReadFailure, GivesNothing) {
+    const std::string path = testing::TempDir() + "zyn_read_failure";
+    const QString name = QString::fromStdString(path);
+    for (const std::string_view mark : {"", "\xFF\xFE"}) {
+        std::string text(mark);
+        for (int i = 0; i < 100000; ++i) { text += "[a]=[1]\n2 3\n"; }
+        std::ofstream(path) << text;
+        for (const std::size_t enough : {std::size_t(0), std::size_t(500001)}) {
+            const auto failingAfter = [enough](auto run) {
+                readable = enough;
+                const auto result = run();
+                readable = std::numeric_limits<std::size_t>::max();
+                return result;
+            };
+            ref_ptr<Pnt2dArray> points;
+            EXPECT_EQ(failingAfter([&] { return getTxtFileLineNum(name, nullptr); }), 0);
+            EXPECT_EQ(failingAfter([&] { return readLines(name, nullptr); })->size(), 0);
+            EXPECT_FALSE(failingAfter([&] { return readPnt2dArray(name, points, nullptr); }));
+            EXPECT_EQ(points, nullptr);
+            ref_ptr<IZynSetting> settings = newZynSetting(QString());
+            EXPECT_EQ(failingAfter([&] { return settings->open(name); }), 0);
+            EXPECT_TRUE(settings->getValue(QStringLiteral("a")).isNull());
+            settings = nullptr;  // does not save what it does not have
+            EXPECT_EQ(contentOf(path), text);
+        }
+    }
+    fs::remove(path);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, DiskFailure, testing::ValuesIn(writers),

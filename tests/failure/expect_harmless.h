@@ -3,11 +3,18 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <filesystem>
 #include <functional>
+#include <iterator>
 #include <new>
 #include <string>
 
 #include "failing_allocation.h"
+
+inline std::ptrdiff_t openFiles() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
 
 /// Runs the operation with memory for no allocation, for one, for two and so on until it is enough. Each
 /// time it works on a new Object, of which `isSound` must hold after the failure; then it must answer
@@ -23,6 +30,7 @@ void expectHarmless(const char* name, const std::function<bool(Object&)>& run,
     for (int successes = 0;; ++successes) {
         SCOPED_TRACE("after " + std::to_string(successes) + " allocations");
         const long before = support::liveBlocks();
+        const std::ptrdiff_t openBefore = openFiles();
         bool hasFailed = false;
         {
             Object object;
@@ -37,6 +45,7 @@ void expectHarmless(const char* name, const std::function<bool(Object&)>& run,
             }
         }
         ASSERT_EQ(support::liveBlocks(), before);
+        ASSERT_EQ(openFiles(), openBefore);
         ASSERT_TRUE(hasFailed || successes > 0) << "nothing was allocated";
         if (!hasFailed) { return; }
     }

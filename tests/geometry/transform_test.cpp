@@ -30,7 +30,8 @@ protected:
     double uniform() { return std::uniform_real_distribution(-1.0, 1.0)(random); }
     ZynQuad rotation() {
         ZynQuad q(0.05 + std::abs(uniform()), uniform(), uniform(), uniform());
-        q.normalize();
+        q * (1 / std::sqrt(q.w * q.w + q.x * q.x + q.y * q.y +
+                           q.z * q.z));  // normalize() has a tolerance
         return q;
     }
 

@@ -192,6 +192,19 @@ TEST_F(SurfaceProfileTest, RunsThroughVerticesAlongEdgesAndAlongTheRim) {
     EXPECT_EQ(profile<double>(nullptr, {0, 0}, {1, 1})->size(), 0);
 }
 
+TEST_F(SurfaceProfileTest, EndsOnAnEdgeWithoutAGap) {
+    std::mt19937 random(support::newSeed());
+    std::uniform_real_distribution<double> size(0.1, 100);
+    for (int n = 0; n < 200; ++n) {  // the end is 0, where coordinates are finer than a crossing
+        engine = newZynDelaunayDouble(0, -1000, -1000, 1000, 1000);
+        const double x = size(random), y = size(random);
+        for (const auto& [px, py] : {std::pair(-x, -y), {x, y}, {300., -300.}, {-300., 300.}}) {
+            this->add(px, py, 7);
+        }
+        EXPECT_EQ(heightsOf({0, 0}, {size(random) + 50, -100}).size(), 2U);
+    }
+}
+
 TEST_F(SurfaceProfileTest, HasAPointAtEveryEdgeOfARandomNetwork) {
     std::mt19937 random(support::newSeed());
     const auto pick = [&random](int low, int high) {

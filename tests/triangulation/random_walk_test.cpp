@@ -1,5 +1,5 @@
 // Long random walks of operations, after which the network is what it should be.
-#include <zyn/delaunay.h>
+#include <zyn/surface.h>
 
 #include <gtest/gtest.h>
 
@@ -8,6 +8,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "network.h"
@@ -35,33 +36,82 @@ public:
         const int checkEvery = std::max(500, operations / 1000);
         std::string fault;
         for (int n = 0; n < operations && fault.empty(); ++n) {
-            const int choice = pick(100);
+            const int choice = pick(1000);
             if (choice == 0) {
-                writeAndRead();
-            } else if (choice < 15) {
-                enforceSome();
+                fault = restore();
+            } else if (choice < 5) {
+                compact();
+            } else if (choice < 10) {
+                addMany();
+            } else if (choice < 20) {
+                addLine();
             } else if (choice < 30) {
+                writeAndRead();
+            } else if (choice < 150) {
+                enforceSome();
+            } else if (choice < 300) {
                 locateSome();
-            } else if (choice < 55 || held.size() > 2000) {
+            } else if (choice < 550 || held.size() > 2000) {
                 removeSome();
             } else if (this->add(position(), position(), pick(9))) {
                 held.push_back(this->points.back());
             }
-            if (n % checkEvery == 0 || n + 1 == operations) {
-                fault = support::faultOf(*this->engine,
-                                         {.delaunay = false, .vertices = 4 + int(held.size())});
+            if (fault.empty() && (n % checkEvery == 0 || n + 1 == operations)) {
+                fault = faultOf(false);
             }
         }
         return fault;
     }
 
 private:
+    std::string faultOf(bool delaunay) {
+        return support::faultOf(*this->engine,
+                                {.delaunay = delaunay, .vertices = 4 + int(held.size())});
+    }
     int pick(int count) { return std::uniform_int_distribution(0, count - 1)(random); }
     double position() { return step * pick(int(100 / step) + 1); }
     Real* someVertex() {
         return held.empty() ? nullptr : held[std::size_t(pick(int(held.size())))];
     }
 
+    Pnt3Array<Real>* somePoints(int count) {
+        std::vector<XPnt3d> result;
+        while (count-- > 0) { result.emplace_back(position(), position(), pick(9)); }
+        arrays.push_back(support::arrayOf<Real>(result));
+        return arrays.back().get();
+    }
+    /// Finds out which vertices there are.
+    void collect() {
+        held.clear();
+        std::unordered_set<Real*> seen;
+        for (auto* const t : this->triangles()) {
+            for (Real* const v : t->vertex) {
+                if (!this->engine->isFrameVertex(v) && seen.insert(v).second) { held.push_back(v); }
+            }
+        }
+        EXPECT_EQ(this->engine->triangleCount(), 2 + 2 * int(held.size()));
+    }
+
+    std::string restore() {
+        EXPECT_GE(restoreDelaunay(this->engine.get()), 0);
+        return faultOf(true);
+    }
+    void compact() {
+        const std::size_t before = held.size();
+        compactVertices(this->engine.get());
+        collect();
+        EXPECT_EQ(held.size(), before);
+    }
+    void addMany() {
+        const std::size_t before = held.size();
+        const int taken = addPoints<Real>(this->engine.get(), somePoints(pick(40)), 0);
+        collect();
+        EXPECT_EQ(held.size(), before + std::size_t(taken));
+    }
+    void addLine() {
+        EXPECT_GE(addBreakline<Real>(this->engine.get(), somePoints(2 + pick(3)), 0), 0);
+        collect();
+    }
     void removeSome() {
         Real* const v = someVertex();
         if (v == nullptr) { return; }
@@ -97,6 +147,7 @@ private:
         ASSERT_TRUE(readBinary(this->engine.get(), path.c_str(), array, count));
         vertices.reset(array);  // what the network stood on is not needed any more
         this->points.clear();
+        arrays.clear();
         ASSERT_EQ(count, 4 + int(held.size()));
         for (std::size_t i = 0; i < held.size(); ++i) { held[i] = array + 3 * i; }
     }
@@ -104,6 +155,7 @@ private:
     std::mt19937 random;
     double step;
     std::vector<Real*> held;  // the vertices that should be there
+    std::vector<ref_ptr<Pnt3Array<Real>>> arrays;
     std::unique_ptr<Real[]> vertices;
 };
 

@@ -1,4 +1,5 @@
 // Each writer of files on disks that are full, on places that take no file, and on what is no disk.
+#include <zyn/log.h>
 #include <zyn/setting.h>
 #include <zyn/surface.h>
 #include <zyn/textfile.h>
@@ -215,6 +216,25 @@ TEST_P(DiskFailure, Permissions) {
     expectAsUser(path, answerOfFailure(), old);
     fs::permissions(path, fs::perms(0666));
     expectAsUser(path, true, whole);
+}
+
+TEST(LogFailure, LosesOnlyLinesThatADiskRefuses) {
+    const std::string path = testing::TempDir() + "zyn_log_failure";
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit unlimited = {};
+    getrlimit(RLIMIT_FSIZE, &unlimited);
+    const rlimit full{100000, unlimited.rlim_max};
+    ref_ptr<IZynLog> log = newZynLog(QString::fromStdString(path), false, false);
+    setrlimit(RLIMIT_FSIZE, &full);
+    for (int i = 0; i < 20000; ++i) { log->info(QStringLiteral("a line")); }
+    setrlimit(RLIMIT_FSIZE, &unlimited);
+    for (int i = 0; i < 20000; ++i) { log->info(QStringLiteral("a line")); }
+    log = nullptr;
+    std::signal(SIGXFSZ, handler);
+    const std::string content = contentOf(path);
+    EXPECT_TRUE(content.starts_with("[INFO]") && content.ends_with("a line\n"));
+    EXPECT_TRUE(content.size() > 600000 && content.size() < 900000) << content.size();
+    fs::remove(path);
 }
 
 /// A part of a file is not taken for the whole.

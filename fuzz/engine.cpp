@@ -235,11 +235,27 @@ private:
         }
         isDelaunay = false;
         addBreaklines(e, lines.get(), tolerance(), fixed.get(), pool.get());
+        addOnALine();
         const MemoryFile file;
         const double maxEdge = double(coordinate());
         FUZZ_REQUIRE(writeObj(e, file.path.c_str(), maxEdge));
         FUZZ_REQUIRE(writePly(e, file.path.c_str(), maxEdge, PlyNormals::vertex));
         FUZZ_REQUIRE(writeLandXml(e, file.path.c_str(), QStringLiteral("<&"), maxEdge));
+    }
+    /// Points that division and rounding leave on one line, joined up and down it: the crossings stay few.
+    void addOnALine() {
+        auto* const e = engine.get();
+        arrays.push_back(newPoints());
+        const XPnt3<Real> a = point(), b = point();
+        const Real divisor = Real(1 + bytes.below(17));
+        for (int n = 2 + bytes.below(6); n > 0; --n) {
+            const Real share = Real(bytes.below(18)) / divisor;
+            arrays.back()->append({a.x + share * (b.x - a.x), a.y + share * (b.y - a.y), 0});
+        }
+        const std::size_t before = pool->size();
+        addBreakline(e, arrays.back().get(), Real(0), fixed.get(), pool.get());
+        const std::size_t crossable = std::size_t(fixed->size() / 2 + 1);
+        FUZZ_REQUIRE(pool->size() - before <= 6 * (2 * crossable + 1));
     }
     /// Each of these is refused and changes nothing.
     void callBadly() {

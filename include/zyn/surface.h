@@ -114,14 +114,21 @@ ZYN_EXPORT int addPoints(DelaunayInterface<Real>* engine, Pnt3Array<Real>* point
 /// least 0, and null. Beside a hole left by deleteTriangle, points in one place, or damage from a file,
 /// a segment may stay out. New vertices are numbered as by addPoint, in both this and the next way.
 ///
-/// `fixed` may be null. Its edges stay, but for those that a segment crosses: these give way and are taken
+/// `fixed` may be null. Its edges stay, except those that a segment crosses: these give way and are taken
 /// out, or, with `crossings`, are split by a vertex there, with the height of the edge that was
 /// first, whose point is appended to `crossings` and must stay too. Lines bend by the rounding of such
-/// a vertex. A polyline that crosses itself meets its own edges so. Edges that a new vertex splits
-/// are replaced by their halves, and the edges of the polyline are appended; what comes twice
-/// in the list is taken out. When memory runs out, an edge that was about to be replaced may be missing
-/// in the list. Takes time for all of `fixed`, so hand many breaklines over in one call.
-/// Source: the removal of crossing edges by flips, Sloan 1993, in an order that is known to end.
+/// a vertex. Edges that a new vertex splits are replaced by their halves, and the edges of the polyline
+/// are appended; what comes twice in the list is taken out. When memory runs out, an edge that was
+/// about to be replaced may be missing in the list. Takes time for all of `fixed`, so hand many
+/// breaklines over in one call.
+///
+/// With `crossings`, a segment that passes an end of a fixed edge within the tolerance or the rounding
+/// of a crossing goes through it, and lines that cross so close to an end of one of them meet there.
+/// So lines that overlap share their vertices, and the same lines a second time add none. A segment
+/// makes at most one vertex more than twice the number of fixed edges that cross it. Where that is
+/// used up and no vertex is near, the edge that it crosses gives way.
+/// Sources: the removal of crossing edges by flips, Sloan 1993, in an order that is known to end;
+/// iterated snap rounding, Halperin and Packer 2002.
 template <class Real>
 ZYN_EXPORT int addBreakline(DelaunayInterface<Real>* engine, Pnt3Array<Real>* points,
                             std::type_identity_t<Real> tolerance,

@@ -40,7 +40,7 @@ public:
         Way way = Way::blocked;
         Real* vertex = nullptr;
         Real* other = nullptr;
-        Tri* triangle = nullptr;  ///< for an edge that crosses: the triangle on the near side
+        Tri* triangle = nullptr;  ///< beside the edge; for one that crosses, on the near side
     };
 
     /// The first step from a towards b. Beside triangles of no area several vertices lie that way: the
@@ -56,9 +56,11 @@ public:
         return best;
     }
 
-    /// Collects the edges that cross a-b from `first` on. The vertex where the crossings end: b, or
-    /// the first vertex on the segment; null when they end at a hole.
-    Real* collect(Real* a, Real* b, const Step& first) {
+    /// Collects the edges that cross a-b from `first` on. Returns the vertex where the crossings end: b,
+    /// or the first vertex on the segment; null when they end at a hole, and when `stop` returns true
+    /// for a crossing and the slot of the corner behind it.
+    template <class Stop>
+    Real* collect(Real* a, Real* b, const Step& first, Stop stop) {
         crossings.clear();
         Real* upper = first.vertex;
         Real* lower = first.other;
@@ -68,6 +70,7 @@ public:
             const int back = n == nullptr ? 3 : n->index(t);
             if (back == 3 || n->index(upper, lower) != back) { return nullptr; }
             crossings.push_back({upper, lower, t, n});
+            if (stop(crossings.back(), back)) { return nullptr; }
             Real* const apex = n->vertex[back];
             if (apex == b) { return b; }
             const int side = orientation(xyOf(a), xyOf(b), xyOf(apex));
@@ -130,7 +133,7 @@ private:
         };
         for (Real* const v : {right, left}) {
             if (isOn(v) && (best.way != Way::edge || isNearer(a, v, best.vertex))) {
-                best = {Way::edge, v};
+                best = {Way::edge, v, nullptr, t};
             }
         }
         if (best.way == Way::blocked && orientation(xyOf(a), xyOf(b), xyOf(right)) < 0 &&

@@ -24,6 +24,16 @@ struct NoFixedEdges {
 };
 inline NoFixedEdges noFixedEdges;
 
+/// Returns a new array of pointers to vertices.
+template <class Real>
+ref_ptr<typename TinRecord<Real>::RealPtrArray> newVertexArray() {
+    if constexpr (std::same_as<Real, double>) {
+        return newPDoubleArray();
+    } else {
+        return newPFloatArray();
+    }
+}
+
 /// The pairs of vertices of a host's list, found by their ends, and the list kept up to date; among
 /// them those that were added since.
 template <class Real>

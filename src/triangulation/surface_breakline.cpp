@@ -6,6 +6,7 @@
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 #include "triangulation/ring.h"
+#include "triangulation/snap.h"
 
 #include <algorithm>
 #include <array>
@@ -13,11 +14,19 @@
 #include <cstddef>
 #include <limits>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace zyn {
 namespace {
 
+/// Brings polylines into a network.
+///
+/// A vertex where two lines cross is rounded, and may replace one within the tolerance: both lines
+/// bend there. Bent lines that run side by side would cross again and again. So a line that passes an
+/// end of a fixed edge as closely as that goes through it, and lines that cross so close to an end of
+/// one of them meet there: a vertex is made only where both lines lead clearly to either side.
+/// Source: iterated snap rounding, Halperin and Packer 2002, with squares about vertices as pixels.
 template <class Real>
 class Breaklines {
 public:
@@ -26,9 +35,14 @@ public:
 
     Breaklines(DelaunayEngine<Real>& engine_, Real tolerance_, VertexArray<Real>& list,
                Pnt3Pool<Real>* pool)
-        : engine(engine_), maker(engine_), tolerance(tolerance_), fixed(list), crossings(pool) {}
+        : engine(engine_),
+          maker(engine_),
+          tolerance(tolerance_),
+          snap(tolerance_),
+          fixed(list),
+          crossings(pool) {}
 
-    /// All vertices come first, since the next one may flip an edge away.
+    /// Inserts all vertices first, since each may flip an edge away.
     void add(Pnt3Array<Real>& points) {
         std::vector<Real*> vertices;
         for (Pnt& p : points) {
@@ -39,25 +53,33 @@ public:
             }
         }
         for (std::size_t i = 1; i < vertices.size(); ++i) {
+            allowance.reset();
+            segment = {vertices[i - 1], vertices[i]};
             splitsLeft = engine.count();
-            makeSegment(vertices[i - 1], vertices[i], 0);
+            if (crossings == nullptr || !follow(segment)) {
+                makeSegment(segment.from, segment.to, 0);
+            }
         }
     }
-    /// The edges of the polylines, each counted once.
+    /// Returns the number of edges of the polylines, each counted once.
     [[nodiscard]] int edges() const { return static_cast<int>(fixed.added()); }
 
 private:
     using Maker = EdgeMaker<Real>;
+    using Step = typename Maker::Step;
+    using Crossing = typename Maker::Crossing;
+    using Segment = VertexSegment<Real>;
 
-    /// The nearest vertex that the point would be refused for, or null.
-    Real* vertexAt(const Pnt& p) {
+    /// Returns the nearest vertex that the point would be refused for, or null.
+    Real* vertexAt(const Pnt& p) { return vertexNear(p, tolerance); }
+    Real* vertexNear(const Pnt& p, Real within) {
         Tri* const t = engine.locateFrom(hint(), {double(p.x), double(p.y)});
         if (t == nullptr) { return nullptr; }
         latest = t;
-        return engine.cornerAt(t, p, tolerance);
+        return engine.cornerAt(t, p, within);
     }
-    /// Makes the point a vertex. A fixed edge on the rim, which no flip takes away, gets it too if it
-    /// lies there.
+    /// Makes the point a vertex. A fixed edge on the rim, which no flip takes away, gets it too if the
+    /// point is on it.
     bool insert(Pnt& p) {
         if (!engine.insert(&p, tolerance, hint(), fixed)) { return false; }
         if constexpr (DelaunayEngine<Real>::isDouble) { engine.number(&p, 1); }
@@ -72,84 +94,182 @@ private:
     }
     Tri* hint() { return latest == nullptr ? engine.newest() : latest; }
 
+    /// Takes the fixed edges that lead all along the segment already, as if it was made before and bent
+    /// since. Returns false, with nothing changed, if there are none.
+    bool follow(const Segment& line) {
+        struct Place {
+            Real* vertex;
+            Tri* triangle;
+        };
+        std::vector<Place> places{{line.from, engine.locateFrom(hint(), xyOf(line.from))}};
+        std::unordered_map<Real*, Real*> cameFrom;
+        while (!places.empty() && !cameFrom.contains(line.to)) {
+            const auto [v, start] = places.back();
+            places.pop_back();
+            const int slot = start == nullptr ? 3 : start->index(v);
+            if (slot == 3) { continue; }
+            forRing(start, slot, engine.count(), [&, v = v](Tri* t, int i) {
+                for (Real* const w : {t->vertex[after[i]], t->vertex[before[i]]}) {
+                    if (fixed.contains(v, w) &&
+                        planeDistance(w, line.to) < planeDistance(v, line.to) + snap.reach(line) &&
+                        snap.isClose(line, w, Snap<Real>::bent) &&
+                        cameFrom.try_emplace(w, v).second) {
+                        places.push_back({w, t});
+                    }
+                }
+                return false;
+            });
+        }
+        const bool isFound = cameFrom.contains(line.to);
+        for (Real* v = line.to; isFound && v != line.from; v = cameFrom[v]) {
+            fixed.add(cameFrom[v], v);
+        }
+        return isFound;
+    }
+
     void makeSegment(Real* a, Real* b, int depth) {
         // More steps than there are vertices on the way only in a damaged network.
-        for (std::size_t stepsLeft = 2 * engine.count() + 16; a != b && stepsLeft > 0;
-             --stepsLeft) {
-            const typename Maker::Step step = maker.look(a, b);
-            if (step.way == Maker::Way::blocked) { return; }
-            if (step.way == Maker::Way::edge) {
-                fixed.add(a, step.vertex);
-                a = step.vertex;
-                continue;
-            }
-            Real* const end = maker.collect(a, b, step);
-            if (end == nullptr) { return; }
-            if (Real* const v = vertexAtCrossing(a, end, depth); v != nullptr) {
-                makeSegment(a, v, depth + 1);
-                a = v;
-                continue;
-            }
-            if (!maker.flipAway(a, end)) { return; }
+        for (std::size_t stepsLeft = 2 * engine.count() + 16;
+             a != nullptr && a != b && stepsLeft > 0; --stepsLeft) {
+            a = advance(a, b, depth);
         }
     }
 
-    /// Deals with the fixed edges among those that were collected between a and b: a vertex on the
-    /// first of them when such are asked for, and then the network has changed; otherwise they give
-    /// way, and the answer is null.
-    Real* vertexAtCrossing(Real* a, Real* b, int depth) {
-        constexpr int mostDepth = 32;
-        for (const auto& c : maker.collected()) {
-            if (!fixed.contains(c.upper, c.lower)) { continue; }
-            // Rounding and tolerance can bring a vertex across another edge, whose vertex can do so
-            // again: there is an end to that.
-            if (crossings != nullptr && depth < mostDepth && splitsLeft > 0) {
-                --splitsLeft;
-                Real* const u = c.upper;
-                Real* const w = c.lower;
-                if (Real* const v = splitEdge(u, w, a, b, depth); v != nullptr) { return v; }
+    /// Makes the next edge from a towards b, or clears the way for it. Returns the vertex to go on from,
+    /// or null where the way is blocked.
+    Real* advance(Real* a, Real* b, int depth) {
+        const Step step = maker.look(a, b);
+        if (step.way == Maker::Way::blocked) { return nullptr; }
+        const bool mayBend = crossings != nullptr && depth < mostDepth && splitsLeft > 0;
+        Real* v = mayBend ? closeVertex(a, b, step) : nullptr;
+        if (v == nullptr && step.way == Maker::Way::edge) {
+            fixed.add(a, step.vertex);
+            return step.vertex;
+        }
+        if (v != nullptr) { return goThrough(a, v, depth); }
+        Segment crossed;
+        Real* const end = maker.collect(a, b, step, [&](const Crossing& c, int slot) {
+            if (!mayBend) { return false; }
+            if (fixed.contains(c.upper, c.lower)) {
+                crossed = {c.upper, c.lower};
+                return true;
             }
-            fixed.remove(c.upper, c.lower);
-        }
-        return nullptr;
+            v = closeCorner({a, b}, c.behind, slot);
+            return v != nullptr;
+        });
+        if (v != nullptr) { return goThrough(a, v, depth); }
+        if (crossed.from != nullptr) { return cross(crossed, {a, b}, depth); }
+        if (end == nullptr) { return nullptr; }
+        for (const Crossing& c : maker.collected()) { fixed.remove(c.upper, c.lower); }
+        return maker.flipAway(a, end) ? a : nullptr;
     }
-    /// Splits the fixed edge u-w where a-b crosses it; null, with nothing changed, when that brings
-    /// a-b no farther.
-    Real* splitEdge(Real* u, Real* w, Real* a, Real* b, int depth) {
-        const Pnt p = crossing(u, w, a, b);
-        Real* v = vertexAt(p);
-        const Pnt place = v == nullptr ? p : Pnt(v);
-        if (v != a && !(dist2_2d(place, Pnt(b)) < dist2_2d(Pnt(a), Pnt(b)))) { return nullptr; }
-        if (v == nullptr) {
-            Pnt* const stored = crossings->append(p);
-            if (!insert(*stored)) { return nullptr; }
-            v = *stored;
-        }
-        if (v != u && v != w) {
-            const bool wasCounting = fixed.setCounting(fixed.counts(u, w));
-            fixed.remove(u, w);
-            makeSegment(u, v, depth + 1);
-            makeSegment(v, w, depth + 1);
-            fixed.setCounting(wasCounting);
-        }
+    Real* goThrough(Real* a, Real* v, int depth) {
+        if (splitsLeft > 0) { --splitsLeft; }
+        makeSegment(a, v, depth + 1);
         return v;
     }
-    static Pnt crossing(const Real* u, const Real* w, const Real* a, const Real* b) {
-        const double toU = std::abs(Side(xyOf(a), xyOf(b), xyOf(u)).value);
-        const double toW = std::abs(Side(xyOf(a), xyOf(b), xyOf(w)).value);
-        const double share = toU + toW > 0 ? toU / (toU + toW) : 0.5;
-        const auto between = [=](int axis) {
-            return Real(double(u[axis]) + share * (double(w[axis]) - double(u[axis])));
-        };
-        return {between(0), between(1), between(2)};
+    /// Leads the line and the fixed edge that it crosses to one vertex. An edge for which there is none
+    /// gives way.
+    Real* cross(const Segment& edge, const Segment& line, int depth) {
+        Real* const v = meetingVertex(edge, line);
+        const bool wasCounting = fixed.setCounting(fixed.counts(edge.from, edge.to));
+        if (v != edge.from && v != edge.to) {
+            fixed.remove(edge.from, edge.to);
+            if (v != nullptr) { makeSegment(goThrough(edge.from, v, depth), edge.to, depth + 1); }
+        }
+        fixed.setCounting(wasCounting);
+        const bool isOnTheWay = v != nullptr && v != line.from && v != line.to;
+        return isOnTheWay ? goThrough(line.from, v, depth) : line.from;
     }
+
+    /// Returns a vertex close to the way from a to b among those of the triangles at its first step.
+    Real* closeVertex(Real* a, Real* b, const Step& step) {
+        Tri* const t = step.triangle;
+        const bool isEdge = step.way == Maker::Way::edge;
+        const Segment way{a, isEdge ? step.vertex : b};
+        for (int i = 0; i < 3; ++i) {
+            if (Real* const v = closeCorner(way, t, i)) { return v; }
+        }
+        const int across = isEdge ? t->index(a, step.vertex) : 3;
+        Tri* const other = across < 0 || across == 3 ? nullptr : t->neighbor[across];
+        const int apex = other == nullptr ? -1 : other->index(a, step.vertex);
+        return apex < 0 ? nullptr : closeCorner(way, other, apex);
+    }
+    /// Returns the corner of t if the line is to go through it.
+    Real* closeCorner(const Segment& line, Tri* t, int i) {
+        Real* const v = t->vertex[i];
+        if (!snap.isClose(line, v) || !isBetween(line, v)) { return nullptr; }
+        bool isOnFixed = false;
+        forRing(t, i, engine.count(), [&](const Tri* n, int at) {
+            isOnFixed =
+                fixed.contains(v, n->vertex[after[at]]) || fixed.contains(v, n->vertex[before[at]]);
+            return isOnFixed;
+        });
+        return isOnFixed ? v : nullptr;
+    }
+
+    /// Returns a vertex that brings both lines farther or is an end of them, new if need be; null if there
+    /// is none.
+    Real* meetingVertex(const Segment& edge, const Segment& line) {
+        const auto serves = [&](const Real* v) {
+            return isEndOrBetween(edge, v) && isEndOrBetween(line, v);
+        };
+        const auto closeEnd = [&](const typename Snap<Real>::Reach& reach) -> Real* {
+            for (Real* const v : {edge.from, edge.to}) {
+                if (snap.isClose(line, v, reach) && serves(v)) { return v; }
+            }
+            for (Real* const v : {line.from, line.to}) {
+                if (snap.isClose(edge, v, reach) && serves(v)) { return v; }
+            }
+            return nullptr;
+        };
+        if (Real* const v = closeEnd(Snap<Real>::straight)) { return v; }
+        const Pnt p = crossingOf(edge, line);
+        if (Real* const v = vertexNear(p, Real(snap.reach(line))); v != nullptr) {
+            return serves(v) ? v : closeEnd(Snap<Real>::bent);
+        }
+        const Real* const place = p;
+        if (!serves(place) || verticesLeft() == 0) { return closeEnd(Snap<Real>::bent); }
+        Pnt* const stored = crossings->append(p);
+        --*allowance;
+        return insert(*stored) ? static_cast<Real*>(*stored) : nullptr;
+    }
+    /// Returns how many vertices the segment may still make: in all, one more than twice the lines that
+    /// clearly cross it.
+    std::size_t verticesLeft() {
+        if (!allowance) { allowance = 2 * clearCrossings(segment) + 1; }
+        return *allowance;
+    }
+    std::size_t clearCrossings(const Segment& line) {
+        std::size_t clear = 0;
+        const auto countClear = [&](const Crossing& c, int) {
+            const Segment edge{c.upper, c.lower};
+            const bool isClear = !snap.isClose(line, c.upper) && !snap.isClose(line, c.lower) &&
+                                 !snap.isClose(edge, line.from) && !snap.isClose(edge, line.to);
+            if (isClear && fixed.contains(c.upper, c.lower)) { ++clear; }
+            return false;
+        };
+        Real* a = line.from;
+        for (std::size_t stepsLeft = engine.count(); a != line.to && stepsLeft > 0; --stepsLeft) {
+            const Step step = maker.look(a, line.to);
+            a = step.way == Maker::Way::crossed ? maker.collect(a, line.to, step, countClear)
+                                                : step.vertex;
+            if (a == nullptr) { break; }
+        }
+        return clear;
+    }
+
+    static constexpr int mostDepth = 64;  // of segments that bend while others are bent
 
     DelaunayEngine<Real>& engine;
     Maker maker;
     Real tolerance;
+    Snap<Real> snap;
     FixedEdges<Real> fixed;
     Pnt3Pool<Real>* crossings;
-    Tri* latest = nullptr;  // where the last point was located
+    Tri* latest = nullptr;                 // where the last point was located
+    Segment segment;                       // of the polyline, the one that is being made
+    std::optional<std::size_t> allowance;  // of vertices that it makes
     std::size_t splitsLeft = 0;
 };
 
@@ -162,15 +282,6 @@ bool accepts(DelaunayEngine<Real>& engine, Pnt3Array<Real>* points) {
         hint = engine.locateFrom(hint, {double(p.x), double(p.y)});
         return hint != nullptr && std::isfinite(p.z);
     });
-}
-
-template <class Real>
-ref_ptr<VertexArray<Real>> newVertexArray() {
-    if constexpr (std::same_as<Real, double>) {
-        return newPDoubleArray();
-    } else {
-        return newPFloatArray();
-    }
 }
 
 /// Adds those of the polylines that can be; -1 when none can.
@@ -207,68 +318,6 @@ int addBreaklines(DelaunayInterface<Real>* engine, Pnt3ArrayArray<Real>* polylin
     return polylines == nullptr ? -1 : addAll(engine, *polylines, tolerance, fixed, crossings);
 }
 
-namespace {
-
-/// Whether no triangle runs clockwise and all links are mutual, across the same edge, and stay in the
-/// network: then every flip lowers the surface over the paraboloid, and flipping ends.
-template <class Real>
-bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& numberOf) {
-    for (std::size_t n = 0; n < engine.count(); ++n) {
-        const TinRecord<Real>* const t = engine.at(n);
-        const auto& v = t->vertex;
-        if (orientation(xyOf(v[0]), xyOf(v[1]), xyOf(v[2])) < 0) { return false; }
-        for (int i = 0; i < 3; ++i) {
-            const TinRecord<Real>* const next = t->neighbor[i];
-            if (next == nullptr) { continue; }
-            const int back = next->index(v[after[i]], v[before[i]]);
-            if (back < 0 || next->neighbor[back] != t || numberOf(next) < 0) { return false; }
-        }
-    }
-    return true;
-}
-
-}  // namespace
-
-template <class Real>
-int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>* fixedVertices) {
-    auto* const engine = engineOf(interface);
-    if (engine == nullptr) { return -1; }
-    TriangleNumbers<Real> numberOf(*engine);
-    if (!isOriented(*engine, numberOf)) { return -1; }
-    const ref_ptr<VertexArray<Real>> copy =
-        fixedVertices == nullptr ? newVertexArray<Real>() : fixedVertices->clone();
-    const FixedEdges<Real> fixed(*copy);
-    std::vector<TinRecord<Real>*> pending;  // each triangle once
-    std::vector<bool> isPending(engine->count(), true);
-    for (std::size_t n = engine->count(); n-- > 0;) { pending.push_back(engine->at(n)); }
-    const auto lookAgainAt = [&](TinRecord<Real>* t) {
-        const auto number = static_cast<std::size_t>(numberOf(t));
-        if (!isPending[number]) { pending.push_back(t); }
-        isPending[number] = true;
-    };
-    int flips = 0;
-    while (!pending.empty()) {
-        TinRecord<Real>* const t = pending.back();
-        pending.pop_back();
-        isPending[static_cast<std::size_t>(numberOf(t))] = false;
-        for (int i = 0; i < 3; ++i) {
-            TinRecord<Real>* const n = t->neighbor[i];
-            const int j = n == nullptr ? 3 : n->index(t);
-            Real* const a = t->vertex[after[i]];
-            Real* const b = t->vertex[before[i]];
-            if (j == 3 || inCircle(t->vertex[i], a, b, n->vertex[j]) <= 0 || fixed.contains(a, b)) {
-                continue;
-            }
-            flipEdge(t, i, n, j);
-            if (flips < std::numeric_limits<int>::max()) { ++flips; }
-            lookAgainAt(n);
-            lookAgainAt(t);
-            break;
-        }
-    }
-    return flips;
-}
-
 template int addBreakline(DelaunayInterface<float>*, Pnt3fArray*, float, PFloatArray*, Pnt3fPool*);
 template int addBreakline(DelaunayInterface<double>*, Pnt3dArray*, double, PDoubleArray*,
                           Pnt3dPool*);
@@ -276,7 +325,5 @@ template int addBreaklines(DelaunayInterface<float>*, Pnt3fArrayArray*, float, P
                            Pnt3fPool*);
 template int addBreaklines(DelaunayInterface<double>*, Pnt3dArrayArray*, double, PDoubleArray*,
                            Pnt3dPool*);
-template int restoreDelaunay(DelaunayInterface<float>*, const PFloatArray*);
-template int restoreDelaunay(DelaunayInterface<double>*, const PDoubleArray*);
 
 }  // namespace zyn

@@ -14,6 +14,7 @@
 #include "network.h"
 #include "network_check.h"
 #include "seed.h"
+#include "triangulation/predicates.h"
 
 namespace {
 
@@ -176,6 +177,60 @@ TYPED_TEST(Breaklines, KeepEarlierOnes) {
     EXPECT_TRUE(!hasFirst() && ground.reaches({4.5, 5.25}, {9.5, 5.25}));
     EXPECT_GT(restoreDelaunay(ground.engine.get(), ground.fixed.get()), 0);
     ground.expectEdges();
+}
+
+/// Lines that lie on each other as closely as divisions and roundings leave them.
+std::vector<Line> overlappingLines(std::mt19937& random, bool isBundle) {
+    std::uniform_real_distribution<double> place(0, 100), length(-1000, 1000);
+    const bool isFarOff = random() % 2 == 0;
+    const XPnt3d a((isFarOff ? 432100 : 0) + place(random),
+                   (isFarOff ? 5411200 : 0) + place(random));
+    const XPnt3d along(length(random), length(random));
+    const double jitter = isBundle ? std::ldexp(1.0, -int(random() % 40)) / 1000 : 0;
+    std::vector<Line> lines(12);
+    for (Line& line : lines) {
+        for (std::size_t i = 0, count = 2 + random() % 3; i < count; ++i) {
+            const double share =
+                isBundle ? double(i) / double(count - 1) : double(random() % 18) / 17;
+            line.emplace_back(a.x + share * along.x + jitter * length(random),
+                              a.y + share * along.y + jitter * length(random));
+        }
+    }
+    return lines;
+}
+
+/// Returns the most vertices that the lines may make: twice the pairs that cross, and one a segment.
+template <class Real>
+int allowance(const std::vector<Line>& lines) {
+    std::vector<std::pair<Xy, Xy>> segments;
+    int crossings = 0;
+    for (const Line& line : lines) {
+        for (std::size_t i = 1; i < line.size(); ++i) {
+            const XPnt3<Real> from(line[i - 1]), to(line[i]);
+            const Xy a{double(from.x), double(from.y)}, b{double(to.x), double(to.y)};
+            for (const auto& [c, d] : segments) {
+                const bool isCut = orientation(a, b, c) * orientation(a, b, d) < 0;
+                if (isCut && orientation(c, d, a) * orientation(c, d, b) < 0) { ++crossings; }
+            }
+            segments.emplace_back(a, b);
+        }
+    }
+    return 2 * crossings + int(segments.size());
+}
+
+TYPED_TEST(Breaklines, ShareTheVerticesOfLinesThatOverlap) {
+    std::mt19937 random(support::newSeed());
+    for (int round = 0; round < 60; ++round) {
+        const std::vector<Line> lines = overlappingLines(random, round % 2 == 0);
+        const double tolerance = round % 3 == 0 ? 0.01 : 0;
+        Ground<TypeParam> ground(-2e6, -2e6, 6e6, 6e6);
+        for (const Line& line : lines) { EXPECT_GE(ground.addLine(line, tolerance, true), 0); }
+        const std::size_t made = ground.pool->size();
+        EXPECT_LE(made, std::size_t(allowance<TypeParam>(lines)));
+        for (const Line& line : lines) { EXPECT_GE(ground.addLine(line, tolerance, true), 0); }
+        EXPECT_EQ(ground.pool->size(), made) << "the same lines a second time";
+        ASSERT_FALSE(this->HasFailure()) << round;
+    }
 }
 
 TYPED_TEST(Breaklines, StartWithinRoundingOfALongEdge) {

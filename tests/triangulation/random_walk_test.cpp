@@ -11,6 +11,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "containers/pool_imp.h"
 #include "network.h"
 #include "network_check.h"
 #include "seed.h"
@@ -43,8 +44,10 @@ public:
                 compact();
             } else if (choice < 10) {
                 addMany();
-            } else if (choice < 20) {
+            } else if (choice < 18) {
                 addLine();
+            } else if (choice < 20) {
+                addOverlappingLines();
             } else if (choice < 30) {
                 writeAndRead();
             } else if (choice < 150) {
@@ -112,6 +115,27 @@ private:
         EXPECT_GE(addBreakline<Real>(this->engine.get(), somePoints(2 + pick(3)), 0), 0);
         collect();
     }
+    /// One line after the other on almost the same way, all of them twice: the crossings that they make
+    /// must not make more.
+    void addOverlappingLines() {
+        std::vector<XPnt3d> places;
+        const XPnt3d a(position(), position()), b(position(), position());
+        for (int n = 0; n < 4; ++n) {
+            const double share = pick(18) / 17.0;
+            places.emplace_back(a.x + share * (b.x - a.x), a.y + share * (b.y - a.y));
+        }
+        arrays.push_back(support::arrayOf<Real>(places));
+        const auto add = [this] {
+            return addBreakline<Real>(this->engine.get(), arrays.back().get(), 0, fixed.get(),
+                                      pool.get());
+        };
+        EXPECT_GE(add(), 0);
+        const std::size_t made = pool->size();
+        EXPECT_GE(add(), 0);
+        EXPECT_EQ(pool->size(), made);
+        fixed->removeAll();
+        collect();
+    }
     void removeSome() {
         Real* const v = someVertex();
         if (v == nullptr) { return; }
@@ -156,6 +180,8 @@ private:
     double step;
     std::vector<Real*> held;  // the vertices that should be there
     std::vector<ref_ptr<Pnt3Array<Real>>> arrays;
+    ref_ptr<VertexArray<Real>> fixed = support::newVertices<Real>();
+    ref_ptr<Pnt3Pool<Real>> pool = new ZynPoolImp<Pnt3Pool<Real>>(64);
     std::unique_ptr<Real[]> vertices;
 };
 

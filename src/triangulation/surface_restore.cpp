@@ -1,0 +1,78 @@
+// The constrained Delaunay triangulation round fixed edges.
+#include <zyn/surface.h>
+
+#include "triangulation/engine.h"
+#include "triangulation/fixed_edges.h"
+#include "triangulation/flip.h"
+
+#include <cstddef>
+#include <limits>
+#include <vector>
+
+namespace zyn {
+namespace {
+
+/// Whether no triangle runs clockwise and all links are mutual, across the same edge, and stay in the
+/// network: then every flip lowers the surface over the paraboloid, and flipping ends.
+template <class Real>
+bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& numberOf) {
+    for (std::size_t n = 0; n < engine.count(); ++n) {
+        const TinRecord<Real>* const t = engine.at(n);
+        const auto& v = t->vertex;
+        if (orientation(xyOf(v[0]), xyOf(v[1]), xyOf(v[2])) < 0) { return false; }
+        for (int i = 0; i < 3; ++i) {
+            const TinRecord<Real>* const next = t->neighbor[i];
+            if (next == nullptr) { continue; }
+            const int back = next->index(v[after[i]], v[before[i]]);
+            if (back < 0 || next->neighbor[back] != t || numberOf(next) < 0) { return false; }
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+template <class Real>
+int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>* fixedVertices) {
+    auto* const engine = engineOf(interface);
+    if (engine == nullptr) { return -1; }
+    TriangleNumbers<Real> numberOf(*engine);
+    if (!isOriented(*engine, numberOf)) { return -1; }
+    const ref_ptr<VertexArray<Real>> copy =
+        fixedVertices == nullptr ? newVertexArray<Real>() : fixedVertices->clone();
+    const FixedEdges<Real> fixed(*copy);
+    std::vector<TinRecord<Real>*> pending;  // each triangle once
+    std::vector<bool> isPending(engine->count(), true);
+    for (std::size_t n = engine->count(); n-- > 0;) { pending.push_back(engine->at(n)); }
+    const auto lookAgainAt = [&](TinRecord<Real>* t) {
+        const auto number = static_cast<std::size_t>(numberOf(t));
+        if (!isPending[number]) { pending.push_back(t); }
+        isPending[number] = true;
+    };
+    int flips = 0;
+    while (!pending.empty()) {
+        TinRecord<Real>* const t = pending.back();
+        pending.pop_back();
+        isPending[static_cast<std::size_t>(numberOf(t))] = false;
+        for (int i = 0; i < 3; ++i) {
+            TinRecord<Real>* const n = t->neighbor[i];
+            const int j = n == nullptr ? 3 : n->index(t);
+            Real* const a = t->vertex[after[i]];
+            Real* const b = t->vertex[before[i]];
+            if (j == 3 || inCircle(t->vertex[i], a, b, n->vertex[j]) <= 0 || fixed.contains(a, b)) {
+                continue;
+            }
+            flipEdge(t, i, n, j);
+            if (flips < std::numeric_limits<int>::max()) { ++flips; }
+            lookAgainAt(n);
+            lookAgainAt(t);
+            break;
+        }
+    }
+    return flips;
+}
+
+template int restoreDelaunay(DelaunayInterface<float>*, const PFloatArray*);
+template int restoreDelaunay(DelaunayInterface<double>*, const PDoubleArray*);
+
+}  // namespace zyn

@@ -26,7 +26,8 @@ constexpr const char* help = R"(usage: classes INPUT [OUT]
 Colours a terrain by classes of ground, level, slope, steep and ridge, counts the triangles of each,
 and writes the picture OUT/classes.png.
 
-INPUT is an ESRI ASCII grid, or lines of x y z in metres.
+INPUT is an ESRI ASCII grid, or lines of points as the program surface recognizes them: x y z, or
+a point number and x y z, in metres.
 OUT is a folder, made if it is missing (.)
 
 example: classes data/jacksboro.asc out
@@ -58,8 +59,7 @@ ref_ptr<PntClassArray> readClasses() {
 
 void run(Arguments arguments) {
     const auto& [input, out] = InputAndOut(arguments);
-    const ref_ptr<Pnt3dArray> points = newPnt3dArray();
-    readPoints(input, *points);
+    const ref_ptr<Pnt3dArray> points = readPoints(input, Columns::recognized).points;
     const ref_ptr<Pnt3dArrayArray> noBreaklines = newPnt3dArrayArray();
     constexpr double tolerance = 0.001;
     const Network network = triangulate(*points, *noBreaklines, tolerance);

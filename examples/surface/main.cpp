@@ -40,16 +40,17 @@ private:
 };
 
 struct Input {
-    zyn::ref_ptr<zyn::Pnt3dArray> points = zyn::newPnt3dArray();
-    zyn::ref_ptr<zyn::Pnt3dArrayArray> breaklines = zyn::newPnt3dArrayArray();
-    int skipped = 0;
+    PointFile pointFile;
+    BreaklineFile breaklineFile;
 };
 
 Input readInput(const Options& options) {
     Input input;
-    input.skipped = readPoints(options.input, *input.points);
-    if (!options.breaklines.empty()) { input.breaklines = readBreaklines(options.breaklines); }
-    const int count = input.points->size();
+    input.pointFile = readPoints(options.input, options.columns);
+    if (!options.breaklines.empty()) {
+        input.breaklineFile = readBreaklines(options.breaklines, options.columns);
+    }
+    const int count = input.pointFile.points->size();
     if (count < 3) {
         throw Failure(options.input, "a surface needs three points, not " + std::to_string(count));
     }
@@ -91,11 +92,15 @@ void writeFiles(IZynDelaunayD* engine, const Files& files, const Measures& surfa
 }
 
 void report(const Input& input, const Network& network, const Measures& surface) {
-    std::printf("points      %d read, %d skipped, %d rejected\n", input.points->size(),
-                input.skipped, network.rejectedPoints);
-    if (input.breaklines->size() > 0) {
-        std::printf("breaklines  %d with %d edges, %d crossings\n", input.breaklines->size(),
-                    network.breaklineEdges, int(network.crossings->size()));
+    const auto note = [](bool numbered) {
+        return numbered ? "; the first column is a point number" : "";
+    };
+    std::printf("points      %d read, %d skipped, %d rejected%s\n", input.pointFile.points->size(),
+                input.pointFile.skipped, network.rejectedPoints, note(input.pointFile.numbered));
+    if (const int breaklines = input.breaklineFile.polylines->size(); breaklines > 0) {
+        std::printf("breaklines  %d with %d edges, %d crossings%s\n", breaklines,
+                    network.breaklineEdges, int(network.crossings->size()),
+                    note(input.breaklineFile.numbered));
     }
     std::printf("triangles   %d\n", surface.triangles);
     std::printf("area        %.1f m2 on the surface, %.1f m2 in plan\n", surface.area,
@@ -130,7 +135,8 @@ void run(Arguments arguments) {
     makeFolder(options.out);
     const double readingTime = watch.lap();
 
-    const Network network = triangulate(*input.points, *input.breaklines, options.tolerance);
+    const Network network =
+        triangulate(*input.pointFile.points, *input.breaklineFile.polylines, options.tolerance);
     IZynDelaunayD* const engine = network.engine.get();
     if (surfaceTriangleCount(engine) == 0) {
         throw Failure(options.input,

@@ -1,6 +1,7 @@
 // What the command line asks for.
 #pragma once
 
+#include "point_lines.h"
 #include "program.h"
 
 #include <limits>
@@ -10,6 +11,7 @@ struct Options {
     std::string input;
     std::string breaklines;  ///< no file when empty
     double maxEdge = std::numeric_limits<double>::infinity();
+    Columns columns = Columns::recognized;
     double tolerance = 0.001;
     double contours = 0;  ///< between two lines; 0: a round number that gives about twelve of them
     std::string out = ".";

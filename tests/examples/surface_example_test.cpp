@@ -72,6 +72,35 @@ TEST_F(SurfaceExample, ReadsLinesOfPointsAndGridsOfCells) {
     }
 }
 
+TEST_F(SurfaceExample, RecognizesPointNumbers) {
+    const std::string xyz = "v 0.5 0 1\nv 0.5 8.5 3\nv 8 0 2\n";
+    const std::string said = "; the first column is a point number\n";
+    for (const char* const numbered :
+         {"7;0.5;0;1\n8;8;0;2\n9;0.5;8.5;3\n", "7 .5 0.0 1 a\n3 8 0 2 b\n\n99 0.5 8.5 3,c\n"}) {
+        expectParts(reportOn(numbered), {"3 read, 0 skipped, 0 rejected" + said});
+        EXPECT_EQ(objPoints(), xyz) << numbered;
+    }
+    // The first column is x if it repeats or has decimals, if a line has three columns or another
+    // separator behind them, and if it has gaps while x and y are whole or have exponents.
+    for (const char* const plain :
+         {"0 0.5 1.5 1\n8 0.5 2.5 2\n0 8.5 3.5 3\n", "0.0 0.5 1.5 1\n1 8.5 2.5 2\n2 0.5 3.5 3\n",
+          "0 .5 1.5 1\n1 8.5 2.5 1\n2 .5 3.5\n", "0 0 1 5\n8 1 2 5\n9 8 3 5\n",
+          "0,.5,1.5 1\n1,8.5,2.5 1\n2,.5,3.5 1\n",
+          "4 5.1e6 1.5 1\n8 5.2e6 2.5 2\n9 5.2e6 3.5 3\n"}) {
+        expectParts(reportOn(plain), {"3 read, 0 skipped, 0 rejected\n"});
+    }
+    reportOn("0 9 1 1\n1 9 5 2\n2 1 8 3\n", "--columns xyz");
+    EXPECT_EQ(objPoints(), "v 0 9 1\nv 1 9 5\nv 2 1 8\n");
+    expectParts(
+        reportOn("n x y z\nP7 0.5 0 1\n20230401001 8 0 2\nP7 0.5 8.5 3\n", "--columns nxyz"),
+        {"3 read, 1 skipped, 0 rejected" + said});
+    EXPECT_EQ(objPoints(), xyz);
+    // A closed breakline comes back to its first number.
+    write("ring", "5 1.5 1.5 2\n9 2.5 1.5 2\n7 1.5 2.5 2\n5 1.5 1.5 2\n");
+    expectParts(reportOn("0 0 1\n8 0 2\n0 8 3\n", "--breaklines ring"),
+                {"breaklines  1 with 3 edges, 0 crossings" + said});
+}
+
 TEST_F(SurfaceExample, HeedsItsOptions) {
     const std::string doubles = "0 0 1\n8 0 2\n0 8 3\n8.0005 0 4\n0 0 5\n";
     expectParts(reportOn(doubles, "--tolerance 0"), {"5 read, 0 skipped, 1 rejected\n"});
@@ -116,7 +145,9 @@ TEST_F(SurfaceExample, NamesTheFileAndTheLineOfBadInput) {
              {"1 2 3\n4 5 6O\n", ", line 2: '6O' is not"},
              {"1 2 3\n\n4 5\n", ", line 3: a point is three numbers"},
              {"1,,3,4\n", ", line 1: '' is not"},
-             {"0,5 1,5 2,5\n", ", line 1: both commas and blanks"},
+             {"0,5 1,5 2,5\n", ", line 1: different separators"},
+             {"1 2 3\n4 5 6,5\n", ", line 2: different separators"},
+             {"1;2;3;4\n2;5;6;7,5\n", ", line 2: different separators"},
              {header + "1 2 3\n4 5 6\n", "cellsize"},
              {header + "cellsize x\n1 2 3\n4 5 6\n", ", line 5: 'cellsize' needs"},
              {header + "cellsize 1\nNcols 3\n1 2 3\n4 5 6\n", ", line 6: 'Ncols' is there twice"},
@@ -143,6 +174,7 @@ TEST_F(SurfaceExample, NamesTheFileAndTheLineOfBadInput) {
     expectFailure(run("input --breaklines --out out"), "--breaklines needs a value", 2);
     expectFailure(run("input --max-edge 5m --out out"), "--max-edge needs a length", 2);
     expectFailure(run("input --tolerance -1 --out out"), "--tolerance needs a length", 2);
+    expectFailure(run("input --columns zyx"), "--columns needs xyz or nxyz", 2);
 }
 
 TEST_F(SurfaceExample, LeavesNothingBehindWhereItCannotWrite) {

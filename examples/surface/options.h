@@ -5,6 +5,7 @@
 #include "program.h"
 
 #include <limits>
+#include <optional>
 #include <string>
 
 struct Options {
@@ -12,7 +13,7 @@ struct Options {
     std::string breaklines;  ///< no file when empty
     double maxEdge = std::numeric_limits<double>::infinity();
     Columns columns = Columns::recognized;
-    double tolerance = 0.001;
+    std::optional<double> tolerance;  ///< follows the extent if it is left out
     double contours = 0;  ///< between two lines; 0: a round number that gives about twelve of them
     std::string out = ".";
 };

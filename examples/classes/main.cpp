@@ -6,6 +6,7 @@
 #include "picture.h"
 #include "point_reader.h"
 #include "program.h"
+#include "rounding.h"
 
 #include <zyn/draw.h>
 
@@ -13,35 +14,67 @@
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
-#include <iterator>
 #include <limits>
 #include <string>
+#include <vector>
 
 using namespace zyn;
 
 namespace {
 
+constexpr const char* programName = "classes";
+
 constexpr const char* help = R"(usage: classes INPUT [OUT]
 
-Colours a terrain by classes of ground, level, slope, steep and ridge, counts the triangles of each,
-and writes the picture OUT/classes.png.
+Colours the triangles of a terrain by classes of ground, counts those of each class, and writes the
+picture OUT/classes.png:
+  ridge     centre above 70 % of the way from the lowest height to the highest, however steep
+  level     slope below 8 %
+  slope     slope from 8 % to below 30 %
+  steep     slope of 30 % and more
 
-INPUT is an ESRI ASCII grid, or lines of x y z in metres.
+A slope is that of one triangle, so that noise in the heights makes steep ground of dense points.
+x, y and z need the same unit: with degrees all ground is steep.
+
+INPUT is an ESRI ASCII grid, or lines of points as the program surface recognizes them: x y z, or
+a point number and x y z.
 OUT is a folder, made if it is missing (.)
 
 example: classes data/jacksboro.asc out
 )";
 
 enum Ground : std::int32_t { level = 2, slope = 3, steep = 4, ridge = 5 };
+constexpr Ground grounds[] = {level, slope, steep, ridge};
+
+constexpr double anyLength = std::numeric_limits<double>::infinity();
+constexpr double levelBelow = 0.08, steepFrom = 0.3;  // rise over run
+
+double ridgeAbove(const Measures& surface) {
+    return surface.minZ + 0.7 * (surface.maxZ - surface.minZ);
+}
 
 /// The class of a triangle, by its steepness and its height between the lowest and the highest.
 Ground groundOf(const tind& t, const Measures& surface) {
-    const double height = t.Center().z;
-    if (height > surface.minZ + 0.7 * (surface.maxZ - surface.minZ)) { return ridge; }
-    double a = 0, b = 0, c = 0;
-    if (!t.Normal(a, b, c)) { return steep; }
-    const double tangent = std::sqrt(a * a + b * b) / std::abs(c);
-    return tangent < 0.08 ? level : tangent < 0.3 ? slope : steep;
+    if (t.Center().z > ridgeAbove(surface)) { return ridge; }
+    const std::optional<XPnt2d> gradient = gradientOf(t);
+    if (!gradient) { return steep; }
+    const double tangent = std::hypot(gradient->x, gradient->y);
+    return tangent < levelBelow ? level : tangent < steepFrom ? slope : steep;
+}
+
+/// The limits of a class as the picture's legend states them.
+std::string limitsOf(Ground ground, const Measures& surface) {
+    const std::string low = withDecimals(100 * levelBelow, 0);
+    const std::string high = withDecimals(100 * steepFrom, 0);
+    switch (ground) {
+    case level: return "<" + low + "%";
+    case slope: return low + "-" + high + "%";
+    case steep: return ">=" + high + "%";
+    default: break;
+    }
+    const int decimals = decimalsFor(surface.maxZ - surface.minZ, 3, 0);
+    const std::string height = withDecimals(ridgeAbove(surface), decimals);
+    return ">" + height;
 }
 
 /// What a file of classes would give. Nobody shows class 9.
@@ -56,46 +89,72 @@ ref_ptr<PntClassArray> readClasses() {
     return classes;
 }
 
-void run(Arguments arguments) {
-    const auto& [input, out] = InputAndOut(arguments);
-    const ref_ptr<Pnt3dArray> points = newPnt3dArray();
-    readPoints(input, *points);
-    const ref_ptr<Pnt3dArrayArray> noBreaklines = newPnt3dArrayArray();
-    constexpr double tolerance = 0.001;
-    const Network network = triangulate(*points, *noBreaklines, tolerance);
-    constexpr double anyLength = std::numeric_limits<double>::infinity();
-    const Measures surface = measure(*network.engine, anyLength);
-    if (surface.triangles == 0) { throw Failure(input, "gives no surface"); }
-
-    const ref_ptr<IZynLasDrawParam> param = newZynLasDrawParam();
-    for (const Ground ground : {level, slope, steep, ridge}) {
-        param->classes[ground].value = ground;
-    }
+/// The table with which a display draws the classes that this program knows.
+ref_ptr<IZynLasDrawParam> newDrawParam() {
+    ref_ptr<IZynLasDrawParam> param = newZynLasDrawParam();
+    for (const Ground ground : grounds) { param->classes[ground].value = ground; }
     param->assignPntClass(readClasses());
+    return param;
+}
 
-    Picture picture(surface.area2d);
-    int triangles[ridge + 1] = {};
+/// The legend's text for each of `grounds`.
+std::vector<std::string> keysOf(const IZynLasDrawParam& param, const Measures& surface) {
+    std::vector<std::string> keys;
+    for (const Ground ground : grounds) {
+        keys.push_back(param.classes[ground].name.toStdString() + " " + limitsOf(ground, surface));
+    }
+    return keys;
+}
+
+/// Writes the picture; false when it cannot be written whole.
+bool writePicture(const Network& network, const Measures& surface, const IZynLasDrawParam& param,
+                  const std::string& path) {
+    const std::vector<std::string> keys = keysOf(param, surface);
+    const std::size_t letters = std::ranges::max(keys, {}, &std::string::size).size();
+    Picture picture(surface, int(letters));
     forSurface(*network.engine, anyLength, [&](const tind& t) {
-        const Ground ground = groundOf(t, surface);
-        ++triangles[ground];
-        const PntClass& drawn = param->classes[ground];
+        const PntClass& drawn = param.classes[groundOf(t, surface)];
         if (drawn.visible) {
             picture.fill(t, [&](double) { return drawn.color; });
         }
     });
-    int row = 0;
-    for (const PntClass& c : param->classes) {
-        if (!c.isValid()) { continue; }
-        const std::string name = c.name.toStdString();
-        picture.drawKey(row++, c.color, name);
-        std::printf("%d %-8s %d triangles\n", c.value, name.c_str(), triangles[c.value]);
+    for (int row = 0; row < int(keys.size()); ++row) {
+        picture.drawKey(row, param.classes[grounds[row]].color, keys[std::size_t(row)]);
     }
+    return picture.save(path);
+}
+
+void report(const Network& network, const Measures& surface, const IZynLasDrawParam& param) {
+    int triangles[ridge + 1] = {};
+    forSurface(*network.engine, anyLength,
+               [&](const tind& t) { ++triangles[groundOf(t, surface)]; });
+    for (const Ground ground : grounds) {
+        const std::string name = param.classes[ground].name.toStdString();
+        std::printf("%d %-8s %d triangles\n", ground, name.c_str(), triangles[ground]);
+    }
+}
+
+void run(Arguments arguments) {
+    const auto& [input, out] = InputAndOut(arguments);
+    const PointFile file = readPoints(input, Columns::recognized);
+    Pnt3dArray& points = *file.points;
+    const ref_ptr<Pnt3dArrayArray> noBreaklines = newPnt3dArrayArray();
+    const double tolerance = defaultTolerance(points);
+    const Network network = triangulate(points, *noBreaklines, tolerance);
+    const Measures surface = measure(*network.engine, anyLength);
+    if (surface.triangles == 0) { throw Failure(input, "gives no surface"); }
+
+    const ref_ptr<IZynLasDrawParam> param = newDrawParam();
     makeFolder(out);
     const std::string path = std::filesystem::path(out) / "classes.png";
-    if (!picture.save(path)) { throw Failure(path, "cannot be written"); }
+    if (!writePicture(network, surface, *param, path)) { throw Failure(path, "cannot be written"); }
+    if (network.rejectedPoints > 0) {
+        warn(programName, aboutRejected(network, points.size(), tolerance));
+    }
+    report(network, surface, *param);
     std::printf("file %s\n", path.c_str());
 }
 
 }  // namespace
 
-int main(int argc, char** argv) { return runProgram("classes", help, argc, argv, run); }
+int main(int argc, char** argv) { return runProgram(programName, help, argc, argv, run); }

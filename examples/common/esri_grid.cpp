@@ -85,8 +85,8 @@ Grid gridOf(const Header& header, const LineReader& file) {
     const double west = value("xllcenter", value("xllcorner") + dx / 2);
     const double south = value("yllcenter", value("yllcorner") + dy / 2);
     const double north = south + (rows - 1) * dy, east = west + (columns - 1) * dx;
-    require(isCoordinate(west) && isCoordinate(east), "xllcorner or xllcenter, in metres");
-    require(isCoordinate(south) && isCoordinate(north), "yllcorner or yllcenter, in metres");
+    require(isCoordinate(west) && isCoordinate(east), "xllcorner or xllcenter, at most 1e9");
+    require(isCoordinate(south) && isCoordinate(north), "yllcorner or yllcenter, at most 1e9");
     const double noData = value("nodata_value", -9999);  // what the format says for a missing key
     return {static_cast<int>(columns), static_cast<int>(rows), dx, dy, west, north, noData};
 }

@@ -10,7 +10,6 @@ namespace {
 constexpr std::string_view blanks = " \t";
 
 bool isPrintable(char c) { return c >= ' ' && c <= '~'; }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 void dropBlanks(std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
@@ -18,14 +17,16 @@ void dropBlanks(std::string_view& text) {
 
 }  // namespace
 
-std::string_view takeField(std::string_view& text, bool* comma) {
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+std::string_view takeField(std::string_view& text, char* separator) {
     dropBlanks(text);
-    const std::string_view field = text.substr(0, text.find_first_of(" \t,"));
+    const std::string_view field = text.substr(0, text.find_first_of(" \t,;"));
     text.remove_prefix(field.size());
     dropBlanks(text);
-    const bool isComma = text.starts_with(',');
-    if (comma != nullptr) { *comma = isComma; }
-    if (isComma) {
+    const bool isMark = text.starts_with(',') || text.starts_with(';');
+    if (separator != nullptr) { *separator = isMark ? text.front() : ' '; }
+    if (isMark) {
         text.remove_prefix(1);
         dropBlanks(text);
     }

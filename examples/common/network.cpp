@@ -7,6 +7,7 @@
 #include <zyn/surface.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <limits>
 
 using namespace zyn;
@@ -33,6 +34,12 @@ void insertSinglePoints(IZynDelaunayD& engine, Pnt3dArrayArray& breaklines, doub
 
 }  // namespace
 
+double defaultTolerance(Pnt3dArray& points) {
+    const Enve2d box = boxAround(points);
+    constexpr double share = 1e-7, most = 0.001;
+    return std::min(most, share * std::max(box.width(), box.hight()));
+}
+
 Network triangulate(Pnt3dArray& points, Pnt3dArrayArray& breaklines, double tolerance) {
     const Enve2d frame = frameAround(points, breaklines);
     Network network;
@@ -48,6 +55,22 @@ Network triangulate(Pnt3dArray& points, Pnt3dArrayArray& breaklines, double tole
         0, addBreaklines(engine, &breaklines, tolerance, fixed.get(), network.crossings.get()));
     if (fixed->size() > 0) { restoreDelaunay(engine, fixed.get()); }
     return network;
+}
+
+std::string aboutRejected(const Network& network, int points, double tolerance) {
+    char text[160];
+    std::snprintf(text, sizeof text,
+                  "left out %d of %d points that are within %g of another in x and y",
+                  network.rejectedPoints, points, tolerance);
+    return text;
+}
+
+std::optional<XPnt2d> gradientOf(const tind& t) {
+    const XPnt3d a(t.vertex[0]);
+    const XPnt3d u = XPnt3d(t.vertex[1]) - a, v = XPnt3d(t.vertex[2]) - a;
+    const double area2 = u.x * v.y - u.y * v.x;
+    if (area2 == 0) { return {}; }
+    return XPnt2d((u.z * v.y - u.y * v.z) / area2, (u.x * v.z - u.z * v.x) / area2);
 }
 
 void forSurface(IZynDelaunayD& engine, double maxEdge,

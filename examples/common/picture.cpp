@@ -1,20 +1,23 @@
 #include "picture.h"
 
+#include "rounding.h"
+
 #include <QFile>
 #include <QImage>
 #include <QString>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <utility>
 
 using namespace zyn;
 
 namespace {
 
-constexpr int longerSide = 900, margin = 20, legendWidth = 120;
-constexpr int dot = 3;  ///< pixels a dot of the letters
+constexpr int longerSide = 900, shorterSide = longerSide / 4, margin = 20;
+constexpr int dot = 3;                                      ///< pixels a dot of the letters
+constexpr int letterWidth = 4 * dot, lineHeight = 9 * dot;  ///< with the gaps between them
+constexpr int legendText = 42;                              ///< where the legend's text begins
 
 /// Three by five dots: five rows, an octal digit each.
 constexpr std::pair<char, int> glyphs[] = {
@@ -24,7 +27,8 @@ constexpr std::pair<char, int> glyphs[] = {
     {'I', 072227}, {'J', 011152}, {'K', 055655}, {'L', 044447}, {'M', 057755}, {'N', 065555},
     {'O', 025552}, {'P', 065644}, {'Q', 025563}, {'R', 065655}, {'S', 034216}, {'T', 072222},
     {'U', 055557}, {'V', 055552}, {'W', 055775}, {'X', 055255}, {'Y', 055222}, {'Z', 071247},
-    {'.', 000002}, {'-', 000700}, {' ', 000000}};
+    {'.', 000002}, {'-', 000700}, {'<', 012421}, {'>', 042124}, {'=', 007070}, {'%', 051245},
+    {' ', 000000}};
 
 int glyphOf(char c) {
     const auto* const found = std::ranges::find(glyphs, c, &std::pair<char, int>::first);
@@ -36,31 +40,52 @@ QRgb rgb(const ZynColor4b& c, double shade = 1.0) {
     return qRgb(channel(c.r), channel(c.g), channel(c.b));
 }
 
-/// How bright the triangle is under a light from the north-west. Slopes count three times.
-double shadeOf(const tind& t) {
-    double a = 0, b = 0, c = 0;
-    if (!t.Normal(a, b, c)) { return 1.0; }
-    constexpr double exaggeration = 3.0, ambient = 0.35;
-    const double x = exaggeration * a, y = exaggeration * b;
-    const double toLight = (-x + y + 1.4 * c) / std::sqrt(1 + 1 + 1.4 * 1.4);
-    const double level = 1.4 / std::sqrt(1 + 1 + 1.4 * 1.4);  // keeps its colour
-    const double facing = std::max(0.0, toLight / std::sqrt(x * x + y * y + c * c));
-    return ambient + (1.0 - ambient) * facing / level;
+/// Pixels for a length of 1 along one axis: those of both axes, or more if that were too few.
+double scaleOf(double extent, const Enve2d& area) {
+    constexpr double least = 1e-9;
+    const double longer = std::max({area.width(), area.hight(), least});
+    return std::max(longerSide / longer, shorterSide / std::max(extent, least));
 }
+
+/// How often slopes count in the shade: three times, and less where the ground is so steep on the
+/// average that most of it would be black, as with degrees for x and y.
+double exaggerationOf(const Measures& surface) {
+    constexpr double most = 3, steepest = 0.9;
+    const double ratio = surface.area / surface.planArea;
+    const double meanSlope = std::sqrt(std::max(0.0, ratio * ratio - 1));
+    return std::min(most, steepest / meanSlope);
+}
+
+/// The lines below the map: the scale bar, and what is said of a stretched map.
+int linesBelow(const XPnt2d& scale) { return scale.x == scale.y ? 1 : 2; }
 
 }  // namespace
 
-Picture::Picture(const Enve2d& area_)
-    : area(area_),
-      pixelsPerMetre(longerSide / std::max({area.width(), area.hight(), 1e-9})),
-      mapWidth(std::max(1, int(area.width() * pixelsPerMetre))),
-      mapHeight(std::max(1, int(area.hight() * pixelsPerMetre))),
-      image(std::make_unique<QImage>(mapWidth + legendWidth + 3 * margin,
-                                     std::max(mapHeight, 300) + 2 * margin, QImage::Format_RGB32)) {
+Picture::Picture(const Measures& surface, int legendLetters)
+    : area(surface.area2d),
+      scale(scaleOf(area.width(), area), scaleOf(area.hight(), area)),
+      exaggeration(exaggerationOf(surface)),
+      mapWidth(std::clamp(int(area.width() * scale.x), shorterSide, longerSide)),
+      mapHeight(std::clamp(int(area.hight() * scale.y), shorterSide, longerSide)),
+      image(std::make_unique<QImage>(
+          mapWidth + legendText + legendLetters * letterWidth + 3 * margin,
+          mapHeight + linesBelow(scale) * lineHeight + 2 * margin, QImage::Format_RGB32)) {
     image->fill(Qt::white);
+    drawScale();
 }
 
 Picture::~Picture() = default;
+
+/// Returns how bright the triangle is under a light from the north-west.
+double Picture::shadeOf(const tind& t) const {
+    const std::optional<XPnt2d> gradient = gradientOf(t);
+    if (!gradient) { return 1.0; }
+    constexpr double ambient = 0.35;
+    const double x = exaggeration * gradient->x, y = exaggeration * gradient->y;
+    // The light comes from (-1, 1, 1.4), and level ground keeps its colour.
+    const double facing = std::max(0.0, (x - y + 1.4) / std::sqrt(x * x + y * y + 1));
+    return ambient + (1.0 - ambient) * facing / 1.4;
+}
 
 void Picture::fill(const tind& t, const ColorAt& colorAt) {
     double x[3], y[3];  // in pixels, y downwards
@@ -119,22 +144,35 @@ void Picture::mixPixel(int column, int row, const ZynColor4b& color, double shar
                          mixed(qBlue(below), color.b)));
 }
 
-void Picture::drawBar(const IZynColorRamp& ramp, double low, double high) {
-    const int x = mapWidth + 2 * margin, top = margin + 10, height = image->height() - 2 * top;
-    constexpr int width = 30, ticks = 4;
+/// A round length along x, an eighth of the map's width or up to two and a half times as long.
+void Picture::drawScale() {
+    const ZynColor4b black = ZynColor4b::Black();
+    const double length = roundUp(mapWidth / scale.x / 8);
+    const int x = margin, y = margin + mapHeight + lineHeight / 2;
+    const int width = int(std::lround(length * scale.x));
+    drawPatch(x, y + 2 * dot, width, dot, black);
+    drawPatch(x, y, dot, 5 * dot, black);
+    drawPatch(x + width - dot, y, dot, 5 * dot, black);
+    drawText(x + width + letterWidth, y, withDecimals(length, decimalsFor(length, 1, 0)));
+    if (linesBelow(scale) > 1) {
+        const double stretch = std::max(scale.x / scale.y, scale.y / scale.x);
+        drawText(x, y + lineHeight,
+                 std::string(scale.x > scale.y ? "X" : "Y") + " STRETCHED " +
+                     withDecimals(stretch, decimalsFor(stretch, 2, 0)) + " TIMES");
+    }
+}
+
+void Picture::drawBar(const IZynColorRamp& ramp, const std::vector<std::string>& labels) {
+    const int x = mapWidth + 2 * margin, top = margin + 10, height = mapHeight - 20;
+    constexpr int width = 30;
     for (int y = 0; y < height; ++y) {
         drawPatch(x, top + y, width, 1, ramp.clr(255 - 255 * y / (height - 1)));
     }
-    // As many decimals as tell the ticks apart.
-    const double step = std::max((high - low) / ticks, 1e-3);
-    const int decimals = std::clamp(int(std::ceil(1 - std::log10(step))), 0, 3);
-    for (int i = 0; i <= ticks; ++i) {
-        char text[32];
-        std::snprintf(text, sizeof text, "%.*f M", step >= 10 ? 0 : decimals,
-                      low + (high - low) * i / ticks);
-        const int y = top + (height - 1) * (ticks - i) / ticks;
+    const int last = int(labels.size()) - 1;
+    for (int i = 0; i <= last; ++i) {
+        const int y = top + (height - 1) * (last - i) / last;
         drawPatch(x + width, y, 6, 1, ZynColor4b::Black());
-        drawText(x + width + 12, y - 5 * dot / 2, text);
+        drawText(x + legendText, y - 5 * dot / 2, labels[std::size_t(i)]);
     }
 }
 
@@ -152,7 +190,7 @@ void Picture::drawText(int x, int y, const std::string& text) {
                 drawPatch(x + bit % 3 * dot, y + bit / 3 * dot, dot, dot, ZynColor4b::Black());
             }
         }
-        x += 4 * dot;
+        x += letterWidth;
     }
 }
 

@@ -1,6 +1,8 @@
 // A map of a surface seen from above, north up, with a legend beside it.
 #pragma once
 
+#include "network.h"
+
 #include <zyn/array.h>
 #include <zyn/color.h>
 #include <zyn/envelope.h>
@@ -9,13 +11,16 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 class QImage;
 
 class Picture {
 public:
-    /// White, with room for the area at the left and a legend at the right.
-    explicit Picture(const zyn::Enve2d& area);
+    /// White, with room for the surface at the left, a legend of this many letters at the right,
+    /// and a scale bar below. A surface narrower than a quarter of its length is stretched to
+    /// that, which a line below the bar says.
+    Picture(const Measures& surface, int legendLetters);
     ~Picture();
 
     using ColorAt = std::function<zyn::ZynColor4b(double height)>;
@@ -23,23 +28,27 @@ public:
     void fill(const zyn::tind& t, const ColorAt& colorAt);
     /// A polyline, a pixel wide, mixed with what is there by `share` of its colour.
     void drawLine(const zyn::Pnt3dArray& line, const zyn::ZynColor4b& color, double share);
-    /// A bar of the ramp's colours, the last one on top, with heights beside it.
-    void drawBar(const zyn::IZynColorRamp& ramp, double low, double high);
-    /// Entry `row` of a legend, from the top: a patch and a text of capitals, digits, '.' and '-'.
+    /// A bar of the ramp's colours, the last one on top, with these labels along it, from below.
+    void drawBar(const zyn::IZynColorRamp& ramp, const std::vector<std::string>& labels);
+    /// Entry `row` of a legend, from the top: a patch and a text of capitals, digits, and the
+    /// characters . - < > = and %.
     void drawKey(int row, const zyn::ZynColor4b& color, const std::string& text);
 
     /// Writes a PNG file; false when it cannot be written whole.
     [[nodiscard]] bool save(const std::string& path) const;
 
 private:
-    [[nodiscard]] double columnOf(double x) const { return (x - area.minX) * pixelsPerMetre; }
-    [[nodiscard]] double rowOf(double y) const { return (area.maxY - y) * pixelsPerMetre; }
+    [[nodiscard]] double columnOf(double x) const { return (x - area.minX) * scale.x; }
+    [[nodiscard]] double rowOf(double y) const { return (area.maxY - y) * scale.y; }
+    [[nodiscard]] double shadeOf(const zyn::tind& t) const;
+    void drawScale();
     void mixPixel(int column, int row, const zyn::ZynColor4b& color, double share);
     void drawText(int x, int y, const std::string& text);
     void drawPatch(int x, int y, int width, int height, const zyn::ZynColor4b& color);
 
     zyn::Enve2d area;
-    double pixelsPerMetre;
+    zyn::XPnt2d scale;  ///< pixels for a length of 1
+    double exaggeration;
     int mapWidth, mapHeight;
     std::unique_ptr<QImage> image;
 };

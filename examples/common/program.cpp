@@ -1,5 +1,7 @@
 #include "program.h"
 
+#include <zyn/version.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <exception>
@@ -8,9 +10,16 @@
 
 namespace {
 
-constexpr const char* exitCodes = R"(
-exit code: 0 done, 1 a failure, told in one line on standard error, 2 wrong usage
+constexpr const char* helpOfAll = R"(
+  -h, --help            print this text
+  --version             print the version of ZynBase
+
+exit code: 0 done, 1 a failure, described in one line on standard error, 2 wrong usage
 )";
+
+bool contains(Arguments arguments, std::string_view option) {
+    return std::ranges::count(arguments, option) > 0;
+}
 
 }  // namespace
 
@@ -18,8 +27,10 @@ int runProgram(const char* name, const char* help, int argc, char** argv,
                const std::function<void(Arguments)>& work) {
     try {
         const Arguments arguments(argv + std::min(argc, 1), argv + argc);
-        if (std::ranges::count(arguments, std::string_view("--help")) > 0) {
-            std::printf("%s%s", help, exitCodes);
+        if (contains(arguments, "-h") || contains(arguments, "--help")) {
+            std::printf("%s%s", help, helpOfAll);
+        } else if (contains(arguments, "--version")) {
+            std::printf("%s %s\n", name, ZYN_VERSION_STRING);
         } else {
             work(arguments);
         }
@@ -34,6 +45,10 @@ int runProgram(const char* name, const char* help, int argc, char** argv,
         std::fprintf(stderr, "%s: %s\n", name, failure.what());
     }
     return 1;
+}
+
+void warn(const char* name, const std::string& message) {
+    std::fprintf(stderr, "%s: warning: %s\n", name, message.c_str());
 }
 
 InputAndOut::InputAndOut(Arguments arguments) {

@@ -15,10 +15,14 @@ public:
     using Failure::Failure;
 };
 
-/// Runs `work` on the arguments behind the program's name and gives what main returns: 0, 1 for a
-/// failure, 2 for wrong usage. With --help among the arguments it prints `help` instead.
+/// Runs `work` on the arguments behind the program's name and returns what main returns: 0, 1 for a
+/// failure, 2 for wrong usage. With -h or --help among the arguments it prints `help` instead, with
+/// --version the version of the library that it was compiled with.
 int runProgram(const char* name, const char* help, int argc, char** argv,
                const std::function<void(Arguments)>& work);
+
+/// Prints a line on standard error that the program `name` goes on after.
+void warn(const char* name, const std::string& message);
 
 /// The usage `INPUT [OUT]` of the smaller programs; OUT is the current folder if it is left out.
 struct InputAndOut {

@@ -26,7 +26,7 @@ constexpr const char* help = R"(usage: host INPUT [OUT]
 Reads points and keeps a log, OUT/host.log, and settings, OUT/host.settings: the number of its runs
 and the last file.
 
-INPUT is text with a point a line, x y first; lines that hold none are passed over.
+INPUT is text with a point a line, x y first; lines without a point are skipped.
 OUT is a folder, made if it is missing (.)
 
 example: host data/points.txt out

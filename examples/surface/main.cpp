@@ -7,6 +7,7 @@
 #include "point_reader.h"
 #include "program.h"
 #include "progress_bar.h"
+#include "rounding.h"
 #include "terrain_picture.h"
 
 #include <zyn/geometry.h>
@@ -39,17 +40,20 @@ private:
     Clock::time_point last = Clock::now();
 };
 
+constexpr const char* programName = "surface";
+
 struct Input {
-    zyn::ref_ptr<zyn::Pnt3dArray> points = zyn::newPnt3dArray();
-    zyn::ref_ptr<zyn::Pnt3dArrayArray> breaklines = zyn::newPnt3dArrayArray();
-    int skipped = 0;
+    PointFile pointFile;
+    BreaklineFile breaklineFile;
 };
 
 Input readInput(const Options& options) {
     Input input;
-    input.skipped = readPoints(options.input, *input.points);
-    if (!options.breaklines.empty()) { input.breaklines = readBreaklines(options.breaklines); }
-    const int count = input.points->size();
+    input.pointFile = readPoints(options.input, options.columns);
+    if (!options.breaklines.empty()) {
+        input.breaklineFile = readBreaklines(options.breaklines, options.columns);
+    }
+    const int count = input.pointFile.points->size();
     if (count < 3) {
         throw Failure(options.input, "a surface needs three points, not " + std::to_string(count));
     }
@@ -90,25 +94,37 @@ void writeFiles(IZynDelaunayD* engine, const Files& files, const Measures& surfa
     }
 }
 
+/// With four digits at least: degrees make areas and lengths far below 1.
+std::string measured(double value) { return withDecimals(value, decimalsFor(value, 4, 1)); }
+
+std::string heightText(const Measures& surface, double height) {
+    return withDecimals(height, decimalsFor(surface.maxZ - surface.minZ, 4, 3));
+}
+
 void report(const Input& input, const Network& network, const Measures& surface) {
-    std::printf("points      %d read, %d skipped, %d rejected\n", input.points->size(),
-                input.skipped, network.rejectedPoints);
-    if (input.breaklines->size() > 0) {
-        std::printf("breaklines  %d with %d edges, %d crossings\n", input.breaklines->size(),
-                    network.breaklineEdges, int(network.crossings->size()));
+    const auto note = [](bool numbered) {
+        return numbered ? "; the first column is a point number" : "";
+    };
+    std::printf("points      %d read, %d skipped, %d rejected%s\n", input.pointFile.points->size(),
+                input.pointFile.skipped, network.rejectedPoints, note(input.pointFile.numbered));
+    if (const int breaklines = input.breaklineFile.polylines->size(); breaklines > 0) {
+        std::printf("breaklines  %d with %d edges, %d crossings%s\n", breaklines,
+                    network.breaklineEdges, int(network.crossings->size()),
+                    note(input.breaklineFile.numbered));
     }
     std::printf("triangles   %d\n", surface.triangles);
-    std::printf("area        %.1f m2 on the surface, %.1f m2 in plan\n", surface.area,
-                surface.planArea);
-    std::printf("heights     %.3f to %.3f m\n", surface.minZ, surface.maxZ);
+    std::printf("area        %s on the surface, %s in plan\n", measured(surface.area).c_str(),
+                measured(surface.planArea).c_str());
+    std::printf("heights     %s to %s\n", heightText(surface, surface.minZ).c_str(),
+                heightText(surface, surface.maxZ).c_str());
 }
 
 /// Earthwork to the middle height, and the way along the middle from west to east.
 void reportShape(IZynDelaunayD* engine, const Measures& surface, double maxEdge) {
     const double middle = (surface.minZ + surface.maxZ) / 2;
     const zyn::SurfaceVolume earth = volume(engine, middle, maxEdge);
-    std::printf("volume      %.1f m3 above %.3f m, %.1f m3 missing below\n", earth.cut, middle,
-                earth.fill);
+    std::printf("volume      %s above %s, %s missing below\n", measured(earth.cut).c_str(),
+                heightText(surface, middle).c_str(), measured(earth.fill).c_str());
     const zyn::Enve2d& box = surface.area2d;
     const double y = box.MidPoint().y;
     const zyn::ref_ptr<zyn::Pnt3dArray> way = profile(engine, {box.minX, y}, {box.maxX, y});
@@ -119,8 +135,9 @@ void reportShape(IZynDelaunayD* engine, const Measures& surface, double maxEdge)
         length += dist(way->get(i), way->get(i - 1));
         (step.z > 0 ? climb : descent) += std::abs(step.z);
     }
-    std::printf("profile     west to east %.1f m, up %.1f m, down %.1f m, across %d edges\n",
-                length, climb, descent, std::max(0, way->size() - 2));
+    std::printf("profile     west to east %s, up %s, down %s, across %d edges\n",
+                measured(length).c_str(), measured(climb).c_str(), measured(descent).c_str(),
+                std::max(0, way->size() - 2));
 }
 
 void run(Arguments arguments) {
@@ -130,7 +147,9 @@ void run(Arguments arguments) {
     makeFolder(options.out);
     const double readingTime = watch.lap();
 
-    const Network network = triangulate(*input.points, *input.breaklines, options.tolerance);
+    zyn::Pnt3dArray& points = *input.pointFile.points;
+    const double tolerance = options.tolerance.value_or(defaultTolerance(points));
+    const Network network = triangulate(points, *input.breaklineFile.polylines, tolerance);
     IZynDelaunayD* const engine = network.engine.get();
     if (surfaceTriangleCount(engine) == 0) {
         throw Failure(options.input,
@@ -147,6 +166,10 @@ void run(Arguments arguments) {
     writeFiles(engine, files, surface, options);
     const double writingTime = watch.lap();
 
+    if (network.rejectedPoints > 0 && !options.tolerance) {
+        warn(programName, aboutRejected(network, points.size(), tolerance) +
+                              "; with --tolerance 0 only those in one place");
+    }
     report(input, network, surface);
     reportShape(engine, surface, options.maxEdge);
     std::printf("seconds     %.2f reading, %.2f triangulating, %.2f writing\n", readingTime,
@@ -157,4 +180,4 @@ void run(Arguments arguments) {
 
 }  // namespace
 
-int main(int argc, char** argv) { return runProgram("surface", helpText, argc, argv, run); }
+int main(int argc, char** argv) { return runProgram(programName, helpText, argc, argv, run); }

@@ -5,26 +5,36 @@
 #include <cmath>
 
 const char* const helpText =
-    R"(usage: surface INPUT [--breaklines FILE] [--max-edge M] [--tolerance T] [--contours H]
-               [--out DIR]
+    R"(usage: surface INPUT [--columns C] [--breaklines FILE] [--max-edge L] [--tolerance T]
+               [--contours H] [--out DIR]
 
 Triangulates terrain points and writes the surface to DIR/terrain.tin (the network, binary),
-DIR/terrain.obj (points and faces as text) and DIR/terrain.png (a picture). Coordinates and lengths
-are metres.
+DIR/terrain.obj (points and faces as text) and DIR/terrain.png (a picture).
 
-INPUT is one of these, as its contents tell:
+Lengths are in the unit of the coordinates, areas and volumes in its square and cube. Where z has
+another unit than x and y, as with degrees, areas in plan and heights mean something, other areas,
+volumes and the profile's length do not, and --max-edge mixes the units.
+
+INPUT is one of these, which the program recognizes:
   an ESRI ASCII grid    cells without data are skipped
-  lines of x y z        separated by blanks, tabs or commas; what follows on a line is not read,
-                        and lines that do not begin with a number are skipped
+  lines of points       x y z, or a point number and x y z, separated by blanks, tabs, commas or
+                        semicolons; what follows on a line is not read, and lines that do not begin
+                        with a number are skipped
 
-  --breaklines FILE     polylines that become edges of the surface: lines of x y z,
-                        with a blank line, or one that begins with # or >, between polylines
-  --max-edge M          leave triangles with an edge longer than M out of terrain.obj and of the
-                        reported areas: bays in the outline, gaps in the data
+  --columns xyz         lines begin with x
+  --columns nxyz        lines begin with a number or name of the point. Without --columns they do if
+                        each line has four numbers, the first is whole, and either it counts up by
+                        one in three lines or more, or x and y have decimals and no number has two
+                        different points
+  --breaklines FILE     polylines that become edges of the surface: lines of points like those of
+                        INPUT, with a blank line, or one that begins with # or >, between polylines
+  --max-edge L          leave triangles with an edge longer than L out of terrain.obj, the picture
+                        and the reported areas: bays in the outline, gaps in the data
   --tolerance T         refuse a point when x and y are both within T of a point that is there
-                        already (0.001)
+                        already. Without it T is a ten-millionth of the extent, 0.001 at most, and
+                        a warning counts the refused points
   --contours H          height between two contours of the picture; 0, the default, takes a round
-                        number that gives about twelve
+                        number that makes about twelve
   --out DIR             where the files go; made if it is missing (.)
 
 example: surface data/jacksboro.asc --out out
@@ -35,9 +45,15 @@ namespace {
 double lengthIn(const std::string& option, const std::string& text) {
     const std::optional<double> length = toNumber(text);
     if (!length || !std::isfinite(*length) || *length < 0) {
-        throw WrongUsage(option + " needs a length in metres, not '" + text + "'");
+        throw WrongUsage(option + " needs a length, not '" + text + "'");
     }
     return *length;
+}
+
+Columns columnsOf(const std::string& text) {
+    if (text == "xyz") { return Columns::xyz; }
+    if (text == "nxyz") { return Columns::numberXyz; }
+    throw WrongUsage("--columns needs xyz or nxyz, not '" + text + "'");
 }
 
 }  // namespace
@@ -53,7 +69,9 @@ Options parseOptions(Arguments arguments) {
             }
             return text;
         };
-        if (name == "--breaklines") {
+        if (name == "--columns") {
+            options.columns = columnsOf(value());
+        } else if (name == "--breaklines") {
             options.breaklines = value();
         } else if (name == "--max-edge") {
             options.maxEdge = lengthIn(name, value());

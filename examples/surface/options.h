@@ -1,16 +1,19 @@
 // What the command line asks for.
 #pragma once
 
+#include "point_lines.h"
 #include "program.h"
 
 #include <limits>
+#include <optional>
 #include <string>
 
 struct Options {
     std::string input;
     std::string breaklines;  ///< no file when empty
     double maxEdge = std::numeric_limits<double>::infinity();
-    double tolerance = 0.001;
+    Columns columns = Columns::recognized;
+    std::optional<double> tolerance;  ///< follows the extent if it is left out
     double contours = 0;  ///< between two lines; 0: a round number that gives about twelve of them
     std::string out = ".";
 };

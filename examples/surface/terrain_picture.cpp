@@ -1,11 +1,14 @@
 #include "terrain_picture.h"
 
 #include "picture.h"
+#include "rounding.h"
 
 #include <zyn/surface.h>
 
 #include <algorithm>
 #include <cmath>
+#include <string>
+#include <vector>
 
 using namespace zyn;
 
@@ -26,33 +29,37 @@ ref_ptr<IZynColorRamp> terrainRamp() {
     return ramp;
 }
 
-/// 1, 2 or 5 times a power of ten, near a twelfth of the range.
-double roundInterval(double range) {
-    const double wanted = range / 12;
-    const double power = std::pow(10.0, std::floor(std::log10(wanted)));
-    for (const double factor : {1.0, 2.0, 5.0}) {
-        if (wanted <= factor * power) { return factor * power; }
-    }
-    return 10 * power;
-}
-
 /// The multiples of the interval between the lowest and the highest height, a thousand at the most.
 ref_ptr<DoubleArray> contourLevels(const Measures& surface, double interval) {
     ref_ptr<DoubleArray> levels = newDoubleArray();
     const double range = surface.maxZ - surface.minZ;
     if (!(range > 0)) { return levels; }
-    const double step = std::max(interval > 0 ? interval : roundInterval(range), range / 1000);
+    const double step = std::max(interval > 0 ? interval : roundUp(range / 12), range / 1000);
     for (double n = std::ceil(surface.minZ / step); n * step <= surface.maxZ; ++n) {
         levels->append(n * step);
     }
     return levels;
 }
 
+/// Five heights from the lowest to the highest, with as many decimals as tell them apart.
+std::vector<std::string> barLabels(const Measures& surface) {
+    constexpr int steps = 4;
+    const double step = (surface.maxZ - surface.minZ) / steps;
+    const int decimals = decimalsFor(step, 3, 0);
+    std::vector<std::string> labels;
+    for (int i = 0; i <= steps; ++i) {
+        labels.push_back(withDecimals(surface.minZ + i * step, decimals));
+    }
+    return labels;
+}
+
 }  // namespace
 
 bool writePicture(IZynDelaunayD& engine, const Options& options, const Measures& surface,
                   const std::string& path) {
-    Picture picture(surface.area2d);
+    const std::vector<std::string> labels = barLabels(surface);
+    const std::size_t letters = std::ranges::max(labels, {}, &std::string::size).size();
+    Picture picture(surface, int(letters));
     const ref_ptr<IZynColorRamp> ramp = terrainRamp();
     const double range = surface.maxZ - surface.minZ;
     const auto colorAt = [&](double height) {
@@ -64,6 +71,6 @@ bool writePicture(IZynDelaunayD& engine, const Options& options, const Measures&
     for (const Pnt3dArray* const line : *lines) {
         picture.drawLine(*line, ZynColor4b(52, 38, 28, 255), 0.55);
     }
-    picture.drawBar(*ramp, surface.minZ, surface.maxZ);
+    picture.drawBar(*ramp, labels);
     return picture.save(path);
 }

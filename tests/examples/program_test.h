@@ -66,11 +66,14 @@ protected:
         expectParts(result.err, {fs::path(program).filename().string() + ": ", message});
         EXPECT_EQ(outFiles(), "") << message;
     }
-    /// Checks --help, which explains the exit codes, and what is wrong usage of every program.
+    /// Checks --help, which explains the exit codes, --version, and what is wrong usage of every
+    /// program.
     void expectHelp() const {
         const std::string name = fs::path(program).filename();
         expectParts(report("--help"), {"usage: " + name + " INPUT", "\nexample: " + name + " data/",
                                        "\nexit code: 0 done, 1 a failure"});
+        EXPECT_EQ(report("-h"), report("--help"));
+        EXPECT_EQ(report("input --version"), name + " " PROJECT_VERSION "\n");
         expectFailure(run(""), "INPUT is missing; see " + name + " --help", 2);
         expectFailure(run("input --ouT"), "unknown option '--ouT'", 2);
     }

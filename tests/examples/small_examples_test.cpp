@@ -4,6 +4,8 @@
 #include <string>
 #include <utility>
 
+#include <QImage>
+
 #include "program_test.h"
 
 namespace {
@@ -57,10 +59,14 @@ TEST_F(ClassesExample, DrawsTheShippedTerrain) {
     write("line", "1 1 1\n2 2 2\n3 3 3\n");
     expectFailure(run("line out"), "line: gives no surface");
     expectHelp();
+    expectParts(report("--help"), {"slope below 8 %", "slope of 30 % and more", "above 70 %"});
     const std::string out = report("'" TERRAIN_FILE "' out");
     expectParts(out, {"2 LEVEL    33335 triangles\n", "5 RIDGE    16518 triangles\n"});
     EXPECT_EQ(out.find("WATER"), std::string::npos);  // a class that the program does not know
     EXPECT_EQ(outFiles(), "classes.png\n");
+    const QImage picture((folder / "out/classes.png").c_str());
+    constexpr int map = 850, letters = 11;  // the longest key: STEEP >=30%
+    EXPECT_EQ(picture.width(), map + 42 + 12 * letters + 3 * 20);
 }
 
 TEST_F(HostExample, LogsAndRemembers) {

@@ -30,7 +30,7 @@ TEST_F(SurfaceExample, MakesASurfaceOfTheShippedTerrain) {
     // A grid of 344 x 403 points, 92.474972 m and 74.573157 m apart.
     expectParts(report("'" TERRAIN_FILE "' --out 'new folders/out'"),
                 {"138632 read, 0 skipped, 0 rejected\n", "triangles   275772\n",
-                 " 950882622.4 m2 in plan\n", "236.000 to 1076.000 m\n"});
+                 " 950882622.4 in plan\n", "236.000 to 1076.000\n"});
     fs::rename(folder / "new folders/out", folder / "out");
     EXPECT_EQ(outFiles(), "terrain.obj\nterrain.png\nterrain.tin\n");
     EXPECT_EQ(objCounts(), "138632\n275772\n");
@@ -39,9 +39,12 @@ TEST_F(SurfaceExample, MakesASurfaceOfTheShippedTerrain) {
     constexpr std::uintmax_t vertices = 138632 + 4, triangles = 2 + 2 * 138632;
     EXPECT_EQ(fs::file_size(folder / "out/terrain.tin"), 72 + 24 * (vertices + triangles));
     // The picture: the bar runs from the end's white to the start's green, the highest peak (in the
-    // south) is bright, the plain in the east is green.
+    // south) is bright, the plain in the east is green. Below is a length of 5000.
     const QImage picture((folder / "out/terrain.png").c_str());
-    ASSERT_EQ(picture.size(), QSize(1030, 940));
+    ASSERT_EQ(picture.size(), QSize(1000, 967));
+    constexpr int barWidth = int(5000 * 900 / (343 * 92.474972) + 0.5);
+    EXPECT_EQ(picture.pixelColor(20 + barWidth - 1, 940), QColor(Qt::black));
+    EXPECT_EQ(picture.pixelColor(20 + barWidth, 940), QColor(Qt::white));
     EXPECT_GT(picture.pixelColor(900, 31).blue(), 240);
     EXPECT_EQ(picture.pixelColor(900, 908), QColor(38, 92, 64));
     const QColor peak = picture.pixelColor(470, 790), plain = picture.pixelColor(840, 880);
@@ -72,29 +75,82 @@ TEST_F(SurfaceExample, ReadsLinesOfPointsAndGridsOfCells) {
     }
 }
 
+TEST_F(SurfaceExample, RecognizesPointNumbers) {
+    const std::string xyz = "v 0.5 0 1\nv 0.5 8.5 3\nv 8 0 2\n";
+    const std::string said = "; the first column is a point number\n";
+    for (const char* const numbered :
+         {"7;0.5;0;1\n8;8;0;2\n9;0.5;8.5;3\n", "7 .5 0.0 1 a\n3 8 0 2 b\n\n99 0.5 8.5 3,c\n"}) {
+        expectParts(reportOn(numbered), {"3 read, 0 skipped, 0 rejected" + said});
+        EXPECT_EQ(objPoints(), xyz) << numbered;
+    }
+    // The first column is x if it repeats or has decimals, if a line has three columns or another
+    // separator behind them, and if it has gaps while x and y are whole or have exponents.
+    for (const char* const plain :
+         {"0 0.5 1.5 1\n8 0.5 2.5 2\n0 8.5 3.5 3\n", "0.0 0.5 1.5 1\n1 8.5 2.5 2\n2 0.5 3.5 3\n",
+          "0 .5 1.5 1\n1 8.5 2.5 1\n2 .5 3.5\n", "0 0 1 5\n8 1 2 5\n9 8 3 5\n",
+          "0,.5,1.5 1\n1,8.5,2.5 1\n2,.5,3.5 1\n",
+          "4 5.1e6 1.5 1\n8 5.2e6 2.5 2\n9 5.2e6 3.5 3\n"}) {
+        expectParts(reportOn(plain), {"3 read, 0 skipped, 0 rejected\n"});
+    }
+    reportOn("0 9 1 1\n1 9 5 2\n2 1 8 3\n", "--columns xyz");
+    EXPECT_EQ(objPoints(), "v 0 9 1\nv 1 9 5\nv 2 1 8\n");
+    expectParts(
+        reportOn("n x y z\nP7 0.5 0 1\n20230401001 8 0 2\nP7 0.5 8.5 3\n", "--columns nxyz"),
+        {"3 read, 1 skipped, 0 rejected" + said});
+    EXPECT_EQ(objPoints(), xyz);
+    // A closed breakline comes back to its first number.
+    write("ring", "5 1.5 1.5 2\n9 2.5 1.5 2\n7 1.5 2.5 2\n5 1.5 1.5 2\n");
+    expectParts(reportOn("0 0 1\n8 0 2\n0 8 3\n", "--breaklines ring"),
+                {"breaklines  1 with 3 edges, 0 crossings" + said});
+}
+
+TEST_F(SurfaceExample, TakesDegreesAndWarnsOfRejectedPoints) {
+    // A grid of 20 x 20 points a hundred-thousandth of a degree apart, and a strip of 100 x 1.
+    std::string degrees, strip;
+    for (int i = 0; i < 400; ++i) {
+        degrees += "11." + std::to_string(50000 + i / 20) + " 48." +
+                   std::to_string(13000 + i % 20) + " " + std::to_string(500 + i % 7) + "\n";
+        if (i < 202) { strip += std::to_string(i / 2) + " " + std::to_string(i % 2) + " 1\n"; }
+    }
+    expectParts(reportOn(degrees), {"400 read, 0 skipped, 0 rejected\n", "triangles   722\n",
+                                    ", 0.00000003610 in plan\n"});
+    write("input", degrees + "11.500000000001 48.13 9\n");
+    const Result result = run("input --out out");
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(
+        result.err,
+        "surface: warning: left out 1 of 401 points that are within 1.9e-11 of another in x and y; "
+        "with --tolerance 0 only those in one place\n");
+
+    // The strip is drawn a quarter as high as it is wide, to the corner.
+    reportOn(strip);
+    const QImage picture((folder / "out/terrain.png").c_str());
+    EXPECT_EQ(picture.height(), 20 + 225 + 27 + 27 + 20);
+    EXPECT_NE(picture.pixelColor(20 + 450, 20 + 224), QColor(Qt::white));
+}
+
 TEST_F(SurfaceExample, HeedsItsOptions) {
     const std::string doubles = "0 0 1\n8 0 2\n0 8 3\n8.0005 0 4\n0 0 5\n";
     expectParts(reportOn(doubles, "--tolerance 0"), {"5 read, 0 skipped, 1 rejected\n"});
-    expectParts(reportOn(doubles), {"5 read, 0 skipped, 2 rejected\n"});
+    expectParts(reportOn(doubles, "--tolerance 0.001"), {"5 read, 0 skipped, 2 rejected\n"});
 
     const std::string squareAndFarPoint = "0 0 0\n10 0 0\n0 10 0\n10 10 0\n5 90 7\n";
     expectParts(reportOn(squareAndFarPoint), {"triangles   3\n"});
-    expectParts(
-        reportOn(squareAndFarPoint, "--max-edge 15"),
-        {"triangles   2\narea        100.0 m2 on the surface, 100.0 m2 in", "0.000 to 0.000 m\n"});
+    expectParts(reportOn(squareAndFarPoint, "--max-edge 15"),
+                {"triangles   2\narea        100.0 on the surface, 100.0 in", "0.000 to 0.000\n"});
     EXPECT_EQ(objCounts(), "4\n2\n");
 
-    // A pyramid on a square of 4 m: 32 m3 below 6 m, of which 4 m3 lie above the middle.
+    // A pyramid on a square of 4: 32 below 6, of which 4 are above the middle.
     expectParts(reportOn("0 0 0\n4 0 0\n4 4 0\n0 4 0\n2 2 6\n", "--contours 1"),
-                {"volume      4.0 m3 above 3.000 m, 20.0 m3 missing below\n",
-                 "profile     west to east 12.6 m, up 6.0 m, down 6.0 m, across 1"});
+                {"volume      4.000 above 3.000, 20.00 missing below\n",
+                 "profile     west to east 12.65, up 6.000, down 6.000, across 1"});
 
     // Four points of a rhombus: Delaunay's rule takes the short diagonal, a valley.
     const std::string rhombus = "-10 0 5\n10 0 5\n0 -1 0\n0 1 0\n";
-    expectParts(reportOn(rhombus), {"area        22.4 m2"});
+    expectParts(reportOn(rhombus), {"area        22.36 on"});
     write("ridge", "-10 0 5\n10 0 5\n");
     expectParts(reportOn(rhombus, "--breaklines ridge"),
-                {"breaklines  1 with 1 edges, 0 crossings\n", "area        102.0 m2"});
+                {"breaklines  1 with 1 edges, 0 crossings\n", "area        102.0 on"});
     // The ditch shares a vertex with the ridge, at its height. A breakline of one vertex only adds a
     // point.
     write("crossing", "# ridge\n-10 0 5\n10 0 5\n\n> ditch\n0 -1 0\n0 1 0\n\n#\n20 20 9\n");
@@ -116,7 +172,9 @@ TEST_F(SurfaceExample, NamesTheFileAndTheLineOfBadInput) {
              {"1 2 3\n4 5 6O\n", ", line 2: '6O' is not"},
              {"1 2 3\n\n4 5\n", ", line 3: a point is three numbers"},
              {"1,,3,4\n", ", line 1: '' is not"},
-             {"0,5 1,5 2,5\n", ", line 1: both commas and blanks"},
+             {"0,5 1,5 2,5\n", ", line 1: different separators"},
+             {"1 2 3\n4 5 6,5\n", ", line 2: different separators"},
+             {"1;2;3;4\n2;5;6;7,5\n", ", line 2: different separators"},
              {header + "1 2 3\n4 5 6\n", "cellsize"},
              {header + "cellsize x\n1 2 3\n4 5 6\n", ", line 5: 'cellsize' needs"},
              {header + "cellsize 1\nNcols 3\n1 2 3\n4 5 6\n", ", line 6: 'Ncols' is there twice"},
@@ -143,6 +201,7 @@ TEST_F(SurfaceExample, NamesTheFileAndTheLineOfBadInput) {
     expectFailure(run("input --breaklines --out out"), "--breaklines needs a value", 2);
     expectFailure(run("input --max-edge 5m --out out"), "--max-edge needs a length", 2);
     expectFailure(run("input --tolerance -1 --out out"), "--tolerance needs a length", 2);
+    expectFailure(run("input --columns zyx"), "--columns needs xyz or nxyz", 2);
 }
 
 TEST_F(SurfaceExample, LeavesNothingBehindWhereItCannotWrite) {

@@ -12,6 +12,7 @@
 /// is opacity. An object is for one thread at a time. Several threads may make scales and pegs.
 #pragma once
 
+#include <zyn/array.h>
 #include <zyn/export.h>
 #include <zyn/referenced.h>
 
@@ -119,6 +120,17 @@ struct ZynColor4f : ZynColorBase4<float> {
     constexpr ZynColor4f(float r_, float g_, float b_, float a_) noexcept
         : ZynColorBase4{r_, g_, b_, a_} {}
 };
+
+// Arrays of colours, and rows of them
+
+ZYN_ARRAY(Color3bArray, ZynColor3b);
+ZYN_ARRAY(Color4bArray, ZynColor4b);
+ZYN_ARRAY(Color3cArray, ZynColor3c);
+ZYN_ARRAY(Color4cArray, ZynColor4c);
+ZYN_ARRAY(Color3fArray, ZynColor3f);
+ZYN_ARRAY(Color4fArray, ZynColor4f);
+ZYN_ARRAY(Color3bArrayArray, Color3bArray*);
+ZYN_ARRAY(Color4bArrayArray, Color4bArray*);
 
 /// Hue is in degrees, 0 to 360; saturation, value and channels run from 0 to 1, ends included. 0 for
 /// success; -1, with the outputs untouched, for an argument out of range or NaN.

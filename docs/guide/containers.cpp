@@ -36,4 +36,6 @@ int main() {
     m->set(1, 1, 4.0);
     ref_ptr<MatrixDbl> inverse = m->inverse();
     std::printf("the inverse: %g and %g on the diagonal\n", inverse->get(0, 0), inverse->get(1, 1));
+    const matrix<double> unit = m->toMatrix() * inverse->toMatrix();  // values, which multiply
+    std::printf("their product: %g and %g on the diagonal\n", unit.get(0, 0), unit.get(1, 1));
 }

@@ -66,7 +66,8 @@ public:
     /// Appends copies of `count` elements, one by one; a count below 1 changes nothing. `items`
     /// must not point into this array.
     virtual int append(const E* items, int count) = 0;
-    /// Appends a copy of each element of `other`, which may be this array.
+    /// Appends a copy of each element of `other`, which may be this array. If the application
+    /// implements `other`, its size is read again before each element.
     virtual int append(const Derived* other) = 0;
     /// Appends one element. A row gains a count; a null row is allowed.
     virtual int append(E value) = 0;
@@ -128,8 +129,19 @@ public:
     // Not virtual: what lets an array stand in a range-based `for`, and what gives literals their
     // meaning.
 
-    /// Behind the last element.
+    /// Returns the address behind the last element.
+    /// @{
     [[nodiscard]] E* end() { return begin() + size(); }
+    [[nodiscard]] const E* end() const { return begin() + size(); }
+    /// @}
+    /// Returns the address of the first element; null in an empty plain array.
+    [[nodiscard]] const E* begin() const { return data(); }
+    /// Returns element `index`, unchecked. REQUIRES: 0 <= index < size(). Each use is a virtual
+    /// call: a loop over all elements is faster from begin() to end().
+    /// @{
+    [[nodiscard]] E& operator[](int index) { return begin()[index]; }
+    [[nodiscard]] const E& operator[](int index) const { return begin()[index]; }
+    /// @}
 
     /// `append(0)` on numbers and `append(nullptr)` on pointers append that element; on anything else
     /// `append(nullptr)` does not compile.

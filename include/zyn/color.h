@@ -9,12 +9,14 @@
 ///     ZynColor4b c = ramp->clr(int(255 * (z - low) / (high - low)));
 ///
 /// A packed colour is 0x00BBGGRR. Byte channels run from 0 to 255, float channels from 0 to 1; alpha
-/// is opacity. One thread at a time on an object; pegs are made on one thread at a time.
+/// is opacity. An object is for one thread at a time. Several threads may make scales and pegs.
 #pragma once
 
+#include <zyn/array.h>
 #include <zyn/export.h>
 #include <zyn/referenced.h>
 
+#include <atomic>
 #include <cstdint>
 
 namespace zyn {
@@ -119,6 +121,17 @@ struct ZynColor4f : ZynColorBase4<float> {
         : ZynColorBase4{r_, g_, b_, a_} {}
 };
 
+// Arrays of colours, and rows of them
+
+ZYN_ARRAY(Color3bArray, ZynColor3b);
+ZYN_ARRAY(Color4bArray, ZynColor4b);
+ZYN_ARRAY(Color3cArray, ZynColor3c);
+ZYN_ARRAY(Color4cArray, ZynColor4c);
+ZYN_ARRAY(Color3fArray, ZynColor3f);
+ZYN_ARRAY(Color4fArray, ZynColor4f);
+ZYN_ARRAY(Color3bArrayArray, Color3bArray*);
+ZYN_ARRAY(Color4bArrayArray, Color4bArray*);
+
 /// Hue is in degrees, 0 to 360; saturation, value and channels run from 0 to 1, ends included. 0 for
 /// success; -1, with the outputs untouched, for an argument out of range or NaN.
 /// @{
@@ -216,14 +229,19 @@ struct ZYN_EXPORT ZynColorPeg {
     int id;                   ///< -1 for a peg made of a colour and a place
 
     /// Takes the next id.
-    ZynColorPeg() noexcept : id(uniqueID++) {}
+    ZynColorPeg() noexcept : id(newID()) {}
     /// A peg without an identity: the id is -1.
     ZynColorPeg(std::uint32_t color_, float pos_) noexcept : color(color_), pos(pos_), id(-1) {}
 
     /// The id.
     [[nodiscard]] int getID() const noexcept { return id; }
 
-    static int uniqueID;  ///< the next id
+    /// Returns the next id and counts on, on any number of threads at once.
+    [[nodiscard]] static int newID() noexcept {
+        return std::atomic_ref(uniqueID).fetch_add(1, std::memory_order_relaxed);
+    }
+
+    static int uniqueID;  ///< the next id; not to be read or set while another thread makes a peg
 };
 
 /// A scale of colours from 0 to 1: a start, an end, any number of inner pegs between them, one of

@@ -74,8 +74,11 @@ struct PT3 {
 /// @{
 template <class P, CoordinatePointer<typename P::Coordinate> A>
 bool operator==(const P&, A) = delete;
-template <class P, CoordinatePointer<typename P::Coordinate> A>
-bool operator<=>(const P&, A) = delete;
+// Named by class: Clang 14 cannot try a bare P on the pointers that std::compare_three_way orders.
+template <class T, CoordinatePointer<T> A>
+bool operator<=>(const PT2<T>&, A) = delete;
+template <class T, CoordinatePointer<T> A>
+bool operator<=>(const PT3<T>&, A) = delete;
 template <class P, CoordinatePointer<typename P::Coordinate> A>
 void operator-(const P&, A) = delete;
 template <class P, CoordinatePointer<typename P::Coordinate> A>

@@ -38,6 +38,16 @@ struct LasPnt : PT3<float> {
     std::uint16_t word1 = 0;
     std::uint8_t tail[4] = {};
     /// @}
+
+    /// Takes what an XPnt3f takes from a point; the application's fields stay.
+    template <AssignableHead<LasPnt, XPnt3f> P>
+    constexpr LasPnt& operator=(const P& p) noexcept {
+        XPnt3f head(*this);
+        head = p;
+        PT3<float>::operator=(head);
+        inten = head.inten;
+        return *this;
+    }
 };
 
 /// Laser point in double precision. A new one is 0 throughout, unlike a new LasPnt.
@@ -51,6 +61,13 @@ struct ZynLasPntD : XPnt3d {
     std::uint16_t word1 = 0;
     std::uint8_t tail[4] = {};
     /// @}
+
+    /// Takes what an XPnt3d takes from a point; the application's fields stay.
+    template <AssignableHead<ZynLasPntD, XPnt3d> P>
+    constexpr ZynLasPntD& operator=(const P& p) noexcept {
+        XPnt3d::operator=(p);
+        return *this;
+    }
 };
 
 /// The smallest intensity of the `n` records as x, the largest as y; (2147483647, -2147483647) for

@@ -17,6 +17,7 @@
 ///     matrix<double> a(3, 3), b(3, 1);
 ///     a.setIdentity();
 ///     matrix<double> x = a * b;
+///     m->assign(x);                                // and m->toMatrix() for the way back
 ///
 /// Operations on matrices that are not square where they have to be, and products of sizes that do
 /// not match, throw a plain string: a `char*`. Without memory std::bad_alloc is thrown, and every matrix
@@ -26,6 +27,9 @@
 #include <zyn/export.h>
 #include <zyn/referenced.h>
 
+#include <algorithm>
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -35,8 +39,14 @@ namespace zyn {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
-/// A matrix of T: unsigned char, char, int, std::int32_t, float or double.
+/// The element types that the library has matrices of.
 template <class T>
+concept MatrixElement =
+    std::same_as<T, unsigned char> || std::same_as<T, char> || std::same_as<T, std::int32_t> ||
+    std::same_as<T, float> || std::same_as<T, double>;
+
+/// A matrix of T: unsigned char, char, int, std::int32_t, float or double.
+template <MatrixElement T>
 class matrix {
 public:
     /// 1 x 1, the element 0.
@@ -178,7 +188,7 @@ extern template class ZYN_EXPORT matrix<double>;
 
 /// The interface of the counted matrix of T whose class is Derived; matrix<T> documents what the
 /// operations do.
-template <class Derived, class T>
+template <class Derived, MatrixElement T>
 class ZYN_EXPORT TypedMatrix : public ZynReferenced {
 public:
     /// The element, as standard containers call it.
@@ -243,8 +253,19 @@ public:
     virtual void getMinMax(T& min, T& max) const = 0;
     /// @}
 
-    /// Whether there is storage.
-    [[nodiscard]] bool isValid() { return data() != nullptr; }
+    // Not virtual
+
+    /// Returns whether there is storage.
+    [[nodiscard]] bool isValid() const { return data() != nullptr; }
+    /// Returns the elements, row by row, to be read. Valid until the shape is set or assigned.
+    [[nodiscard]] const T* data() const { return const_cast<TypedMatrix*>(this)->data(); }
+    /// Returns a value with this shape and these elements; assign() is the way back.
+    [[nodiscard]] matrix<T> toMatrix() const {
+        matrix<T> value(rows(), cols());
+        std::copy_n(data(), static_cast<std::size_t>(rows()) * static_cast<std::size_t>(cols()),
+                    value.data());
+        return value;
+    }
 };
 
 /// Declares the matrix class `Name` of `Element` and its factory.

@@ -37,6 +37,18 @@ template <std::floating_point T>
 inline constexpr T invalidCoordinate =
     std::same_as<T, double> ? T(-2147483647.0) : unsetCoordinate<T>;
 
+template <class T>
+class XPnt3;
+
+/// Coordinates without an intensity: neither a point in space nor a laser record.
+template <class P, class T>
+concept BareCoordinates = std::derived_from<P, PT3<T>> && !std::derived_from<P, XPnt3<T>> &&
+                          !std::derived_from<P, LasPnt>;
+
+/// What a record can take from a P as its Head does, and is no other such record.
+template <class P, class Record, class Head>
+concept AssignableHead = !std::derived_from<P, Record> && std::is_assignable_v<Head&, const P&>;
+
 /// Point in the plane. A new one is invalid.
 template <std::floating_point T>
 class XPnt2 : public PT2<T> {
@@ -149,6 +161,9 @@ public:
         requires(!std::same_as<U, T>)
     constexpr XPnt3(const XPnt3<U>& p) noexcept
         : PT3<T>(static_cast<T>(p.x), static_cast<T>(p.y), static_cast<T>(p.z)), inten(p.inten) {}
+    /// From bare coordinates.
+    template <BareCoordinates<T> P>
+    constexpr XPnt3(const P& p) noexcept : PT3<T>(p) {}
     /// From a laser point, `inten` included.
     template <std::derived_from<LasPnt> L>
     constexpr XPnt3(const L& p) noexcept : PT3<T>(T(p.x), T(p.y), T(p.z)), inten(p.inten) {}
@@ -158,9 +173,9 @@ public:
     constexpr XPnt3& operator=(const L& p) noexcept {
         return *this = XPnt3(p);
     }
-    /// From bare double coordinates; `inten` stays.
-    template <std::derived_from<PT3<double>> P>
-        requires(!std::derived_from<P, XPnt3<double>>)
+    /// From bare coordinates, double or of this precision; `inten` stays.
+    template <class P>
+        requires(BareCoordinates<P, double> || BareCoordinates<P, T>)
     constexpr XPnt3& operator=(const P& p) noexcept {
         return set(static_cast<T>(p.x), static_cast<T>(p.y), static_cast<T>(p.z));
     }
@@ -380,6 +395,13 @@ struct TagPnt2d : XPnt2d {
     constexpr TagPnt2d() noexcept = default;
     /// A point without a label.
     constexpr TagPnt2d(double x_, double y_) noexcept : XPnt2d(x_, y_) {}
+
+    /// Takes the coordinates of a point; the label stays.
+    template <AssignableHead<TagPnt2d, XPnt2d> P>
+    constexpr TagPnt2d& operator=(const P& p) noexcept {
+        XPnt2d::operator=(p);
+        return *this;
+    }
 };
 
 /// Point in space with a label, -1 when none. A new one is invalid, unlike a new XPnt3d.
@@ -389,6 +411,13 @@ struct TagPnt3d : XPnt3d {
     constexpr TagPnt3d() noexcept : XPnt3d(XPnt3d::invalid()) {}
     /// A point without a label.
     constexpr TagPnt3d(double x_, double y_, double z_) noexcept : XPnt3d(x_, y_, z_) {}
+
+    /// Takes what an XPnt3d takes from a point; the label stays.
+    template <AssignableHead<TagPnt3d, XPnt3d> P>
+    constexpr TagPnt3d& operator=(const P& p) noexcept {
+        XPnt3d::operator=(p);
+        return *this;
+    }
 };
 
 /// Five numbers whose names and meaning belong to the application; the library stores and copies

@@ -79,7 +79,8 @@ public:
 
     // Adding
 
-    /// Appends a copy of each element of `other`, whose cursor ends at its end; the size of `other`.
+    /// Rewinds `other`, appends a copy of each element that its next() returns until null, and
+    /// returns the size of `other`. A pool that is appended to itself is doubled.
     virtual std::size_t append(Derived* other) = 0;
     /// Appends copies of `count` elements; `count`, or -1 with nothing done when `items` is null or
     /// `count` below 1.
@@ -106,7 +107,9 @@ public:
 
     // The cursor over blocks. The size of a block is asked for before its start.
 
-    /// The start of the block under the cursor, which moves on; null at the end and at an empty block.
+    /// Returns the start of the block under the cursor, which moves on; null at the end and at an
+    /// empty block. Behind the last block the cursor is at the end. It stays there until
+    /// rewindBlocks(), also when a block is added.
     [[nodiscard]] virtual E* nextBlock() = 0;
     /// Sets the cursor to the first block.
     virtual void rewindBlocks() = 0;

@@ -19,6 +19,7 @@
 
 #include <zyn/export.h>
 
+#include <compare>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -154,10 +155,15 @@ public:
     explicit operator bool() const noexcept { return held != nullptr; }
     /// @}
 
+    /// Returns the object and leaves its count to the caller, who gives it up with unref(); null if
+    /// there is no object. Holds nothing afterwards.
+    [[nodiscard]] T* release() noexcept { return std::exchange(held, nullptr); }
+
     /// Moves no count.
     void swap(ref_ptr& other) noexcept { std::swap(held, other.held); }
 
-    /// Addresses. A pointer is compared as it is: a temporary ref_ptr would end an object of count 0.
+    /// Compares and orders addresses. A pointer is compared as it is: a temporary ref_ptr would end
+    /// an object of count 0.
     /// @{
     template <class U>
     friend bool operator==(const ref_ptr& a, const ref_ptr<U>& b) noexcept {
@@ -168,6 +174,14 @@ public:
         return a.get() == b;
     }
     friend bool operator==(const ref_ptr& a, std::nullptr_t) noexcept { return a.held == nullptr; }
+    template <class U>
+    friend std::strong_ordering operator<=>(const ref_ptr& a, const ref_ptr<U>& b) noexcept {
+        return std::compare_three_way()(a.get(), b.get());
+    }
+    template <class U>
+    friend std::strong_ordering operator<=>(const ref_ptr& a, U* b) noexcept {
+        return std::compare_three_way()(a.get(), b);
+    }
     /// @}
 
 private:
@@ -209,10 +223,16 @@ ZYN_EXPORT extern ZynGlobel* g_zynGlobal;
 
 /// Fills `byteCount` bytes at `target` with copies of `value`. Bytes at the end that are fewer than
 /// a whole value stay as they are. `target` may be unaligned; a count below 1 writes nothing.
+///
+/// An int is a value of four bytes: `MemSet(p, 0, 10)` sets eight bytes to 0 and leaves two, and
+/// `MemSet(p, 1, 8)` writes the int 1 twice. Other types of value do not compile.
 /// @{
 ZYN_EXPORT void MemSet(void* target, float value, std::int32_t byteCount) noexcept;
 ZYN_EXPORT void MemSet(void* target, double value, std::int32_t byteCount) noexcept;
 ZYN_EXPORT void MemSet(void* target, bool value, std::int32_t byteCount) noexcept;
+ZYN_EXPORT void MemSet(void* target, std::int32_t value, std::int32_t byteCount) noexcept;
+template <class T>
+void MemSet(void* target, T value, std::int32_t byteCount) = delete;
 /// @}
 
 /// A null string.

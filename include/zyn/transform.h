@@ -158,11 +158,10 @@ public:
     virtual std::int32_t getValue(double& w, double& x, double& y, double& z) const noexcept;
     /// Unchecked: 0..3.
     [[nodiscard]] virtual double& operator[](int i) noexcept;
-    /// From four doubles, or another quaternion.
-    /// @{
+    /// Takes four doubles.
     virtual ZynQuad& operator=(const double* q) noexcept;
+    /// Takes the components of `q`, as its operator[] returns them.
     virtual ZynQuad& operator=(const ZynQuad& q) noexcept;
-    /// @}
 
     // In place; each gives *this.
 

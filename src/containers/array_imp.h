@@ -51,19 +51,10 @@ public:
         }
         return size();
     }
-    // Reading an array of the application's own making may throw; `other` may be this array.
     int append(const Derived* other) final {
-        const int before = size();
-        const int count = other->size();
-        makeRoom(count);
-        try {
-            for (int i = 0; i < count; ++i) { items.push_back(other->get(i)); }
-        } catch (...) {
-            items.erase(items.begin() + before, items.end());
-            throw;
-        }
-        retainAll(items.data() + before, count);
-        return size();
+        const auto* const own = dynamic_cast<const ArrayStorage*>(other);
+        return own == nullptr || own == this ? appendRead(*other)
+                                             : append(own->items.data(), own->size());
     }
     int append(E value) final { return insert(size(), std::move(value)); }
     int insert(int index, E value) final {
@@ -143,6 +134,14 @@ private:
         int room = capacity();
         while (room < needed) { room = std::max(room + 1, halfAsMuchAgain(room)); }
         reserve(room);
+    }
+
+    /// Appends an array after it was read: this one, or one of the application's own making. The
+    /// latter may throw, change its size and change this array while it is read.
+    int appendRead(const Derived& other) {
+        std::vector<E> read;
+        for (int i = 0; i < other.size(); ++i) { read.push_back(other.get(i)); }
+        return append(read.data(), static_cast<int>(read.size()));
     }
 
     static void retainAll(const E* source, int count) noexcept {

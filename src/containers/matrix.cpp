@@ -19,46 +19,46 @@ namespace {
 char mustBeSquare[] = "matrix<T> must be square.";
 char noCommonSize[] = "Matrices do not have common size";
 
-template <class T>
+template <MatrixElement T>
 std::unique_ptr<T[]> zeros(int rows, int cols) {
     return std::make_unique<T[]>(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols));
 }
 
 }  // namespace
 
-template <class T>
+template <MatrixElement T>
 matrix<T>::matrix() : matrix(1, 1) {}
 
-template <class T>
+template <MatrixElement T>
 matrix<T>::matrix(int rows, int cols)
     : rowCount(std::max(rows, 1)),
       colCount(std::max(cols, 1)),
       elements(zeros<T>(rowCount, colCount)) {}
 
-template <class T>
+template <MatrixElement T>
 matrix<T>::matrix(const matrix& other) : matrix(other.rowCount, other.colCount) {
     std::copy_n(other.data(), size(), data());
 }
 
-template <class T>
+template <MatrixElement T>
 matrix<T>& matrix<T>::operator=(const matrix& other) {
     assign(other);
     return *this;
 }
 
-template <class T>
+template <MatrixElement T>
 bool matrix<T>::isValid() const noexcept {
     return elements != nullptr;
 }
 
-template <class T>
+template <MatrixElement T>
 bool matrix<T>::set(int row, int col, T value) noexcept {
     if (!isInside(row, col)) { return false; }
     getRef(row, col) = value;
     return true;
 }
 
-template <class T>
+template <MatrixElement T>
 bool matrix<T>::setSize(int rows, int cols) {
     if (rows < 1 || cols < 1) { return false; }
     elements = zeros<T>(rows, cols);
@@ -67,7 +67,7 @@ bool matrix<T>::setSize(int rows, int cols) {
     return true;
 }
 
-template <class T>
+template <MatrixElement T>
 bool matrix<T>::setSize(int rows, int cols, const T& value) {
     const T filler = value;  // which may be an element of this matrix
     if (!setSize(rows, cols)) { return false; }
@@ -75,7 +75,7 @@ bool matrix<T>::setSize(int rows, int cols, const T& value) {
     return true;
 }
 
-template <class T>
+template <MatrixElement T>
 bool matrix<T>::assign(const matrix& other) {
     if (this == &other) { return true; }
     setSize(other.rowCount, other.colCount);
@@ -83,7 +83,7 @@ bool matrix<T>::assign(const matrix& other) {
     return true;
 }
 
-template <class T>
+template <MatrixElement T>
 bool matrix<T>::setIdentity() {
     requireSquare();
     setZero();
@@ -91,18 +91,18 @@ bool matrix<T>::setIdentity() {
     return true;
 }
 
-template <class T>
+template <MatrixElement T>
 bool matrix<T>::setZero() noexcept {
     std::fill_n(data(), size(), T(0));
     return true;
 }
 
-template <class T>
+template <MatrixElement T>
 void matrix<T>::requireSquare() const {
     if (rowCount != colCount) { throwText(mustBeSquare); }
 }
 
-template <class T>
+template <MatrixElement T>
 matrix<T> matrix<T>::subMatrix(int firstRow, int lastRow, int firstCol, int lastCol) const {
     if (firstRow > lastRow || firstCol > lastCol || !isInside(firstRow, firstCol) ||
         !isInside(lastRow, lastCol)) {
@@ -116,14 +116,14 @@ matrix<T> matrix<T>::subMatrix(int firstRow, int lastRow, int firstCol, int last
     return result;
 }
 
-template <class T>
+template <MatrixElement T>
 matrix<T> matrix<T>::flippedUpDown() const {
     matrix result(*this);
     result.flipUpDown();
     return result;
 }
 
-template <class T>
+template <MatrixElement T>
 bool matrix<T>::flipUpDown() noexcept {
     for (int r = 0; r < rowCount / 2; ++r) {
         std::swap_ranges(data() + at(r, 0), data() + at(r + 1, 0),
@@ -132,25 +132,25 @@ bool matrix<T>::flipUpDown() noexcept {
     return true;
 }
 
-template <class T>
+template <MatrixElement T>
 matrix<T> matrix<T>::flippedLeftRight() const {
     matrix result(*this);
     result.flipLeftRight();
     return result;
 }
 
-template <class T>
+template <MatrixElement T>
 bool matrix<T>::flipLeftRight() noexcept {
     for (int r = 0; r < rowCount; ++r) { std::reverse(&elements[at(r, 0)], data() + at(r + 1, 0)); }
     return true;
 }
 
-template <class T>
+template <MatrixElement T>
 bool matrix<T>::minorOf(int, int) const noexcept {
     return false;
 }
 
-template <class T>
+template <MatrixElement T>
 matrix<T> matrix<T>::transposed() const {
     matrix result(colCount, rowCount);
     for (int r = 0; r < rowCount; ++r) {
@@ -159,67 +159,67 @@ matrix<T> matrix<T>::transposed() const {
     return result;
 }
 
-template <class T>
+template <MatrixElement T>
 void matrix<T>::transpose() {
     assign(transposed());
 }
 
-template <class T>
+template <MatrixElement T>
 T matrix<T>::rowSum(int row) const noexcept {
     T result = 0;
     for (int c = 0; c < colCount; ++c) { result = plus(result, get(row, c)); }
     return result;
 }
 
-template <class T>
+template <MatrixElement T>
 T matrix<T>::colSum(int col) const noexcept {
     T result = 0;
     for (int r = 0; r < rowCount; ++r) { result = plus(result, get(r, col)); }
     return result;
 }
 
-template <class T>
+template <MatrixElement T>
 double matrix<T>::sum() const noexcept {
     double result = 0;
     for (int r = 0; r < rowCount; ++r) { result += static_cast<double>(rowSum(r)); }
     return result;
 }
 
-template <class T>
+template <MatrixElement T>
 T matrix<T>::rowSumSquared(int row) const noexcept {
     return times(rowSum(row), rowSum(row));
 }
 
-template <class T>
+template <MatrixElement T>
 T matrix<T>::colSumSquared(int col) const noexcept {
     return times(colSum(col), colSum(col));
 }
 
-template <class T>
+template <MatrixElement T>
 T matrix<T>::colMin(int col) const noexcept {
     T result = get(0, col);
     for (int r = 1; r < rowCount; ++r) { result = std::min(result, get(r, col)); }
     return result;
 }
 
-template <class T>
+template <MatrixElement T>
 T matrix<T>::colMax(int col) const noexcept {
     T result = get(0, col);
     for (int r = 1; r < rowCount; ++r) { result = std::max(result, get(r, col)); }
     return result;
 }
 
-template <class T>
+template <MatrixElement T>
 T matrix<T>::rowMin(int row) const noexcept {
     return *std::min_element(data() + at(row, 0), data() + at(row + 1, 0));
 }
 
-template <class T>
+template <MatrixElement T>
 T matrix<T>::rowMax(int row) const noexcept {
     return *std::max_element(data() + at(row, 0), data() + at(row + 1, 0));
 }
 
-template <class T>
+template <MatrixElement T>
 void matrix<T>::getMinMax(T& min, T& max) const noexcept {
     T smallest = elements[0], largest = elements[0];
     for (std::size_t i = 1; i < size(); ++i) {
@@ -233,7 +233,7 @@ void matrix<T>::getMinMax(T& min, T& max) const noexcept {
     max = largest;
 }
 
-template <class T>
+template <MatrixElement T>
 matrix<T> matrix<T>::inverse() const {
     requireSquare();
     matrix result(*this);
@@ -241,19 +241,19 @@ matrix<T> matrix<T>::inverse() const {
     return result;
 }
 
-template <class T>
+template <MatrixElement T>
 bool matrix<T>::invert() {
     if (rowCount != colCount) { return false; }
     std::vector<typename GaussJordan<T>::Pivot> pivots(static_cast<std::size_t>(rowCount));
     return GaussJordan<T>(data(), rowCount, pivots.data()).invert();
 }
 
-template <class T>
+template <MatrixElement T>
 matrix<T> matrix<T>::timesTranspose() const {
     return product(*this, transposed());
 }
 
-template <class T>
+template <MatrixElement T>
 matrix<T> matrix<T>::product(const matrix& a, const matrix& b) {
     if (a.colCount != b.rowCount) { throwText(noCommonSize); }
     matrix result(a.rowCount, b.colCount);
@@ -269,7 +269,7 @@ matrix<T> matrix<T>::product(const matrix& a, const matrix& b) {
     return result;
 }
 
-template <class T>
+template <MatrixElement T>
 void matrix<T>::normalize(T low, T high) noexcept {
     T min = 0, max = 0;
     getMinMax(min, max);
@@ -283,7 +283,7 @@ void matrix<T>::normalize(T low, T high) noexcept {
     }
 }
 
-template <class T>
+template <MatrixElement T>
 matrix<T> matrix<T>::normalized(T low, T high) const {
     matrix result(*this);
     result.normalize(low, high);

@@ -8,7 +8,7 @@ namespace zyn {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"  // as in matrix<T>
 
-template <class Derived, class T>
+template <class Derived, MatrixElement T>
 class MatrixImp final : public Derived, public matrix<T> {
 public:
     using Value = matrix<T>;

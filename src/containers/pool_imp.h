@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <functional>
 #include <iterator>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -34,11 +35,15 @@ public:
     }
     std::size_t blockCount() const override { return blocks.size(); }
 
-    // The size is read once, so that a pool may be appended to itself.
+    // The cursor of this pool would never reach an end that moves on with each element.
     std::size_t append(Derived* other) override {
         const std::size_t count = other->size();
         other->rewind();
-        for (std::size_t n = 0; n < count; ++n) { append(*other->next()); }
+        for (std::size_t n = 0; other != this || n < count; ++n) {
+            const E* const value = other->next();
+            if (value == nullptr) { break; }
+            append(*value);
+        }
         return count;
     }
     int append(const E* items, int count) override {
@@ -87,11 +92,14 @@ public:
     }
 
     E* nextBlock() override {
-        return currentBlockSize() == 0 ? nullptr : blocks[walkedBlock++].data();
+        if (currentBlockSize() == 0) { return nullptr; }
+        E* const start = blocks[walkedBlock].data();
+        walkedBlock = walkedBlock + 1 < blocks.size() ? walkedBlock + 1 : atEnd;
+        return start;
     }
     void rewindBlocks() override { walkedBlock = 0; }
     std::size_t currentBlockSize() const override {
-        return walkedBlock < blocks.size() ? blocks[walkedBlock].size() : 0;
+        return walkedBlock == atEnd ? 0 : blocks[walkedBlock].size();
     }
 
     bool contains(const E* address) const override {
@@ -107,6 +115,8 @@ public:
 
 private:
     using Block = std::vector<E>;
+
+    static constexpr std::size_t atEnd = std::numeric_limits<std::size_t>::max();
 
     Block newBlock() const {
         Block block;

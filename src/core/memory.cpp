@@ -29,4 +29,8 @@ void MemSet(void* target, bool value, std::int32_t byteCount) noexcept {
     fillBytes(target, value, byteCount);
 }
 
+void MemSet(void* target, std::int32_t value, std::int32_t byteCount) noexcept {
+    fillBytes(target, value, byteCount);
+}
+
 }  // namespace zyn

@@ -100,7 +100,7 @@ int CZynGradeColor::addPeg(std::uint32_t color, float pos) {
     ZynColorPeg peg(color, within(pos));
     const auto place = std::upper_bound(pegs.begin(), pegs.end(), peg, isBelow);
     const auto index = place - pegs.begin();
-    pegs.insert(place, peg)->id = ZynColorPeg::uniqueID++;
+    pegs.insert(place, peg)->id = ZynColorPeg::newID();
     return static_cast<int>(index);
 }
 

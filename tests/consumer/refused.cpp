@@ -2,6 +2,7 @@
 // and the rest of the file must.
 #include <zyn/array.h>
 #include <zyn/geometry.h>
+#include <zyn/matrix.h>
 #include <zyn/transform.h>
 
 #include <QString>
@@ -28,5 +29,7 @@ void use(zyn::DoubleArray& numbers, zyn::XPnt3d p, double* address, zyn::ZynQuad
     q = 0;
 #elif REFUSED == 8  // deleted.*assign
     zyn::newPnt3dArray()->assign(nullptr);
+#elif REFUSED == 9  // constraint
+    zyn::matrix<long> wide(2, 2);
 #endif
 }

@@ -23,6 +23,9 @@ static_assert(!Appends<IntArray, std::nullptr_t> && !Appends<ByteArrayArray, Int
 TEST(ArrayInterface, LiteralsMeanTheElement) {
     const ref_ptr<DoubleArray> numbers = newDoubleArray();
     EXPECT_TRUE(numbers->append(0) == 1 && numbers->append(2.5f) == 2 && numbers->get(0) == 0.0);
+    const DoubleArray& read = *numbers;
+    EXPECT_EQ(read[1], 2.5);
+    EXPECT_EQ(read.end() - read.begin(), 2);
     const ref_ptr<PPnt3dArray> pointers = newPPnt3dArray();
     EXPECT_TRUE(pointers->append(nullptr) == 1 && pointers->get(0) == nullptr);
 }

@@ -87,6 +87,8 @@ TEST(Matrix, ShapesChangeAndRefuse) {
     EXPECT_FALSE(m->setSize(0, 5) || m->setSize(5, -1) || m->set(3, 0, 1) || m->set(0, -1, 1));
     EXPECT_THROW(m->setSize(1 << 30, 1 << 30), std::bad_alloc);
     EXPECT_TRUE(m->assign(m.get()) && m->sum() == 42);
+    const MatrixDbl& read = *m;
+    EXPECT_EQ(elements(read.toMatrix()), std::vector(read.data(), read.data() + 6));
     EXPECT_TRUE(m->assign(matrix<double>(m->rows(), 1)));
     EXPECT_EQ(m->sum() * 10 + m->cols(), 1);
     EXPECT_FALSE(m->assign(static_cast<MatrixDbl*>(nullptr)) || m->minorOf(0, 0));

@@ -15,6 +15,9 @@ TEST(Pool, BlocksOf65536AndAddressesThatStay) {
     const double* const last = pool->append(0);
     EXPECT_TRUE(*last == 0 && last == pool->at(65536) && pool->blockCount() == 2);
     EXPECT_FALSE(pool->contains(&many[0]) || pool->contains(last + 1));
+    while (pool->nextBlock() != nullptr) {}
+    pool->append(many);  // adds a block, which the cursor at the end does not see
+    EXPECT_EQ(pool->nextBlock(), nullptr);
     const double* const none = nullptr;
     EXPECT_TRUE(pool->append(none, 5) == -1 && pool->append(many.data(), -1) == -1);
 
@@ -22,6 +25,38 @@ TEST(Pool, BlocksOf65536AndAddressesThatStay) {
     EXPECT_EQ(walked->next(), nullptr);
     EXPECT_TRUE(walked->append(1) == walked->next() && walked->append(2) == walked->next());
     EXPECT_EQ(*ref_ptr(newPPnt3dPool())->append(nullptr), nullptr);
+}
+
+/// A pool of the application's own, whose cursor returns 1, 2, ... whatever its size.
+struct HostPool : IntPool {
+    std::size_t size() const override { return 3; }
+    std::size_t blockCount() const override { return 1; }
+    std::size_t append(IntPool*) override { return 0; }
+    int append(const int*, int) override { return 0; }
+    int* append(const int&) override { return nullptr; }
+    std::size_t append(const std::vector<int>&) override { return 0; }
+    std::size_t append(const std::vector<int*>&) override { return 0; }
+    int* at(std::size_t) override { return nullptr; }
+    void clear() override {}
+    int* next() override { return returned == elements ? nullptr : &++returned; }
+    void rewind() override { returned = 0; }
+    int* nextBlock() override { return nullptr; }
+    void rewindBlocks() override {}
+    std::size_t currentBlockSize() const override { return 0; }
+    bool contains(const int*) const override { return false; }
+    std::size_t getBlockSize() const override { return 1; }
+    int elements = 0, returned = 7;
+};
+
+TEST(Pool, AppendsWhatTheCursorOfAnotherReturns) {
+    for (const int elements : {1, 5}) {
+        const ref_ptr<HostPool> host = new HostPool;
+        host->elements = elements;
+        const ref_ptr<IntPool> pool = newIntPool();
+        EXPECT_EQ(pool->append(host.get()), 3U);
+        EXPECT_EQ(pool->size(), std::size_t(elements));
+        for (int i = 1; int* const p = pool->next(); ++i) { EXPECT_EQ(*p, i); }
+    }
 }
 
 TEST(Pool, ViewsOfRecords) {

@@ -72,6 +72,7 @@ TEST_F(Referenced, IsCountedOnceByEachHolder) {
     second = same;
     second = std::move(same);
     EXPECT_TRUE(second == object && object->referenceCount() == 3);
+    EXPECT_EQ(copy < second, std::less<>()(copy.get(), object));
 
     converted = nullptr;
     first = nullptr;
@@ -85,6 +86,10 @@ TEST_F(Referenced, IsCountedOnceByEachHolder) {
     second = nullptr;
     chain = head->next;  // which only the old object held
     EXPECT_TRUE(ends == 1 && chain->referenceCount() == 1);
+    TracedRow* const last = chain.release();
+    EXPECT_EQ(last->referenceCount(), 1);
+    last->unref();
+    EXPECT_EQ(ends, 2);
 }
 
 TEST_F(Referenced, IsDeletedAtOnceWhenItsHandlerEnds) {
@@ -132,6 +137,7 @@ TEST(MemSet, WritesWholeValuesOnly) {
     expectWritten(2.0, 7, 0);
     expectWritten(true, 3, 3);
     expectWritten(true, -8, 0);
+    expectWritten(-2, 11, 2);
 }
 
 }  // namespace

@@ -47,6 +47,17 @@ TEST(Points, KeepTheIntensityOfTheFirstOperandAndTheLimitsOfTheirIndices) {
     EXPECT_EQ(XPnt3d().set_vec(p, XPnt3d(4, 6, 8)), XPnt3d(3, 4, 5));
     EXPECT_EQ((XPnt3d(49, 0, 0) / 49).x, std::nextafter(1.0, 0.0));  // by the reciprocal
     EXPECT_EQ(XPnt3f().set_norm(3), XPnt3f());
+    TagPnt3d tagged;
+    tagged.tag = 4;
+    tagged = b;
+    EXPECT_EQ(tagged.tag, 4);
+    LasPnt record;
+    record.word1 = 4;
+    record = tagged;
+    record = p.Copy();
+    EXPECT_EQ(record.inten, 9);
+    EXPECT_EQ(record.word1, 4);
+    EXPECT_EQ(XPnt3d(record), XPnt3d(p.Copy()));
 }
 
 template <class T>

@@ -92,6 +92,12 @@ TEST_F(TransformTest, KnownTurns) {
     expectQuad(q, 0.5, -0.5, 0.5, 0.5);
 }
 
+struct ReversedQuad : ZynQuad {
+    using ZynQuad::ZynQuad;
+    using ZynQuad::operator=;
+    double& operator[](int i) noexcept override { return ZynQuad::operator[](3 - i); }
+};
+
 TEST_F(TransformTest, OperatorsWorkInPlace) {
     ZynQuad a(1, 2, 3, 4), b(5, 6, 7, 8), c = a;
     EXPECT_EQ(&(a * b), &a);
@@ -100,6 +106,7 @@ TEST_F(TransformTest, OperatorsWorkInPlace) {
     c / 2.0 - b += b;
     (c -= b) /= 2;
     expectQuad(c, -9.5, -2, -2, -2);
+    expectQuad(c = ReversedQuad(1, 2, 3, 4), 4, 3, 2, 1);
     ZynMatrix4d m = unit;
     m[0][1] = 2;
     EXPECT_EQ(&(m * m), &m);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <thread>
 #include <vector>
 
 #include "plain_blend.h"
@@ -61,6 +62,17 @@ TEST_F(GradeTest, PegsKeepTheirIdentityAndOrder) {
     EXPECT_TRUE(grade->getPegCount() == 3 && grade->getPeg(3).id == -1);
     EXPECT_EQ(ZynColorPeg::uniqueID, next + 3);
     EXPECT_TRUE(grade->addPeg(1, std::nanf("")) == 0 && grade->getPeg(0).pos == 0);
+}
+
+TEST(ColorPeg, ThreadsCountTogether) {
+    const int next = ZynColorPeg::uniqueID;
+    const auto makeScales = [] {
+        for (int i = 0; i < 500000; ++i) { ref_ptr(newZynGradeColor())->addPeg(0, 0); }
+    };
+    std::thread other(makeScales);
+    makeScales();
+    other.join();
+    EXPECT_EQ(ZynColorPeg::uniqueID, next + 4000000);  // a scale has three pegs of its own
 }
 
 TEST_F(GradeTest, StretchesAreFound) {

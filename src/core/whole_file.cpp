@@ -60,8 +60,8 @@ WholeFile::WholeFile(const char* path) {
     }
 }
 
-/// The folder stays open: a temporary file beside the target needs no path that could be too long or
-/// change its meaning.
+/// The folder stays open: a temporary file beside the target needs no path that could be too long
+/// or change its meaning.
 WholeFile::Place WholeFile::find(std::string path) {
     constexpr int mostLinks = 40;  // as many as the system follows
     Descriptor from(AT_FDCWD);

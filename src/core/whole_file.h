@@ -41,14 +41,15 @@ private:
     int handle = -1;
 };
 
-/// Writes beside the place of the file, under a name that begins with ".zyn-unfinished-", flushes to the
-/// disk and renames. So a process that is killed leaves at most that file, and of several processes that
-/// write one file the last one wins. A new file has the permissions that the process gives to every
-/// file; one that replaces another has its owner and permissions. A link stays: its target is written.
+/// Writes beside the place of the file, under a name that begins with ".zyn-unfinished-", flushes
+/// to the disk and renames. So a process that is killed leaves at most that file, and of several
+/// processes that write one file the last one wins. A new file has the permissions that the process
+/// gives to every file; one that replaces another has its owner and permissions. A link stays: its
+/// target is written.
 ///
-/// What cannot be replaced is written in its place: devices, pipes, what is open under a name of the
-/// system, a file with several names, a file whose owner cannot be kept, and a file in a folder that is
-/// closed to new files.
+/// What cannot be replaced is written in its place: devices, pipes, what is open under a name of
+/// the system, a file with several names, a file whose owner cannot be kept, and a file in a folder
+/// that is closed to new files.
 class WholeFile {
 public:
     /// Opens nothing if `path` is null, is empty, or may not be written.
@@ -61,12 +62,12 @@ public:
     [[nodiscard]] bool isOpen() const { return stream != nullptr; }
     /// Null when nothing is open.
     [[nodiscard]] std::FILE* get() const { return stream.get(); }
-    /// Calls `put` with a stream into the file, without a device when nothing is open. Returns whether
-    /// everything could be written.
+    /// Calls `put` with a stream into the file, without a device when nothing is open. Returns
+    /// whether everything could be written.
     template <class Put>
     [[nodiscard]] bool write(Put put);
-    /// Closes the file and puts it into its place. Returns false, and leaves what was there before, if a
-    /// part did not arrive.
+    /// Closes the file and puts it into its place. Returns false, and leaves what was there before,
+    /// if a part did not arrive.
     [[nodiscard]] bool commit();
 
 private:

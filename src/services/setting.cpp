@@ -57,8 +57,8 @@ public:
 private:
     using Values = std::map<QString, QString>;
 
-    /// Makes an empty file where nothing is, and cuts none that comes meanwhile. Returns false for what is no
-    /// file, such as a pipe: opening it could wait for ever, now and at the end.
+    /// Makes an empty file where nothing is, and cuts none that comes meanwhile. Returns false for
+    /// what is no file, such as a pipe: opening it could wait for ever, now and at the end.
     [[nodiscard]] static bool create(const QString& file) {
         if (QFileInfo::exists(file)) { return false; }
         if (!file.isEmpty()) { QFile(file).open(QIODevice::Append); }

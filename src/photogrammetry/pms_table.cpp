@@ -39,8 +39,12 @@ int CZynPMSDataTable::measurementCount(int img) const {
     return std::max(measurements->getCount(img), 0);
 }
 
+int CZynPMSDataTable::getImgPntNum(int img) const {
+    return cameras->holds(img) ? measurementCount(img) : -1;
+}
+
 bool CZynPMSDataTable::holdsMeasurement(int img, int idx) const {
-    return cameras->holds(img) && idx >= 0 && idx < measurementCount(img);
+    return idx >= 0 && idx < getImgPntNum(img);
 }
 
 // Adding
@@ -210,6 +214,16 @@ IZynPMSDataTable* newZynPMSDataTable() { return new CZynPMSDataTable; }
 int setImgNum(IZynPMSDataTable* table, int n) {
     auto* const own = dynamic_cast<CZynPMSDataTable*>(table);
     return own != nullptr ? own->setImgNum(n) : -1;
+}
+
+int getImgPntNum(const IZynPMSDataTable* table, int img) {
+    const auto* const own = dynamic_cast<const CZynPMSDataTable*>(table);
+    return own != nullptr ? own->getImgPntNum(img) : -1;
+}
+
+TagPnt2d getImgPntAt(const IZynPMSDataTable* table, int img, int idx) {
+    const auto* const own = dynamic_cast<const CZynPMSDataTable*>(table);
+    return own != nullptr ? own->getImgPntAt(img, idx) : TagPnt2d();
 }
 
 }  // namespace zyn

@@ -233,7 +233,10 @@ TEST_F(PmsTest, ObservationsComeInTheirOrder) {
     EXPECT_TRUE(a->get(0) == XPnt2d(1, 1) && cams->get(1).imageIndex == 2);
     // An earlier measurement is left behind.
     table->addImgPnt(0, XPnt2d(9, 9), 0);
-    EXPECT_EQ(table->getImgPnt(0, 0), XPnt2d(9, 9));
+    EXPECT_EQ(std::as_const(*table).getImgPnt(0, 0), XPnt2d(9, 9));
+    EXPECT_EQ(getImgPntNum(table.get(), 0), 3);
+    EXPECT_EQ(getImgPntAt(table.get(), 0, 0), XPnt2d(0, 0));
+    EXPECT_EQ(getImgPntAt(table.get(), 0, 0).tag, 0);
     EXPECT_EQ(list(table->getCommonWrdPnts(listOf({1, 0}))), (std::vector{0, 2, 0}));
     table->removeImgPntAt(0, 0);  // takes the link along
     EXPECT_FALSE(table->getImgPnt(0, 0).isValid());
@@ -299,6 +302,9 @@ TEST_F(PmsTest, BadArgumentsChangeNothing) {
                      t.getImgPnt(img, 0).isValid() || t.getImgPnt(0, pnt).isValid());
         EXPECT_TRUE(t.getWrdPntImgPnts(pnt) == nullptr && t.getImgTagPnts(img) == nullptr);
         EXPECT_EQ(t.getCommonPntNum(img, 0) + t.getCommonPntNum(0, img), 0);
+        EXPECT_EQ(getImgPntNum(&t, img), -1);
+        EXPECT_EQ(getImgPntAt(&t, img, 0).tag, -1);
+        EXPECT_FALSE(getImgPntAt(&t, 0, img == imageCount ? getImgPntNum(&t, 0) : img).isValid());
         EXPECT_EQ(t.getCommonPnts3(0, img, 1, p.get(), p.get(), p.get()), 0);
         EXPECT_EQ(t.getWrdPntObservations(pnt, p.get(), cams.get()), -1);
     }

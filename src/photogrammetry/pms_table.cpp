@@ -13,10 +13,17 @@ CZynPMSDataTable::CZynPMSDataTable()
     interior.f = -1.0;
 }
 
+// A delete handler may call the table while its parts go: it must find the new ones.
 int CZynPMSDataTable::clear() {
-    cameras->clear();
-    measurements->clear();
-    points->clear();
+    auto oldCameras = std::make_unique<CZynPMSCamParaTable>();
+    auto oldMeasurements = std::make_unique<CZynPMSImgPntsTable>();
+    auto oldPoints = std::make_unique<CZynPMSWrdPntsTable>();
+    cameras.swap(oldCameras);
+    measurements.swap(oldMeasurements);
+    points.swap(oldPoints);
+    oldCameras->clear();
+    oldMeasurements->clear();
+    oldPoints->clear();
     return 0;
 }
 
@@ -150,6 +157,8 @@ int CZynPMSDataTable::mergeWrdPnts(int a, int b, XPnt3d xyz) {
     if (!areTwoPoints(a, b)) { return -1; }
     const auto [kept, other] = std::minmax({a, b});
     const int images = linkedImages(a, b);
+    // What is replaced ends behind the last change: a delete handler may call the table.
+    const ref_ptr<IntArray> oldOfKept = points->getIds(kept), oldOfOther = points->getIds(other);
     const ref_ptr<IntArray> merged = newIntArray(), none = newIntArray();
     merged->reserve(images);
     none->reserve(images);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <random>
 #include <utility>
@@ -287,6 +288,56 @@ TEST_F(PmsTest, ResultsComeBackByTheirMaps) {
     setImgNum(table.get(), imageCount);
     add({{0, XPnt2d(3, 3)}, {1, XPnt2d(4, 4)}}, XPnt3d(1, 1, 1));
     EXPECT_TRUE(table->getImgPnt(1, 0) == XPnt2d(4, 4) && table->getImgTagPnts(0)->size() == 1);
+}
+
+/// Calls whenever an object ends, unless that happens in the call.
+struct CallingHandler : DeleteHandler {
+    explicit CallingHandler(std::function<void()> call_) : call(std::move(call_)) {}
+    void deleteObject(const ZynReferenced* object) override {
+        destroy(object);
+        if (std::exchange(isCalling, true)) { return; }
+        call();
+        isCalling = false;
+    }
+    std::function<void()> call;
+    bool isCalling = false;
+};
+
+TEST_F(PmsTest, ADeleteHandlerMayCallTheTable) {
+    const auto onTwo = [](int img) { return Seen{{img, {0.5, 1}}, {img + 1, {2, 3}}}; };
+    const XPnt3d xyz(1, 2, 3);
+    const auto calling = [&](const std::function<void()>& call, auto operation) {
+        add(onTwo(0), xyz);
+        add(onTwo(2), xyz);
+        ZynReferenced::setDeleteHandler(new CallingHandler(call));
+        EXPECT_EQ(operation(), 0);
+        ZynReferenced::setDeleteHandler(nullptr);
+    };
+    calling([&] { table->removeWrdPnt(1); }, [&] { return table->mergeWrdPnts(0, 1, xyz); });
+    EXPECT_EQ(table->getImgPnt(3, 0), XPnt2d(2, 3));
+    const Export out(*table);
+    calling([&] { table->clear(); },
+            [&] {
+                return table->exportData(out.imgPnts, out.imgPntIds, out.cams, out.camMap,
+                                         out.wrdPnts, out.wrdMap);
+            });
+    EXPECT_EQ(out.cams->get(4).imageIndex, 4);
+    EXPECT_EQ(out.wrdPnts->get(0), xyz);
+    const ref_ptr<Pnt2dArray> pnts = newPnt2dArray();
+    const ref_ptr<CamParaArray> cams = newCamParaArray();
+    const auto fill = [&] {
+        table->getWrdPntObservations(0, pnts.get(), cams.get());
+        setImgNum(table.get(), imageCount);
+        add(onTwo(1), xyz);
+    };
+    fill();
+    calling(fill, [&] { return table->clear(); });
+    ASSERT_GT(table->getWrdPntNum(), 0);
+    EXPECT_EQ(getImgPntNum(table.get(), 2), table->getWrdPntNum());
+    for (int pnt = 0; pnt < table->getWrdPntNum(); ++pnt) {
+        EXPECT_EQ(getImgPntAt(table.get(), 2, pnt).tag, pnt);
+        EXPECT_EQ(table->getImgPnt(2, pnt), XPnt2d(2, 3));
+    }
 }
 
 TEST_F(PmsTest, BadArgumentsChangeNothing) {

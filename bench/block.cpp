@@ -3,7 +3,8 @@
 // usage: bench_block
 //
 // Each line has a peer in the same run: for common points a search in the running set, for the
-// export a plain copy of as many bytes, for removals the first size.
+// export a plain copy of as many bytes, for removals the first size, for many projected points a call
+// for each.
 #include "measure.h"
 
 #include <zyn/pms.h>
@@ -34,7 +35,7 @@ void printHead(const char* what, const char* unit, const char* peer) {
     std::printf("\n%s\n\n| n | %s | %s | ratio |\n|---|---|---|---|\n", what, unit, peer);
 }
 void print(int n, double value, double peer) {
-    std::printf("| %d | %.2f | %.2f | %.3f |\n", n, value, peer, value / peer);
+    std::printf("| %d | %.3f | %.3f | %.3f |\n", n, value, peer, value / peer);
 }
 
 void commonPoints() {
@@ -101,11 +102,38 @@ void exports() {
     }
 }
 
+void projections() {
+    printHead("Projecting n points with one camera", "us each", "by project, us each");
+    zynCamOutParam cam;
+    cam.X = 5e5, cam.Y = 5.4e6, cam.Z = 1200;
+    cam.phi = 0.02, cam.omega = -0.03, cam.kappa = 1.5;
+    bool areEqual = true;
+    for (int n = 1000; n <= 1000000; n *= 10) {
+        std::vector<XPnt3d> points;
+        for (int i = 0; i < n; ++i) {
+            points.emplace_back(cam.X + i % 1000, cam.Y + i % 997, i % 300);
+        }
+        std::vector<XPnt2d> images, singles(points.size());
+        std::vector<double> times, peers;
+        for (int run = 0; run < 5; ++run) {
+            times.push_back(bench::seconds([&] { images = projectAll(cam, 0.15, points); }));
+            peers.push_back(bench::seconds([&] {
+                std::transform(points.begin(), points.end(), singles.begin(),
+                               [&](const XPnt3d& p) { return project(cam, 0.15, p); });
+            }));
+        }
+        print(n, bench::median(times) * 1e6 / n, bench::median(peers) * 1e6 / n);
+        areEqual = areEqual && images == singles;
+    }
+    std::printf("\nThe results %s equal to the bit.\n", areEqual ? "are" : "are not all");
+}
+
 }  // namespace
 
 int main() {
     commonPoints();
     removals();
     exports();
+    projections();
     return 0;
 }

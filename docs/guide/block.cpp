@@ -16,7 +16,7 @@ int main() {
         cam.Y = 500.0;
         cam.Z = 1100.0;
         cam.phi = cam.omega = cam.kappa = 0.0;
-        cam.imageIndex = img;
+        cam.imageIndex = img;  // before the record is set
         table->setCamOutParam(img, cam);
     }
 
@@ -25,22 +25,23 @@ int main() {
     for (int img = 0; img < 3; ++img) {
         seen->getRef(img) = project(table->getCamOutParam(img), focalLength, ground);
     }
-    table->addWrdPnt(seen);  // world point 0, its measurements, and the links between them
+    const int pnt = table->getWrdPntNum();  // the index that comes next
+    table->addWrdPnt(seen);  // the point, its measurements, and the links between them
 
     ref_ptr<Pnt2dArray> xy = newPnt2dArray();
     ref_ptr<CamParaArray> cams = newCamParaArray();
-    table->getWrdPntObservations(0, xy.get(), cams.get());
+    table->getWrdPntObservations(pnt, xy.get(), cams.get());
     for (int i = 0; i < xy->size(); ++i) {
         std::printf("image %d: %.1f %.1f mm\n", cams->get(i).imageIndex, xy->get(i).x * 1000,
                     xy->get(i).y * 1000);
     }
-    table->setWrdPnt(0, ground);  // what the program's own intersection gives
+    table->setWrdPnt(pnt, ground);  // the result of the program's own intersection
 
-    table->removeImgPnt(2, 0);  // a bad measurement: image 2 has no other and goes, too
+    table->removeImgPnt(2, pnt);  // a bad measurement: image 2 has no other and goes, too
     const bool isThere = table->getCamOutParam(2).imageIndex != -1;
     std::printf("image 2 is %s, valid points: %d\n", isThere ? "there" : "removed",
                 table->getValidWrdPnts()->size());
-    table->removeImgPnt(1, 0);  // one measurement is no point
+    table->removeImgPnt(1, pnt);  // one measurement is no point
     std::printf("valid points: %d, places: %d\n", table->getValidWrdPnts()->size(),
                 table->getWrdPntNum());
 }

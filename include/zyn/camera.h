@@ -2,23 +2,27 @@
 /// Frame cameras: interior and exterior orientation, the direct linear transformation, projection.
 ///
 /// Angles are in radians. Lengths are in the unit of the world coordinates; image coordinates and
-/// the focal length share one unit. A value that is not set is -99999, unlike the invalid mark of
-/// points.
+/// the focal length share one unit. A value that is not set is -99999, which is not the invalid
+/// mark of points.
 ///
 ///     zynCamOutParam cam;
 ///     cam.X = 500.0; cam.Y = 500.0; cam.Z = 1000.0;
 ///     cam.phi = cam.omega = cam.kappa = 0.0;
 ///     XPnt2d image = project(cam, 0.1, XPnt3d(510.0, 500.0, 0.0));      // (0.001, 0)
+///     std::vector<XPnt2d> images = projectAll(cam, 0.1, *points);       // of a Pnt3dArray
+///     XPnt3d viewing = rotationMatrix(cam) * XPnt3d(0.0, 0.0, -1.0);    // in the world
 ///
-/// The rotation of an image is R = R(phi) R(omega) R(kappa), about Y, X and Z in this order; its
-/// columns are the axes of the image in the world.
+/// The rotation of an image is R = R(phi) R(omega) R(kappa), about Y, X and Z in this order.
 #pragma once
 
 #include <zyn/array.h>
 #include <zyn/export.h>
 #include <zyn/point.h>
+#include <zyn/transform.h>
 
 #include <cstdint>
+#include <span>
+#include <vector>
 
 namespace zyn {
 
@@ -34,11 +38,11 @@ struct zynCamLineParam {
 struct zynCamAngelParam {
     double phi, omega, kappa;  ///< in radians
 
-    /// All three become unset.
+    /// Unsets all three.
     void setInvalid() noexcept { phi = omega = kappa = unsetCamera; }
 };
 
-/// Seven numbers that the library carries and does not read.
+/// Seven numbers, which the library carries and does not read.
 struct zynCamModel {
     double v[7];  ///< carried
 };
@@ -60,11 +64,11 @@ struct ZYN_EXPORT zynCamOutParam {
     std::int32_t tagB;           ///< carried
     std::int64_t carriedNumber;  ///< carried; no value of its own in a new record
 
-    /// All but the two carried words unset.
+    /// Makes an unset record, in which the two carried words have no value.
     zynCamOutParam() noexcept { setInvalid(); }
-    /// The same.
+    /// Unsets everything, except the two carried words.
     void setInvalid() noexcept;
-    /// A new array of nine: X, Y, Z, phi, omega, kappa, tagA, imageIndex, tagB.
+    /// Returns a new array of nine: X, Y, Z, phi, omega, kappa, tagA, imageIndex, tagB.
     [[nodiscard]] DoubleArray* toArray() const;
 };
 
@@ -76,34 +80,46 @@ struct ZYN_EXPORT zynCamParam {
     zynCamOutParam out;                                   ///< exterior orientation
     double L1, L2, L3, L4, L5, L6, L7, L8, L9, L10, L11;  ///< coefficients
 
-    /// Unset, but for the further block of `in`, the carried words of `out`, and L2 to L11, which
-    /// have no value.
+    /// Makes an unset record. These have no value: the further block of `in`, the carried words of
+    /// `out`, and L2 to L11.
     zynCamParam() noexcept;
-    /// Whether the focal length is above 0; nothing else is looked at.
+    /// Returns whether the focal length is above 0, and looks at nothing else.
     [[nodiscard]] bool isValid() const noexcept { return in.f > 0.0; }
-    /// Unsets x0, y0, f, the six numbers of `out`, its imageIndex, and L1.
+    /// Unsets x0, y0, f, L1, and in `out` the six numbers and imageIndex.
     void setInvalid() noexcept;
     /// Derives principal point (x0, y0) and projection centre (X, Y, Z) from the coefficients, in
-    /// closed form. False, with nothing changed, when L1 is exactly -1, when the coefficients are
-    /// those of no camera: a singular matrix, with the message of matrix<T>::invert, or a centre that
-    /// is not finite. f and the angles stay.
+    /// closed form. f and the angles stay. Returns false and changes nothing if:
+    /// - L1 is exactly -1;
+    /// - the matrix of the coefficients is singular, with the message of matrix<T>::invert;
+    /// - the centre is not finite.
     bool calcCameraOE();
 };
 
 ZYN_ARRAY(CamParaArray, zynCamOutParam);
 
-/// Image coordinates of a world point, without principal point and distortion: (-f u1 / u3,
-/// -f u2 / u3) for u = R^-1 (pnt - centre). NaN for a rotation that is not finite.
-[[nodiscard]] ZYN_EXPORT XPnt2d project(const zynCamOutParam& cam, double f, const XPnt3d& pnt);
+/// Returns the rotation R of an exterior orientation, without a translation. Its first three
+/// columns are the axes of the image in the world: R v is the world's form of a vector v of the
+/// image.
+[[nodiscard]] ZYN_EXPORT ZynMatrix4d rotationMatrix(const zynCamOutParam& cam) noexcept;
 
-// Position and attitude, as a navigation system gives it
+/// Returns the image coordinates of a world point, without principal point and distortion:
+/// (-f u1 / u3, -f u2 / u3) for u = R^-1 (pnt - centre). They are NaN if the rotation is not
+/// finite.
+[[nodiscard]] ZYN_EXPORT XPnt2d project(const zynCamOutParam& cam, double f, const XPnt3d& pnt);
+/// Returns the image coordinates of many points in their order, much faster than calls of
+/// project(). They equal those of project() to the bit with the reference BLAS, and to rounding
+/// with any other.
+[[nodiscard]] ZYN_EXPORT std::vector<XPnt2d> projectAll(const zynCamOutParam& cam, double f,
+                                                        std::span<const XPnt3d> pnts);
+
+// Position and attitude, as measured by a navigation system
 
 /// A position and three angles. It has no constructor of its own: arrays fill with zeros.
 struct ZynPOS3d {
     double X, Y, Z;            ///< position
     double phi, omega, kappa;  ///< angles, in radians
 
-    /// The position.
+    /// Returns the position.
     [[nodiscard]] XPnt3d getXYZ() const noexcept { return {X, Y, Z}; }
     /// Sets the position.
     void setXYZ(const PT3<double>& xyz) noexcept {
@@ -111,7 +127,7 @@ struct ZynPOS3d {
         Y = xyz.y;
         Z = xyz.z;
     }
-    /// phi, omega, kappa as x, y, z.
+    /// Returns phi, omega, kappa as x, y, z.
     [[nodiscard]] XPnt3d getAngle() const noexcept { return {phi, omega, kappa}; }
     /// Sets phi, omega, kappa.
     void setAngle(const PT3<double>& angle) noexcept {
@@ -121,7 +137,7 @@ struct ZynPOS3d {
     }
 };
 
-/// Seven numbers of an image that the library carries and does not read.
+/// Seven numbers of an image, which the library carries and does not read.
 struct ZynImagePOS {
     double v[7];  ///< carried
 };

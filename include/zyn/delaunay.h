@@ -194,8 +194,8 @@ ZYN_EXPORT bool bounds(DelaunayInterface<Real>* engine, Real& minX, Real& minY, 
 template <class Real>
 ZYN_EXPORT int compactVertices(DelaunayInterface<Real>* engine);
 
-/// Writes the network to a binary file (formats.md). False when it cannot be written whole; an old file
-/// stays until the new one is, unless its folder takes no file beside it.
+/// Writes the network to a binary file, which appears whole or not at all (formats.md). Returns
+/// false if it could not be written.
 template <class Real>
 ZYN_EXPORT bool writeBinary(DelaunayInterface<Real>* engine, const char* path);
 /// The same as text, with six significant digits a coordinate. True even when the file could not be

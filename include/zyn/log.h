@@ -19,20 +19,20 @@ namespace zyn {
 /// A log, to one file at a time.
 class ZYN_EXPORT IZynLog : public ZynReferenced {
 public:
-    /// The third field of the lines that follow; empty at first.
+    /// Sets the third field of the lines that follow; it is empty at first.
     virtual void setName(QString name) = 0;
-    /// Whether lines go to standard output beside an open file; without one they always do.
+    /// Sets whether lines go to standard output beside an open file; without one they always do.
     virtual void setEcho(bool echo) = 0;
-    /// The flag.
+    /// Returns what setEcho() has set.
     [[nodiscard]] virtual bool getEcho() = 0;
-    /// Goes on in another file, empty or, with `append`, as it is. False when it cannot be opened. Lines
-    /// that a full disk refuses are lost.
+    /// Goes on in another file, which is emptied unless `append` is true. Returns false if it
+    /// cannot be opened. Lines that a full disk refuses are lost.
     virtual bool open(QString path, bool append) = 0;
-    /// Whether lines go to a file.
+    /// Returns whether lines go to a file.
     [[nodiscard]] virtual bool isOpen() = 0;
-    /// Two strings that the log keeps and does not show.
+    /// Sets two strings that the log keeps and does not show.
     virtual void setParams(QString a, QString b) = 0;
-    /// Makes a line of that level.
+    /// Writes a line of that level.
     /// @{
     virtual void fatal(QString message) = 0;
     virtual void error(QString message) = 0;
@@ -45,7 +45,8 @@ protected:
     ~IZynLog() override = default;
 };
 
-/// A new log, in every case: with an empty path, or one that cannot be opened, to standard output.
+/// Returns a new log in every case: with an empty path, or one that cannot be opened, it writes to
+/// standard output.
 [[nodiscard]] ZYN_EXPORT IZynLog* newZynLog(QString path, bool append, bool echo);
 
 }  // namespace zyn

@@ -1,28 +1,42 @@
 /// @file
-/// The photogrammetric block: images, what was measured on them, and the world points behind it.
+/// The photogrammetric block: images, their measurements, and the world points behind these.
 ///
 /// A table holds one interior orientation, one exterior orientation an image, the measurements of
-/// each image, and world points with their links to measurements. An image, a measurement (within
-/// its image) and a world point are addressed by int indices from 0 that never shift: what is removed
-/// leaves its place; only exportData gives compact numbers. -1 means none. The table adjusts and
-/// intersects nothing: it gives out the observations for that and takes the results.
+/// each image, and world points with their links to measurements. The table adjusts and intersects
+/// nothing: it hands out the observations for that, and takes the results back.
+///
+/// Images, measurements (within their image) and world points are addressed by int indices from 0,
+/// which never shift: a removed one leaves its place. Only exportData makes compact numbers. -1 is
+/// no index.
 ///
 ///     ref_ptr<IZynPMSDataTable> table = newZynPMSDataTable();
 ///     setImgNum(table.get(), 3);
-///     table->setCamOutParam(0, cam);                          // of image 0, with imageIndex 0
+///     cam.imageIndex = 0;                                     // before the record is set
+///     table->setCamOutParam(0, cam);
 ///     ref_ptr<Pnt2dArray> seen = newPnt2dArray();             // one entry an image,
 ///     seen->resize(3);                                        // invalid where it is not seen
 ///     seen->getRef(0).set(0.001, 0.002);
 ///     seen->getRef(2).set(0.003, 0.002);
-///     table->addWrdPnt(seen);                                 // world point 0
-///     table->getWrdPntObservations(0, pnts.get(), cams.get());
-///     table->setWrdPnt(0, intersection);
+///     const int pnt = table->getWrdPntNum();                  // the index that comes next
+///     if (table->addWrdPnt(seen) == 0 && table->getWrdPntNum() > pnt) {
+///         table->getWrdPntObservations(pnt, pnts.get(), cams.get());
+///         table->setWrdPnt(pnt, intersection);
+///     }
 ///
-/// A measurement and its world point name each other. A world point lasts while it has two
-/// measurements, an image while it has one valid measurement, as far as measurements are removed one
-/// by one. With an index out of range, a null argument or a wrong length an operation leaves the table
-/// as it was and gives -1, null or an invalid value. Without memory std::bad_alloc is thrown, and the
-/// table stays as it was, too. A table is for one thread at a time.
+/// A measurement and its world point name each other. Removing measurements one by one cascades: a
+/// world point lasts while it has two measurements, an image while it has one valid measurement.
+///
+/// An operation leaves the table unchanged, and returns -1, null or an invalid value, if:
+/// - an index is out of range;
+/// - an argument is null;
+/// - an array has the wrong length.
+///
+/// If allocation fails, it throws std::bad_alloc and leaves the table unchanged.
+///
+/// Const: the virtual operations have no const in their signatures, because programs override them
+/// as they are. Each operation that only reads has a const form, which calls it.
+///
+/// Threads: a table is for one thread at a time, for reading too.
 #pragma once
 
 #include <zyn/array.h>
@@ -34,122 +48,190 @@
 
 namespace zyn {
 
-/// The table. Operations that answer an int give 0 for success and -1 for failure unless they say
-/// something else.
+/// The table. Operations that return an int return 0 for success and -1 for failure, unless their
+/// comment says otherwise.
 class ZYN_EXPORT IZynPMSDataTable : public ZynReferenced {
 public:
-    /// Back to a table without images; the interior orientation stays.
+    /// Removes all images, measurements and world points; the interior orientation stays.
     virtual int clear() = 0;
 
     // Whole blocks
 
-    /// A new array of the valid world points, in order.
+    /// Returns a new array of the valid world points, in order.
     [[nodiscard]] virtual ref_ptr<Pnt3dArray> getValidWrdPnts() = 0;
-    /// The block in compact form, into six arrays that the caller gives: of each live image its
-    /// measurements that belong to a valid world point, sorted by world point, with the compact
-    /// numbers of those points, and its camera, with the imageIndex of this table; the valid world
-    /// points; and from each image and world point of this table its compact number, or -1.
+    /// Puts the block in compact form into six arrays of the caller:
+    /// - `imgPnts`: of each live image the measurements of valid world points, sorted by world
+    ///   point;
+    /// - `imgPntIds`: the compact numbers of those points;
+    /// - `cams`: the camera of each live image, with its imageIndex as it is in this table;
+    /// - `wrdPnts`: the valid world points;
+    /// - `camMap`, `wrdMap`: of each image and world point of this table the compact number, or -1.
     virtual int exportData(const ref_ptr<Pnt2dArrayArray>& imgPnts,
                            const ref_ptr<IntArrayArray>& imgPntIds,
                            const ref_ptr<CamParaArray>& cams, const ref_ptr<IntArray>& camMap,
                            const ref_ptr<Pnt3dArray>& wrdPnts, const ref_ptr<IntArray>& wrdMap) = 0;
-    /// Takes cameras and world points back, by the maps of exportData. -1, with nothing changed, for
-    /// a map that is too short or has an entry out of range.
+    /// Takes cameras and world points back, by the maps of exportData. Returns -1 and changes
+    /// nothing if a map is too short or has an entry out of range.
     virtual int importData(const ref_ptr<CamParaArray>& cams, const ref_ptr<IntArray>& camMap,
                            const ref_ptr<Pnt3dArray>& wrdPnts, const ref_ptr<IntArray>& wrdMap) = 0;
 
-    /// Number of images, removed ones included.
+    /// Returns the number of images, removed ones included.
     [[nodiscard]] virtual int getImgNum() = 0;
-    /// Places for world points, those of removed ones included.
+    /// Returns the number of places of world points, those of removed ones included.
     [[nodiscard]] virtual int getWrdPntNum() = 0;
 
     // Cameras and coordinates
 
-    /// The interior orientation, which all images share.
+    /// Returns or replaces the interior orientation, which all images share.
     /// @{
     [[nodiscard]] virtual zynCamInParam getCamInParam() = 0;
     virtual int setCamInParam(const zynCamInParam& in) = 0;
     /// @}
-    /// An unset record out of range.
+    /// Returns the record of an image; an unset one out of range.
     [[nodiscard]] virtual zynCamOutParam getCamOutParam(int img) = 0;
-    /// Replaces the record whole, imageIndex included: -1 there makes the image a removed one.
+    /// Replaces the record whole, imageIndex included. Set that to `img` first: a new record has
+    /// -99999 there, and -1 makes the image a removed one.
     virtual int setCamOutParam(int img, const zynCamOutParam& out) = 0;
-    /// An invalid point out of range.
+    /// Returns the coordinates of a world point; an invalid point out of range.
     [[nodiscard]] virtual XPnt3d getWrdPnt(int pnt) = 0;
     /// Replaces the coordinates; an invalid point makes the world point an invalid one.
     virtual int setWrdPnt(int pnt, XPnt3d xyz) = 0;
 
-    // Observations. An image out of range is one without measurements.
+    // Observations. An image out of range has no measurements.
 
-    /// Number of measurements of imgA whose world point is measured on imgB too.
+    /// Returns the number of measurements of imgA whose world point is measured on imgB too.
     [[nodiscard]] virtual int getCommonPntNum(int imgA, int imgB) = 0;
     /// Replaces the contents of `a` and `b` by the measurements of the common points, in the order
-    /// of imgA, and, when both are given, `idxA` and `idxB` by their indices.
+    /// of imgA. If both `idxA` and `idxB` are given, replaces theirs by the indices of the
+    /// measurements.
     virtual int getCommonPnts(int imgA, int imgB, Pnt2dArray* a, Pnt2dArray* b, IntArray* idxA,
                               IntArray* idxB) = 0;
-    /// The same for three images, in the order of imgB.
+    /// Does so for the common points of three images, in the order of imgB.
     virtual int getCommonPnts3(int imgA, int imgB, int imgC, Pnt2dArray* a, Pnt2dArray* b,
                                Pnt2dArray* c) = 0;
-    /// A new array of the world points measured on all of these images, in the order of the last
-    /// one; null for fewer than two images.
+    /// Returns a new array of the world points measured on all of these images, in the order of the
+    /// last one; null for fewer than two images.
     [[nodiscard]] virtual ref_ptr<IntArray> getCommonWrdPnts(const ref_ptr<IntArray>& imgs) = 0;
     /// Replaces the contents of `pnts` by the measurements of a world point, in the order of the
-    /// images, and of `cams` by the cameras of these. -1 when there are fewer than two, which are
-    /// then left there.
+    /// images, and of `cams` by their cameras. Returns -1 if there are fewer than two, and leaves
+    /// these in the arrays.
     virtual int getWrdPntObservations(int pnt, Pnt2dArray* pnts, CamParaArray* cams) = 0;
-    /// A new array with one entry an image: the measurement of the point, or an invalid one.
+    /// Returns a new array with one entry an image: the measurement of the point, or an invalid
+    /// one.
     [[nodiscard]] virtual ref_ptr<Pnt2dArray> getWrdPntImgPnts(int pnt) = 0;
-    /// A new array of the image's valid measurements that have a world point, tagged with it.
+    /// Returns a new array of the valid measurements of the image that name a world point, tagged
+    /// with its index.
     [[nodiscard]] virtual ref_ptr<TagPnt2dArray> getImgTagPnts(int img) = 0;
-    /// The measurement of the point on the image; an invalid one when there is none.
+    /// Returns the measurement of the point on the image; an invalid one if there is none.
     [[nodiscard]] virtual XPnt2d getImgPnt(int img, int pnt) = 0;
 
     // Adding
 
-    /// Adds a measurement of an existing world point, valid or not. An earlier one of it on that image stays on
-    /// the image, but the point no longer leads to it.
+    /// Adds a measurement of an existing world point, valid or not, and makes the point lead to it.
+    /// - An invalid position is added too. It counts as one of the point's two measurements and as
+    ///   an observation, but does not keep the image.
+    /// - An earlier measurement of the point on that image stays on the image and names the point,
+    ///   but the point no longer leads to it. getImgTagPnts and the operations on common points
+    ///   find both.
     virtual int addImgPnt(int img, const XPnt2d& xy, int pnt) = 0;
-    /// Adds a world point with its measurements: one entry an image, invalid where there is none, at
-    /// least two valid ones.
+    /// Adds a world point with its measurements: one entry an image, invalid where there is none,
+    /// at least two valid ones. Returns no index: that is what getWrdPntNum() returned before.
     virtual int addWrdPnt(const ref_ptr<Pnt2dArray>& imgPnts, XPnt3d xyz) = 0;
-    /// The same without coordinates. 0 also when there are fewer than two valid entries and nothing
-    /// is added.
+    /// Does so without coordinates. Returns 0 also if there are fewer than two valid entries, and
+    /// then adds nothing: only getWrdPntNum(), before and after, shows it.
     virtual int addWrdPnt(const ref_ptr<Pnt2dArray>& imgPnts) = 0;
 
-    // Removing. Each cascades as the head of this file says.
+    // Removing. Each cascades as the head of this file says, except removeWrdPnt.
 
-    /// Removes all measurements of the image and sets its imageIndex to -1.
+    /// Removes all measurements of the image, unsets its record, and sets its imageIndex to -1.
     virtual int removeImg(int img) = 0;
-    /// Removes the world point of a measurement; -1 when it has none.
+    /// Removes the world point of a measurement, as removeWrdPnt; -1 if the measurement has none.
     virtual int removeWrdPntOfImgPnt(int img, int idx) = 0;
     /// Removes a world point and its measurements; images stay, even without measurements.
     virtual int removeWrdPnt(int pnt) = 0;
-    /// Removes a measurement, by its index.
+    /// Removes a measurement by its index. If it names a world point, the point has no measurement
+    /// on this image afterwards, even if it led to a later one, which stays on the image.
     virtual int removeImgPntAt(int img, int idx) = 0;
-    /// Removes the measurement of a world point on an image; -1 when there is none.
+    /// Removes the measurement of a world point on an image; -1 if there is none.
     virtual int removeImgPnt(int img, int pnt) = 0;
     /// Makes two world points one, with these coordinates: the smaller index survives, the other
-    /// becomes invalid. -1, with nothing changed, when both are measured on one image.
+    /// becomes invalid. Returns -1 and changes nothing if both are measured on one image.
     virtual int mergeWrdPnts(int a, int b, XPnt3d xyz) = 0;
     /// Exchanges the places of two different world points: measurements and coordinates.
     virtual int swapWrdPnts(int a, int b) = 0;
 
-    /// Of the valid world points; invalid when there are fewer than two.
+    /// Returns the box of the valid world points; an invalid one if there are fewer than two.
     [[nodiscard]] virtual Enve3d getEnvelope() = 0;
     /// Multiplies the positions of the live cameras and the valid world points.
     virtual int scale(double factor) = 0;
 
+    /// Reads a table that is const, as the operation of the same name does.
+    /// @{
+    [[nodiscard]] ref_ptr<Pnt3dArray> getValidWrdPnts() const { return self().getValidWrdPnts(); }
+    int exportData(const ref_ptr<Pnt2dArrayArray>& imgPnts, const ref_ptr<IntArrayArray>& imgPntIds,
+                   const ref_ptr<CamParaArray>& cams, const ref_ptr<IntArray>& camMap,
+                   const ref_ptr<Pnt3dArray>& wrdPnts, const ref_ptr<IntArray>& wrdMap) const {
+        return self().exportData(imgPnts, imgPntIds, cams, camMap, wrdPnts, wrdMap);
+    }
+    [[nodiscard]] int getImgNum() const { return self().getImgNum(); }
+    [[nodiscard]] int getWrdPntNum() const { return self().getWrdPntNum(); }
+    [[nodiscard]] zynCamInParam getCamInParam() const { return self().getCamInParam(); }
+    [[nodiscard]] zynCamOutParam getCamOutParam(int img) const {
+        return self().getCamOutParam(img);
+    }
+    [[nodiscard]] XPnt3d getWrdPnt(int pnt) const { return self().getWrdPnt(pnt); }
+    [[nodiscard]] int getCommonPntNum(int imgA, int imgB) const {
+        return self().getCommonPntNum(imgA, imgB);
+    }
+    int getCommonPnts(int imgA, int imgB, Pnt2dArray* a, Pnt2dArray* b, IntArray* idxA,
+                      IntArray* idxB) const {
+        return self().getCommonPnts(imgA, imgB, a, b, idxA, idxB);
+    }
+    int getCommonPnts3(int imgA, int imgB, int imgC, Pnt2dArray* a, Pnt2dArray* b,
+                       Pnt2dArray* c) const {
+        return self().getCommonPnts3(imgA, imgB, imgC, a, b, c);
+    }
+    [[nodiscard]] ref_ptr<IntArray> getCommonWrdPnts(const ref_ptr<IntArray>& imgs) const {
+        return self().getCommonWrdPnts(imgs);
+    }
+    int getWrdPntObservations(int pnt, Pnt2dArray* pnts, CamParaArray* cams) const {
+        return self().getWrdPntObservations(pnt, pnts, cams);
+    }
+    [[nodiscard]] ref_ptr<Pnt2dArray> getWrdPntImgPnts(int pnt) const {
+        return self().getWrdPntImgPnts(pnt);
+    }
+    [[nodiscard]] ref_ptr<TagPnt2dArray> getImgTagPnts(int img) const {
+        return self().getImgTagPnts(img);
+    }
+    [[nodiscard]] XPnt2d getImgPnt(int img, int pnt) const { return self().getImgPnt(img, pnt); }
+    [[nodiscard]] Enve3d getEnvelope() const { return self().getEnvelope(); }
+    /// @}
+
 protected:
     ~IZynPMSDataTable() override = default;
+
+private:
+    // A counted object is made by `new` and never const itself.
+    [[nodiscard]] IZynPMSDataTable& self() const { return const_cast<IZynPMSDataTable&>(*this); }
 };
 
-/// A new table without images; its focal length is -1, not yet given.
+/// Returns a new table without images; its focal length is -1, not yet given.
 [[nodiscard]] ZYN_EXPORT IZynPMSDataTable* newZynPMSDataTable();
 
-/// Gives the table `n` images, all live, each with its index; cameras that it had keep the rest of
-/// their records. Meant for a new table: of images that it had beyond `n`, the measurements stay out
-/// of sight and come back with the images. 0, also for an `n` below 1, which changes nothing; -1 for null
-/// and for a table that is not the library's.
+/// Gives the table `n` images, all live, each with its index. Returns 0, also for an `n` below 1,
+/// which changes nothing; -1 for null and for a table that is not the library's. Meant for a new
+/// table. In one that has images:
+/// - cameras keep the rest of their records;
+/// - removed images are live again, with an unset record; their measurements stay removed;
+/// - the measurements of images from `n` on are out of sight, and come back with the images.
 ZYN_EXPORT int setImgNum(IZynPMSDataTable* table, int n);
+
+/// Returns the number of measurements of an image, removed ones included. Returns -1 for an image
+/// out of range, for null, and for a table that is not the library's.
+[[nodiscard]] ZYN_EXPORT int getImgPntNum(const IZynPMSDataTable* table, int img);
+/// Returns a measurement by its index, tagged with the world point that it names, or with -1. It is
+/// invalid once it is removed, and where getImgPntNum() has no such index. If the point was measured
+/// on the image again, `getImgPnt(img, result.tag)` is the later measurement.
+[[nodiscard]] ZYN_EXPORT TagPnt2d getImgPntAt(const IZynPMSDataTable* table, int img, int idx);
 
 }  // namespace zyn

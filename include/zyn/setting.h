@@ -7,9 +7,9 @@
 ///     settings->setValue(QStringLiteral("last file"), file, QString());
 ///     settings->save();                                     // and once more when the object ends
 ///
-/// Keys keep their case and are sorted by code units. A line is cut at brackets, equals signs and line
-/// feeds, and its second piece is trimmed: so a value that holds one of these is cut there when it is
-/// read back, and an empty one does not come back. For one thread at a time.
+/// Keys keep their case and are sorted by code units. A line is cut at brackets, equals signs and
+/// line feeds, and its second piece is trimmed: so a value that holds one of these is cut there
+/// when it is read back, and an empty one does not come back. For one thread at a time.
 #pragma once
 
 #include <zyn/export.h>
@@ -22,20 +22,24 @@ namespace zyn {
 /// The settings of one file.
 class ZYN_EXPORT IZynSetting : public ZynReferenced {
 public:
-    /// Remembers the path and reads the file, beside what there is already; makes an empty one if
-    /// there is none. 0, or -1 when it cannot be made; the path is the remembered one then, too. A file
-    /// that cannot be read to its end gives no values, and stays as it is at the object's end. Without
-    /// memory std::bad_alloc is thrown, and nothing is remembered.
+    /// Remembers the path, and adds the entries of the file to those that are there. Makes an empty
+    /// file if there is nothing. Returns 0, or -1 at once if:
+    /// - the file can be neither found nor made;
+    /// - the path is that of a folder, a pipe or a device.
+    ///
+    /// A file that cannot be read to its end adds no entry, and returns 0 too. The end of the
+    /// object writes neither to such a file nor to a pipe or device: values that were set reach it
+    /// only by save(). If allocation fails, throws std::bad_alloc and remembers nothing.
     virtual int open(QString path) = 0;
-    /// 0. The third string is not used.
+    /// Sets the value of a key, and returns 0. The third string is not used.
     virtual int setValue(QString key, QString value, QString extra) = 0;
-    /// The value, or a null string.
+    /// Returns the value, or a null string.
     /// @{
     [[nodiscard]] virtual QString getValue(QString key) = 0;
     [[nodiscard]] virtual QString getValueText(QString key) = 0;
     /// @}
-    /// Writes the file anew: 0, or -1 when it cannot be written or no path was opened. The old file
-    /// stays until the new one is whole, unless its folder takes no file beside it.
+    /// Writes the file anew. Returns 0, or -1 if it cannot be written or no path was opened. The
+    /// file appears whole or not at all, as formats.md says.
     /// @{
     virtual int save() = 0;
     virtual int flush() = 0;
@@ -45,7 +49,7 @@ protected:
     ~IZynSetting() override = default;
 };
 
-/// New settings without a file: the path is not used.
+/// Returns new settings without a file. The path is not used.
 [[nodiscard]] ZYN_EXPORT IZynSetting* newZynSetting(QString path);
 
 }  // namespace zyn

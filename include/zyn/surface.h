@@ -211,10 +211,9 @@ template <class Real>
 [[nodiscard]] ZYN_EXPORT SurfaceVolume volume(DelaunayInterface<Real>* engine, double level,
                                               double maxEdge = anyEdge);
 
-// Files. Each appears whole or not at all, with what was there before kept until then, unless its folder takes
-// no file beside it, or it has several hard links or another owner: false when anything could not be written,
-// and for null. Devices and pipes are written as they are.
-// Vertices come in the order of first appearance.
+// Files. Each appears whole or not at all; formats.md lists the exceptions. Each writer returns
+// false if anything could not be written, and for null. Vertices come in the order of first
+// appearance.
 
 /// Wavefront OBJ: a line `v x y z` a vertex, each coordinate with the digits that bring back the
 /// same number; then a line `f a b c` a triangle, counting vertices from 1.

@@ -1,101 +1,156 @@
 #include "core/whole_file.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
+#include <chrono>
+#include <climits>
 #include <string_view>
 
 namespace zyn {
 
 namespace {
 
-/// What a disk tells only when asked for the last time; what cannot be synchronized has nothing to tell.
+/// Some disks refuse here for the first time. What cannot be flushed has nothing to refuse.
 bool hasArrived(std::FILE* file) {
     return fsync(fileno(file)) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
 bool mayBeWritten(const char* path) {
-    const int handle = open(path, O_WRONLY | O_CLOEXEC);
-    return handle >= 0 && close(handle) == 0;
+    return Descriptor(open(path, O_WRONLY | O_CLOEXEC)).isOpen();
 }
 
-/// Whether another file can take the place of this one, of which `real` is the path without links.
-bool isReplaceable(const char* path, const char* real, const struct stat& old) {
-    const std::string_view name(path);
-    const bool isOfTheSystem =
-        name.starts_with("/proc/") || (name.starts_with("/dev/") && !name.starts_with("/dev/shm/"));
-    struct stat there = {};
-    // A file that is open and has no name any more can have another one's.
-    return real != nullptr && stat(real, &there) == 0 && there.st_ino == old.st_ino &&
-           there.st_dev == old.st_dev && old.st_nlink == 1 && !isOfTheSystem;
+bool isOfTheSystem(std::string_view path) {
+    return path.starts_with("/proc/") ||
+           (path.starts_with("/dev/") && !path.starts_with("/dev/shm/"));
 }
 
-/// Whether it is the folder that does not want another file, or the system that does not want its name.
+/// Whether the folder takes no new file at all, or none of that name.
 bool isFolderClosed(int error) {
     return error == EACCES || error == EPERM || error == EROFS || error == ENOENT;
+}
+
+/// Where the link leads to; empty for what is no link.
+std::string targetOf(const Descriptor& folder, const std::string& name) {
+    std::string target(PATH_MAX, '\0');
+    const ssize_t size = readlinkat(folder.get(), name.c_str(), target.data(), target.size());
+    target.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+    return target;
+}
+
+/// Another name at each call, as long as the clock goes on.
+std::string unfinishedName() {
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    return ".zyn-unfinished-" + std::to_string(std::chrono::nanoseconds(now).count());
 }
 
 }  // namespace
 
 WholeFile::WholeFile(const char* path) {
+    if (path == nullptr) { return; }
     struct stat old = {};
-    if (path == nullptr || *path == '\0') { return; }
     if (stat(path, &old) != 0) {
-        // Only what is really new goes when it is not committed. Memory may run out before it is there.
-        temporary = path;
-        const int handle = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (handle >= 0) {
-            stream.reset(fdopen(handle, "w"));
-            if (!isOpen()) { close(handle); }
-            return;
-        }
-        temporary.clear();
-    } else if (S_ISREG(old.st_mode) && (!mayBeWritten(path) || openBeside(path, old))) {
-        return;
+        if (errno != ENOENT) { return; }
+        place = find(path);
+        if (!place.name.empty()) { createBeside(0666); }
+    } else if (!S_ISREG(old.st_mode)) {
+        openInPlace(path);
+    } else if (mayBeWritten(path)) {
+        replace(path, old);
     }
-    stream.reset(std::fopen(path, "we"));
 }
 
-/// In the folder of the file itself, if the path is that of a link to it. False when the file is to be
-/// written itself; true, with nothing open, when writing would only lose it.
-bool WholeFile::openBeside(const char* path, const struct stat& old) {
-    const std::unique_ptr<char, decltype(&std::free)> real(realpath(path, nullptr), &std::free);
-    if (!isReplaceable(path, real.get(), old)) { return false; }
-    place = real.get();
-    temporary = place.substr(0, place.rfind('/') + 1) + ".zyn-XXXXXX";
-    const int handle = mkostemp(temporary.data(), O_CLOEXEC);
-    const int error = errno;
-    if (handle < 0) {
-        place.clear();
-        temporary.clear();
-        return !isFolderClosed(error);
+/// The folder stays open: a temporary file beside the target needs no path that could be too long
+/// or change its meaning.
+WholeFile::Place WholeFile::find(std::string path) {
+    constexpr int mostLinks = 40;  // as many as the system follows
+    Descriptor from(AT_FDCWD);
+    for (int link = 0; link < mostLinks && !isOfTheSystem(path); ++link) {
+        const std::size_t end = path.rfind('/') + 1;
+        const std::string folder = end == 0 ? "." : path.substr(0, end);
+        Place place{
+            Descriptor(openat(from.get(), folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)),
+            path.substr(end)};
+        if (!place.folder.isOpen()) { break; }
+        path = targetOf(place.folder, place.name);
+        if (path.empty()) { return place; }
+        from = std::move(place.folder);
     }
-    const bool isGiven = fchown(handle, old.st_uid, old.st_gid) == 0;
-    if (isGiven && fchmod(handle, old.st_mode & 0777U) == 0) { stream.reset(fdopen(handle, "w")); }
-    if (isOpen()) { return true; }
-    close(handle);
-    unlink(temporary.c_str());
-    place.clear();
-    temporary.clear();
-    return isGiven;
+    return Place();
+}
+
+/// A file that is open and has no name any more can have another one's.
+bool WholeFile::isAt(const Place& place, const struct stat& file) {
+    struct stat there = {};
+    return fstatat(place.folder.get(), place.name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0 &&
+           there.st_ino == file.st_ino && there.st_dev == file.st_dev;
+}
+
+void WholeFile::replace(const char* path, const struct stat& old) {
+    place = find(path);
+    if (old.st_nlink == 1 && !place.name.empty() && isAt(place, old)) {
+        if (createBeside(S_IRUSR | S_IWUSR)) {
+            const int handle = fileno(get());
+            if (fchown(handle, old.st_uid, old.st_gid) == 0) {
+                if (fchmod(handle, old.st_mode & 0777U) != 0) { drop(); }
+                return;
+            }
+            drop();
+        } else if (!isFolderClosed(errno)) {
+            return;
+        }
+    }
+    openInPlace(path);
+}
+
+/// Returns false if it cannot, with the reason in errno.
+bool WholeFile::createBeside(mode_t mode) {
+    constexpr int attempts = 100;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        std::string name = unfinishedName();
+        Descriptor file(openat(place.folder.get(), name.c_str(),
+                               O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+        if (file.isOpen()) {
+            temporary = std::move(name);
+            stream.reset(fdopen(file.get(), "w"));
+            if (!isOpen()) { break; }
+            (void)file.release();
+            return true;
+        }
+        if (errno != EEXIST) { return false; }
+    }
+    const int error = errno;
+    drop();
+    errno = error;
+    return false;
+}
+
+void WholeFile::openInPlace(const char* path) {
+    Descriptor file(open(path, O_WRONLY | O_TRUNC | O_CLOEXEC));
+    if (!file.isOpen()) { return; }
+    stream.reset(fdopen(file.get(), "w"));
+    if (isOpen()) { (void)file.release(); }
 }
 
 bool WholeFile::commit() {
     if (!isOpen()) { return false; }
+    const bool isBeside = !temporary.empty();
     const bool isWritten = std::fflush(stream.get()) == 0 && std::ferror(stream.get()) == 0 &&
-                           (place.empty() || hasArrived(stream.get()));
+                           (!isBeside || hasArrived(stream.get()));
     const bool isClosed = std::fclose(stream.release()) == 0;
-    const bool isWhole = isWritten && isClosed &&
-                         (place.empty() || std::rename(temporary.c_str(), place.c_str()) == 0);
-    if (isWhole) { temporary.clear(); }
-    return isWhole;
+    if (!isWritten || !isClosed || !isBeside) { return isWritten && isClosed; }
+    const int folder = place.folder.get();
+    if (renameat(folder, temporary.c_str(), folder, place.name.c_str()) != 0) { return false; }
+    temporary.clear();
+    return true;
 }
 
-WholeFile::~WholeFile() {
+void WholeFile::drop() {
     stream.reset();
-    if (!temporary.empty()) { unlink(temporary.c_str()); }
+    if (!temporary.empty()) { unlinkat(place.folder.get(), temporary.c_str(), 0); }
+    temporary.clear();
 }
+
+WholeFile::~WholeFile() { drop(); }
 
 }  // namespace zyn

@@ -1,14 +1,16 @@
-// A file that takes the place of an old one only when it is whole.
+// A file that takes its place only when it is whole.
 #pragma once
 
 #include <QFile>
 #include <QTextStream>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace zyn {
 
@@ -17,13 +19,40 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-/// Where a file stands already, the new one is written beside it, with its owner and permissions. Written
-/// itself is what cannot be replaced by another file: devices, pipes, what is open under a name of the
-/// system's, a file with several names, another's that could not be given back to him, and one in a folder
-/// that takes no new file.
+/// Owns a file descriptor of the system; -1 is none.
+class Descriptor {
+public:
+    Descriptor() = default;
+    explicit Descriptor(int handle_) : handle(handle_) {}
+    Descriptor(Descriptor&& other) noexcept : handle(other.release()) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(handle, other.handle);
+        return *this;
+    }
+    ~Descriptor() {
+        if (isOpen()) { close(handle); }
+    }
+
+    [[nodiscard]] bool isOpen() const { return handle >= 0; }
+    [[nodiscard]] int get() const { return handle; }
+    [[nodiscard]] int release() { return std::exchange(handle, -1); }
+
+private:
+    int handle = -1;
+};
+
+/// Writes beside the place of the file, under a name that begins with ".zyn-unfinished-", flushes
+/// to the disk and renames. So a process that is killed leaves at most that file, and of several
+/// processes that write one file the last one wins. A new file has the permissions that the process
+/// gives to every file; one that replaces another has its owner and permissions. A link stays: its
+/// target is written.
+///
+/// What cannot be replaced is written in its place: devices, pipes, what is open under a name of
+/// the system, a file with several names, a file whose owner cannot be kept, and a file in a folder
+/// that is closed to new files.
 class WholeFile {
 public:
-    /// Opens nothing for null, an empty path and what may not be written.
+    /// Opens nothing if `path` is null, is empty, or may not be written.
     explicit WholeFile(const char* path);
     WholeFile(const WholeFile&) = delete;
     WholeFile& operator=(const WholeFile&) = delete;
@@ -33,19 +62,30 @@ public:
     [[nodiscard]] bool isOpen() const { return stream != nullptr; }
     /// Null when nothing is open.
     [[nodiscard]] std::FILE* get() const { return stream.get(); }
-    /// Calls `put` with a stream into the file, without a device when nothing is open; whether all could
-    /// be written.
+    /// Calls `put` with a stream into the file, without a device when nothing is open. Returns
+    /// whether everything could be written.
     template <class Put>
     [[nodiscard]] bool write(Put put);
-    /// Closes the file and puts it into its place; false, with what was there before as it was, when a
-    /// part of it did not arrive.
+    /// Closes the file and puts it into its place. Returns false, and leaves what was there before,
+    /// if a part did not arrive.
     [[nodiscard]] bool commit();
 
 private:
-    bool openBeside(const char* path, const struct stat& old);
+    /// Where a path leads to, behind its links.
+    struct Place {
+        Descriptor folder;
+        std::string name;  ///< in the folder; empty if the path leads nowhere
+    };
 
-    std::string place;      ///< Of a file that was there; empty when it is written itself.
-    std::string temporary;  ///< What goes unless it is committed.
+    static Place find(std::string path);
+    static bool isAt(const Place& place, const struct stat& file);
+    void replace(const char* path, const struct stat& old);
+    bool createBeside(mode_t mode);
+    void openInPlace(const char* path);
+    void drop();
+
+    Place place;
+    std::string temporary;  ///< Its name in the folder until it is renamed; empty in place.
     File stream;
 };
 

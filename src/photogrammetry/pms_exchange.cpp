@@ -109,6 +109,9 @@ int CZynPMSDataTable::exportData(const ref_ptr<Pnt2dArrayArray>& imgPnts,
     wrdPnts->reserve(pointTotal);
     camMap->reserve(getImgNum());
     wrdMap->reserve(getWrdPntNum());
+    // The rows before end behind the last change: a delete handler may call the table.
+    const ref_ptr<Pnt2dArrayArray> oldPnts = imgPnts->clone();
+    const ref_ptr<IntArrayArray> oldIds = imgPntIds->clone();
     imgPnts->removeAll();
     imgPntIds->removeAll();
     cams->removeAll();

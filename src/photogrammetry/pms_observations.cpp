@@ -13,6 +13,12 @@ void clearAll(std::initializer_list<ZynArray*> arrays) {
     for (ZynArray* const array : arrays) { array->removeAll(); }
 }
 
+TagPnt2d tagged(const XPnt2d& xy, int pnt) {
+    TagPnt2d point(xy.x, xy.y);
+    point.tag = pnt;
+    return point;
+}
+
 }  // namespace
 
 const _ZynImgPntsData* CZynPMSDataTable::record(int img) const {
@@ -113,15 +119,17 @@ ref_ptr<Pnt2dArray> CZynPMSDataTable::getWrdPntImgPnts(int pnt) {
 
 ref_ptr<TagPnt2dArray> CZynPMSDataTable::getImgTagPnts(int img) {
     if (!cameras->holds(img)) { return nullptr; }
-    ref_ptr<TagPnt2dArray> tagged = newTagPnt2dArray();
+    ref_ptr<TagPnt2dArray> result = newTagPnt2dArray();
     forLinked(img, [&](int idx, int pnt) {
         const XPnt2d xy = measurements->getPnt(img, idx);
-        if (!xy.isValid()) { return; }
-        TagPnt2d point(xy.x, xy.y);
-        point.tag = pnt;
-        tagged->append(point);
+        if (xy.isValid()) { result->append(tagged(xy, pnt)); }
     });
-    return tagged;
+    return result;
+}
+
+TagPnt2d CZynPMSDataTable::getImgPntAt(int img, int idx) const {
+    if (!holdsMeasurement(img, idx)) { return {}; }
+    return tagged(measurements->getPnt(img, idx), measurements->getPntId(img, idx));
 }
 
 XPnt2d CZynPMSDataTable::getImgPnt(int img, int pnt) {

@@ -13,10 +13,17 @@ CZynPMSDataTable::CZynPMSDataTable()
     interior.f = -1.0;
 }
 
+// A delete handler may call the table while its parts go: it must find the new ones.
 int CZynPMSDataTable::clear() {
-    cameras->clear();
-    measurements->clear();
-    points->clear();
+    auto oldCameras = std::make_unique<CZynPMSCamParaTable>();
+    auto oldMeasurements = std::make_unique<CZynPMSImgPntsTable>();
+    auto oldPoints = std::make_unique<CZynPMSWrdPntsTable>();
+    cameras.swap(oldCameras);
+    measurements.swap(oldMeasurements);
+    points.swap(oldPoints);
+    oldCameras->clear();
+    oldMeasurements->clear();
+    oldPoints->clear();
     return 0;
 }
 
@@ -39,8 +46,12 @@ int CZynPMSDataTable::measurementCount(int img) const {
     return std::max(measurements->getCount(img), 0);
 }
 
+int CZynPMSDataTable::getImgPntNum(int img) const {
+    return cameras->holds(img) ? measurementCount(img) : -1;
+}
+
 bool CZynPMSDataTable::holdsMeasurement(int img, int idx) const {
-    return cameras->holds(img) && idx >= 0 && idx < measurementCount(img);
+    return idx >= 0 && idx < getImgPntNum(img);
 }
 
 // Adding
@@ -146,6 +157,8 @@ int CZynPMSDataTable::mergeWrdPnts(int a, int b, XPnt3d xyz) {
     if (!areTwoPoints(a, b)) { return -1; }
     const auto [kept, other] = std::minmax({a, b});
     const int images = linkedImages(a, b);
+    // What is replaced ends behind the last change: a delete handler may call the table.
+    const ref_ptr<IntArray> oldOfKept = points->getIds(kept), oldOfOther = points->getIds(other);
     const ref_ptr<IntArray> merged = newIntArray(), none = newIntArray();
     merged->reserve(images);
     none->reserve(images);
@@ -210,6 +223,16 @@ IZynPMSDataTable* newZynPMSDataTable() { return new CZynPMSDataTable; }
 int setImgNum(IZynPMSDataTable* table, int n) {
     auto* const own = dynamic_cast<CZynPMSDataTable*>(table);
     return own != nullptr ? own->setImgNum(n) : -1;
+}
+
+int getImgPntNum(const IZynPMSDataTable* table, int img) {
+    const auto* const own = dynamic_cast<const CZynPMSDataTable*>(table);
+    return own != nullptr ? own->getImgPntNum(img) : -1;
+}
+
+TagPnt2d getImgPntAt(const IZynPMSDataTable* table, int img, int idx) {
+    const auto* const own = dynamic_cast<const CZynPMSDataTable*>(table);
+    return own != nullptr ? own->getImgPntAt(img, idx) : TagPnt2d();
 }
 
 }  // namespace zyn

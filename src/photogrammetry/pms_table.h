@@ -12,7 +12,7 @@
 namespace zyn {
 
 // What keeps measurements and links in step: if a link of world point p says measurement m on image
-// i, then m names p, and the reverse, but for measurements that addImgPnt has left behind.
+// i, then m names p. The reverse holds too, except for measurements that addImgPnt has left behind.
 class CZynPMSDataTable final : public IZynPMSDataTable {
 public:
     CZynPMSDataTable();
@@ -66,6 +66,8 @@ public:
     // Behind the interface
 
     virtual int setImgNum(int n);
+    int getImgPntNum(int img) const;
+    TagPnt2d getImgPntAt(int img, int idx) const;  // pms_observations.cpp
     XPnt2d project(const zynCamOutParam& cam, double f, XPnt3d pnt) const {
         return zyn::project(cam, f, pnt);
     }

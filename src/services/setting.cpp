@@ -5,6 +5,7 @@
 #include "services/read_lines.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QString>
 #include <QTextStream>
 
@@ -28,11 +29,9 @@ public:
         // Without memory to read the file whole it is not remembered: saving would cut it.
         const bool isThere = isFileExist(newPath);
         // What could not be read is not to be cut by an end that nobody asked for.
-        isRead = !isThere || read(newPath);
+        isRead = isThere ? read(newPath) : create(newPath);
         path = std::move(newPath);
-        if (isThere) { return 0; }
-        if (!path.isEmpty()) { QFile(path).open(QIODevice::WriteOnly); }
-        return isFileExist(path) ? 0 : -1;
+        return isThere || isFileExist(path) ? 0 : -1;
     }
     int setValue(QString key, QString value, QString) override {
         values[std::move(key)] = std::move(value);
@@ -58,6 +57,13 @@ public:
 private:
     using Values = std::map<QString, QString>;
 
+    /// Makes an empty file where nothing is, and cuts none that comes meanwhile. Returns false for
+    /// what is no file, such as a pipe: opening it could wait for ever, now and at the end.
+    [[nodiscard]] static bool create(const QString& file) {
+        if (QFileInfo::exists(file)) { return false; }
+        if (!file.isEmpty()) { QFile(file).open(QIODevice::Append); }
+        return true;
+    }
     [[nodiscard]] bool read(const QString& file) {
         const ref_ptr<StringArray> lines = readWholeFile(file);
         if (!lines) { return false; }
@@ -74,7 +80,7 @@ private:
 
     Values values;
     QString path;
-    bool isRead = true;  ///< What the file held when it was opened stands in the values.
+    bool isRead = true;  ///< What the file held when it was opened is in the values.
 };
 
 }  // namespace

@@ -322,6 +322,7 @@ TEST(AllocationFailure, Blocks) {
     };
     const XPnt3d xyz(4, 4, 4);
     expectHarmless<Block>("images", [](Block& b) { return setImgNum(b.t.get(), 40) == 0; });
+    expectHarmless<Block>("clear", [](Block& b) { return b.t->clear() == 0; });
     expectHarmless<Block>("addImgPnt", [](Block& b) { return b.t->addImgPnt(7, {1, 2}, 1) == 0; });
     expectHarmless<Block>("addWrdPnt", [xyz](Block& b) {
         return b.t->addWrdPnt(b.seenOn(0, 8), xyz) == 0 && b.t->getImgPnt(8, 3).x == 8;

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -27,6 +28,7 @@
 
 namespace {
 std::string_view failing;                                        // a call by its name
+std::function<void()> meanwhile;                                 // what happens at that call
 std::size_t readable = std::numeric_limits<std::size_t>::max();  // bytes, and then the disk fails
 
 /// The function of that name behind this program's own.
@@ -38,6 +40,7 @@ template <class Argument>
 int lastCall(const char* name, Argument argument) {
     const int result = behind<int(Argument)>(name)(argument);
     if (failing != name) { return result; }
+    if (meanwhile) { meanwhile(); }
     errno = ENOSPC;
     return -1;
 }
@@ -59,6 +62,28 @@ namespace {
 using namespace zyn;
 namespace fs = std::filesystem;
 
+void limitFiles(std::size_t size) {
+    rlimit limit = {};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = size;
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+/// Standard output goes nowhere until the end.
+class Silence {
+public:
+    Silence() { change(::open("/dev/null", O_WRONLY)); }
+    ~Silence() { change(before); }
+
+private:
+    static void change(int to) {
+        std::fflush(stdout);
+        dup2(to, STDOUT_FILENO);
+        ::close(to);
+    }
+    const int before = dup(STDOUT_FILENO);
+};
+
 /// Without the time, which LandXML tells.
 std::string contentOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -78,10 +103,8 @@ auto ofNetwork(bool (*writeFile)(IZynDelaunayD*, const char*)) {
     return [writeFile](const char* path) {
         support::Network<double> net(0, 0, 100, 100);
         for (int i = 1; i < 90; ++i) { net.add(i, 17 * i % 89 + 1, i); }
-        testing::internal::CaptureStdout();
-        const bool result = writeFile(net.engine.get(), path);
-        testing::internal::GetCapturedStdout();
-        return result;
+        const Silence silence;
+        return writeFile(net.engine.get(), path);
     };
 }
 bool writeSettings(const char* path) {
@@ -117,9 +140,15 @@ protected:
     ~DiskFailure() override {
         fs::permissions(folder, fs::perms::owner_all);
         fs::remove_all(folder);
+        meanwhile = nullptr;
     }
     static bool write(const std::string& to) { return GetParam().write(to.c_str()); }
     static bool answerOfFailure() { return !GetParam().tells; }
+    void expectFailureAt(const std::string& to, const char* call) {
+        failing = call;
+        EXPECT_EQ(write(to), answerOfFailure()) << call;
+        failing = {};
+    }
     void expectWhole(const std::string& to) {
         EXPECT_TRUE(write(to) && contentOf(path) == whole) << to;
     }
@@ -130,18 +159,12 @@ protected:
 };
 
 TEST_P(DiskFailure, FullDisks) {
-    rlimit unlimited = {};
-    getrlimit(RLIMIT_FSIZE, &unlimited);
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     const auto expectFailure = [&](std::size_t room, const char* call = "") {
         std::ofstream(path) << old;
-        const rlimit full{room, unlimited.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &full);
-        failing = call;
-        const bool answer = write(path);
-        failing = {};
-        setrlimit(RLIMIT_FSIZE, &unlimited);
-        EXPECT_EQ(answer, answerOfFailure()) << room << call;
+        limitFiles(room);
+        expectFailureAt(path, call);
+        limitFiles(RLIM_INFINITY);
         EXPECT_EQ(contentOf(path), old) << room << call;
         EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << "something is left";
     };
@@ -153,10 +176,37 @@ TEST_P(DiskFailure, FullDisks) {
     std::signal(SIGXFSZ, handler);
     expectWhole(path);
     fs::remove(path);
-    failing = "fclose";
-    EXPECT_EQ(write(path), answerOfFailure());
-    failing = {};
+    expectFailureAt(path, "fclose");
     EXPECT_EQ(contentOf(path), "") << "a part is left";
+    // What another process puts there in the meantime is not the writer's to remove.
+    const std::string other = folder + "/other", fresh = folder + "/fresh";
+    std::ofstream(other) << old;
+    meanwhile = [&] { fs::exists(other) ? fs::rename(other, fresh) : void(); };
+    expectFailureAt(fresh, "fclose");
+    EXPECT_EQ(contentOf(fresh), old);
+}
+
+// What is left beside the file hinders no later writer.
+TEST_P(DiskFailure, AKilledProcessLeavesNoPart) {
+    const std::string fresh = folder + "/fresh";
+    meanwhile = [] { std::raise(SIGKILL); };
+    for (const std::string& to : {path, fresh}) {
+        const std::string before = contentOf(to);
+        for (const std::size_t room : {whole.size() / 2, whole.size() - 1}) {
+            EXPECT_EXIT((limitFiles(room), write(to)), testing::KilledBySignal(SIGXFSZ), "");
+            EXPECT_EQ(contentOf(to), before) << room;
+        }
+        for (const char* const call : {"fsync", "fclose"}) {
+            EXPECT_EXIT(expectFailureAt(to, call), testing::KilledBySignal(SIGKILL), "");
+            EXPECT_EQ(contentOf(to), before) << call;
+        }
+    }
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+        const std::string name = entry.path().filename().string();
+        const bool isLeft = name != "file" && name != "fresh";
+        EXPECT_EQ(name.starts_with(".zyn-unfinished-"), isLeft) << name;
+    }
+    expectWhole(path);
 }
 
 TEST_P(DiskFailure, Places) {
@@ -180,7 +230,8 @@ TEST_P(DiskFailure, Places) {
     expectWhole(link);
     EXPECT_TRUE(fs::is_symlink(link) && fs::status(path).permissions() == fs::perms(0640));
 
-    const std::string second = folder + "/second", longName = folder + '/' + std::string(250, 'n');
+    const std::string second = folder + "/second",
+                      longName = folder + '/' + std::string(NAME_MAX, 'n');
     fs::create_hard_link(path, second);
     std::ofstream(path) << old;
     expectWhole(second);
@@ -188,6 +239,11 @@ TEST_P(DiskFailure, Places) {
     fs::remove(path);
     expectWhole(link);
     EXPECT_TRUE(fs::is_symlink(link));
+    // The target is made in its own folder, whatever folder the link is in.
+    fs::remove(path);
+    fs::create_directory(folder + "/inner");
+    fs::create_symlink("../file", folder + "/inner/link");
+    expectWhole(folder + "/inner/link");
 
     const std::string inMemory = "/dev/shm/zyn_disk_failure";
     if (!(std::ofstream(inMemory) << old)) { return; }
@@ -211,6 +267,10 @@ TEST_P(DiskFailure, Permissions) {
     fs::permissions(path, fs::perms(0444));
     fs::permissions(folder, fs::perms(0777));
     expectAsUser(path, answerOfFailure(), old);
+    const mode_t mask = umask(0027);
+    expectAsUser(folder + "/masked", true, old);
+    umask(mask);
+    EXPECT_EQ(fs::status(folder + "/masked").permissions(), fs::perms(0640));
     fs::permissions(folder, fs::perms(0555));
     expectAsUser(folder + "/new", answerOfFailure(), old);
     expectAsUser(path, answerOfFailure(), old);
@@ -221,13 +281,10 @@ TEST_P(DiskFailure, Permissions) {
 TEST(LogFailure, LosesOnlyLinesThatADiskRefuses) {
     const std::string path = testing::TempDir() + "zyn_log_failure";
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit unlimited = {};
-    getrlimit(RLIMIT_FSIZE, &unlimited);
-    const rlimit full{100000, unlimited.rlim_max};
     ref_ptr<IZynLog> log = newZynLog(QString::fromStdString(path), false, false);
-    setrlimit(RLIMIT_FSIZE, &full);
+    limitFiles(100000);
     for (int i = 0; i < 20000; ++i) { log->info(QStringLiteral("a line")); }
-    setrlimit(RLIMIT_FSIZE, &unlimited);
+    limitFiles(RLIM_INFINITY);
     for (int i = 0; i < 20000; ++i) { log->info(QStringLiteral("a line")); }
     log = nullptr;
     std::signal(SIGXFSZ, handler);

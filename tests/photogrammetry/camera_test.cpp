@@ -9,6 +9,7 @@
 #include <complex>
 #include <cstring>
 #include <random>
+#include <vector>
 
 #include "seed.h"
 
@@ -55,6 +56,26 @@ TEST_F(CameraTest, ProjectInvertsTheCollinearityEquations) {
         EXPECT_TRUE(std::isnan(project(cam, 0.1, {130, 200, 0}).x));
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(CameraTest, ManyPointsAreProjectedAsEach) {
+    const XPnt3d centre(5e5, 5.4e6, 1200);
+    for (const std::size_t count : {0U, 1U, 127U, 128U, 129U, 300U}) {
+        zynCamOutParam cam = camera(centre);
+        std::vector<XPnt3d> points(count);
+        for (XPnt3d& p : points) {
+            const XPnt3d v(uniform(-0.1, 0.1), uniform(-0.1, 0.1), -0.15), ray = inWorld(cam, v);
+            EXPECT_LT(dist(rotationMatrix(cam) * v, ray), 1e-15);
+            p = centre + ray * uniform(100, 3000);
+        }
+        const std::vector<XPnt2d> images = projectAll(cam, 0.15, points);
+        ASSERT_EQ(images.size(), count);
+        for (std::size_t i = 0; i < count; ++i) {
+            EXPECT_LT(dist(images[i], project(cam, 0.15, points[i])), 1e-14) << i;
+        }
+        cam.phi = HUGE_VAL;
+        for (const XPnt2d& p : projectAll(cam, 0.15, points)) { EXPECT_TRUE(std::isnan(p.y)); }
+    }
 }
 
 TEST_F(CameraTest, CentreComesFromTheCoefficients) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <random>
 #include <utility>
@@ -233,7 +234,10 @@ TEST_F(PmsTest, ObservationsComeInTheirOrder) {
     EXPECT_TRUE(a->get(0) == XPnt2d(1, 1) && cams->get(1).imageIndex == 2);
     // An earlier measurement is left behind.
     table->addImgPnt(0, XPnt2d(9, 9), 0);
-    EXPECT_EQ(table->getImgPnt(0, 0), XPnt2d(9, 9));
+    EXPECT_EQ(std::as_const(*table).getImgPnt(0, 0), XPnt2d(9, 9));
+    EXPECT_EQ(getImgPntNum(table.get(), 0), 3);
+    EXPECT_EQ(getImgPntAt(table.get(), 0, 0), XPnt2d(0, 0));
+    EXPECT_EQ(getImgPntAt(table.get(), 0, 0).tag, 0);
     EXPECT_EQ(list(table->getCommonWrdPnts(listOf({1, 0}))), (std::vector{0, 2, 0}));
     table->removeImgPntAt(0, 0);  // takes the link along
     EXPECT_FALSE(table->getImgPnt(0, 0).isValid());
@@ -286,6 +290,56 @@ TEST_F(PmsTest, ResultsComeBackByTheirMaps) {
     EXPECT_TRUE(table->getImgPnt(1, 0) == XPnt2d(4, 4) && table->getImgTagPnts(0)->size() == 1);
 }
 
+/// Calls whenever an object ends, unless that happens in the call.
+struct CallingHandler : DeleteHandler {
+    explicit CallingHandler(std::function<void()> call_) : call(std::move(call_)) {}
+    void deleteObject(const ZynReferenced* object) override {
+        destroy(object);
+        if (std::exchange(isCalling, true)) { return; }
+        call();
+        isCalling = false;
+    }
+    std::function<void()> call;
+    bool isCalling = false;
+};
+
+TEST_F(PmsTest, ADeleteHandlerMayCallTheTable) {
+    const auto onTwo = [](int img) { return Seen{{img, {0.5, 1}}, {img + 1, {2, 3}}}; };
+    const XPnt3d xyz(1, 2, 3);
+    const auto calling = [&](const std::function<void()>& call, auto operation) {
+        add(onTwo(0), xyz);
+        add(onTwo(2), xyz);
+        ZynReferenced::setDeleteHandler(new CallingHandler(call));
+        EXPECT_EQ(operation(), 0);
+        ZynReferenced::setDeleteHandler(nullptr);
+    };
+    calling([&] { table->removeWrdPnt(1); }, [&] { return table->mergeWrdPnts(0, 1, xyz); });
+    EXPECT_EQ(table->getImgPnt(3, 0), XPnt2d(2, 3));
+    const Export out(*table);
+    calling([&] { table->clear(); },
+            [&] {
+                return table->exportData(out.imgPnts, out.imgPntIds, out.cams, out.camMap,
+                                         out.wrdPnts, out.wrdMap);
+            });
+    EXPECT_EQ(out.cams->get(4).imageIndex, 4);
+    EXPECT_EQ(out.wrdPnts->get(0), xyz);
+    const ref_ptr<Pnt2dArray> pnts = newPnt2dArray();
+    const ref_ptr<CamParaArray> cams = newCamParaArray();
+    const auto fill = [&] {
+        table->getWrdPntObservations(0, pnts.get(), cams.get());
+        setImgNum(table.get(), imageCount);
+        add(onTwo(1), xyz);
+    };
+    fill();
+    calling(fill, [&] { return table->clear(); });
+    ASSERT_GT(table->getWrdPntNum(), 0);
+    EXPECT_EQ(getImgPntNum(table.get(), 2), table->getWrdPntNum());
+    for (int pnt = 0; pnt < table->getWrdPntNum(); ++pnt) {
+        EXPECT_EQ(getImgPntAt(table.get(), 2, pnt).tag, pnt);
+        EXPECT_EQ(table->getImgPnt(2, pnt), XPnt2d(2, 3));
+    }
+}
+
 TEST_F(PmsTest, BadArgumentsChangeNothing) {
     walk(300);
     auto& t = *table;
@@ -299,6 +353,9 @@ TEST_F(PmsTest, BadArgumentsChangeNothing) {
                      t.getImgPnt(img, 0).isValid() || t.getImgPnt(0, pnt).isValid());
         EXPECT_TRUE(t.getWrdPntImgPnts(pnt) == nullptr && t.getImgTagPnts(img) == nullptr);
         EXPECT_EQ(t.getCommonPntNum(img, 0) + t.getCommonPntNum(0, img), 0);
+        EXPECT_EQ(getImgPntNum(&t, img), -1);
+        EXPECT_EQ(getImgPntAt(&t, img, 0).tag, -1);
+        EXPECT_FALSE(getImgPntAt(&t, 0, img == imageCount ? getImgPntNum(&t, 0) : img).isValid());
         EXPECT_EQ(t.getCommonPnts3(0, img, 1, p.get(), p.get(), p.get()), 0);
         EXPECT_EQ(t.getWrdPntObservations(pnt, p.get(), cams.get()), -1);
     }

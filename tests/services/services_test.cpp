@@ -4,6 +4,7 @@
 #include <zyn/setting.h>
 #include <zyn/variant.h>
 
+#include <sys/stat.h>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -78,6 +79,10 @@ TEST_F(ServicesTest, SettingsComeBack) {
     for (const std::string& none : {std::string(), testing::TempDir(), path + "/no"}) {
         EXPECT_TRUE(settings->open(q(none)) == -1 && settings->save() == -1);
     }
+    // Neither opening a pipe that nobody reads nor the end waits for a reader.
+    ASSERT_EQ(mkfifo((path + "fifo").c_str(), 0600), 0);
+    EXPECT_EQ(ref_ptr(newZynSetting(QString()))->open(q(path + "fifo")), -1);
+    std::filesystem::remove(path + "fifo");
 }
 
 TEST(Services, SlotsAreIndependent) {

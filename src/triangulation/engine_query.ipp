@@ -121,6 +121,7 @@ int DelaunayEngine<Real>::compactVertices() {
             }
         }
     }
+    std::erase_if(flatVertices, [&numbers](Real* v) { return numbers.find(v) >= 0; });
     // What was compacted before stays: a host may still hold pointers to those vertices.
     compactBuffers.push_back(std::move(buffer));
     wholePoints = wholePoints && vertices.empty();

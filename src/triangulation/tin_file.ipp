@@ -62,6 +62,7 @@ bool DelaunayEngine<Real>::read(Source source, Real*& vertices, int& count) {
     vertices = nullptr;
     count = 0;
     Pool::clear();
+    flatVertices.clear();
     wholePoints = true;
 
     std::unique_ptr<Real[]> readVertices;

@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <memory>
 #include <type_traits>
+#include <unordered_set>
 #include <vector>
 
 namespace zyn {
@@ -68,13 +69,17 @@ public:
     /// The same, located by a walk from `start`. Flips no fixed edge but one that the point splits.
     template <class FixedEdges>
     bool insert(Pnt* p, Real tolerance, Tri* start, FixedEdges& fixed);
-    /// The nearest corner of t that the point falls on, or null: a closed square of `tolerance` about
-    /// the point decides.
-    static Real* cornerAt(const Tri* t, const Pnt& p, Real tolerance);
+    /// Returns the vertex that keeps the point out of t, which holds it, or null. That is the
+    /// nearest corner in a closed square of `tolerance` about the point, or else the point itself
+    /// if it is a vertex already.
+    Real* cornerAt(Tri* t, const Pnt& p, Real tolerance) const;
     /// Numbers the points as so many calls of addPoint would.
     void number(Pnt* points, int count);
     /// The triangle that holds q, or null outside the network, by a walk from `start`.
-    Tri* locateFrom(Tri* start, Xy q);
+    Tri* locateFrom(Tri* start, Xy q) {
+        bool isInside = false;
+        return locateFrom(start, q, isInside);
+    }
     int vertexCount() const;
     int allVertexCount() const;
     int surfaceTriangleCount() const;
@@ -106,9 +111,12 @@ private:
     struct Star;
 
     // engine_insert.ipp
+    Tri* locateFrom(Tri* start, Xy q, bool& isInside);
     Tri* settle(Tri* t, Xy q);
     Tri* leaveFlat(Tri* flat, Xy q);
     Tri* searchPool(Xy q);
+    static Real* cornerWithin(const Tri* t, const Pnt& p, Real tolerance);
+    void noteFlatTriangles(const Tri* t, Real* p);
     Tri* split(Tri* t, Real* p);
     template <class FixedEdges>
     void legalise(Corner corner, Real* p, FixedEdges& fixed);
@@ -121,9 +129,11 @@ private:
     bool planFan(const Star& star, std::vector<int>& ears) const;
     bool planEars(const Star& star, std::vector<int>& ears) const;
     void fillHole(const Star& star, const std::vector<int>& ears);
+    void collectFolds(Star& star) const;
     void dropSurplus(Star& star);
     void legaliseFan(const Star& star);
     void legaliseHole(Star& star);
+    static void openFolds(const Star& star);
 
     // tin_file.ipp
     template <class Sink>
@@ -141,6 +151,9 @@ private:
     std::uint32_t pointCounter = 0;
     std::size_t cursor = 0;  // number of the next triangle, or `ended`
     std::vector<std::unique_ptr<Real[]>> compactBuffers;
+    /// Vertices that have been corners of a triangle of no area. Only one of these can be in the
+    /// network without being a corner of the triangle that a walk to its place ends in.
+    std::unordered_set<Real*> flatVertices;
 
     static constexpr std::size_t ended = static_cast<std::size_t>(-1);
 };

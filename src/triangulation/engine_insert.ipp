@@ -31,10 +31,14 @@ template <class Real>
 template <class FixedEdges>
 bool DelaunayEngine<Real>::insert(Pnt* p, Real tolerance, Tri* start, FixedEdges& fixed) {
     Real* const coordinates = *p;
-    Tri* const t = locateFrom(start, xyOf(coordinates));
-    if (t == nullptr || !std::isfinite(p->z) || cornerAt(t, *p, tolerance) != nullptr) {
+    bool isInside = false;
+    Tri* const t = locateFrom(start, xyOf(coordinates), isInside);
+    if (t == nullptr || !std::isfinite(p->z) || std::isnan(tolerance) ||
+        cornerAt(t, *p, tolerance) != nullptr) {
         return false;
     }
+    Pool::prepareTwo();
+    if (!isInside) { noteFlatTriangles(t, coordinates); }
     legalise({split(t, coordinates), 0}, coordinates, fixed);
     return true;
 }
@@ -45,11 +49,10 @@ TinRecord<Real>* DelaunayEngine<Real>::locate(Real x, Real y) {
 }
 
 /// The triangle that holds q, or null outside the network. The walk is that of TinRecord::find. Where
-/// the last triangle's sides leave no doubt, it is the answer.
+/// the last triangle's sides leave no doubt, it is the answer, and `isInside` is set.
 template <class Real>
-TinRecord<Real>* DelaunayEngine<Real>::locateFrom(Tri* start, Xy q) {
+TinRecord<Real>* DelaunayEngine<Real>::locateFrom(Tri* start, Xy q, bool& isInside) {
     if (start == nullptr || !frameIsUsable || !isUsable(q)) { return nullptr; }
-    bool isInside = false;
     Tri* t = start;
     const WalkEnd end =
         walk(t, [q, &isInside](Tri* from) { return stepTowards(from, q, isInside); });
@@ -75,6 +78,13 @@ TinRecord<Real>* DelaunayEngine<Real>::settle(Tri* t, Xy q) {
     return orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) > 0
                ? t
                : leaveFlat(t, q);
+}
+
+/// False for null too.
+template <class Real>
+bool hasArea(const TinRecord<Real>* t) {
+    return t != nullptr &&
+           orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) > 0;
 }
 
 /// Whether the triangle has an area and holds q, edges included.
@@ -132,7 +142,15 @@ TinRecord<Real>* DelaunayEngine<Real>::searchPool(Xy q) {
 }
 
 template <class Real>
-Real* DelaunayEngine<Real>::cornerAt(const Tri* t, const Pnt& p, Real tolerance) {
+Real* DelaunayEngine<Real>::cornerAt(Tri* t, const Pnt& p, Real tolerance) const {
+    if (Real* const corner = cornerWithin(t, p, tolerance)) { return corner; }
+    Real* const coordinates = const_cast<Pnt&>(p);
+    const bool isVertex = t->index(coordinates) != 3 || flatVertices.contains(coordinates);
+    return isVertex ? coordinates : nullptr;
+}
+
+template <class Real>
+Real* DelaunayEngine<Real>::cornerWithin(const Tri* t, const Pnt& p, Real tolerance) {
     if (tolerance < 0) { return nullptr; }  // far from 0 the square would round to the point
     const Real minX = p.x - tolerance, maxX = p.x + tolerance;
     const Real minY = p.y - tolerance, maxY = p.y + tolerance;
@@ -150,11 +168,38 @@ Real* DelaunayEngine<Real>::cornerAt(const Tri* t, const Pnt& p, Real tolerance)
     return nearest;
 }
 
-/// Splits t = (P0, P1, P2) at p: t becomes (p, P1, P2), beside it stand the new triangles
-/// a = (p, P2, P0) and b = (p, P0, P1). Gives b, the newest.
+/// Notes the corners of the triangles of no area that will be left when p splits t. They arise on
+/// the edges of t that p is on. A flip takes each away unless p is at an end of the edge, or the
+/// edge has no triangle with an area beyond it.
+template <class Real>
+void DelaunayEngine<Real>::noteFlatTriangles(const Tri* t, Real* p) {
+    const auto isAt = [p](const Real* v) { return v[0] == p[0] && v[1] == p[1]; };
+    const bool isOnRim = std::find(t->neighbor, t->neighbor + 3, nullptr) != t->neighbor + 3;
+    const bool isAtCorner = std::any_of(t->vertex, t->vertex + 3, isAt);
+    const bool hasNone = flatVertices.empty() && wholePoints;  // a file may hold some
+    if (!isOnRim && !isAtCorner && hasNone) { return; }
+
+    bool isLeft = false;
+    for (int i = 0; i < 3; ++i) {
+        Real* const a = t->vertex[after[i]];
+        Real* const b = t->vertex[before[i]];
+        const Side side(xyOf(a), xyOf(b), xyOf(p));
+        if (side.value > side.bound) { continue; }
+        const bool canFlip = !isAt(a) && !isAt(b) && hasArea(t->neighbor[i]);
+        if (!canFlip && orientationExact(xyOf(a), xyOf(b), xyOf(p)) == 0) {
+            flatVertices.insert({a, b});
+            isLeft = true;
+        }
+    }
+    // Last, since p is no vertex if memory runs out.
+    if (isLeft) { flatVertices.insert(p); }
+}
+
+/// Splits t = (P0, P1, P2) at p: t becomes (p, P1, P2), beside it are the new triangles
+/// a = (p, P2, P0) and b = (p, P0, P1). Returns b, the newest. REQUIRES: the pool is prepared for
+/// two triangles.
 template <class Real>
 TinRecord<Real>* DelaunayEngine<Real>::split(Tri* t, Real* p) {
-    Pool::prepareTwo();
     Real* const p0 = t->vertex[0];
     Tri* const n1 = t->neighbor[1];
     Tri* const n2 = t->neighbor[2];

@@ -14,7 +14,11 @@ template <class Real>
 bool DelaunayEngine<Real>::deleteTriangle(Tri* t) {
     if (t == nullptr || t == Pool::newest() || !Pool::owns(t)) { return false; }
     for (Tri* const n : t->neighbor) { redirect(n, t, static_cast<Tri*>(nullptr)); }
+    const Tri gone = *t;
     Pool::drop(t);
+    for (Real* const v : gone.vertex) {
+        if (flatVertices.contains(v) && !Pool::hasVertex(v)) { flatVertices.erase(v); }
+    }
     return true;
 }
 
@@ -27,6 +31,7 @@ struct DelaunayEngine<Real>::Star {
     std::vector<Tri*> triangles;
     std::vector<Tri*> outer;
     std::vector<int> link;
+    std::vector<Tri*> folds;  // see collectFolds()
 
     [[nodiscard]] int size() const { return static_cast<int>(ring.size()); }
     [[nodiscard]] Xy at(int i) const { return xyOf(ring[static_cast<std::size_t>(i)]); }
@@ -47,13 +52,16 @@ bool DelaunayEngine<Real>::removePoint(Tri* hint, Real x, Real y, Real radius) {
     if (corner == 3 || !collectStar(t, corner, star)) { return false; }
     const bool isFan = planFan(star, ears);
     if (!isFan && !planEars(star, ears)) { return false; }
+    collectFolds(star);
     fillHole(star, ears);
+    flatVertices.erase(star.centre);
     dropSurplus(star);
     if (isFan) {
         legaliseFan(star);
     } else {
         legaliseHole(star);
     }
+    openFolds(star);
     return true;
 }
 
@@ -167,6 +175,53 @@ void DelaunayEngine<Real>::fillHole(const Star& star, const std::vector<int>& ea
     }
 }
 
+// Beside points in one place, a triangle of no area can be left with a corner inside its longest
+// edge: the flip that would take it away needs a triangle with an area beyond that edge. Such a fold
+// can hide another one. The hole of a removed point is filled with triangles that have an area, so
+// that the flips can be made up for.
+
+/// Whether corner `i` of t is inside the edge opposite it.
+template <class Real>
+bool isFold(const TinRecord<Real>* t, int i) {
+    const Xy p = xyOf(t->vertex[i]), a = xyOf(t->vertex[after[i]]), b = xyOf(t->vertex[before[i]]);
+    if (orientation(p, a, b) != 0) { return false; }
+    const auto isBetween = [](double low, double middle, double high) {
+        return (low < middle && middle < high) || (high < middle && middle < low);
+    };
+    return isBetween(a.x, p.x, b.x) || isBetween(a.y, p.y, b.y);
+}
+
+/// Finds the folds that meet the hole with their longest edge, and those behind them. Only triangles
+/// of no area have such neighbours.
+template <class Real>
+void DelaunayEngine<Real>::collectFolds(Star& star) const {
+    const auto collect = [this, &folds = star.folds](Tri* t, int slot) {
+        if (isFold(t, slot) && folds.size() < Pool::count()) { folds.push_back(t); }
+    };
+    for (std::size_t i = 0; i < star.outer.size(); ++i) {
+        if (!hasArea(star.triangles[i])) { collect(star.outer[i], star.link[i]); }
+    }
+    for (std::size_t n = 0; n < star.folds.size(); ++n) {
+        const Tri* const t = star.folds[n];
+        for (Tri* const behind : t->neighbor) {
+            const int back = behind == nullptr ? 3 : behind->index(t);
+            if (back != 3) { collect(behind, back); }
+        }
+    }
+}
+
+/// Flips the longest edge of each fold, from the hole outwards, which leaves no fold.
+template <class Real>
+void DelaunayEngine<Real>::openFolds(const Star& star) {
+    for (Tri* const t : star.folds) {
+        for (int i = 0; i < 3; ++i) {
+            if (!isFold(t, i)) { continue; }
+            if (hasArea(t->neighbor[i])) { flipIfIllegal({t, i}); }
+            break;
+        }
+    }
+}
+
 /// The last two triangles of the star are not needed any more. The newest triangle takes the place
 /// of each, and the star follows it there.
 template <class Real>
@@ -179,6 +234,7 @@ void DelaunayEngine<Real>::dropSurplus(Star& star) {
         Tri* const surplus = star.triangles[i];
         Tri* const moved = Pool::drop(surplus);
         std::replace(star.triangles.begin(), star.triangles.end(), moved, surplus);
+        std::replace(star.folds.begin(), star.folds.end(), moved, surplus);
     }
     star.triangles.resize(kept);
 }

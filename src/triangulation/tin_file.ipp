@@ -35,7 +35,7 @@ bool DelaunayEngine<Real>::readText(const char* path, Real*& vertices, int& coun
 template <class Real>
 template <class Sink>
 bool DelaunayEngine<Real>::write(const char* path) {
-    VertexNumbers<Real> vertexNumbers;
+    VertexNumbers<Real> vertexNumbers(Pool::count());
     for (Pnt& corner : frame) { vertexNumbers(corner); }
     for (std::size_t n = 0; n < Pool::count(); ++n) {
         for (Real* const v : Pool::at(n)->vertex) { vertexNumbers(v); }
@@ -62,6 +62,7 @@ bool DelaunayEngine<Real>::read(Source source, Real*& vertices, int& count) {
     vertices = nullptr;
     count = 0;
     Pool::clear();
+    flatVertices.clear();
     wholePoints = true;
 
     std::unique_ptr<Real[]> readVertices;

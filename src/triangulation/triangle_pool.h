@@ -39,6 +39,12 @@ public:
         }
         return false;
     }
+    [[nodiscard]] bool hasVertex(const Real* v) const noexcept {
+        for (std::size_t n = 0; n < size; ++n) {
+            if (placeOf(at(n)->vertex, v) != 3) { return true; }
+        }
+        return false;
+    }
 
     /// Makes sure that the next two triangles need no memory.
     void prepareTwo() {

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <map>
 #include <random>
 #include <string>
 #include <utility>
@@ -43,6 +45,35 @@ TYPED_TEST(SurfaceValidateTest, FindsNothingInSoundNetworks) {
         const auto& p = this->points[std::size_t(pick(n + 1))];
         if (pick(3) == 0) { this->engine->removePoint(nullptr, p.x, p.y, 1); }
         if (n % 100 == 0) { ASSERT_EQ(this->fault(), "") << n; }
+    }
+}
+
+// Each vertex is offered again; then one after the other goes until each place has one.
+TYPED_TEST(SurfaceValidateTest, FindsNothingBesidePointsInOnePlace) {
+    std::mt19937 random(support::newSeed());
+    for (int round = 0; round < 300; ++round) {
+        std::vector<XPnt3d> places;
+        for (int n = 0; n < 40; ++n) { places.emplace_back(random() % 5 * 25, random() % 5 * 25); }
+        const auto array = support::arrayOf<TypeParam>(places);
+        support::Network<TypeParam> net(-10, -10, 110, 110);
+        ASSERT_EQ(addPoints(net.engine.get(), array.get(), NAN), 0);
+        ASSERT_EQ(addPoints(net.engine.get(), array.get(), -1), 40);
+        const auto before = net.records();
+        EXPECT_EQ(addPoints(net.engine.get(), array.get(), round % 2 == 0 ? 0 : -1), 0);
+        EXPECT_EQ(net.records(), before);
+        addBreakline(net.engine.get(), array.get(), 0);
+        ASSERT_EQ(validate(net.engine.get()), QString());
+        ASSERT_EQ(vertexCount(net.engine.get()), 40);
+
+        std::map<std::pair<double, double>, int> held;
+        for (const XPnt3d& p : places) { ++held[{p.x, p.y}]; }
+        for (int n = 0; n < 200; ++n) {
+            const auto& p = array->get(n % 40);
+            int& count = held[{p.x, p.y}];
+            if (count == 1 || !net.engine->removePoint(nullptr, p.x, p.y, 1)) { continue; }
+            --count;
+            ASSERT_EQ(validate(net.engine.get()), QString());
+        }
     }
 }
 

@@ -3,9 +3,8 @@
 
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
-#include "triangulation/ring.h"
+#include "triangulation/step_search.h"
 
-#include <cmath>
 #include <cstddef>
 #include <iterator>
 #include <list>
@@ -30,30 +29,26 @@ public:
     /// The engine may get more points meanwhile, but lose none.
     explicit EdgeMaker(DelaunayEngine<Real>& engine_) : engine(engine_) {}
 
-    /// What stands in the way from a vertex towards another.
-    enum class Way {
-        edge,     ///< an edge to `vertex`, which lies on the segment or is its end
-        crossed,  ///< the edge from `vertex` (on the left) to `other` crosses the segment
-        blocked,  ///< a hole, or damage
-    };
-    struct Step {
-        Way way = Way::blocked;
-        Real* vertex = nullptr;
-        Real* other = nullptr;
-        Tri* triangle = nullptr;  ///< beside the edge; for one that crosses, on the near side
-    };
+    using Step = StepTowards<Real>;
+    using Way = typename Step::Way;
 
-    /// The first step from a towards b. Beside triangles of no area several vertices lie that way: the
-    /// nearest counts.
+    /// Returns the first step from a towards b, in time for the triangles round one of the two that has
+    /// fewer of them, and for the edges that cross a-b.
     [[nodiscard]] Step look(Real* a, Real* b) {
-        Step best;
-        if (Tri* const start = triangleAt(a)) {
-            forRing(start, start->index(a), engine.count(), [b, &best](Tri* t, int i) {
-                lookInside(t, i, b, best);
-                return false;
-            });
+        Tri* const start = triangleAt(a, hint == nullptr ? engine.newest() : hint);
+        if (start == nullptr) { return {}; }
+        constexpr int fewTurns = 32;
+        Search search(start, a, b, engine.count());
+        for (int turns = 0; !search.isDone(); ++turns) {
+            if (turns == fewTurns) {
+                if (const Step step = lookBack(search, a, b); step.way != Way::blocked) {
+                    return step;
+                }
+            }
+            if (!search.isDone()) { search.turn(); }
         }
-        return best;
+        hint = search.step().triangle == nullptr ? start : search.step().triangle;
+        return search.step();
     }
 
     /// Collects the edges that cross a-b from `first` on. Returns the vertex where the crossings end: b,
@@ -109,6 +104,7 @@ public:
     }
 
 private:
+    using Search = StepSearch<Real>;
     using Place = typename std::list<Crossing>::iterator;
     /// Crossings that meet at one upper corner, and the corners of the chain beside it.
     struct Run {
@@ -118,39 +114,32 @@ private:
         bool leftIsStart, rightIsEnd;
     };
 
-    Tri* triangleAt(Real* v) {
-        Tri* const t = engine.locateFrom(hint == nullptr ? engine.newest() : hint, xyOf(v));
-        if (t == nullptr || t->index(v) == 3) { return nullptr; }
-        return hint = t;
+    /// A triangle at v, or null where other vertices hide it.
+    Tri* triangleAt(Real* v, Tri* start) {
+        Tri* const t = engine.locateFrom(start, xyOf(v));
+        return t == nullptr || t->index(v) == 3 ? nullptr : t;
     }
-    /// Improves `best` by what t, at whose corner `i` the segment starts, tells about the way to b.
-    static void lookInside(Tri* t, int i, Real* b, Step& best) {
-        Real* const a = t->vertex[i];
-        Real* const right = t->vertex[after[i]];
-        Real* const left = t->vertex[before[i]];
-        const auto isOn = [a, b](Real* v) {
-            return v == b || (orientation(xyOf(a), xyOf(b), xyOf(v)) == 0 && isAhead(a, b, v));
-        };
-        for (Real* const v : {right, left}) {
-            if (isOn(v) && (best.way != Way::edge || isNearer(a, v, best.vertex))) {
-                best = {Way::edge, v, nullptr, t};
-            }
+    /// Looks for the first step from a by going there from b. Blocked if that is not certain, or if
+    /// `search`, which gets as many turns, is done first.
+    Step lookBack(Search& search, Real* a, Real* b) {
+        Tri* const newest = engine.newest();
+        Tri* const start = newest->index(b) != 3 ? newest : triangleAt(b, engine.sample(xyOf(b)));
+        if (start == nullptr) { return {}; }
+        Search back(start, b, a, engine.count());
+        while (!back.isDone() && !search.isDone()) {
+            back.turn();
+            search.turn();
         }
-        if (best.way == Way::blocked && orientation(xyOf(a), xyOf(b), xyOf(right)) < 0 &&
-            orientation(xyOf(a), xyOf(b), xyOf(left)) > 0) {
-            best = {Way::crossed, left, right, t};
+        if (!back.isCertain()) { return {}; }
+        const Step& step = back.step();
+        if (step.way == Way::edge) {
+            if (step.vertex != a) { return {}; }
+            return {Way::edge, b, nullptr, hint = step.triangle};
         }
-    }
-    /// Whether v is nearer to a than w, all on one line.
-    static bool isNearer(const Real* a, const Real* v, const Real* w) {
-        return std::abs(v[0] - a[0]) < std::abs(w[0] - a[0]) ||
-               std::abs(v[1] - a[1]) < std::abs(w[1] - a[1]);
-    }
-    /// Whether v, on the line through a and b, lies on b's side of a, and not farther than b.
-    static bool isAhead(const Real* a, const Real* b, const Real* v) {
-        const int axis = a[0] != b[0] ? 0 : 1;
-        return b[axis] > a[axis] ? v[axis] > a[axis] && v[axis] <= b[axis]
-                                 : v[axis] < a[axis] && v[axis] >= b[axis];
+        const auto toTheEnd = [](const Crossing&, int) { return false; };
+        if (collect(b, a, step, toTheEnd) != a) { return {}; }
+        const Crossing& last = crossings.back();
+        return {Way::crossed, last.lower, last.upper, hint = last.behind};
     }
 
     Run runOf(Place corner, Real* a, Real* end) {
@@ -222,7 +211,7 @@ private:
     }
 
     DelaunayEngine<Real>& engine;
-    Tri* hint = nullptr;  // where the last vertex was found
+    Tri* hint = nullptr;  // where the last step was found
     std::list<Crossing> crossings;
 };
 

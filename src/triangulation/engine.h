@@ -80,6 +80,9 @@ public:
         bool isInside = false;
         return locateFrom(start, q, isInside);
     }
+    /// A triangle whose first corner is nearer to q than those of about sqrt(count()) others; null in
+    /// an empty network.
+    Tri* sample(Xy q);
     int vertexCount() const;
     int allVertexCount() const;
     int surfaceTriangleCount() const;

@@ -60,6 +60,22 @@ TinRecord<Real>* DelaunayEngine<Real>::locateFrom(Tri* start, Xy q, bool& isInsi
     return isInside ? t : settle(t, q);
 }
 
+template <class Real>
+TinRecord<Real>* DelaunayEngine<Real>::sample(Xy q) {
+    const auto stride = static_cast<std::size_t>(std::sqrt(double(Pool::count())));
+    Tri* nearest = nullptr;
+    double least2 = HUGE_VAL;
+    for (std::size_t n = 0; n < Pool::count(); n += stride) {
+        const Xy offset = xyOf(Pool::at(n)->vertex[0]) - q;
+        const double distance2 = offset.x * offset.x + offset.y * offset.y;
+        if (nearest == nullptr || distance2 < least2) {
+            nearest = Pool::at(n);
+            least2 = distance2;
+        }
+    }
+    return nearest;
+}
+
 /// Goes on by exact orientation, from where rounding may have stopped the walk too early.
 template <class Real>
 TinRecord<Real>* DelaunayEngine<Real>::settle(Tri* t, Xy q) {

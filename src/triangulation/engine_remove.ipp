@@ -1,9 +1,11 @@
 // The engine: taking triangles and vertices out.
 #pragma once
 
+#include "triangulation/cycle.h"
 #include "triangulation/engine.h"
 #include "triangulation/engine_insert.ipp"
 #include "triangulation/flip.h"
+#include "triangulation/passes.h"
 #include "triangulation/triangle_ring.ipp"
 
 #include <algorithm>
@@ -103,40 +105,50 @@ bool DelaunayEngine<Real>::planFan(const Star& star, std::vector<int>& ears) con
 
 /// Ears of any hole that can be filled. Every point of the ring is seen from the centre, so an ear is
 /// good if it is convex and does not reach over the centre: nothing else can lie in it, and what
-/// remains is still seen from the centre.
+/// remains is still seen from the centre. The next ear is the first one from the vertex before the
+/// last ear on; cutting changes only the ears beside it, so a list of all ears gives it at once.
 template <class Real>
 bool DelaunayEngine<Real>::planEars(const Star& star, std::vector<int>& ears) const {
     const int n = star.size();
-    std::vector<int> next(static_cast<std::size_t>(n)), previous(static_cast<std::size_t>(n));
-    const auto nextOf = [&next](int i) -> int& { return next[static_cast<std::size_t>(i)]; };
-    const auto previousOf = [&previous](int i) -> int& {
-        return previous[static_cast<std::size_t>(i)];
-    };
-    for (int i = 0; i < n; ++i) {
-        nextOf(i) = (i + 1) % n;
-        previousOf(i) = (i + n - 1) % n;
-    }
     const Xy centre = xyOf(star.centre);
-    ears.clear();
-    int rest = n;
-    for (int v = 0, misses = 0; rest > 2 && misses < rest;) {
-        const int u = previousOf(v);
-        const int w = nextOf(v);
-        const bool isEar = orientation(star.at(u), star.at(v), star.at(w)) > 0 &&
-                           (rest == 3 || orientation(star.at(u), star.at(w), centre) >= 0);
-        if (!isEar) {
-            v = w;
-            ++misses;
-            continue;
+    Cycle ring(n), good(n);
+    const auto isConvex = [&](int v) {
+        return orientation(star.at(ring.previous(v)), star.at(v), star.at(ring.next(v))) > 0;
+    };
+    const auto isEar = [&](int v) {
+        return isConvex(v) &&
+               orientation(star.at(ring.previous(v)), star.at(ring.next(v)), centre) >= 0;
+    };
+    std::vector<bool> isGood(static_cast<std::size_t>(n), true);
+    const auto update = [&](int v, int place) {
+        auto wasGood = isGood[static_cast<std::size_t>(v)];
+        if (wasGood == isEar(v)) { return; }
+        if (wasGood) {
+            good.remove(v);
+        } else {
+            good.insertAfter(place, v);
         }
+        wasGood.flip();
+    };
+    for (int v = 0; v < n; ++v) { update(v, v); }
+    const auto firstGood = std::find(isGood.begin(), isGood.end(), true);
+    bool isLeft = firstGood != isGood.end();
+    int v = static_cast<int>(firstGood - isGood.begin()), last = 0;
+    ears.clear();
+    for (int rest = n; rest > 3; --rest) {
+        if (!isLeft) { return false; }
         ears.push_back(v);
-        nextOf(u) = w;
-        previousOf(w) = u;
-        --rest;
-        misses = 0;
-        v = u;
+        last = ring.previous(v);
+        ring.remove(v);
+        update(last, good.previous(v));
+        update(ring.next(last), v);
+        const int next = isGood[static_cast<std::size_t>(last)] ? last : good.next(v);
+        isLeft = next != v;
+        good.remove(v);
+        v = next;
     }
-    return rest == 2;
+    ears.push_back(last);
+    return isConvex(last);
 }
 
 /// Makes the ears of the first triangles of the star, and links them to each other and outwards.
@@ -252,26 +264,36 @@ void DelaunayEngine<Real>::legaliseFan(const Star& star) {
     }
 }
 
-/// Flips inner edges of the hole until none is illegal. Strictly: four points on a circle would flip
-/// to and fro. An edge that was flipped away does not come back, so that pairs of vertices bound the
-/// flips; only in a damaged network, whose hole may be linked to itself, are there more.
+/// Flips inner edges of the hole until none is illegal, in passes over its triangles by address.
+/// Strictly: four points on a circle would flip to and fro. An edge that was flipped away does not
+/// come back, so that pairs of vertices bound the flips; only in a damaged network, whose hole may be
+/// linked to itself, are there more. A pass skips triangles beside which nothing has changed.
 template <class Real>
 void DelaunayEngine<Real>::legaliseHole(Star& star) {
     std::vector<Tri*>& inner = star.triangles;
     std::sort(inner.begin(), inner.end(), std::less<>());
-    const auto isIllegal = [&inner](const Tri* t, int slot) {
+    const auto numberOf = [&inner](const Tri* t) {
+        const auto place = std::lower_bound(inner.begin(), inner.end(), t, std::less<>());
+        const bool isInner = place != inner.end() && *place == t;
+        return isInner ? static_cast<std::size_t>(place - inner.begin()) : inner.size();
+    };
+    const auto isIllegal = [&](const Tri* t, int slot) {
         Tri* const n = t->neighbor[slot];
-        if (!std::binary_search(inner.begin(), inner.end(), n, std::less<>())) { return false; }
+        if (numberOf(n) == inner.size()) { return false; }
         const int j = n->index(t);
         return j != 3 && inCircle(t->vertex[slot], t->vertex[after[slot]], t->vertex[before[slot]],
                                   n->vertex[j]) > 0;
     };
-    std::size_t passesLeft = star.ring.size() * star.ring.size();
-    for (bool flipped = true; flipped && passesLeft > 0; --passesLeft) {
-        flipped = false;
-        for (Tri* const t : inner) {
-            for (int slot = 0; slot < 3; ++slot) {
-                flipped |= isIllegal(t, slot) && flipIfIllegal({t, slot}).triangle != nullptr;
+    Passes passes(inner.size(), star.ring.size() * star.ring.size());
+    while (passes.next()) {
+        Tri* const t = inner[passes.number()];
+        for (int slot = 0; slot < 3; ++slot) {
+            if (!isIllegal(t, slot)) { continue; }
+            Tri* const n = t->neighbor[slot];
+            flipIfIllegal({t, slot});
+            for (const Tri* const changed : {t, n}) {
+                passes.add(numberOf(changed));
+                for (const Tri* const beside : changed->neighbor) { passes.add(numberOf(beside)); }
             }
         }
     }

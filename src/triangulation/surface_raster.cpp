@@ -1,6 +1,7 @@
 // Heights of a surface on a grid.
 #include <zyn/surface.h>
 
+#include "triangulation/cell_polygon.h"
 #include "triangulation/flip.h"
 #include "triangulation/surface_triangles.h"
 
@@ -24,6 +25,10 @@ struct CellAxis {
         const double cell = (value - min) * perStep - 0.5;
         return cell > 0 ? static_cast<int>(std::min(cell, double(count))) : 0;  // 0 for a NaN
     }
+    /// The place of `value` in cells: whole numbers are the centres.
+    [[nodiscard]] double placeOf(double value) const { return (value - min) * perStep - 0.5; }
+    /// How far the place of a centre is from a whole number at most, in cells.
+    [[nodiscard]] double unclear() const { return 0x1p-50 * (std::abs(min) * perStep + count); }
 };
 
 /// Fills the cells whose centres a triangle holds, row by row. Two triangles see the same crossing
@@ -45,6 +50,8 @@ public:
             lowest = std::min(lowest, double(v[1]));
             highest = std::max(highest, double(v[1]));
         }
+        const int spanned = rows.upTo(highest) - rows.upTo(lowest);
+        if (spanned > fewRows && fillSliver(t, plane, spanned)) { return; }
         // More than the rounding of a crossing, which is some units in the last place.
         const double unclear =
             1e-14 * std::max({std::abs(double(t->vertex[0][0])), std::abs(double(t->vertex[1][0])),
@@ -62,6 +69,35 @@ public:
     }
 
 private:
+    static constexpr int fewRows = 16;
+
+    /// Fills a triangle that spans many more rows than it holds centres. Returns false and changes
+    /// nothing for any other, and where rounding hides the places of the centres.
+    bool fillSliver(const TinRecord<Real>* t, const HeightPlane& plane, int spanned) const {
+        Xy corner[3];
+        double farthest = 0;
+        for (int i = 0; i < 3; ++i) {
+            const Xy v = xyOf(t->vertex[i]);
+            corner[i] = {columns.placeOf(v.x), rows.placeOf(v.y)};
+            farthest = std::max({farthest, std::abs(corner[i].x), std::abs(corner[i].y)});
+        }
+        const double unclear = 0x1p-48 * farthest + columns.unclear() + rows.unclear();
+        if (!(unclear < 0x1p-10)) { return false; }
+        const CellPolygon polygon(corner[0], corner[1], corner[2], columns.count, rows.count,
+                                  unclear);
+        if (spanned <= fewRows + 4 * polygon.area()) { return false; }
+        polygon.forCells([&](int column, int row) {
+            const Xy centre{columns.centre(column), rows.centre(row)};
+            if (isHeldBy(t, centre)) { rowOf(row)[column] = plane.at(centre.x, centre.y); }
+        });
+        for (const Real* const v : t->vertex) {
+            const int near = rows.upTo(double(v[1]));
+            for (int row = near; row < std::min(near + 2, rows.count); ++row) {
+                if (rows.centre(row) == double(v[1])) { setVertex(v, row); }
+            }
+        }
+        return true;
+    }
     void fillRow(const TinRecord<Real>* t, const HeightPlane& plane, double unclear, int row,
                  double y) const {
         double left = HUGE_VAL, right = -HUGE_VAL;

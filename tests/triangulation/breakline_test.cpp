@@ -101,6 +101,22 @@ TYPED_TEST(Breaklines, TangledLinesEnd) {
     }
 }
 
+TYPED_TEST(Breaklines, MeetInAHubThatHasManyEdges) {
+    std::mt19937 random(support::newSeed());
+    std::uniform_int_distribution<int> coordinate(-1000, 1000);
+    Ground<TypeParam> ground(-2000, -2000, 2000, 2000);
+    Line ends;
+    for (int i = 0; i < 400; ++i) { ends.emplace_back(coordinate(random), coordinate(random), 1); }
+    for (const XPnt3d& p : ends) { ground.add(p.x, p.y); }
+    std::shuffle(ends.begin(), ends.end(), random);
+    for (std::size_t i = 0; i < ends.size(); ++i) {
+        const bool isNear = i % 2 == 0;  // from the hub, or to it, from a new point or an old one
+        if (i % 3 == 0) { ends[i].x = coordinate(random); }
+        ground.addLine(isNear ? Line{{0, 0}, ends[i]} : Line{ends[i], {0, 0}});
+    }
+    for (const XPnt3d& p : ends) { EXPECT_TRUE(ground.reaches({0, 0}, p)) << p.x << ", " << p.y; }
+}
+
 TYPED_TEST(Breaklines, StartAtTheNearestVertexWithinTheTolerance) {
     for (const double x : {4.25, 4.75}) {
         Ground<TypeParam> ground(0, 0, 10, 10);

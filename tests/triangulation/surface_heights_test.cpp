@@ -146,6 +146,31 @@ TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseAtTheCentres) {
     }
 }
 
+TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseOfSliversThatHoldFewCentres) {
+    // Slivers between two lines of points, which pass most centres of a grid by, in three directions.
+    std::mt19937 random(support::newSeed());
+    std::uniform_real_distribution<double> anywhere(0, 40);
+    for (const auto& [dx, dy] : {std::pair(0.0, 400.0), {297.3, 391.7}, {-20.1, 380.0}}) {
+        SCOPED_TRACE(dx);
+        support::Network<TypeParam> network(-1000, -1000, 1000, 1000);
+        for (int i = 0; i < 300; ++i) {
+            network.add(i % 3 == 0 ? i / 9 : anywhere(random), 0.25, std::sin(i));
+            network.add(dx + (i % 3 == 0 ? i / 9 : anywhere(random)), dy, std::cos(i));
+        }
+        const ref_ptr<MatrixDbl> out = newMatrixDbl();
+        ASSERT_TRUE(
+            rasterize(network.engine.get(), {-0.5, -0.5, 299.5, 399.5}, 300, 400, out.get()));
+        std::vector<XPnt3d> all;
+        for (int n = 0; n < 300 * 400; ++n) { all.emplace_back(n % 300, n / 300, 0); }
+        const auto centres = support::arrayOf<double>(all);
+        EXPECT_GT(heightAt(network.engine.get(), centres.get()), 8000);
+        for (int n = 0; n < 300 * 400; ++n) {
+            const double z = centres->get(n).z, cell = out->get(n / 300, n % 300);
+            ASSERT_TRUE(this->isSame(z, cell, 1e-6)) << n << ": " << z << ", " << cell;
+        }
+    }
+}
+
 TYPED_TEST(SurfaceHeightsTest, OfARasterHoldOnLongEdgesAndBesideFlatTriangles) {
     // The edge runs through (0, 0) and (3, 1); the other triangles are far from there.
     support::Network<TypeParam> network(-1e10, -1e10, 1e10, 1e10);

@@ -1,0 +1,50 @@
+// Passes over numbered things that skip those without a reason to look at them.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <queue>
+#include <utility>
+#include <vector>
+
+namespace zyn {
+
+/// Passes over the numbers below `count` in ascending order. The first pass has all of them, a later
+/// one those that were added since their turn. Ends when a pass has none, or after `most` passes.
+class Passes {
+public:
+    Passes(std::size_t count, std::size_t most) : isDue(count, false), passesLeft(most) {
+        for (std::size_t n = 0; n < count; ++n) { add(n); }
+    }
+    /// Goes to the next number; false at the end.
+    bool next() {
+        if (now.empty()) {
+            if (later.empty() || passesLeft == 0) { return false; }
+            --passesLeft;
+            std::swap(now, later);
+        }
+        hasBegun = true;
+        current = now.top();
+        now.pop();
+        isDue[current] = false;
+        return true;
+    }
+    [[nodiscard]] std::size_t number() const { return current; }
+    /// Adds `n` to this pass if its turn comes yet, else to the next. Ignores numbers from `count` on.
+    void add(std::size_t n) {
+        if (n >= isDue.size() || isDue[n]) { return; }
+        isDue[n] = true;
+        (hasBegun && n > current ? now : later).push(n);
+    }
+
+private:
+    using Queue = std::priority_queue<std::size_t, std::vector<std::size_t>, std::greater<>>;
+
+    std::vector<bool> isDue;
+    Queue now, later;
+    std::size_t passesLeft;
+    std::size_t current = 0;
+    bool hasBegun = false;
+};
+
+}  // namespace zyn

@@ -25,11 +25,11 @@ public:
     /// Remembers the path, and adds the entries of the file to those that are there. Makes an empty
     /// file if there is nothing. Returns 0, or -1 at once if:
     /// - the file can be neither found nor made;
+    /// - the file cannot be read to its end, and then it adds no entry;
     /// - the path is that of a folder, a pipe or a device.
     ///
-    /// A file that cannot be read to its end adds no entry, and returns 0 too. The end of the
-    /// object writes neither to such a file nor to a pipe or device: values that were set reach it
-    /// only by save(). If allocation fails, throws std::bad_alloc and remembers nothing.
+    /// After -1 the end of the object writes nothing: values that were set reach the file only by
+    /// save(). If allocation fails, throws std::bad_alloc and remembers nothing.
     virtual int open(QString path) = 0;
     /// Sets the value of a key, and returns 0. The third string is not used.
     virtual int setValue(QString key, QString value, QString extra) = 0;

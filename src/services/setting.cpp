@@ -31,7 +31,7 @@ public:
         // What could not be read is not to be cut by an end that nobody asked for.
         isRead = isThere ? read(newPath) : create(newPath);
         path = std::move(newPath);
-        return isThere || isFileExist(path) ? 0 : -1;
+        return isRead && isFileExist(path) ? 0 : -1;
     }
     int setValue(QString key, QString value, QString) override {
         values[std::move(key)] = std::move(value);

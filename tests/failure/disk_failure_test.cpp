@@ -315,7 +315,7 @@ TEST(ReadFailure, GivesNothing) {
             EXPECT_FALSE(failingAfter([&] { return readPnt2dArray(name, points, nullptr); }));
             EXPECT_EQ(points, nullptr);
             ref_ptr<IZynSetting> settings = newZynSetting(QString());
-            EXPECT_EQ(failingAfter([&] { return settings->open(name); }), 0);
+            EXPECT_EQ(failingAfter([&] { return settings->open(name); }), -1);
             EXPECT_TRUE(settings->getValue(QStringLiteral("a")).isNull());
             settings = nullptr;  // does not save what it does not have
             EXPECT_EQ(contentOf(path), text);

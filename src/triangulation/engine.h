@@ -11,6 +11,7 @@
 #include <zyn/delaunay.h>
 
 #include "triangulation/fixed_edges.h"
+#include "triangulation/passes.h"
 #include "triangulation/predicates.h"
 #include "triangulation/triangle_pool.h"
 
@@ -135,7 +136,7 @@ private:
     void collectFolds(Star& star) const;
     void dropSurplus(Star& star);
     void legaliseFan(const Star& star);
-    void legaliseHole(Star& star);
+    void legaliseHole(Star& star, Passes& passes);
     static void openFolds(const Star& star);
 
     // tin_file.ipp

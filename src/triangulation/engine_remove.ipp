@@ -5,7 +5,6 @@
 #include "triangulation/engine.h"
 #include "triangulation/engine_insert.ipp"
 #include "triangulation/flip.h"
-#include "triangulation/passes.h"
 #include "triangulation/triangle_ring.ipp"
 
 #include <algorithm>
@@ -55,13 +54,14 @@ bool DelaunayEngine<Real>::removePoint(Tri* hint, Real x, Real y, Real radius) {
     const bool isFan = planFan(star, ears);
     if (!isFan && !planEars(star, ears)) { return false; }
     collectFolds(star);
+    Passes passes(isFan ? 0 : star.ring.size() - 2, star.ring.size() * star.ring.size());
     fillHole(star, ears);
     flatVertices.erase(star.centre);
     dropSurplus(star);
     if (isFan) {
         legaliseFan(star);
     } else {
-        legaliseHole(star);
+        legaliseHole(star, passes);
     }
     openFolds(star);
     return true;
@@ -269,7 +269,7 @@ void DelaunayEngine<Real>::legaliseFan(const Star& star) {
 /// come back, so that pairs of vertices bound the flips; only in a damaged network, whose hole may be
 /// linked to itself, are there more. A pass skips triangles beside which nothing has changed.
 template <class Real>
-void DelaunayEngine<Real>::legaliseHole(Star& star) {
+void DelaunayEngine<Real>::legaliseHole(Star& star, Passes& passes) {
     std::vector<Tri*>& inner = star.triangles;
     std::sort(inner.begin(), inner.end(), std::less<>());
     const auto numberOf = [&inner](const Tri* t) {
@@ -284,7 +284,6 @@ void DelaunayEngine<Real>::legaliseHole(Star& star) {
         return j != 3 && inCircle(t->vertex[slot], t->vertex[after[slot]], t->vertex[before[slot]],
                                   n->vertex[j]) > 0;
     };
-    Passes passes(inner.size(), star.ring.size() * star.ring.size());
     while (passes.next()) {
         Tri* const t = inner[passes.number()];
         for (int slot = 0; slot < 3; ++slot) {

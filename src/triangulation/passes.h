@@ -11,9 +11,11 @@ namespace zyn {
 
 /// Passes over the numbers below `count` in ascending order. The first pass has all of them, a later
 /// one those that were added since their turn. Ends when a pass has none, or after `most` passes.
+/// Allocates in the constructor only.
 class Passes {
 public:
-    Passes(std::size_t count, std::size_t most) : isDue(count, false), passesLeft(most) {
+    Passes(std::size_t count, std::size_t most)
+        : isDue(count, false), now(roomFor(count)), later(roomFor(count)), passesLeft(most) {
         for (std::size_t n = 0; n < count; ++n) { add(n); }
     }
     /// Goes to the next number; false at the end.
@@ -39,6 +41,12 @@ public:
 
 private:
     using Queue = std::priority_queue<std::size_t, std::vector<std::size_t>, std::greater<>>;
+
+    static Queue roomFor(std::size_t count) {
+        std::vector<std::size_t> room;
+        room.reserve(count);
+        return Queue(std::greater<>(), std::move(room));
+    }
 
     std::vector<bool> isDue;
     Queue now, later;

@@ -8,7 +8,7 @@
 #include "heap.h"
 #include "measure.h"
 
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <CGAL/Delaunay_triangulation_2.h>
 #include <CGAL/Exact_predicates_inexact_constructions_kernel.h>

@@ -1,6 +1,6 @@
 // Operations on an engine of either precision. After every few of them the network must be sound, unless
 // an operation before has left a hole or rounded its points: then nothing may crash or hang.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <cmath>
 #include <cstdio>

@@ -1,5 +1,5 @@
 // Files of networks, binary and text, read by both engines; what was read is then used.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include <zyn/surface.h>
+#include <zyn/network.h>
 #include <zyn/textfile.h>
 
 #include <cstdio>

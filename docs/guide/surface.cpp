@@ -1,4 +1,4 @@
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <cmath>
 #include <cstdio>

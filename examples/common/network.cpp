@@ -4,7 +4,7 @@
 #include "terminal_progress.h"
 
 #include <zyn/geometry.h>
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <algorithm>
 #include <cstdio>

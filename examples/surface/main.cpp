@@ -11,7 +11,7 @@
 #include "terrain_picture.h"
 
 #include <zyn/geometry.h>
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <algorithm>
 #include <chrono>

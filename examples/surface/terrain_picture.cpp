@@ -3,7 +3,7 @@
 #include "picture.h"
 #include "rounding.h"
 
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <algorithm>
 #include <cmath>

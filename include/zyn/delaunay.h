@@ -51,7 +51,7 @@ public:
     using Pnt = XPnt3<Real>;      ///< The point of this precision.
 
     // Iteration, in pool order, by the engine's one cursor. rayIntersections, rayNearest, exportObj
-    // and the functions of surface.h move it too.
+    // and the functions of network.h move it too.
 
     /// The triangle at the cursor, which moves on; null after the last, until the next rewind.
     virtual Tri* nextTriangle() = 0;
@@ -131,7 +131,7 @@ public:
     /// Triangulates the convex hull of `count` points, pointers to x, y, z, which must stay and
     /// become vertices by their addresses: of whole XPnt3d for findCone with a radius and
     /// exportObj. The generator sees x and y rounded to float, and ignores all but one of the
-    /// points that then fall together: prefer addPoints() of surface.h, unless the coordinates are
+    /// points that then fall together: prefer addPoints() of network.h, unless the coordinates are
     /// small numbers. At those of a national grid (1e6) the rounding, up to 0.25, loses points and
     /// folds triangles.
     ///
@@ -160,7 +160,7 @@ public:
     /// standard output. `points` is the whole sequence that addPoint was given, in that order. A
     /// face whose longest edge in space is above `maxEdge` is left out, if that is below 99999. A
     /// negative `maxEdge` works as its magnitude, which then has no upper bound.
-    /// Serves up to 32768 points, whose number fits `inten`; writeObj of surface.h has no such limit.
+    /// Serves up to 32768 points, whose number fits `inten`; writeObj of network.h has no such limit.
     /// False when the file cannot be opened or written whole, with an old one as it was, and on a network
     /// whose vertices are bare coordinates (after a read or compactVertices).
     virtual bool exportObj(std::span<const XPnt3d> points, const char* path, double maxEdge) = 0;

@@ -27,7 +27,7 @@ public:
     virtual void step(double amount) = 0;
     /// What is being done. The library does not call it.
     virtual void setMessage(QString message) = 0;
-    /// Whether the user wants an end. Only addPoints() of surface.h asks.
+    /// Whether the user wants an end. Only addPoints() of network.h asks.
     [[nodiscard]] virtual bool isCanceled() = 0;
     /// The end. The library does not call it.
     virtual void finish() = 0;

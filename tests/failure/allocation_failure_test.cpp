@@ -6,7 +6,7 @@
 #include <zyn/log.h>
 #include <zyn/pms.h>
 #include <zyn/setting.h>
-#include <zyn/surface.h>
+#include <zyn/network.h>
 #include <zyn/textfile.h>
 #include <zyn/transform.h>
 #include <zyn/variant.h>

@@ -1,7 +1,7 @@
 // An engine with the points that it stands on.
 #pragma once
 
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "point_sets.h"
 
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 // Networks of hard families of points: valid, and Delaunay by exact arithmetic.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <gtest/gtest.h>
 

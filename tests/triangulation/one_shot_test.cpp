@@ -1,5 +1,5 @@
 // The one-shot triangulation by the mesh generator.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <gtest/gtest.h>
 

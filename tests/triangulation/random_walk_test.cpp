@@ -1,5 +1,5 @@
 // Long random walks of operations, after which the network is what it should be.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <gtest/gtest.h>
 

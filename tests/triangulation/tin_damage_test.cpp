@@ -1,6 +1,6 @@
 // Networks in files: their bytes and the way back. Whatever stands in a damaged one, reading it gives a network
 // that can be used, or nothing, and takes no more memory than the size of the file allows.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

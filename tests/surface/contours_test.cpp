@@ -1,5 +1,5 @@
 // Isolines and volumes of a surface.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <gtest/gtest.h>
 

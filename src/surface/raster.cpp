@@ -1,9 +1,9 @@
 // Heights of a surface on a grid.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
-#include "triangulation/cell_polygon.h"
+#include "surface/cell_polygon.h"
 #include "triangulation/flip.h"
-#include "triangulation/surface_triangles.h"
+#include "surface/surface_triangles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -173,7 +173,7 @@ bool rasterize(DelaunayInterface<Real>* interface, const Enve2d& envelope, int c
     const CellAxis columns(envelope.minX, envelope.maxX, cellsX);
     const CellAxis rows(envelope.minY, envelope.maxY, cellsY);
     const TriangleFill<Real> fill(columns, rows, out->data());
-    Surface<Real>(engine, maxEdge).forEach([&fill](const TinRecord<Real>* t, std::size_t) {
+    SurfaceTriangles<Real>(engine, maxEdge).forEach([&fill](const TinRecord<Real>* t, std::size_t) {
         fill(t);
     });
     return true;

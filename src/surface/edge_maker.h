@@ -3,7 +3,7 @@
 
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
-#include "triangulation/step_search.h"
+#include "surface/step_search.h"
 
 #include <cstddef>
 #include <iterator>

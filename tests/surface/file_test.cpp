@@ -1,5 +1,5 @@
 // Surfaces as OBJ, PLY and LandXML files, as other programs and the formats read them.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <QXmlStreamReader>
 

@@ -2,10 +2,11 @@
 #pragma once
 
 #include <zyn/geometry.h>
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include "triangulation/engine.h"
 #include "triangulation/ring.h"
+#include "triangulation/vertex_position.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,28 +15,14 @@
 
 namespace zyn {
 
-/// Position and height of a vertex.
-template <class Real>
-[[nodiscard]] inline XPnt3d positionOf(const Real* v) {
-    return {double(v[0]), double(v[1]), double(v[2])};
-}
-
-/// Square of the longest edge in space.
-template <class Real>
-[[nodiscard]] inline double longestEdge2(const TinRecord<Real>* t) {
-    const XPnt3d a = positionOf(t->vertex[0]), b = positionOf(t->vertex[1]),
-                 c = positionOf(t->vertex[2]);
-    return std::max({dist2(a, b), dist2(b, c), dist2(c, a)});
-}
-
 /// Which triangles of an engine make up its surface.
 template <class Real>
-class Surface {
+class SurfaceTriangles {
 public:
     using Tri = TinRecord<Real>;
 
     /// Without an engine there is no triangle.
-    explicit Surface(const DelaunayEngine<Real>* engine_, double maxEdge = anyEdge)
+    explicit SurfaceTriangles(const DelaunayEngine<Real>* engine_, double maxEdge = anyEdge)
         : engine(engine_), most2(maxEdge < 0 ? -1 : maxEdge * maxEdge) {}
 
     [[nodiscard]] bool hasEngine() const { return engine != nullptr; }

@@ -1,8 +1,8 @@
 // The surface along a straight line.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include "triangulation/flip.h"
-#include "triangulation/surface_triangles.h"
+#include "surface/surface_triangles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -206,7 +206,7 @@ private:
     }
 
     DelaunayEngine<Real>& engine;
-    Surface<Real> surface;
+    SurfaceTriangles<Real> surface;
     const Xy a, b;
     ref_ptr<Pnt3dArray> points = newPnt3dArray();
     std::unordered_set<const Real*> touched;     // vertices that addTouch has looked round

@@ -1,15 +1,10 @@
-// Surfaces as text in `v` and `f` lines: the numbered export of the double engine, and Wavefront OBJ
-// of any engine.
-#include <zyn/surface.h>
-
+// The numbered export of the double engine: text in `v` and `f` lines.
 #include "core/text_number.h"
 #include "triangulation/engine.h"
-#include "triangulation/surface_file.h"
 #include "triangulation/tin_streams.h"
+#include "triangulation/vertex_position.h"
 
-#include <cstdint>
 #include <cstdio>
-#include <string>
 
 namespace zyn {
 namespace {
@@ -66,32 +61,5 @@ bool delaunayD::exportObj(std::span<const XPnt3d> points, const char* path, doub
     std::printf("Done!");
     return file.commit();
 }
-
-template <class Real>
-bool writeObj(DelaunayInterface<Real>* engine, const char* path, double maxEdge) {
-    SurfaceFile<Real> file(engine, path, maxEdge);
-    if (!file.isOpen()) { return false; }
-    std::string& text = file.text;
-    file.forVertices([&text](const Real* v) {
-        text += 'v';
-        for (int axis = 0; axis < 3; ++axis) {
-            text += ' ';
-            appendNumber(text, v[axis]);
-        }
-        text += '\n';
-    });
-    file.forFaces([&text](const auto& face) {
-        text += 'f';
-        for (const std::int32_t n : face) {
-            text += ' ';
-            appendNumber(text, n + 1);
-        }
-        text += '\n';
-    });
-    return file.commit();
-}
-
-template bool writeObj(DelaunayInterface<float>*, const char*, double);
-template bool writeObj(DelaunayInterface<double>*, const char*, double);
 
 }  // namespace zyn

@@ -1,10 +1,10 @@
 // Whole arrays of points into an engine.
 #include <zyn/progress.h>
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include "core/prefetch.h"
 #include "triangulation/engine.h"
-#include "triangulation/spatial_order.h"
+#include "surface/spatial_order.h"
 
 #include <algorithm>
 #include <vector>

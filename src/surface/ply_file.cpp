@@ -1,8 +1,8 @@
 // Surfaces as binary PLY files.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include "core/text_number.h"
-#include "triangulation/surface_file.h"
+#include "surface/surface_file.h"
 #include "triangulation/tin_streams.h"
 
 #include <cmath>

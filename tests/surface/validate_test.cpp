@@ -1,5 +1,5 @@
 // The check of a network, and what becomes of a surface that does not pass it.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <gtest/gtest.h>
 

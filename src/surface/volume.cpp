@@ -1,7 +1,7 @@
 // Cut and fill.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
-#include "triangulation/surface_triangles.h"
+#include "surface/surface_triangles.h"
 
 #include <algorithm>
 #include <array>
@@ -50,7 +50,7 @@ private:
 template <class Real>
 SurfaceVolume volume(DelaunayInterface<Real>* interface, double level, double maxEdge) {
     SurfaceVolume sum;
-    Surface<Real>(engineOf(interface), maxEdge).forEach([&](const TinRecord<Real>* t, std::size_t) {
+    SurfaceTriangles<Real>(engineOf(interface), maxEdge).forEach([&](const TinRecord<Real>* t, std::size_t) {
         const XPnt3d a = positionOf(t->vertex[0]), b = positionOf(t->vertex[1]),
                      c = positionOf(t->vertex[2]);
         const double area = ((b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x)) / 2;

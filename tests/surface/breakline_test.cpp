@@ -1,6 +1,6 @@
 // Breaklines: every segment in the network, whatever it crosses.
 #include <zyn/geometry.h>
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // The isolines of a surface.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include "triangulation/flip.h"
-#include "triangulation/surface_triangles.h"
+#include "surface/surface_triangles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -165,7 +165,7 @@ private:
         end();
     }
 
-    Surface<Real> surface;
+    SurfaceTriangles<Real> surface;
     TriangleNumbers<Real> numberOf;
     std::vector<bool> belongs;
     std::vector<Slanted> slanted;

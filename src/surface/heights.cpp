@@ -1,10 +1,10 @@
 // The height of a surface at points.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include "core/prefetch.h"
 #include "triangulation/flip.h"
 #include "triangulation/locate_step.h"
-#include "triangulation/surface_triangles.h"
+#include "surface/surface_triangles.h"
 
 #include <cstddef>
 #include <limits>
@@ -22,7 +22,7 @@ bool isAt(const Real* v, Xy q) {
 template <class Real>
 TinRecord<Real>* surfaceTriangleAt(DelaunayEngine<Real>& engine, TinRecord<Real>* hint, Xy q) {
     TinRecord<Real>* const t = engine.locateFrom(hint, q);
-    const Surface<Real> surface(&engine);
+    const SurfaceTriangles<Real> surface(&engine);
     if (t == nullptr || surface.has(t)) { return t; }
     for (int i = 0; i < 3; ++i) {
         if (isAt(t->vertex[i], q)) { return surface.round(t, i); }
@@ -108,7 +108,7 @@ private:
     }
 
     DelaunayEngine<Real>& engine;
-    Surface<Real> surface;
+    SurfaceTriangles<Real> surface;
     Walk walks[mostWalks] = {};
     std::size_t running = 0;
     int found = 0;

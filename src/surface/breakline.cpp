@@ -1,12 +1,12 @@
 // Breaklines, and the constrained Delaunay triangulation round them.
 #include <zyn/geometry.h>
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
-#include "triangulation/edge_maker.h"
+#include "surface/edge_maker.h"
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 #include "triangulation/ring.h"
-#include "triangulation/snap.h"
+#include "surface/snap.h"
 
 #include <algorithm>
 #include <array>

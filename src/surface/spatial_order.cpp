@@ -1,6 +1,6 @@
-#include "triangulation/spatial_order.h"
+#include "surface/spatial_order.h"
 
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 // The constrained Delaunay triangulation round fixed edges.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"

@@ -1,9 +1,9 @@
 // What the writers of a surface share: its vertices and faces by number.
 #pragma once
 
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
-#include "triangulation/surface_triangles.h"
+#include "surface/surface_triangles.h"
 #include "triangulation/tin_streams.h"
 #include "triangulation/vertex_numbers.h"
 
@@ -52,7 +52,7 @@ public:
     }
 
 private:
-    Surface<Real> surface;
+    SurfaceTriangles<Real> surface;
     VertexNumbers<Real> numbers;
     int faces = 0;
 };

@@ -1,5 +1,5 @@
 // Whether a network is sound.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"

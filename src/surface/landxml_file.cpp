@@ -1,8 +1,8 @@
 // Surfaces as LandXML files.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include "core/text_number.h"
-#include "triangulation/surface_file.h"
+#include "surface/surface_file.h"
 
 #include <QDateTime>
 #include <QString>

@@ -1,5 +1,5 @@
 // Heights, profiles and grids of a surface.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <gtest/gtest.h>
 

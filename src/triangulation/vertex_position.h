@@ -1,0 +1,25 @@
+// Where vertices are, in doubles.
+#pragma once
+
+#include <zyn/geometry.h>
+#include <zyn/tin.h>
+
+#include <algorithm>
+
+namespace zyn {
+
+/// Position and height of a vertex.
+template <class Real>
+[[nodiscard]] inline XPnt3d positionOf(const Real* v) {
+    return {double(v[0]), double(v[1]), double(v[2])};
+}
+
+/// Square of the longest edge in space.
+template <class Real>
+[[nodiscard]] inline double longestEdge2(const TinRecord<Real>* t) {
+    const XPnt3d a = positionOf(t->vertex[0]), b = positionOf(t->vertex[1]),
+                 c = positionOf(t->vertex[2]);
+    return std::max({dist2(a, b), dist2(b, c), dist2(c, a)});
+}
+
+}  // namespace zyn

@@ -3,6 +3,7 @@
 
 #include <zyn/point.h>
 
+#include "surface/surface_triangles.h"
 #include "triangulation/predicates.h"
 
 #include <algorithm>
@@ -48,12 +49,13 @@ XPnt3<Real> crossingOf(const VertexSegment<Real>& edge, const VertexSegment<Real
     };
     const double fromStart = toSide(edge.from);
     const double sum = fromStart + toSide(edge.to);
-    const auto between = [&](int axis) {
+    const auto place = [&](int axis) {
         const double start = double(edge.from[axis]);
         const double extent = double(edge.to[axis]) - start;
         return Real(start + (sum > 0 ? extent * fromStart / sum : extent / 2));
     };
-    return {between(0), between(1), between(2)};
+    const double share = sum > 0 ? fromStart / sum : 0.5;
+    return {place(0), place(1), Real(between(double(edge.from[2]), double(edge.to[2]), share))};
 }
 
 /// The square about a vertex that lines are taken through: what the tolerance and the rounding of a

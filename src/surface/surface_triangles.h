@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <tuple>
 
 namespace zyn {
 
@@ -85,22 +84,24 @@ public:
     }
 
 private:
-    HeightPlane(XPnt3d a, XPnt3d b, XPnt3d c) {
+    HeightPlane(const XPnt3d& a, const XPnt3d& b, const XPnt3d& c) {
         fit(a, b, c);
-        // Products with larger numbers could overflow. A power of two keeps every digit.
-        constexpr double large = 1e150;
+        constexpr double large = 1e150;  // products with larger numbers could overflow
+        const double sizes = std::abs(a.z) + std::abs(b.z) + std::abs(c.z);
+        if (!(sizes + std::abs(slopeX) + std::abs(slopeY) < large)) { fitLarge(a, b, c); }
+    }
+    /// Fits the plane to smaller heights. A power of two as their unit keeps every digit.
+    [[gnu::cold, gnu::noinline]] void fitLarge(XPnt3d a, XPnt3d b, XPnt3d c) {
         const double most = std::max({std::abs(a.z), std::abs(b.z), std::abs(c.z), 1.0});
-        const bool isLarge =
-            !(most < large && std::abs(slopeX) < large && std::abs(slopeY) < large);
-        if (isLarge && std::isfinite(most)) {
-            unit = std::scalbn(1.0, std::ilogb(most));
-            for (XPnt3d* const p : {&a, &b, &c}) { p->z /= unit; }
-            fit(a, b, c);
-        }
-        std::tie(minZ, maxZ) = std::minmax({a.z, b.z, c.z});
+        if (!std::isfinite(most)) { return; }
+        unit = std::scalbn(1.0, std::ilogb(most));
+        for (XPnt3d* const p : {&a, &b, &c}) { p->z /= unit; }
+        fit(a, b, c);
     }
     /// Finds the slopes of the plane through three points.
     void fit(const XPnt3d& a, const XPnt3d& b, const XPnt3d& c) {
+        minZ = std::min({a.z, b.z, c.z});
+        maxZ = std::max({a.z, b.z, c.z});
         const XPnt3d u = b - a, v = c - a;
         const double area2 = u.x * v.y - u.y * v.x;
         constexpr double unclear = 4 * std::numeric_limits<double>::epsilon();
@@ -108,8 +109,11 @@ private:
         if (std::abs(area2) > unclear * (std::abs(u.x * v.y) + std::abs(u.y * v.x))) {
             slopeX = (u.z * v.y - v.z * u.y) / area2;
             slopeY = (u.x * v.z - v.x * u.z) / area2;
-            return;
+        } else {
+            fitEdge(a, b, c);
         }
+    }
+    [[gnu::cold, gnu::noinline]] void fitEdge(const XPnt3d& a, const XPnt3d& b, const XPnt3d& c) {
         longest2 = 0;
         followEdge(a, b);
         followEdge(b, c);

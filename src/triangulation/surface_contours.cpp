@@ -103,7 +103,7 @@ private:
         if (isAbove(low)) { std::swap(low, high); }
         const XPnt3d a = positionOf(low), b = positionOf(high);
         if (b.z == level) { return {b, high}; }
-        const double share = (level - a.z) / (b.z - a.z);
+        const double share = shareOf(a.z, b.z, level);
         return {{a.x + share * (b.x - a.x), a.y + share * (b.y - a.y), level}, nullptr};
     }
     /// Whether the step through t from one end of a level edge to the other has ground below beyond

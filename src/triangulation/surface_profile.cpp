@@ -62,7 +62,8 @@ private:
         const double toLeft = std::abs(Side(a, b, xyOf(left)).value);
         const double share = toRight + toLeft > 0 ? toRight / (toRight + toLeft) : 0.5;
         const XPnt3d from = positionOf(right), to = positionOf(left);
-        XPnt3d p = from + (to - from) * share;
+        XPnt3d p(between(from.x, to.x, share), between(from.y, to.y, share),
+                 between(from.z, to.z, share));
         const double rounding =
             1e-14 * (std::abs(from.x) + std::abs(from.y) + std::abs(to.x) + std::abs(to.y));
         const auto isAt = [&p, rounding](Xy q) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace zyn {
 namespace {
@@ -53,9 +54,15 @@ SurfaceVolume volume(DelaunayInterface<Real>* interface, double level, double ma
         const XPnt3d a = positionOf(t->vertex[0]), b = positionOf(t->vertex[1]),
                      c = positionOf(t->vertex[2]);
         const double area = ((b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x)) / 2;
-        const Pieces pieces(area, {a.z - level, b.z - level, c.z - level});
-        sum.cut += pieces.volume.cut;
-        sum.fill += pieces.volume.fill;
+        // In eighths where a difference, or the sum of three, could overflow.
+        constexpr double large = std::numeric_limits<double>::max() / 8;
+        const double most = std::max({a.z, b.z, c.z, level}),
+                     least = std::min({a.z, b.z, c.z, level});
+        const double unit = most < large && least > -large ? 1 : 8;
+        const auto height = [=](const XPnt3d& p) { return p.z / unit - level / unit; };
+        const Pieces pieces(area, {height(a), height(b), height(c)});
+        sum.cut += pieces.volume.cut * unit;
+        sum.fill += pieces.volume.fill * unit;
         sum.cutArea += pieces.volume.cutArea;
         sum.fillArea += pieces.volume.fillArea;
     });

@@ -44,6 +44,25 @@ Real length(const Real* p, const Real* q) {
     return std::sqrt(dx * dx + dy * dy + dz * dz);
 }
 
+/// Area by Heron's formula, or by the cross product of two sides in a unit near the largest
+/// coordinate where the formula overflows.
+template <class Real>
+Real areaOf(XPnt3<Real> a, XPnt3<Real> b, XPnt3<Real> c) {
+    const auto distance = [](const XPnt3<Real>& p, const XPnt3<Real>& q) {
+        return length<Real>(p, q);
+    };
+    const Real area = heron(distance(a, b), distance(b, c), distance(c, a));
+    Real most = 0;
+    for (const XPnt3<Real>& p : {a, b, c}) {
+        most = std::max({most, std::abs(p.x), std::abs(p.y), std::abs(p.z)});
+    }
+    if (std::isfinite(area) || !std::isfinite(most)) { return area; }
+    const Real unit = std::scalbn(Real(1), std::ilogb(most));
+    const Real share = 1 / unit;
+    const XPnt3<Real> n = cross(a * share - c * share, b * share - c * share);
+    return std::hypot(n.x, n.y, n.z) / 2 * unit * unit;
+}
+
 template <class Real>
 Real length2d(const Real* p, const Real* q) {
     const Real dx = q[0] - p[0], dy = q[1] - p[1];
@@ -61,16 +80,14 @@ Real extent(const TinRecord<Real>& t, int axis) {
 
 template <class Real>
 Real TinRecord<Real>::Area() const {
-    using tin_detail::length;
-    return tin_detail::heron(length(vertex[0], vertex[1]), length(vertex[1], vertex[2]),
-                             length(vertex[2], vertex[0]));
+    using Pnt = XPnt3<Real>;
+    return tin_detail::areaOf(Pnt(vertex[0]), Pnt(vertex[1]), Pnt(vertex[2]));
 }
 
 template <class Real>
 Real TinRecord<Real>::AreaHorizen() const {
-    using tin_detail::length2d;
-    return tin_detail::heron(length2d(vertex[0], vertex[1]), length2d(vertex[1], vertex[2]),
-                             length2d(vertex[2], vertex[0]));
+    const auto inPlan = [](const Real* v) { return XPnt3<Real>(v[0], v[1], 0); };
+    return tin_detail::areaOf(inPlan(vertex[0]), inPlan(vertex[1]), inPlan(vertex[2]));
 }
 
 template <class Real>

@@ -88,6 +88,33 @@ TYPED_TEST(SurfaceHeightsTest, AreThoseOfThePlaneAndClosedOnTheRim) {
     EXPECT_EQ(heightAt(this->engine.get(), nullptr), 0);
 }
 
+TEST_F(SurfaceProfileTest, AllHeightsAreFiniteHoweverFarApart) {
+    for (const double top : {1e150, 1e300, std::numeric_limits<double>::max()}) {
+        SCOPED_TRACE(top);
+        support::Network<double> slope(-100, -100, 200, 200);
+        slope.add(0, 0, -top), slope.add(10, 0, top), slope.add(0, 10, top);
+        auto* const e = slope.engine.get();
+        double z = nan;
+        ASSERT_TRUE(heightAt(e, 3, 3, z));
+        EXPECT_NEAR(z / top, 0.2, 1e-15);
+        const auto line = profile(e, XPnt2d(4, 0), XPnt2d(4, 7));
+        ASSERT_EQ(line->size(), 2);
+        EXPECT_NEAR(line->first().z / top, -0.2, 1e-15);
+        EXPECT_EQ(line->last().z, top);
+        const ref_ptr<MatrixDbl> out = newMatrixDbl();
+        ASSERT_TRUE(rasterize(e, Enve2d(2, 2, 4, 4), 1, 1, out.get()));
+        EXPECT_EQ(out->get(0, 0), z);
+        const ref_ptr<DoubleArray> levels = newDoubleArray();
+        levels->append(top / 2);
+        const auto lines = contours(e, levels.get());
+        ASSERT_EQ(lines->size(), 1);
+        EXPECT_NEAR(lines->get(0)->last().x + lines->get(0)->last().y, 7.5, 1e-14);
+        const SurfaceVolume v = volume(e, -top);
+        EXPECT_DOUBLE_EQ(v.cut / 50 / top, top < 1e306 ? 4.0 / 3 : HUGE_VAL);
+        EXPECT_EQ(v.fill, 0);
+    }
+}
+
 TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseAtTheCentres) {
     const unsigned seed = support::newSeed();
     for (const std::string_view name : support::pointSetNames()) {

@@ -260,6 +260,10 @@ TYPED_TEST(TriangleTest, MeasuresDoNotDependOnTheFirstCorner) {
         EXPECT_FALSE(t.EdgeNormal(0, n[0], n[1], n[2]) || t.intersect3d(n, n, n));
         EXPECT_TRUE(n[0] == -9 && n[1] == 0 && n[2] == 12);
     }
+    const Real huge = Real(this->isDouble ? 1e150 : 1e18);  // its fourth power overflows
+    const Mesh<Real> large({{0, 0, 0}, {4 * huge, 0, 3 * huge}, {0, 3 * huge, 0}}, {{0, 1, 2}});
+    EXPECT_FLOAT_EQ(float(large.triangles[0].Area() / huge / huge), 7.5F);
+    EXPECT_FLOAT_EQ(float(large.triangles[0].AreaHorizen() / huge / huge), 6.F);
     for (auto& p : mesh.points) { p *= Real(1e-6); }  // a plane, but too small a normal
     Real a = 9, b = 9, c = 9;
     EXPECT_FALSE(mesh.t(0)->IntersectVertical(0, 0, 0, a) || a != 9);

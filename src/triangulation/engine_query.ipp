@@ -63,7 +63,7 @@ bool DelaunayEngine<Real>::bounds(Real& minX, Real& minY, Real& minZ, Real& maxX
 
 template <class Real>
 int DelaunayEngine<Real>::allVertexCount() const {
-    VertexNumbers<Real> numbers;
+    VertexNumbers<Real> numbers(Pool::count());
     for (std::size_t n = 0; n < Pool::count(); ++n) {
         for (Real* const v : Pool::at(n)->vertex) { numbers(v); }
     }
@@ -72,7 +72,7 @@ int DelaunayEngine<Real>::allVertexCount() const {
 
 template <class Real>
 int DelaunayEngine<Real>::vertexCount() const {
-    VertexNumbers<Real> numbers;
+    VertexNumbers<Real> numbers(Pool::count());
     for (std::size_t n = 0; n < Pool::count(); ++n) {
         for (Real* const v : Pool::at(n)->vertex) {
             if (!isFrameVertex(v)) { numbers(v); }
@@ -104,7 +104,7 @@ Real DelaunayEngine<Real>::surfaceAreaHorizen() const {
 
 template <class Real>
 int DelaunayEngine<Real>::compactVertices() {
-    VertexNumbers<Real> numbers;
+    VertexNumbers<Real> numbers(Pool::count());
     forSurface([&numbers](const Tri* t) {
         for (Real* const v : t->vertex) { numbers(v); }
     });

@@ -21,7 +21,9 @@ public:
     using Face = std::int32_t[3];
 
     SurfaceFile(DelaunayInterface<Real>* engine, const char* path, double maxEdge)
-        : Writer(engineOf(engine) == nullptr ? nullptr : path), surface(engineOf(engine), maxEdge) {
+        : Writer(engineOf(engine) == nullptr ? nullptr : path),
+          surface(engineOf(engine), maxEdge),
+          numbers(surface.triangleCount()) {
         if (!isOpen()) { return; }
         surface.forEach([this](const TinRecord<Real>* t, std::size_t) {
             for (Real* const v : t->vertex) { numbers(v); }

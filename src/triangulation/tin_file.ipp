@@ -35,7 +35,7 @@ bool DelaunayEngine<Real>::readText(const char* path, Real*& vertices, int& coun
 template <class Real>
 template <class Sink>
 bool DelaunayEngine<Real>::write(const char* path) {
-    VertexNumbers<Real> vertexNumbers;
+    VertexNumbers<Real> vertexNumbers(Pool::count());
     for (Pnt& corner : frame) { vertexNumbers(corner); }
     for (std::size_t n = 0; n < Pool::count(); ++n) {
         for (Real* const v : Pool::at(n)->vertex) { vertexNumbers(v); }

@@ -1,66 +1,75 @@
 // Numbers for the vertices of a network, which are told apart by address.
 #pragma once
 
-#include <array>
+#include <zyn/point.h>
+
 #include <cstddef>
 #include <cstdint>
-#include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace zyn {
 
-/// Gives each new address the next number. Vertices mostly lie side by side in the caller's arrays,
-/// so the numbers stand in pages that cover 4096 bytes of addresses each, and the page of the last
-/// call is kept: looking up neighbours touches neighbouring memory, where a hash of each address
-/// would not.
+/// Numbers addresses in the order in which they first come. A hash table of numbers, whose keys are
+/// in vertices(). Vertices are mostly side by side in the caller's arrays, and looked up with those
+/// near them: so the addresses of a block are spread over a cache line of the table, and only the
+/// line is chosen by a hash.
 template <class Real>
 class VertexNumbers {
 public:
-    /// The number of `p`; a new one is appended to vertices().
+    /// Takes memory for about half as many vertices as triangles, which is what a network has.
+    explicit VertexNumbers(std::size_t triangles) {
+        known.reserve(triangles / 2 + lineSize);
+        resize(2 * known.capacity());
+    }
+    /// Returns the number of `p`; a new one is appended to vertices().
     std::int32_t operator()(Real* p) {
-        if (!turnTo(p)) {
-            std::unique_ptr<Page>& page = pages[latestKey];
-            page = std::make_unique<Page>();
-            latest = page.get();
-        }
-        std::int32_t& number = (*latest)[placeOf(p)];
-        if (number < 0) {
+        std::size_t place = placeOf(p);
+        if (numbers[place] == none) {
+            if (2 * known.size() >= numbers.size()) {
+                resize(2 * numbers.size());
+                place = placeOf(p);
+            }
             known.push_back(p);
-            number = static_cast<std::int32_t>(known.size() - 1);
+            numbers[place] = static_cast<std::int32_t>(known.size() - 1);
         }
-        return number;
+        return numbers[place];
     }
-    /// The number of `p`, or -1. Needs no memory.
-    [[nodiscard]] std::int32_t find(const Real* p) noexcept {
-        return turnTo(p) ? (*latest)[placeOf(p)] : -1;
-    }
+    /// Returns the number of `p`, or -1. Needs no memory.
+    [[nodiscard]] std::int32_t find(const Real* p) const noexcept { return numbers[placeOf(p)]; }
     /// Every address so far, by number.
     [[nodiscard]] const std::vector<Real*>& vertices() const { return known; }
 
 private:
-    static constexpr std::size_t pageBytes = 4096;
-    struct Page : std::array<std::int32_t, pageBytes / alignof(Real)> {
-        Page() { this->fill(-1); }
-    };
+    static constexpr std::int32_t none = -1;
+    static constexpr std::size_t lineSize = 16;  // numbers in a cache line
+    static constexpr std::size_t vertexBytes = sizeof(XPnt3<Real>);
+    static constexpr std::size_t blockBytes = lineSize * vertexBytes;
 
-    static std::size_t placeOf(const Real* p) noexcept {
-        return reinterpret_cast<std::uintptr_t>(p) % pageBytes / alignof(Real);
-    }
-    /// Makes the page of `p` the latest one; false when there is none yet.
-    bool turnTo(const Real* p) noexcept {
-        const std::uintptr_t key = reinterpret_cast<std::uintptr_t>(p) / pageBytes;
-        if (latest == nullptr || key != latestKey) {
-            const auto page = pages.find(key);
-            latest = page == pages.end() ? nullptr : page->second.get();
-            latestKey = key;
+    /// The place that has the number of `p`, or the free one for it. At least half are free.
+    [[nodiscard]] std::size_t placeOf(const Real* p) const noexcept {
+        const auto address = reinterpret_cast<std::uintptr_t>(p);
+        const std::uint64_t hash = address / blockBytes * 0x9E3779B97F4A7C15U;
+        const std::size_t mask = numbers.size() - 1;
+        // Where vertices are farther apart, some places of every line would stay empty: turned by
+        // another part of the hash, all are as likely.
+        const std::size_t inLine = (address / vertexBytes + (hash >> 60U)) % lineSize;
+        std::size_t place = ((hash >> 20U) * lineSize + inLine) & mask;
+        while (numbers[place] != none && known[static_cast<std::size_t>(numbers[place])] != p) {
+            place = (place + lineSize + 1) & mask;  // odd, so that every place comes
         }
-        return latest != nullptr;
+        return place;
+    }
+    /// Makes room for `places` numbers or more, a power of two, and puts those there in again.
+    void resize(std::size_t places) {
+        std::size_t size = lineSize;
+        while (size < places) { size *= 2; }
+        std::vector<std::int32_t>(size, none).swap(numbers);
+        for (std::size_t n = 0; n < known.size(); ++n) {
+            numbers[placeOf(known[n])] = static_cast<std::int32_t>(n);
+        }
     }
 
-    std::unordered_map<std::uintptr_t, std::unique_ptr<Page>> pages;
-    Page* latest = nullptr;
-    std::uintptr_t latestKey = 0;
+    std::vector<std::int32_t> numbers;
     std::vector<Real*> known;
 };
 

@@ -25,6 +25,7 @@
 #include "network.h"
 #include "network_check.h"
 #include "seed.h"
+#include "triangulation/vertex_numbers.h"
 
 namespace {
 
@@ -177,6 +178,21 @@ TYPED_TEST(TinFileTest, WhatIsNoFileIsRefused) {
 
 /// What may come of reading a file.
 enum Result { nothing, network, either };
+
+TEST(VertexNumbers, TakeLittleMemoryWhereverTheVerticesAre) {
+    constexpr int count = 30000;
+    for (const std::uintptr_t stride : {24U, 32U, 64U, 4096U, 1U << 20U}) {
+        const auto at = [stride](int n) {
+            return reinterpret_cast<double*>(std::uintptr_t(n + 1) * stride);
+        };
+        const support::PeakMemory memory;
+        VertexNumbers<double> numbers(0);
+        for (int n = 0; n < count; ++n) { ASSERT_EQ(numbers(at(n)), n); }
+        EXPECT_LE(memory.bytes(), std::size_t(64 * count)) << stride;
+        for (int n = 0; n < count; ++n) { ASSERT_EQ(numbers.find(at(n)), n); }
+        EXPECT_EQ(numbers.find(at(count)), -1);
+    }
+}
 
 template <class Real>
 class TinDamageTest : public TinFileTest<Real> {

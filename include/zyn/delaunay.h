@@ -7,7 +7,8 @@
 /// pointer to the caller's point, which must stay alive and in place for the life of the engine: reserve
 /// the array before filling it. The four corners of the frame are vertices too; triangles that touch one
 /// are frame triangles, and what reports on the surface leaves them out. Leave a margin between the
-/// points and the frame.
+/// points and the frame. Coordinates go up to 1e100: a point beyond is refused, and a frame with a
+/// corner beyond accepts no point and locates none.
 ///
 ///     ref_ptr<IZynDelaunayD> engine = newZynDelaunayDouble(0.0, minX, minY, maxX, maxY);
 ///     for (XPnt3d& p : *points) { engine->addPoint(&p, 0.001); }
@@ -20,8 +21,8 @@
 /// Take the double engine for coordinates on the ground; the float one halves the memory of the
 /// points, not of the triangles. Points in spatial order are located in a few steps each.
 /// Every network is valid after every call: triangles counter-clockwise by exact arithmetic, links
-/// symmetric. A triangle of no area only stands on an edge of the frame or of an open hull, and beside
-/// a duplicate, or where one was. A network that was read is what the file says: its numbers are
+/// symmetric. Triangles of no area occur only on an edge of the frame or of an open hull, and while
+/// there are points in one place. A network that was read is what the file says: its numbers are
 /// checked, its geometry is not, and on a damaged one every call still ends and touches no foreign
 /// memory.
 /// Without memory std::bad_alloc is thrown: the network stays as it was, but for enforceEdge, which may
@@ -80,24 +81,34 @@ public:
     /// calling again does not help then.
     virtual Tri* enforceEdge(Real* a, Real* b, Tri* hint) = 0;
 
-    /// Inserts the point, which becomes a vertex by its address. False, with the network as it was,
-    /// when it lies outside the frame, is not finite, or when both x and y are within `tolerance`
-    /// of a corner of the triangle that holds it. Tolerance 0 refuses equal x, y only, a negative
-    /// one nothing: beside points in one place the network is valid, but triangles of no area
-    /// between them can hide an edge from its neighbour. The double engine numbers the point first,
-    /// also one that it refuses: `inten` becomes the low 16 bits of the number of calls before.
+    /// Inserts the point, which becomes a vertex by its address. Returns false and changes no
+    /// triangle if:
+    /// - the point is outside the frame, is not finite, or x or y is beyond 1e100;
+    /// - both x and y are within `tolerance` of a corner of the triangle that holds it;
+    /// - the same object is a vertex already, whatever the tolerance;
+    /// - `tolerance` is not a number, or `p` is null.
+    ///
+    /// Tolerance 0 refuses equal x, y only. A negative one lets other points into the same place:
+    /// the network is valid there, but triangles of no area between the points can hide an edge
+    /// from its neighbour. The double engine numbers the point first, also one that it refuses: `inten`
+    /// becomes the low 16 bits of the number of calls before.
     virtual bool addPoint(Pnt* p, Real tolerance) = 0;
 };
 
 /// The engine in single precision.
 class ZYN_EXPORT IZynDelaunay : public DelaunayInterface<float> {
 public:
-    /// Removes the vertex nearest to (x, y), among the corners of the triangle there, that is nearer
-    /// than `radius` and than 3162.27 in the plane, and closes the hole with triangles that are
-    /// Delaunay's as far as one pass over them makes them so. Starts at `hint`, or at the newest triangle
-    /// when it is null. False, with nothing changed, when there is none, for a corner of the frame,
-    /// for a vertex with an edge of the frame in its ring, and for one of more than 53 neighbours.
-    /// The point's own record is not touched.
+    /// Removes the vertex nearest to (x, y) among the corners of the triangle there, and closes the
+    /// hole with triangles that are Delaunay's as far as one pass over them makes them so.
+    ///
+    /// The triangle is where findRefine() ends, from `hint`, or from the newest triangle if that is
+    /// null. Its tolerance wants metres: in degrees, pass locate(x, y) as `hint`. The point's own
+    /// record is not touched. Returns false and changes nothing:
+    /// - if no corner is nearer than `radius` and than 3162.27 in the plane; a negative radius
+    ///   works as its magnitude;
+    /// - for a corner of the frame, and a vertex with an edge of the frame in its ring;
+    /// - for a vertex among points in one place, if no triangles with an area fill the hole;
+    /// - for a vertex of more than 53 neighbours.
     virtual bool removePoint(tin* hint, float x, float y, float radius) = 0;
     /// Returns 0.
     virtual std::int32_t reservedB() = 0;
@@ -147,7 +158,8 @@ public:
     virtual std::int32_t reservedC() = 0;
     /// Writes the surface as text lines `v x y z` and `f a b c` (formats.md), and its progress to
     /// standard output. `points` is the whole sequence that addPoint was given, in that order. A
-    /// face whose longest edge in space is above `maxEdge` is left out, if that is below 99999.
+    /// face whose longest edge in space is above `maxEdge` is left out, if that is below 99999. A
+    /// negative `maxEdge` works as its magnitude, which then has no upper bound.
     /// Serves up to 32768 points, whose number fits `inten`; writeObj of surface.h has no such limit.
     /// False when the file cannot be opened or written whole, with an old one as it was, and on a network
     /// whose vertices are bare coordinates (after a read or compactVertices).
@@ -155,7 +167,7 @@ public:
 };
 
 /// A new engine with two triangles between the corners of the frame, whose height is `z`. REQUIRES:
-/// minX < maxX and minY < maxY. A frame that is not finite accepts no point.
+/// minX < maxX and minY < maxY. A frame that is not finite, or beyond 1e100, accepts no point.
 /// @{
 [[nodiscard]] ZYN_EXPORT IZynDelaunay* newZynDelaunay(float z, float minX, float minY, float maxX,
                                                       float maxY);
@@ -175,7 +187,7 @@ template <class Real>
 /// Triangles that are not frame triangles.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT int surfaceTriangleCount(DelaunayInterface<Real>* engine);
-/// Sum of their areas in space.
+/// Sum of their areas in space; infinite only if beyond the largest number.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT Real surfaceArea(DelaunayInterface<Real>* engine);
 /// Sum of their areas in the plane.
@@ -207,10 +219,13 @@ ZYN_EXPORT bool writeText(DelaunayInterface<Real>* engine, const char* path);
 /// number of its vertices, the corners of the frame included, and `vertices` a new array of
 /// (count - 4) triples that the network points into: the caller's, to be freed by `delete[]` after
 /// the engine's end. The vertices are bare coordinates: findCone with a radius and exportObj, which
-/// use `inten`, are not for them. A file that cannot be read or is damaged gives false, with
-/// `vertices` null, `count` 0 and the network empty, good for nothing but another read; without
-/// memory std::bad_alloc leaves it so, or as it was. A file of
-/// the other precision is not told apart from a damaged one.
+/// use `inten`, are not for them.
+///
+/// At the start of every read `vertices` becomes null and `count` 0: free the array of an earlier
+/// read through a pointer of your own. If the file cannot be read or is damaged, returns false and
+/// leaves the network empty, good for nothing but another read. If memory runs out, throws
+/// std::bad_alloc and leaves it so, or as it was. A file of the other precision is not
+/// distinguished from a damaged one.
 template <class Real>
 ZYN_EXPORT bool readBinary(DelaunayInterface<Real>* engine, const char* path, Real*& vertices,
                            int& count);

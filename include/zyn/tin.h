@@ -110,20 +110,26 @@ public:
     std::int32_t findCone(int i, RealPtrArray* out);
     /// The same for corner `p`.
     std::int32_t findCone(const Real* p, RealPtrArray* out);
-    /// Every vertex that edges reach from vertex[i] through vertices within `radius` of it in the
-    /// plane, in the order of discovery, without vertex[i] itself. REQUIRES: every vertex is a whole
-    /// XPnt3, whose `inten` serves as the mark of this search and is 0 for all of `out` afterwards.
+    /// Appends every vertex that edges reach from vertex[i] through vertices within `radius` of it
+    /// in the plane, in the order of discovery, without vertex[i] itself. A negative radius works
+    /// as its magnitude. REQUIRES: every vertex is a whole XPnt3.
+    ///
+    /// The search marks a vertex that it has found by an `inten` of 1, and afterwards sets `inten`
+    /// to 0 in all of `out`. A vertex whose `inten` is 1 on entry counts as found: it is left out,
+    /// and so is what only it leads to. So set `inten` to 0 in all points first. The double engine
+    /// numbers points in `inten`: the second one, and every 65536th after it, has a 1.
     std::int32_t findCone(int i, Real radius, RealPtrArray* out);
-    /// The same, from the corner nearest to `p` in the triangle that holds it; 0 when no corner is
-    /// nearer than `radius` and than 3162.27.
+    /// Does so from the corner nearest to `p` in the triangle where findRefine() ends. Returns 0 if
+    /// no corner is nearer than `radius` and than 3162.27.
     std::int32_t findCone(const Real* p, Real radius, RealPtrArray* out);
 
     // Measures. A plane is ax + by + cz + d = 0, its normal not scaled; c > 0 on a triangle that
     // runs counter-clockwise. A false result leaves the outputs as they were unless it says more.
 
-    /// Area in space, by Heron's formula.
+    /// Returns the area in space, by Heron's formula. Infinite only if it is beyond the largest
+    /// number.
     [[nodiscard]] Real Area() const;
-    /// Area of the projection to the plane z = 0.
+    /// Returns the area of the projection to the plane z = 0, likewise.
     [[nodiscard]] Real AreaHorizen() const;
     /// Always 0.
     [[nodiscard]] Real AreaVertical() const noexcept { return 0; }

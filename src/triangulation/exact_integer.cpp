@@ -1,119 +1,132 @@
 #include "triangulation/exact_integer.h"
 
+#include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace zyn {
-namespace {
 
-constexpr int digitBits = 32;
-constexpr int mantissaBits = 53;
-
-}  // namespace
-
-int lowestBit(double value) {
-    int exponent = 0;
-    auto mantissa = static_cast<std::uint64_t>(
-        std::ldexp(std::frexp(std::abs(value), &exponent), mantissaBits));
-    exponent -= mantissaBits;
-    for (; (mantissa & 1U) == 0; mantissa >>= 1U) { ++exponent; }
-    return exponent;
-}
-
-ExactInteger::ExactInteger(double value, int unit) : negative(value < 0.0) {
-    if (value == 0.0) { return; }
-    int exponent = 0;
-    const double fraction = std::frexp(std::abs(value), &exponent);
-    auto mantissa = static_cast<std::uint64_t>(std::ldexp(fraction, mantissaBits));
-    int shift = exponent - mantissaBits - unit;
-    if (shift < 0) {
-        mantissa >>= static_cast<unsigned>(-shift);
-        shift = 0;
+/// Takes values for ascending places and turns them into digits.
+class ExactInteger::Builder {
+public:
+    explicit Builder(ExactInteger& result_) : result(result_) {}
+    void add(std::int32_t place, std::int64_t value) {
+        carryTo(place);
+        pending += value;
     }
-    magnitude.assign(static_cast<std::size_t>(shift / digitBits), 0);
-    const auto rest = static_cast<unsigned>(shift % digitBits);
-    magnitude.push_back(static_cast<std::uint32_t>(mantissa << rest));
-    mantissa >>= digitBits - rest;
-    magnitude.push_back(static_cast<std::uint32_t>(mantissa));
-    magnitude.push_back(static_cast<std::uint32_t>(mantissa >> digitBits));
-    trim(magnitude);
+    void finish() {
+        while (pending != 0) { pushDigit(); }
+    }
+
+private:
+    void carryTo(std::int32_t place) {
+        while (pending != 0 && current < place) { pushDigit(); }
+        current = place;
+    }
+    void pushDigit() {
+        const auto value = static_cast<std::int32_t>(pending);  // modulo 2^32
+        if (value != 0) { result.digit[result.size++] = {current, value}; }
+        pending = (pending - value) >> 32U;
+        ++current;
+    }
+
+    ExactInteger& result;
+    std::int64_t pending = 0;
+    std::int32_t current = 0;
+};
+
+ExactInteger::ExactInteger(double value) {
+    constexpr int mantissaBits = 53;
+    int exponent = 0;
+    const auto mantissa =
+        static_cast<std::int64_t>(std::ldexp(std::frexp(value, &exponent), mantissaBits));
+    exponent -= mantissaBits;
+    const std::int32_t place = exponent >> 5;
+    const int shift = exponent - 32 * place;
+    // Mantissa times 2^shift, in two steps that fit into 64 bits.
+    const std::int64_t high = mantissa >> 21U, low = mantissa - (high << 21U);
+    const std::int64_t shiftedHigh = high << shift;  // times 2^21
+    Builder builder(*this);
+    builder.add(place, (low << shift) + ((shiftedHigh & 0x7ff) << 21U));
+    builder.add(place + 1, shiftedHigh >> 11U);
+    builder.finish();
 }
 
-int ExactInteger::sign() const { return magnitude.empty() ? 0 : negative ? -1 : 1; }
+ExactInteger& ExactInteger::operator=(const ExactInteger& other) {
+    size = other.size;
+    std::copy_n(other.digit.begin(), size, digit.begin());
+    return *this;
+}
+
+/// The lower digits together are less than the value of a 1 in the place of the highest.
+int ExactInteger::sign() const { return size == 0 ? 0 : digit[size - 1].value > 0 ? 1 : -1; }
+
+double ExactInteger::leading() const {
+    const Digit first = digit[size - 1];
+    const bool isNext = size > 1 && digit[size - 2].place == first.place - 1;
+    return first.value + (isNext ? 0x1p-32 * digit[size - 2].value : 0.0);
+}
 
 ExactInteger operator+(const ExactInteger& a, const ExactInteger& b) {
-    ExactInteger result;
-    if (a.negative == b.negative) {
-        result.magnitude = ExactInteger::add(a.magnitude, b.magnitude);
-        result.negative = a.negative;
-        return result;
-    }
-    const bool aIsLarger = ExactInteger::compare(a.magnitude, b.magnitude) >= 0;
-    result.magnitude = aIsLarger ? ExactInteger::subtract(a.magnitude, b.magnitude)
-                                 : ExactInteger::subtract(b.magnitude, a.magnitude);
-    result.negative = aIsLarger ? a.negative : b.negative;
-    return result;
+    return ExactInteger::sum(a, b, 1);
 }
 
 ExactInteger operator-(const ExactInteger& a, const ExactInteger& b) {
-    ExactInteger opposite = b;
-    opposite.negative = !b.negative;
-    return a + opposite;
+    return ExactInteger::sum(a, b, -1);
+}
+
+ExactInteger ExactInteger::sum(const ExactInteger& a, const ExactInteger& b, std::int32_t signOfB) {
+    ExactInteger result;
+    Builder builder(result);
+    std::size_t i = 0, j = 0;
+    while (i < a.size || j < b.size) {
+        if (j == b.size || (i < a.size && a.digit[i].place <= b.digit[j].place)) {
+            builder.add(a.digit[i].place, a.digit[i].value);
+            ++i;
+        } else {
+            builder.add(b.digit[j].place, std::int64_t{signOfB} * b.digit[j].value);
+            ++j;
+        }
+    }
+    builder.finish();
+    return result;
 }
 
 ExactInteger operator*(const ExactInteger& a, const ExactInteger& b) {
     ExactInteger result;
-    result.negative = a.negative != b.negative;
-    result.magnitude.assign(a.magnitude.size() + b.magnitude.size(), 0);
-    for (std::size_t i = 0; i < a.magnitude.size(); ++i) {
-        std::uint64_t carry = 0;
-        for (std::size_t j = 0; j < b.magnitude.size(); ++j) {
-            carry += std::uint64_t{a.magnitude[i]} * b.magnitude[j] + result.magnitude[i + j];
-            result.magnitude[i + j] = static_cast<std::uint32_t>(carry);
-            carry >>= digitBits;
+    if (a.size == 0 || b.size == 0) { return result; }
+    const std::int32_t lowest = a.digit[0].place + b.digit[0].place;
+    const std::int32_t highest = a.digit[a.size - 1].place + b.digit[b.size - 1].place + 1;
+    const auto used = static_cast<std::size_t>(highest - lowest + 1);
+    std::array<std::int64_t, ExactInteger::capacity> total;
+    std::fill_n(total.begin(), used, 0);
+    for (std::size_t i = 0; i < a.size; ++i) {
+        for (std::size_t j = 0; j < b.size; ++j) {
+            const auto at = static_cast<std::size_t>(a.digit[i].place + b.digit[j].place - lowest);
+            const std::int64_t product = std::int64_t{a.digit[i].value} * b.digit[j].value;
+            total[at] += product & 0xffffffff;
+            total[at + 1] += product >> 32U;
         }
-        result.magnitude[i + b.magnitude.size()] = static_cast<std::uint32_t>(carry);
     }
-    ExactInteger::trim(result.magnitude);
+    ExactInteger::Builder builder(result);
+    for (std::size_t n = 0; n < used; ++n) {
+        if (total[n] != 0) { builder.add(lowest + static_cast<std::int32_t>(n), total[n]); }
+    }
+    builder.finish();
     return result;
 }
 
-int ExactInteger::compare(const Digits& a, const Digits& b) {
-    if (a.size() != b.size()) { return a.size() < b.size() ? -1 : 1; }
-    for (std::size_t i = a.size(); i-- > 0;) {
-        if (a[i] != b[i]) { return a[i] < b[i] ? -1 : 1; }
-    }
-    return 0;
-}
-
-ExactInteger::Digits ExactInteger::add(const Digits& a, const Digits& b) {
-    const Digits& longer = a.size() < b.size() ? b : a;
-    const Digits& shorter = a.size() < b.size() ? a : b;
-    Digits result = longer;
-    std::uint64_t carry = 0;
-    for (std::size_t i = 0; i < longer.size(); ++i) {
-        carry += std::uint64_t{longer[i]} + (i < shorter.size() ? shorter[i] : 0U);
-        result[i] = static_cast<std::uint32_t>(carry);
-        carry >>= digitBits;
-    }
-    if (carry != 0) { result.push_back(static_cast<std::uint32_t>(carry)); }
-    return result;
-}
-
-ExactInteger::Digits ExactInteger::subtract(const Digits& a, const Digits& b) {
-    Digits result = a;
-    std::uint64_t borrow = 0;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        const std::uint64_t taken = borrow + (i < b.size() ? b[i] : 0U);
-        borrow = a[i] < taken ? 1 : 0;
-        result[i] = static_cast<std::uint32_t>(a[i] - taken);
-    }
-    trim(result);
-    return result;
-}
-
-void ExactInteger::trim(Digits& digits) {
-    while (!digits.empty() && digits.back() == 0) { digits.pop_back(); }
+int compareProducts(const ExactInteger& a, const ExactInteger& b, const ExactInteger& c,
+                    const ExactInteger& d) {
+    const int left = a.sign() * b.sign(), right = c.sign() * d.sign();
+    if (left != right || left == 0) { return (left > right) - (left < right); }
+    const double leftSize = std::abs(a.leading() * b.leading());
+    const double rightSize = std::abs(c.leading() * d.leading());
+    const std::int32_t places =
+        a.highestPlace() + b.highestPlace() - c.highestPlace() - d.highestPlace();
+    const double ratio = std::ldexp(leftSize / rightSize, 32 * std::clamp(places, -8, 8));
+    if (ratio > 1 + 0x1p-25) { return left; }
+    if (ratio < 1 - 0x1p-25) { return -left; }
+    return (a * b - c * d).sign();
 }
 
 }  // namespace zyn

@@ -24,12 +24,14 @@ Expansion<4> productDifference(double a, double b, double c, double d) {
     return difference(fromTwo(twoProduct(a, b)), fromTwo(twoProduct(c, d)));
 }
 
+constexpr double smallestExact = 0x1p-150, largestExact = 0x1p200;
+
 /// Whether products of four differences of such coordinates neither overflow nor lose a bit: the
 /// lowest bit of a coordinate is then 2^-202 or above, that of a product 2^-808 or above.
 bool expansionsAreExact(std::span<const double> coordinates) {
     return std::all_of(coordinates.begin(), coordinates.end(), [](double c) {
         const double size = std::abs(c);
-        return c == 0.0 || (size >= 0x1p-150 && size <= 0x1p200);
+        return c == 0.0 || (size >= smallestExact && size <= largestExact);
     });
 }
 
@@ -102,26 +104,99 @@ bool allFinite(std::span<const double> coordinates) {
                        [](double c) { return std::isfinite(c); });
 }
 
-/// The power of two that every coordinate is a whole multiple of.
-int commonUnit(std::span<const double> coordinates) {
-    int unit = 1024;
-    for (const double c : coordinates) {
-        if (c != 0.0) { unit = std::min(unit, lowestBit(c)); }
-    }
-    return unit;
+double sizeOf(Xy v) { return std::max(std::abs(v.x), std::abs(v.y)); }
+
+/// The vector times the power of two that brings `size`, one of its own or larger, to about 1.
+Xy scaled(Xy v, double size) {
+    if (size == 0.0) { return v; }
+    const int exponent = -std::ilogb(size);
+    return {std::ldexp(v.x, exponent), std::ldexp(v.y, exponent)};
 }
+Xy scaled(Xy v) { return scaled(v, sizeOf(v)); }
+
+// The plain tests again for coordinates of very different sizes. Vectors that are a factor of the
+// whole are scaled, against overflow and underflow. 1e-300 covers what is lost of small components.
+
+/// Takes the two shorter sides of the triangle.
+Sign scaledOrientation(Xy a, Xy b, Xy c) {
+    const std::array<Xy, 3> sides{b - a, c - b, a - c};
+    const auto longest = std::max_element(sides.begin(), sides.end(),
+                                          [](Xy u, Xy v) { return sizeOf(u) < sizeOf(v); });
+    const auto k = static_cast<std::size_t>(longest - sides.begin());
+    const Side side(scaled(sides[(k + 1) % 3]), scaled(sides[(k + 2) % 3]), {0, 0});
+    return {std::abs(side.value) > side.bound, side.value > 0 ? 1 : -1};
+}
+
+/// Takes the sines from the vector between a and b, which is clearer than the difference of two long
+/// ones where p or d is far away.
+Sign scaledSineOfAngleSum(Xy p, Xy a, Xy b, Xy d) {
+    const Xy ap = scaled(a - p), bd = scaled(b - d), ba = scaled(b - a);
+    const double size = std::max(sizeOf(b - p), sizeOf(a - d));
+    const Angle sineP(ap, ba), cosineP(ap, scaled(b - p, size));
+    const Angle sineD(ba, bd), cosineD(bd, scaled(a - d, size));
+    const AngleSum sum({cosineP, sineP}, {cosineD, sineD});
+    return {std::abs(sum.sine) > sum.error + 1e-300, sum.sine > 0 ? 1 : -1};
+}
+
+/// Multiplies all coordinates by the power of two that makes expansions exact, which leaves signs as
+/// they are. Returns false and changes nothing if there is none, or they are exact already.
+bool scale(std::span<double> coordinates) {
+    double largest = 0.0, smallest = HUGE_VAL;
+    for (const double c : coordinates) {
+        if (c == 0.0) { continue; }
+        largest = std::max(largest, std::abs(c));
+        smallest = std::min(smallest, std::abs(c));
+    }
+    if (largest == 0.0 || (smallest >= smallestExact && largest <= largestExact)) { return false; }
+    // In two steps, since one power of two may be beyond the largest number.
+    const int shift = std::ilogb(largestExact) - 1 - std::ilogb(largest);
+    const double first = std::ldexp(1.0, shift / 2), second = std::ldexp(1.0, shift - shift / 2);
+    if (!(smallest * first * second >= smallestExact)) { return false; }
+    for (double& c : coordinates) { c = c * first * second; }
+    return true;
+}
+
+ExactInteger exact(double x, double y) { return ExactInteger(x) - ExactInteger(y); }
 
 int signOf(double value) { return value > 0.0 ? 1 : value < 0.0 ? -1 : 0; }
 
-/// cosD·sinC + sinD·cosC of the differences to p and d, in any exact arithmetic.
+/// Cosines and sines of the angles at p and d, by the differences to them, in any exact arithmetic.
 template <class Number, class Sum, class Difference, class Product>
-auto sineOfAngleSum(const std::array<Number, 8>& v, Sum add, Difference minus, Product times) {
+auto cosinesAndSines(const std::array<Number, 8>& v, Sum add, Difference minus, Product times) {
     const auto& [apx, apy, bpx, bpy, adx, ady, bdx, bdy] = v;
-    const auto sinC = minus(times(apx, bpy), times(apy, bpx));
-    const auto cosC = add(times(apx, bpx), times(apy, bpy));
-    const auto sinD = minus(times(bdx, ady), times(bdy, adx));
-    const auto cosD = add(times(adx, bdx), times(ady, bdy));
-    return add(times(cosD, sinC), times(sinD, cosC));
+    return std::array{
+        add(times(apx, bpx), times(apy, bpy)), minus(times(apx, bpy), times(apy, bpx)),
+        add(times(adx, bdx), times(ady, bdy)), minus(times(bdx, ady), times(bdy, adx))};
+}
+
+// Where expansions may not be exact. Functions of their own, since their numbers take much of the stack.
+
+[[gnu::noinline]] int orientationOfAnySize(Xy a, Xy b, Xy c) {
+    std::array<double, 6> coordinates{a.x, a.y, b.x, b.y, c.x, c.y};
+    if (!allFinite(coordinates)) { return 0; }
+    if (const Sign sign = scaledOrientation(a, b, c); sign.isKnown) { return sign.sign; }
+    if (scale(coordinates)) {
+        const auto& [ax, ay, bx, by, cx, cy] = coordinates;
+        return orientationExact({ax, ay}, {bx, by}, {cx, cy});
+    }
+    return compareProducts(exact(a.x, c.x), exact(b.y, c.y), exact(a.y, c.y), exact(b.x, c.x));
+}
+
+[[gnu::noinline]] int inCircleOfAnySize(Xy p, Xy a, Xy b, Xy d) {
+    std::array<double, 8> coordinates{p.x, p.y, a.x, a.y, b.x, b.y, d.x, d.y};
+    if (!allFinite(coordinates)) { return 0; }
+    if (const Sign sine = scaledSineOfAngleSum(p, a, b, d); sine.isKnown) { return -sine.sign; }
+    if (scale(coordinates)) {
+        return inCircleExact(coordinates.data(), &coordinates[2], &coordinates[4], &coordinates[6]);
+    }
+    const std::array<ExactInteger, 8> v{exact(a.x, p.x), exact(a.y, p.y), exact(b.x, p.x),
+                                        exact(b.y, p.y), exact(a.x, d.x), exact(a.y, d.y),
+                                        exact(b.x, d.x), exact(b.y, d.y)};
+    const auto [cosC, sinC, cosD, sinD] = cosinesAndSines(
+        v, [](const auto& e, const auto& f) { return e + f; },
+        [](const auto& e, const auto& f) { return e - f; },
+        [](const auto& e, const auto& f) { return e * f; });
+    return -compareProducts(cosD, sinC, ExactInteger() - sinD, cosC);
 }
 
 }  // namespace
@@ -143,12 +218,7 @@ int orientationExact(Xy a, Xy b, Xy c) {
     if (expansionsAreExact(coordinates)) {
         return signOf(orient2dexact(coordinates.data(), &coordinates[2], &coordinates[4]));
     }
-    if (!allFinite(coordinates)) { return 0; }
-    const int unit = commonUnit(coordinates);
-    const auto exact = [unit](double x, double y) {
-        return ExactInteger(x, unit) - ExactInteger(y, unit);
-    };
-    return (exact(a.x, c.x) * exact(b.y, c.y) - exact(a.y, c.y) * exact(b.x, c.x)).sign();
+    return orientationOfAnySize(a, b, c);
 }
 
 template <class Real>
@@ -165,25 +235,13 @@ int inCircleExact(const Real* atP, const Real* atA, const Real* atB, const Real*
     if (expansionsAreExact(coordinates)) {
         std::array<Expansion<2>, 8> v;
         std::transform(differences.begin(), differences.end(), v.begin(), fromTwo);
-        const auto sine = sineOfAngleSum(
+        const auto [cosC, sinC, cosD, sinD] = cosinesAndSines(
             v, [](const auto& e, const auto& f) { return sum(e, f); },
             [](const auto& e, const auto& f) { return difference(e, f); },
             [](const auto& e, const auto& f) { return product(e, f); });
-        return -signOf(sine.estimate());
+        return -signOf(sum(product(cosD, sinC), product(sinD, cosC)).estimate());
     }
-    if (!allFinite(coordinates)) { return 0; }
-    const int unit = commonUnit(coordinates);
-    const auto exact = [unit](double x, double y) {
-        return ExactInteger(x, unit) - ExactInteger(y, unit);
-    };
-    const std::array<ExactInteger, 8> v{exact(a.x, p.x), exact(a.y, p.y), exact(b.x, p.x),
-                                        exact(b.y, p.y), exact(a.x, d.x), exact(a.y, d.y),
-                                        exact(b.x, d.x), exact(b.y, d.y)};
-    return -sineOfAngleSum(
-                v, [](const auto& e, const auto& f) { return e + f; },
-                [](const auto& e, const auto& f) { return e - f; },
-                [](const auto& e, const auto& f) { return e * f; })
-                .sign();
+    return inCircleOfAnySize(p, a, b, d);
 }
 
 template int inCircleExact(const float*, const float*, const float*, const float*);

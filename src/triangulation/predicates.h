@@ -73,6 +73,28 @@ struct Angle {
         cosineSize = std::abs(xx) + std::abs(yy);
         sineSize = std::abs(xy) + std::abs(yx);
     }
+    /// The cosine of one and the sine of the other.
+    Angle(const Angle& ofCosine, const Angle& ofSine) : Angle(ofCosine) {
+        sine = ofSine.sine;
+        sineSize = ofSine.sineSize;
+    }
+};
+
+/// The sine of the sum of two angles, times the four lengths.
+struct AngleSum {
+    double sine;
+    double error;  ///< the bound of the error of `sine`, without that of underflow
+
+    AngleSum(const Angle& p, const Angle& d)
+        : sine(d.cosine * p.sine + d.sine * p.cosine),
+          error(relativeError * (d.cosineSize * p.sineSize + d.sineSize * p.cosineSize)) {}
+
+private:
+    // A sine or cosine carries four rounding errors (two differences, a product, a sum), a product
+    // of two of them nine, the last sum ten. (1 + e)^10 - 1, with the rounding of the permanent
+    // itself, stays below (10 + 256 e) e.
+    static constexpr double relativeError =
+        (10.0 + 256.0 * expansion::epsilon) * expansion::epsilon;
 };
 
 [[nodiscard]] inline Xy operator-(Xy a, Xy b) { return {a.x - b.x, a.y - b.y}; }
@@ -93,21 +115,12 @@ template <class Real>
 [[nodiscard, gnu::always_inline]] inline int inCircle(const Real* p, const Real* a, const Real* b,
                                                       const Real* d) {
     const Xy atP = xyOf(p), atA = xyOf(a), atB = xyOf(b), atD = xyOf(d);
-    const Angle angleP(atA - atP, atB - atP);
-    const Angle angleD(atB - atD, atA - atD);
-    const double value = angleD.cosine * angleP.sine + angleD.sine * angleP.cosine;
-    const double permanent =
-        angleD.cosineSize * angleP.sineSize + angleD.sineSize * angleP.cosineSize;
-
-    // A sine or cosine carries four rounding errors (two differences, a product, a sum), a product
-    // of two of them nine, the last sum ten. (1 + e)^10 - 1, with the rounding of the permanent
-    // itself, stays below (10 + 256 e) e. A product that underflows adds less than 2^-1073 times
-    // the square of the largest difference: 1e-110 covers that up to 1e100.
-    constexpr double eps = expansion::epsilon;
-    constexpr double errorBound = (10.0 + 256.0 * eps) * eps;
-    const double bound = errorBound * permanent + 1e-110;
-    if (value > bound) { return -1; }
-    if (value < -bound) { return 1; }
+    const AngleSum sum(Angle(atA - atP, atB - atP), Angle(atB - atD, atA - atD));
+    // A product that underflows adds less than 2^-1073 times the square of the largest difference:
+    // 1e-110 covers that up to 1e100.
+    const double bound = sum.error + 1e-110;
+    if (sum.sine > bound) { return -1; }
+    if (sum.sine < -bound) { return 1; }
     return inCircleExact(p, a, b, d);
 }
 

@@ -89,6 +89,30 @@ TEST(PredicatesTest, InCircleHasTheExactSign) {
     });
 }
 
+TEST(PredicatesTest, SignsAreExactForCoordinatesOfVeryDifferentSizes) {
+    std::mt19937 random(support::newSeed());
+    std::uniform_real_distribution uniform(-1.0, 1.0);
+    const auto check = [](Xy a, Xy b, Xy c, Xy d) {
+        EXPECT_EQ(orientation(a, b, c), support::exactOrientation(at(a), at(b), at(c)));
+        EXPECT_EQ(insideSign(a, b, c, d), support::exactInCircle(at(a), at(b), at(c), at(d)));
+    };
+    for (int i = 0; i < 20000 && !testing::Test::HasFailure(); ++i) {
+        // Over all exponents, or close enough to each other that one scale makes products exact.
+        const bool isWide = i % 2 == 0;
+        std::uniform_int_distribution exponent(isWide ? -1074 : -900, isWide ? 330 : -700);
+        const auto any = [&] { return std::ldexp(uniform(random), exponent(random)); };
+        check({any(), any()}, {any(), any()}, {any(), any()}, {any(), any()});
+        // On one circle, and one of them a little beside it.
+        const double x = any(), w = any(), base = any(), high = any(), beside = any();
+        check({-x, base}, {x, base}, {w, high}, {-w, high});
+        check({-x, base}, {x, base}, {w, high}, {-w, std::nextafter(high, beside)});
+        // On one line, and one of them a little beside it.
+        const double t = std::ldexp(3, exponent(random)), u = std::ldexp(5, exponent(random));
+        check({any(), any()}, {t, 3 * t}, {u, 3 * u}, {-u, -3 * u});
+        check({t, 3 * t}, {u, 3 * u}, {-t, std::nextafter(-3 * t, beside)}, {0, 0});
+    }
+}
+
 TEST(PredicatesTest, WhatIsNotFiniteHasNoSide) {
     const Xy a{0, 0}, b{1, 0}, c{0, 1};
     for (const double bad : {std::nan(""), infinity, -infinity}) {

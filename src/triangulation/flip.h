@@ -31,7 +31,7 @@ inline void redirect(TinRecord<Real>* t, const TinRecord<Real>* from, TinRecord<
 /// P at i becomes (P, A, Q), n = (Q, B, A) with Q at j becomes (Q, B, P): both records stay in place.
 /// REQUIRES: n is neighbor[i] of s, and s is neighbor[j] of n.
 template <class Real>
-inline void flipEdge(TinRecord<Real>* s, int i, TinRecord<Real>* n, int j) {
+[[gnu::always_inline]] inline void flipEdge(TinRecord<Real>* s, int i, TinRecord<Real>* n, int j) {
     s->vertex[before[i]] = n->vertex[j];
     n->vertex[before[j]] = s->vertex[i];
     TinRecord<Real>* const x = s->neighbor[after[i]];

@@ -161,13 +161,42 @@ ExactInteger exact(double x, double y) { return ExactInteger(x) - ExactInteger(y
 int signOf(double value) { return value > 0.0 ? 1 : value < 0.0 ? -1 : 0; }
 
 /// Cosines and sines of the angles at p and d, by the differences to them, in any exact arithmetic.
-/// The sine at d is negated.
 template <class Number, class Sum, class Difference, class Product>
 auto cosinesAndSines(const std::array<Number, 8>& v, Sum add, Difference minus, Product times) {
     const auto& [apx, apy, bpx, bpy, adx, ady, bdx, bdy] = v;
     return std::array{
         add(times(apx, bpx), times(apy, bpy)), minus(times(apx, bpy), times(apy, bpx)),
-        add(times(adx, bdx), times(ady, bdy)), minus(times(bdy, adx), times(bdx, ady))};
+        add(times(adx, bdx), times(ady, bdy)), minus(times(bdx, ady), times(bdy, adx))};
+}
+
+// Where expansions may not be exact. Functions of their own, since their numbers take much of the stack.
+
+[[gnu::noinline]] int orientationOfAnySize(Xy a, Xy b, Xy c) {
+    std::array<double, 6> coordinates{a.x, a.y, b.x, b.y, c.x, c.y};
+    if (!allFinite(coordinates)) { return 0; }
+    if (const Sign sign = scaledOrientation(a, b, c); sign.isKnown) { return sign.sign; }
+    if (scale(coordinates)) {
+        const auto& [ax, ay, bx, by, cx, cy] = coordinates;
+        return orientationExact({ax, ay}, {bx, by}, {cx, cy});
+    }
+    return compareProducts(exact(a.x, c.x), exact(b.y, c.y), exact(a.y, c.y), exact(b.x, c.x));
+}
+
+[[gnu::noinline]] int inCircleOfAnySize(Xy p, Xy a, Xy b, Xy d) {
+    std::array<double, 8> coordinates{p.x, p.y, a.x, a.y, b.x, b.y, d.x, d.y};
+    if (!allFinite(coordinates)) { return 0; }
+    if (const Sign sine = scaledSineOfAngleSum(p, a, b, d); sine.isKnown) { return -sine.sign; }
+    if (scale(coordinates)) {
+        return inCircleExact(coordinates.data(), &coordinates[2], &coordinates[4], &coordinates[6]);
+    }
+    const std::array<ExactInteger, 8> v{exact(a.x, p.x), exact(a.y, p.y), exact(b.x, p.x),
+                                        exact(b.y, p.y), exact(a.x, d.x), exact(a.y, d.y),
+                                        exact(b.x, d.x), exact(b.y, d.y)};
+    const auto [cosC, sinC, cosD, sinD] = cosinesAndSines(
+        v, [](const auto& e, const auto& f) { return e + f; },
+        [](const auto& e, const auto& f) { return e - f; },
+        [](const auto& e, const auto& f) { return e * f; });
+    return -compareProducts(cosD, sinC, ExactInteger() - sinD, cosC);
 }
 
 }  // namespace
@@ -185,17 +214,11 @@ int orientationExact(Xy a, Xy b, Xy c) {
     if (areExact(v)) {
         return compare(twoProduct(v[0].high, v[1].high), twoProduct(v[2].high, v[3].high));
     }
-    std::array<double, 6> coordinates{a.x, a.y, b.x, b.y, c.x, c.y};
+    const std::array<double, 6> coordinates{a.x, a.y, b.x, b.y, c.x, c.y};
     if (expansionsAreExact(coordinates)) {
         return signOf(orient2dexact(coordinates.data(), &coordinates[2], &coordinates[4]));
     }
-    if (!allFinite(coordinates)) { return 0; }
-    if (const Sign sign = scaledOrientation(a, b, c); sign.isKnown) { return sign.sign; }
-    if (scale(coordinates)) {
-        const auto& [ax, ay, bx, by, cx, cy] = coordinates;
-        return orientationExact({ax, ay}, {bx, by}, {cx, cy});
-    }
-    return compareProducts(exact(a.x, c.x), exact(b.y, c.y), exact(a.y, c.y), exact(b.x, c.x));
+    return orientationOfAnySize(a, b, c);
 }
 
 template <class Real>
@@ -208,7 +231,7 @@ int inCircleExact(const Real* atP, const Real* atA, const Real* atB, const Real*
     if (areExact(differences)) {
         if (const Sign sine = sineOfCloseAngles(differences); sine.isKnown) { return -sine.sign; }
     }
-    std::array<double, 8> coordinates{p.x, p.y, a.x, a.y, b.x, b.y, d.x, d.y};
+    const std::array<double, 8> coordinates{p.x, p.y, a.x, a.y, b.x, b.y, d.x, d.y};
     if (expansionsAreExact(coordinates)) {
         std::array<Expansion<2>, 8> v;
         std::transform(differences.begin(), differences.end(), v.begin(), fromTwo);
@@ -216,21 +239,9 @@ int inCircleExact(const Real* atP, const Real* atA, const Real* atB, const Real*
             v, [](const auto& e, const auto& f) { return sum(e, f); },
             [](const auto& e, const auto& f) { return difference(e, f); },
             [](const auto& e, const auto& f) { return product(e, f); });
-        return -signOf(difference(product(cosD, sinC), product(sinD, cosC)).estimate());
+        return -signOf(sum(product(cosD, sinC), product(sinD, cosC)).estimate());
     }
-    if (!allFinite(coordinates)) { return 0; }
-    if (const Sign sine = scaledSineOfAngleSum(p, a, b, d); sine.isKnown) { return -sine.sign; }
-    if (scale(coordinates)) {
-        return inCircleExact(coordinates.data(), &coordinates[2], &coordinates[4], &coordinates[6]);
-    }
-    const std::array<ExactInteger, 8> v{exact(a.x, p.x), exact(a.y, p.y), exact(b.x, p.x),
-                                        exact(b.y, p.y), exact(a.x, d.x), exact(a.y, d.y),
-                                        exact(b.x, d.x), exact(b.y, d.y)};
-    const auto [cosC, sinC, cosD, sinD] = cosinesAndSines(
-        v, [](const auto& e, const auto& f) { return e + f; },
-        [](const auto& e, const auto& f) { return e - f; },
-        [](const auto& e, const auto& f) { return e * f; });
-    return -compareProducts(cosD, sinC, sinD, cosC);
+    return inCircleOfAnySize(p, a, b, d);
 }
 
 template int inCircleExact(const float*, const float*, const float*, const float*);

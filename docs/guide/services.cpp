@@ -1,7 +1,7 @@
 #include <zyn/log.h>
+#include <zyn/network.h>
 #include <zyn/progress.h>
 #include <zyn/setting.h>
-#include <zyn/network.h>
 #include <zyn/textfile.h>
 
 #include <QString>

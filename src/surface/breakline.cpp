@@ -3,10 +3,10 @@
 #include <zyn/network.h>
 
 #include "surface/edge_maker.h"
+#include "surface/snap.h"
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 #include "triangulation/ring.h"
-#include "surface/snap.h"
 
 #include <algorithm>
 #include <array>

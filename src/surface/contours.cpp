@@ -1,12 +1,14 @@
 // The isolines of a surface.
 #include <zyn/network.h>
 
+#include "surface/queries.h"
 #include "triangulation/flip.h"
-#include "surface/surface_triangles.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <functional>
+#include <span>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -51,15 +53,15 @@ class ContourTracer {
 public:
     using Tri = TinRecord<Real>;
 
-    ContourTracer(const DelaunayEngine<Real>& engine, double maxEdge)
-        : surface(&engine, maxEdge), numberOf(engine), belongs(engine.count()) {
+    explicit ContourTracer(const SurfaceTriangles<Real>& surface)
+        : numberOf(surface.network()), belongs(surface.triangleCount()) {
         surface.forEach([this](const Tri* t, std::size_t number) {
             belongs[number] = true;
             const auto [low, high] = std::minmax(
                 {double(t->vertex[0][2]), double(t->vertex[1][2]), double(t->vertex[2][2])});
             if (low < high) { slanted.push_back({t, low, high}); }
         });
-        lastLevelOf.assign(engine.count(), 0);
+        lastLevelOf.assign(surface.triangleCount(), 0);
     }
 
     /// The lines of the level in pieces without ridges, appended to `pieces`.
@@ -165,7 +167,6 @@ private:
         end();
     }
 
-    SurfaceTriangles<Real> surface;
     TriangleNumbers<Real> numberOf;
     std::vector<bool> belongs;
     std::vector<Slanted> slanted;
@@ -212,25 +213,44 @@ void join(std::vector<std::vector<Node<Real>>>& pieces) {
 
 }  // namespace
 
+namespace detail {
+
+template <class Real>
+void forContours(const SurfaceTriangles<Real>& surface, std::span<const double> levels,
+                 const std::function<void(std::span<const XPnt3d>)>& use) {
+    if (!surface.hasEngine()) { return; }
+    ContourTracer<Real> tracer(surface);
+    std::vector<std::vector<Node<Real>>> pieces;
+    std::vector<XPnt3d> line;
+    for (const double level : levels) {
+        pieces.clear();
+        tracer.trace(level, pieces);
+        join(pieces);
+        for (const std::vector<Node<Real>>& piece : pieces) {
+            line.clear();
+            for (const Node<Real>& node : piece) { line.push_back(node.position); }
+            use(line);
+        }
+    }
+}
+
+template void forContours(const SurfaceTriangles<double>&, std::span<const double>,
+                          const std::function<void(std::span<const XPnt3d>)>&);
+
+}  // namespace detail
+
 template <class Real>
 ref_ptr<Pnt3dArrayArray> contours(DelaunayInterface<Real>* interface, const DoubleArray* levels,
                                   double maxEdge) {
     ref_ptr<Pnt3dArrayArray> lines = newPnt3dArrayArray();
-    const auto* const engine = engineOf(interface);
-    if (engine == nullptr || levels == nullptr) { return lines; }
-    ContourTracer<Real> tracer(*engine, maxEdge);
-    std::vector<std::vector<Node<Real>>> pieces;
-    for (int i = 0; i < levels->size(); ++i) {
-        pieces.clear();
-        tracer.trace(levels->get(i), pieces);
-        join(pieces);
-        for (const std::vector<Node<Real>>& piece : pieces) {
-            const ref_ptr<Pnt3dArray> line = newPnt3dArray();
-            line->reserve(static_cast<int>(piece.size()));
-            for (const Node<Real>& node : piece) { line->append(node.position); }
-            lines->append(line.get());
-        }
-    }
+    if (levels == nullptr) { return lines; }
+    const SurfaceTriangles<Real> surface(engineOf(interface), maxEdge);
+    const std::span<const double> all(levels->data(), static_cast<std::size_t>(levels->size()));
+    detail::forContours(surface, all, [&lines](std::span<const XPnt3d> points) {
+        const ref_ptr<Pnt3dArray> line = newPnt3dArray();
+        line->append(points.data(), static_cast<int>(points.size()));
+        lines->append(line.get());
+    });
     return lines;
 }
 

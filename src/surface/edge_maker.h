@@ -1,9 +1,9 @@
 // Bringing a straight segment into a network by flips.
 #pragma once
 
+#include "surface/step_search.h"
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
-#include "surface/step_search.h"
 
 #include <cstddef>
 #include <iterator>

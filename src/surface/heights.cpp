@@ -2,12 +2,13 @@
 #include <zyn/network.h>
 
 #include "core/prefetch.h"
+#include "surface/queries.h"
 #include "triangulation/flip.h"
 #include "triangulation/locate_step.h"
-#include "surface/surface_triangles.h"
 
 #include <cstddef>
 #include <limits>
+#include <span>
 
 namespace zyn {
 namespace {
@@ -17,12 +18,13 @@ bool isAt(const Real* v, Xy q) {
     return double(v[0]) == q.x && double(v[1]) == q.y;
 }
 
-/// The surface triangle that holds q, as a walk from `hint` finds it; null outside. On the rim the
-/// walk may end in the frame triangle beside it.
+}  // namespace
+
+namespace detail {
+
 template <class Real>
-TinRecord<Real>* surfaceTriangleAt(DelaunayEngine<Real>& engine, TinRecord<Real>* hint, Xy q) {
-    TinRecord<Real>* const t = engine.locateFrom(hint, q);
-    const SurfaceTriangles<Real> surface(&engine);
+TinRecord<Real>* triangleAt(const SurfaceTriangles<Real>& surface, TinRecord<Real>* hint, Xy q) {
+    TinRecord<Real>* const t = surface.network().locateFrom(hint, q);
     if (t == nullptr || surface.has(t)) { return t; }
     for (int i = 0; i < 3; ++i) {
         if (isAt(t->vertex[i], q)) { return surface.round(t, i); }
@@ -37,7 +39,7 @@ TinRecord<Real>* surfaceTriangleAt(DelaunayEngine<Real>& engine, TinRecord<Real>
     return nullptr;
 }
 
-/// A corner has its own height, whatever the plane's rounding.
+// A corner has its own height, whatever the plane's rounding.
 template <class Real>
 double heightIn(const TinRecord<Real>* t, Xy q) {
     for (const Real* const v : t->vertex) {
@@ -46,6 +48,10 @@ double heightIn(const TinRecord<Real>* t, Xy q) {
     return HeightPlane(t).at(q.x, q.y);
 }
 
+}  // namespace detail
+
+namespace {
+
 /// Several walks side by side, each through a part of the points: while one waits for memory, the
 /// others go on.
 template <class Real>
@@ -53,12 +59,13 @@ class HeightWalks {
 public:
     using Tri = TinRecord<Real>;
 
-    HeightWalks(DelaunayEngine<Real>& engine_, XPnt3d* points, std::size_t count)
-        : engine(engine_), surface(&engine_) {
+    HeightWalks(const SurfaceTriangles<Real>& surface_, Tri* hint, std::span<XPnt3d> points)
+        : surface(surface_) {
+        const std::size_t count = points.size();
         for (std::size_t i = 0; i < mostWalks; ++i) {
-            XPnt3d* const first = points + count * i / mostWalks;
-            XPnt3d* const end = points + count * (i + 1) / mostWalks;
-            if (first != end) { walks[running++] = {engine.newest(), first, end, 0}; }
+            XPnt3d* const first = points.data() + count * i / mostWalks;
+            XPnt3d* const end = points.data() + count * (i + 1) / mostWalks;
+            if (first != end) { walks[running++] = {hint, first, end, 0}; }
         }
     }
     /// The number of points that lie on the surface.
@@ -97,8 +104,8 @@ private:
             }
         }
         Tri* const t =
-            isInside && surface.has(walk.at) ? walk.at : surfaceTriangleAt(engine, walk.at, q);
-        p.z = t == nullptr ? std::numeric_limits<double>::quiet_NaN() : heightIn(t, q);
+            isInside && surface.has(walk.at) ? walk.at : detail::triangleAt(surface, walk.at, q);
+        p.z = t == nullptr ? std::numeric_limits<double>::quiet_NaN() : detail::heightIn(t, q);
         if (t != nullptr) {
             walk.at = t;
             ++found;
@@ -107,8 +114,7 @@ private:
         return ++walk.point == walk.end;
     }
 
-    DelaunayEngine<Real>& engine;
-    SurfaceTriangles<Real> surface;
+    const SurfaceTriangles<Real>& surface;
     Walk walks[mostWalks] = {};
     std::size_t running = 0;
     int found = 0;
@@ -116,22 +122,39 @@ private:
 
 }  // namespace
 
+namespace detail {
+
+template <class Real>
+int heightsAt(const SurfaceTriangles<Real>& surface, TinRecord<Real>* hint,
+              std::span<XPnt3d> points) {
+    return HeightWalks<Real>(surface, hint, points).run();
+}
+
+template TinRecord<float>* triangleAt(const SurfaceTriangles<float>&, TinRecord<float>*, Xy);
+template TinRecord<double>* triangleAt(const SurfaceTriangles<double>&, TinRecord<double>*, Xy);
+template double heightIn(const TinRecord<float>*, Xy);
+template double heightIn(const TinRecord<double>*, Xy);
+template int heightsAt(const SurfaceTriangles<double>&, TinRecord<double>*, std::span<XPnt3d>);
+
+}  // namespace detail
+
 template <class Real>
 bool heightAt(DelaunayInterface<Real>* interface, double x, double y, double& z) {
-    auto* const engine = engineOf(interface);
+    const auto* const engine = engineOf(interface);
     if (engine == nullptr) { return false; }
-    const auto* const t = surfaceTriangleAt(*engine, engine->newest(), {x, y});
+    const SurfaceTriangles<Real> surface(engine);
+    const auto* const t = detail::triangleAt(surface, engine->newest(), {x, y});
     if (t == nullptr) { return false; }
-    z = heightIn(t, {x, y});
+    z = detail::heightIn(t, {x, y});
     return true;
 }
 
 template <class Real>
 int heightAt(DelaunayInterface<Real>* interface, Pnt3dArray* points) {
     if (points == nullptr) { return 0; }
-    if (auto* const engine = engineOf(interface); engine != nullptr) {
-        const auto count = static_cast<std::size_t>(points->size());
-        return HeightWalks<Real>(*engine, points->data(), count).run();
+    if (const auto* const engine = engineOf(interface); engine != nullptr) {
+        return detail::heightsAt(SurfaceTriangles<Real>(engine), engine->newest(),
+                                 {points->data(), static_cast<std::size_t>(points->size())});
     }
     for (XPnt3d& p : *points) { p.z = std::numeric_limits<double>::quiet_NaN(); }
     return 0;

@@ -1,10 +1,10 @@
 // Whole arrays of points into an engine.
-#include <zyn/progress.h>
 #include <zyn/network.h>
+#include <zyn/progress.h>
 
 #include "core/prefetch.h"
-#include "triangulation/engine.h"
 #include "surface/spatial_order.h"
+#include "triangulation/engine.h"
 
 #include <algorithm>
 #include <vector>

@@ -1,8 +1,8 @@
 // The surface along a straight line.
 #include <zyn/network.h>
 
+#include "surface/queries.h"
 #include "triangulation/flip.h"
-#include "surface/surface_triangles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -23,10 +23,10 @@ public:
     using Tri = TinRecord<Real>;
 
     /// REQUIRES: a and b are different and usable.
-    ProfileWalk(DelaunayEngine<Real>& engine_, Xy a_, Xy b_)
-        : engine(engine_), surface(&engine_), a(a_), b(b_) {}
+    ProfileWalk(const SurfaceTriangles<Real>& surface_, Tri* hint_, Xy a_, Xy b_)
+        : engine(surface_.network()), surface(surface_), hint(hint_), a(a_), b(b_) {}
 
-    ref_ptr<Pnt3dArray> run() {
+    std::vector<XPnt3d> run() {
         addEnd(a);
         Tri* const first = firstTriangle();
         if (first == nullptr || !follow(first)) { reenter(); }
@@ -80,7 +80,7 @@ private:
 
     /// Of the triangles round a, one that the line goes through.
     [[nodiscard]] Tri* firstTriangle() {
-        std::vector<Tri*> around{engine.locateFrom(engine.newest(), a)};
+        std::vector<Tri*> around{engine.locateFrom(hint, a)};
         if (around[0] == nullptr) { return nullptr; }
         std::unordered_set<const Tri*> seen{around[0]};
         for (std::size_t n = 0; n < around.size(); ++n) {
@@ -113,7 +113,7 @@ private:
     [[nodiscard]] std::vector<std::pair<double, Tri*>> entries() {
         std::vector<std::pair<double, Tri*>> result;
         for (std::size_t n = 0; n < engine.count(); ++n) {
-            Tri* const t = engine.at(n);
+            Tri* const t = engine.record(n);
             if (std::find(t->neighbor, t->neighbor + 3, nullptr) == t->neighbor + 3) { continue; }
             const int in = crossedEdge(t, false);
             if (in == 3 || t->neighbor[in] != nullptr) { continue; }
@@ -189,26 +189,26 @@ private:
     }
     /// Either end may lie on the rim, with the line outside.
     void addEnd(Xy end) {
-        double z = 0;
-        if (heightAt(static_cast<DelaunayInterface<Real>*>(&engine), end.x, end.y, z)) {
-            add({end.x, end.y, z});
+        if (const Tri* const t = detail::triangleAt(surface, hint, end)) {
+            add({end.x, end.y, detail::heightIn(t, end)});
         }
     }
     void add(const XPnt3d& p) {
         if (isLast(p)) { return; }
-        if (isInterrupted && points->size() > 0) {
-            points->append(XPnt3d(p.x, p.y, std::numeric_limits<double>::quiet_NaN()));
+        if (isInterrupted && !points.empty()) {
+            points.emplace_back(p.x, p.y, std::numeric_limits<double>::quiet_NaN());
         }
-        points->append(p);
+        points.push_back(p);
     }
     [[nodiscard]] bool isLast(const XPnt3d& p) const {
-        return points->size() > 0 && points->last().x == p.x && points->last().y == p.y;
+        return !points.empty() && points.back().x == p.x && points.back().y == p.y;
     }
 
-    DelaunayEngine<Real>& engine;
-    SurfaceTriangles<Real> surface;
+    const DelaunayEngine<Real>& engine;
+    const SurfaceTriangles<Real>& surface;
+    Tri* const hint;
     const Xy a, b;
-    ref_ptr<Pnt3dArray> points = newPnt3dArray();
+    std::vector<XPnt3d> points;
     std::unordered_set<const Real*> touched;     // vertices that addTouch has looked round
     std::size_t stepsLeft = 2 * engine.count();  // links of a damaged network may circle
     double reached = -HUGE_VAL;                  // the end of the latest part over the surface
@@ -217,27 +217,42 @@ private:
 
 }  // namespace
 
+namespace detail {
+
 template <class Real>
-ref_ptr<Pnt3dArray> profile(DelaunayInterface<Real>* interface, const XPnt2d& a, const XPnt2d& b) {
-    ref_ptr<Pnt3dArray> points = newPnt3dArray();
-    auto* const engine = engineOf(interface);
-    const Xy from{a.x, a.y}, to{b.x, b.y};
-    if (engine == nullptr || !isUsable(from) || !isUsable(to)) { return points; }
-    const Xy step = to - from;
+std::vector<XPnt3d> profileOf(const SurfaceTriangles<Real>& surface, TinRecord<Real>* hint, Xy a,
+                              Xy b) {
+    std::vector<XPnt3d> points;
+    if (!surface.hasEngine() || !isUsable(a) || !isUsable(b)) { return points; }
+    const Xy step = b - a;
     if (step.x * step.x + step.y * step.y == 0) {
-        double z = 0;
-        if (heightAt(interface, a.x, a.y, z)) { points->append(XPnt3d(a.x, a.y, z)); }
+        if (const auto* const t = triangleAt(surface, hint, a)) {
+            points.emplace_back(a.x, a.y, heightIn(t, a));
+        }
         return points;
     }
-    ProfileWalk<Real> walk(*engine, from, to);
+    ProfileWalk<Real> walk(surface, hint, a, b);
     points = walk.run();
     if (walk.isMissed()) {  // perhaps along the rim, with the network on its left
-        ProfileWalk<Real> back(*engine, to, from);
-        if (const ref_ptr<Pnt3dArray> found = back.run(); !back.isMissed()) {
-            points = found;
-            std::reverse(points->begin(), points->end());
-        }
+        ProfileWalk<Real> back(surface, hint, b, a);
+        std::vector<XPnt3d> found = back.run();
+        if (!back.isMissed()) { points.assign(found.rbegin(), found.rend()); }
     }
+    return points;
+}
+
+template std::vector<XPnt3d> profileOf(const SurfaceTriangles<double>&, TinRecord<double>*, Xy, Xy);
+
+}  // namespace detail
+
+template <class Real>
+ref_ptr<Pnt3dArray> profile(DelaunayInterface<Real>* interface, const XPnt2d& a, const XPnt2d& b) {
+    const auto* const engine = engineOf(interface);
+    const std::vector<XPnt3d> found =
+        detail::profileOf(SurfaceTriangles<Real>(engine),
+                          engine == nullptr ? nullptr : engine->newest(), {a.x, a.y}, {b.x, b.y});
+    ref_ptr<Pnt3dArray> points = newPnt3dArray();
+    points->append(found.data(), static_cast<int>(found.size()));
     return points;
 }
 

@@ -2,8 +2,8 @@
 #include <zyn/network.h>
 
 #include "surface/cell_polygon.h"
+#include "surface/queries.h"
 #include "triangulation/flip.h"
-#include "surface/surface_triangles.h"
 
 #include <algorithm>
 #include <cmath>
@@ -160,22 +160,37 @@ private:
 
 }  // namespace
 
+namespace detail {
+
+bool isGrid(const Enve2d& envelope, int columns, int rows) {
+    const double width = envelope.maxX - envelope.minX, height = envelope.maxY - envelope.minY;
+    return columns >= 1 && rows >= 1 && width > 0 && height > 0 && std::isfinite(width) &&
+           std::isfinite(height);
+}
+
+template <class Real>
+void fillCells(const SurfaceTriangles<Real>& surface, const Enve2d& envelope, int columns, int rows,
+               double* cells) {
+    const CellAxis x(envelope.minX, envelope.maxX, columns);
+    const CellAxis y(envelope.minY, envelope.maxY, rows);
+    const TriangleFill<Real> fill(x, y, cells);
+    surface.forEach([&fill](const TinRecord<Real>* t, std::size_t) { fill(t); });
+}
+
+template void fillCells(const SurfaceTriangles<double>&, const Enve2d&, int, int, double*);
+
+}  // namespace detail
+
 template <class Real>
 bool rasterize(DelaunayInterface<Real>* interface, const Enve2d& envelope, int cellsX, int cellsY,
                MatrixDbl* out, double maxEdge) {
     const auto* const engine = engineOf(interface);
-    const double width = envelope.maxX - envelope.minX, height = envelope.maxY - envelope.minY;
-    if (engine == nullptr || out == nullptr || cellsX < 1 || cellsY < 1 || !(width > 0) ||
-        !(height > 0) || !std::isfinite(width) || !std::isfinite(height) ||
+    if (engine == nullptr || out == nullptr || !detail::isGrid(envelope, cellsX, cellsY) ||
         !out->setSize(cellsY, cellsX, std::numeric_limits<double>::quiet_NaN())) {
         return false;
     }
-    const CellAxis columns(envelope.minX, envelope.maxX, cellsX);
-    const CellAxis rows(envelope.minY, envelope.maxY, cellsY);
-    const TriangleFill<Real> fill(columns, rows, out->data());
-    SurfaceTriangles<Real>(engine, maxEdge).forEach([&fill](const TinRecord<Real>* t, std::size_t) {
-        fill(t);
-    });
+    detail::fillCells(SurfaceTriangles<Real>(engine, maxEdge), envelope, cellsX, cellsY,
+                      out->data());
     return true;
 }
 

@@ -25,6 +25,8 @@ public:
         : engine(engine_), most2(maxEdge < 0 ? -1 : maxEdge * maxEdge) {}
 
     [[nodiscard]] bool hasEngine() const { return engine != nullptr; }
+    /// REQUIRES: there is an engine.
+    [[nodiscard]] const DelaunayEngine<Real>& network() const { return *engine; }
     /// Number of triangles of the network, in the surface or not.
     [[nodiscard]] std::size_t triangleCount() const {
         return engine == nullptr ? 0 : engine->count();

@@ -1,7 +1,7 @@
 // Cut and fill.
 #include <zyn/network.h>
 
-#include "surface/surface_triangles.h"
+#include "surface/queries.h"
 
 #include <algorithm>
 #include <array>
@@ -47,10 +47,12 @@ private:
 
 }  // namespace
 
+namespace detail {
+
 template <class Real>
-SurfaceVolume volume(DelaunayInterface<Real>* interface, double level, double maxEdge) {
+SurfaceVolume volumeOf(const SurfaceTriangles<Real>& surface, double level) {
     SurfaceVolume sum;
-    SurfaceTriangles<Real>(engineOf(interface), maxEdge).forEach([&](const TinRecord<Real>* t, std::size_t) {
+    surface.forEach([&](const TinRecord<Real>* t, std::size_t) {
         const XPnt3d a = positionOf(t->vertex[0]), b = positionOf(t->vertex[1]),
                      c = positionOf(t->vertex[2]);
         const double area = ((b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x)) / 2;
@@ -67,6 +69,15 @@ SurfaceVolume volume(DelaunayInterface<Real>* interface, double level, double ma
         sum.fillArea += pieces.volume.fillArea;
     });
     return sum;
+}
+
+template SurfaceVolume volumeOf(const SurfaceTriangles<double>&, double);
+
+}  // namespace detail
+
+template <class Real>
+SurfaceVolume volume(DelaunayInterface<Real>* interface, double level, double maxEdge) {
+    return detail::volumeOf(SurfaceTriangles<Real>(engineOf(interface), maxEdge), level);
 }
 
 template SurfaceVolume volume(DelaunayInterface<float>*, double, double);

@@ -77,13 +77,13 @@ public:
     /// Numbers the points as so many calls of addPoint would.
     void number(Pnt* points, int count);
     /// The triangle that holds q, or null outside the network, by a walk from `start`.
-    Tri* locateFrom(Tri* start, Xy q) {
+    Tri* locateFrom(Tri* start, Xy q) const {
         bool isInside = false;
         return locateFrom(start, q, isInside);
     }
     /// A triangle whose first corner is nearer to q than those of about sqrt(count()) others; null in
     /// an empty network.
-    Tri* sample(Xy q);
+    Tri* sample(Xy q) const;
     int vertexCount() const;
     int allVertexCount() const;
     int surfaceTriangleCount() const;
@@ -115,10 +115,10 @@ private:
     struct Star;
 
     // engine_insert.ipp
-    Tri* locateFrom(Tri* start, Xy q, bool& isInside);
-    Tri* settle(Tri* t, Xy q);
-    Tri* leaveFlat(Tri* flat, Xy q);
-    Tri* searchPool(Xy q);
+    Tri* locateFrom(Tri* start, Xy q, bool& isInside) const;
+    Tri* settle(Tri* t, Xy q) const;
+    Tri* leaveFlat(Tri* flat, Xy q) const;
+    Tri* searchPool(Xy q) const;
     static Real* cornerWithin(const Tri* t, const Pnt& p, Real tolerance);
     void noteFlatTriangles(const Tri* t, Real* p);
     Tri* split(Tri* t, Real* p);

@@ -51,7 +51,7 @@ TinRecord<Real>* DelaunayEngine<Real>::locate(Real x, Real y) {
 /// The triangle that holds q, or null outside the network. The walk is that of TinRecord::find. Where
 /// the last triangle's sides leave no doubt, it is the answer, and `isInside` is set.
 template <class Real>
-TinRecord<Real>* DelaunayEngine<Real>::locateFrom(Tri* start, Xy q, bool& isInside) {
+TinRecord<Real>* DelaunayEngine<Real>::locateFrom(Tri* start, Xy q, bool& isInside) const {
     if (start == nullptr || !frameIsUsable || !isUsable(q)) { return nullptr; }
     Tri* t = start;
     const WalkEnd end =
@@ -61,15 +61,15 @@ TinRecord<Real>* DelaunayEngine<Real>::locateFrom(Tri* start, Xy q, bool& isInsi
 }
 
 template <class Real>
-TinRecord<Real>* DelaunayEngine<Real>::sample(Xy q) {
+TinRecord<Real>* DelaunayEngine<Real>::sample(Xy q) const {
     const auto stride = static_cast<std::size_t>(std::sqrt(double(Pool::count())));
     Tri* nearest = nullptr;
     double least2 = HUGE_VAL;
     for (std::size_t n = 0; n < Pool::count(); n += stride) {
-        const Xy offset = xyOf(Pool::at(n)->vertex[0]) - q;
+        const Xy offset = xyOf(Pool::record(n)->vertex[0]) - q;
         const double distance2 = offset.x * offset.x + offset.y * offset.y;
         if (nearest == nullptr || distance2 < least2) {
-            nearest = Pool::at(n);
+            nearest = Pool::record(n);
             least2 = distance2;
         }
     }
@@ -78,7 +78,7 @@ TinRecord<Real>* DelaunayEngine<Real>::sample(Xy q) {
 
 /// Goes on by exact orientation, from where rounding may have stopped the walk too early.
 template <class Real>
-TinRecord<Real>* DelaunayEngine<Real>::settle(Tri* t, Xy q) {
+TinRecord<Real>* DelaunayEngine<Real>::settle(Tri* t, Xy q) const {
     const auto step = [q](Tri* from) -> Tri* {
         const Xy a = xyOf(from->vertex[0]), b = xyOf(from->vertex[1]), c = xyOf(from->vertex[2]);
         if (orientation(a, b, q) < 0) { return from->neighbor[2]; }
@@ -127,7 +127,7 @@ int promise(const TinRecord<Real>* flat, int i, Xy q) {
 /// From a triangle of no area, which holds every point of its line or none: the triangle with an
 /// area beside it and its like that really holds q.
 template <class Real>
-TinRecord<Real>* DelaunayEngine<Real>::leaveFlat(Tri* flat, Xy q) {
+TinRecord<Real>* DelaunayEngine<Real>::leaveFlat(Tri* flat, Xy q) const {
     std::vector<Tri*> toVisit{flat};
     std::unordered_set<const Tri*> seen{flat};
     while (!toVisit.empty()) {
@@ -150,9 +150,9 @@ TinRecord<Real>* DelaunayEngine<Real>::leaveFlat(Tri* flat, Xy q) {
 }
 
 template <class Real>
-TinRecord<Real>* DelaunayEngine<Real>::searchPool(Xy q) {
+TinRecord<Real>* DelaunayEngine<Real>::searchPool(Xy q) const {
     for (std::size_t n = 0; n < Pool::count(); ++n) {
-        if (Tri* const t = Pool::at(n); holds(t, q)) { return t; }
+        if (Tri* const t = Pool::record(n); holds(t, q)) { return t; }
     }
     return nullptr;
 }

@@ -23,14 +23,14 @@ public:
     static constexpr std::size_t blockSize = 1024;
 
     [[nodiscard]] std::size_t count() const noexcept { return size; }
-    [[nodiscard]] Tri* at(std::size_t n) noexcept {
+    [[nodiscard]] Tri* at(std::size_t n) noexcept { return record(n); }
+    [[nodiscard]] const Tri* at(std::size_t n) const noexcept { return record(n); }
+    /// The same triangle of a pool that stays as it is.
+    [[nodiscard]] Tri* record(std::size_t n) const noexcept {
         return reinterpret_cast<Tri*>(blocks[n / blockSize].get()) + n % blockSize;
     }
-    [[nodiscard]] const Tri* at(std::size_t n) const noexcept {
-        return reinterpret_cast<const Tri*>(blocks[n / blockSize].get()) + n % blockSize;
-    }
     /// Null in an empty pool.
-    [[nodiscard]] Tri* newest() noexcept { return size == 0 ? nullptr : at(size - 1); }
+    [[nodiscard]] Tri* newest() const noexcept { return size == 0 ? nullptr : record(size - 1); }
     [[nodiscard]] bool owns(const Tri* t) const noexcept {
         for (std::size_t n = 0; n < size; n += blockSize) {
             const Tri* const first = at(n);

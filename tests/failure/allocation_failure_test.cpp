@@ -4,9 +4,9 @@
 #include <zyn/camera.h>
 #include <zyn/draw.h>
 #include <zyn/log.h>
+#include <zyn/network.h>
 #include <zyn/pms.h>
 #include <zyn/setting.h>
-#include <zyn/network.h>
 #include <zyn/textfile.h>
 #include <zyn/transform.h>
 #include <zyn/variant.h>

@@ -1,7 +1,7 @@
 // Each writer of files on disks that are full, on places that take no file, and on what is no disk.
 #include <zyn/log.h>
-#include <zyn/setting.h>
 #include <zyn/network.h>
+#include <zyn/setting.h>
 #include <zyn/textfile.h>
 
 #include <dlfcn.h>

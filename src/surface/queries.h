@@ -1,0 +1,48 @@
+// What is asked of the triangles of a surface, whoever holds the network. Reads only: any number of
+// threads may ask at once.
+#pragma once
+
+#include <zyn/network.h>
+
+#include "surface/surface_triangles.h"
+
+#include <functional>
+#include <span>
+#include <vector>
+
+namespace zyn::detail {
+
+/// Returns the triangle of the surface that holds q, found by a walk from `hint`; null off the
+/// surface. On the rim the walk may end in the triangle beside it.
+template <class Real>
+[[nodiscard]] TinRecord<Real>* triangleAt(const SurfaceTriangles<Real>& surface,
+                                          TinRecord<Real>* hint, Xy q);
+/// Returns the height at q. REQUIRES: t holds q.
+template <class Real>
+[[nodiscard]] double heightIn(const TinRecord<Real>* t, Xy q);
+/// Sets the z of each point to the height there, NaN off the surface. Returns the number of heights.
+template <class Real>
+int heightsAt(const SurfaceTriangles<Real>& surface, TinRecord<Real>* hint,
+              std::span<XPnt3d> points);
+
+/// The line from a to b on the surface, with a NaN where it comes back; see profile().
+template <class Real>
+[[nodiscard]] std::vector<XPnt3d> profileOf(const SurfaceTriangles<Real>& surface,
+                                            TinRecord<Real>* hint, Xy a, Xy b);
+
+/// Whether cells can fill the envelope.
+[[nodiscard]] bool isGrid(const Enve2d& envelope, int columns, int rows);
+/// Sets those cells whose centres are on the surface; see rasterize(). REQUIRES: isGrid().
+template <class Real>
+void fillCells(const SurfaceTriangles<Real>& surface, const Enve2d& envelope, int columns, int rows,
+               double* cells);
+
+/// Calls `use` with each line in turn; see contours().
+template <class Real>
+void forContours(const SurfaceTriangles<Real>& surface, std::span<const double> levels,
+                 const std::function<void(std::span<const XPnt3d>)>& use);
+
+template <class Real>
+[[nodiscard]] SurfaceVolume volumeOf(const SurfaceTriangles<Real>& surface, double level);
+
+}  // namespace zyn::detail

@@ -1,0 +1,289 @@
+// Breaklines: polylines into a network, as edges that stay.
+#pragma once
+
+#include <zyn/network.h>
+
+#include "surface/edge_maker.h"
+#include "surface/snap.h"
+#include "triangulation/engine.h"
+#include "triangulation/fixed_edges.h"
+#include "triangulation/ring.h"
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace zyn {
+
+/// Brings polylines into a network.
+///
+/// A vertex where two lines cross is rounded, and may replace one within the tolerance: both lines
+/// bend there. Bent lines that run side by side would cross again and again. So a line that passes an
+/// end of a fixed edge as closely as that goes through it, and lines that cross so close to an end of
+/// one of them meet there: a vertex is made only where both lines lead clearly to either side.
+/// Source: iterated snap rounding, Halperin and Packer 2002, with squares about vertices as pixels.
+template <class Real>
+class Breaklines {
+public:
+    using Tri = TinRecord<Real>;
+    using Pnt = XPnt3<Real>;
+
+    /// Keeps a vertex at a crossing and returns its place.
+    using Keep = std::function<Pnt*(const Pnt&)>;
+
+    /// Without `keep_`, edges of earlier lines give way.
+    Breaklines(DelaunayEngine<Real>& engine_, Real tolerance_, VertexArray<Real>& list, Keep keep_)
+        : engine(engine_),
+          maker(engine_),
+          tolerance(tolerance_),
+          snap(tolerance_),
+          fixed(list),
+          keep(std::move(keep_)) {}
+
+    /// Makes a polyline part of the network. Calls `use` with each point and the vertex that it became
+    /// or fell on. Inserts all vertices first, since each may flip an edge away.
+    template <class Points, class Use>
+    void add(Points& points, Use use) {
+        std::vector<Real*> vertices;
+        for (Pnt& p : points) {
+            Real* v = vertexAt(p);
+            if (v == nullptr && insert(p)) { v = p; }
+            if (v == nullptr) { continue; }
+            use(p, v);
+            if (vertices.empty() || vertices.back() != v) { vertices.push_back(v); }
+        }
+        for (std::size_t i = 1; i < vertices.size(); ++i) {
+            allowance.reset();
+            segment = {vertices[i - 1], vertices[i]};
+            splitsLeft = engine.count();
+            if (keep == nullptr || !follow(segment)) { makeSegment(segment.from, segment.to, 0); }
+        }
+    }
+    /// Returns the number of edges of the polylines, each counted once.
+    [[nodiscard]] int edges() const { return static_cast<int>(fixed.added()); }
+    /// Returns the number of fixed edges that gave way, and of segments that are not there.
+    [[nodiscard]] int lost() const { return lostEdges; }
+
+private:
+    using Maker = EdgeMaker<Real>;
+    using Step = typename Maker::Step;
+    using Crossing = typename Maker::Crossing;
+    using Segment = VertexSegment<Real>;
+
+    /// Returns the nearest vertex that the point would be refused for, or null.
+    Real* vertexAt(const Pnt& p) { return vertexNear(p, tolerance); }
+    Real* vertexNear(const Pnt& p, Real within) {
+        Tri* const t = engine.locateFrom(hint(), {double(p.x), double(p.y)});
+        if (t == nullptr) { return nullptr; }
+        latest = t;
+        return engine.cornerAt(t, p, within);
+    }
+    /// Makes the point a vertex. A fixed edge on the rim, which no flip takes away, gets it too if the
+    /// point is on it.
+    bool insert(Pnt& p) {
+        if (!engine.insert(&p, tolerance, hint(), fixed)) { return false; }
+        if constexpr (DelaunayEngine<Real>::isDouble) { engine.number(&p, 1); }
+        Real* const v = p;
+        forRing(engine.newest(), engine.newest()->index(v), engine.count(),
+                [this, v](Tri* t, int i) {
+                    fixed.giveWay(t->vertex[after[i]], t->vertex[before[i]], v);
+                    return false;
+                });
+        fixed.requireMemory();
+        return true;
+    }
+    Tri* hint() { return latest == nullptr ? engine.newest() : latest; }
+
+    /// Takes the fixed edges that lead all along the segment already, as if it was made before and bent
+    /// since. Returns false, with nothing changed, if there are none.
+    bool follow(const Segment& line) {
+        struct Place {
+            Real* vertex;
+            Tri* triangle;
+        };
+        std::vector<Place> places{{line.from, engine.locateFrom(hint(), xyOf(line.from))}};
+        std::unordered_map<Real*, Real*> cameFrom;
+        while (!places.empty() && !cameFrom.contains(line.to)) {
+            const auto [v, start] = places.back();
+            places.pop_back();
+            const int slot = start == nullptr ? 3 : start->index(v);
+            if (slot == 3) { continue; }
+            forRing(start, slot, engine.count(), [&, v = v](Tri* t, int i) {
+                for (Real* const w : {t->vertex[after[i]], t->vertex[before[i]]}) {
+                    if (fixed.contains(v, w) &&
+                        planeDistance(w, line.to) < planeDistance(v, line.to) + snap.reach(line) &&
+                        snap.isClose(line, w, Snap<Real>::bent) &&
+                        cameFrom.try_emplace(w, v).second) {
+                        places.push_back({w, t});
+                    }
+                }
+                return false;
+            });
+        }
+        const bool isFound = cameFrom.contains(line.to);
+        for (Real* v = line.to; isFound && v != line.from; v = cameFrom[v]) {
+            fixed.add(cameFrom[v], v);
+        }
+        return isFound;
+    }
+
+    void makeSegment(Real* a, Real* b, int depth) {
+        // More steps than there are vertices on the way only in a damaged network.
+        for (std::size_t stepsLeft = 2 * engine.count() + 16;
+             a != nullptr && a != b && stepsLeft > 0; --stepsLeft) {
+            a = advance(a, b, depth);
+        }
+        if (a != b) { ++lostEdges; }
+    }
+
+    /// Makes the next edge from a towards b, or clears the way for it. Returns the vertex to go on from,
+    /// or null where the way is blocked.
+    Real* advance(Real* a, Real* b, int depth) {
+        const Step step = maker.look(a, b);
+        if (step.way == Maker::Way::blocked) { return nullptr; }
+        const bool mayBend = keep != nullptr && depth < mostDepth && splitsLeft > 0;
+        Real* v = mayBend ? closeVertex(a, b, step) : nullptr;
+        if (v == nullptr && step.way == Maker::Way::edge) {
+            fixed.add(a, step.vertex);
+            return step.vertex;
+        }
+        if (v != nullptr) { return goThrough(a, v, depth); }
+        Segment crossed;
+        Real* const end = maker.collect(a, b, step, [&](const Crossing& c, int slot) {
+            if (!mayBend) { return false; }
+            if (fixed.contains(c.upper, c.lower)) {
+                crossed = {c.upper, c.lower};
+                return true;
+            }
+            v = closeCorner({a, b}, c.behind, slot);
+            return v != nullptr;
+        });
+        if (v != nullptr) { return goThrough(a, v, depth); }
+        if (crossed.from != nullptr) { return cross(crossed, {a, b}, depth); }
+        if (end == nullptr) { return nullptr; }
+        for (const Crossing& c : maker.collected()) { giveWay({c.upper, c.lower}); }
+        return maker.flipAway(a, end) ? a : nullptr;
+    }
+    Real* goThrough(Real* a, Real* v, int depth) {
+        if (splitsLeft > 0) { --splitsLeft; }
+        makeSegment(a, v, depth + 1);
+        return v;
+    }
+    /// Leads the line and the fixed edge that it crosses to one vertex. An edge for which there is none
+    /// gives way.
+    Real* cross(const Segment& edge, const Segment& line, int depth) {
+        Real* const v = meetingVertex(edge, line);
+        const bool wasCounting = fixed.setCounting(fixed.counts(edge.from, edge.to));
+        if (v == nullptr) {
+            giveWay(edge);
+        } else if (v != edge.from && v != edge.to) {
+            fixed.remove(edge.from, edge.to);
+            makeSegment(goThrough(edge.from, v, depth), edge.to, depth + 1);
+        }
+        fixed.setCounting(wasCounting);
+        const bool isOnTheWay = v != nullptr && v != line.from && v != line.to;
+        return isOnTheWay ? goThrough(line.from, v, depth) : line.from;
+    }
+
+    void giveWay(const Segment& edge) {
+        if (!fixed.contains(edge.from, edge.to)) { return; }
+        fixed.remove(edge.from, edge.to);
+        ++lostEdges;
+    }
+
+    /// Returns a vertex close to the way from a to b among those of the triangles at its first step.
+    Real* closeVertex(Real* a, Real* b, const Step& step) {
+        Tri* const t = step.triangle;
+        const bool isEdge = step.way == Maker::Way::edge;
+        const Segment way{a, isEdge ? step.vertex : b};
+        for (int i = 0; i < 3; ++i) {
+            if (Real* const v = closeCorner(way, t, i)) { return v; }
+        }
+        const int across = isEdge ? t->index(a, step.vertex) : 3;
+        Tri* const other = across < 0 || across == 3 ? nullptr : t->neighbor[across];
+        const int apex = other == nullptr ? -1 : other->index(a, step.vertex);
+        return apex < 0 ? nullptr : closeCorner(way, other, apex);
+    }
+    /// Returns the corner of t if the line is to go through it.
+    Real* closeCorner(const Segment& line, Tri* t, int i) {
+        Real* const v = t->vertex[i];
+        if (!snap.isClose(line, v) || !isBetween(line, v)) { return nullptr; }
+        bool isOnFixed = false;
+        forRing(t, i, engine.count(), [&](const Tri* n, int at) {
+            isOnFixed =
+                fixed.contains(v, n->vertex[after[at]]) || fixed.contains(v, n->vertex[before[at]]);
+            return isOnFixed;
+        });
+        return isOnFixed ? v : nullptr;
+    }
+
+    /// Returns a vertex that brings both lines farther or is an end of them, new if need be; null if there
+    /// is none.
+    Real* meetingVertex(const Segment& edge, const Segment& line) {
+        const auto serves = [&](const Real* v) {
+            return isEndOrBetween(edge, v) && isEndOrBetween(line, v);
+        };
+        const auto closeEnd = [&](const typename Snap<Real>::Reach& reach) -> Real* {
+            for (Real* const v : {edge.from, edge.to}) {
+                if (snap.isClose(line, v, reach) && serves(v)) { return v; }
+            }
+            for (Real* const v : {line.from, line.to}) {
+                if (snap.isClose(edge, v, reach) && serves(v)) { return v; }
+            }
+            return nullptr;
+        };
+        if (Real* const v = closeEnd(Snap<Real>::straight)) { return v; }
+        const Pnt p = crossingOf(edge, line);
+        if (Real* const v = vertexNear(p, Real(snap.reach(line))); v != nullptr) {
+            return serves(v) ? v : closeEnd(Snap<Real>::bent);
+        }
+        const Real* const place = p;
+        if (!serves(place) || verticesLeft() == 0) { return closeEnd(Snap<Real>::bent); }
+        Pnt* const stored = keep(p);
+        --*allowance;
+        return insert(*stored) ? static_cast<Real*>(*stored) : nullptr;
+    }
+    /// Returns how many vertices the segment may still make: in all, one more than twice the lines that
+    /// clearly cross it.
+    std::size_t verticesLeft() {
+        if (!allowance) { allowance = 2 * clearCrossings(segment) + 1; }
+        return *allowance;
+    }
+    std::size_t clearCrossings(const Segment& line) {
+        std::size_t clear = 0;
+        const auto countClear = [&](const Crossing& c, int) {
+            const Segment edge{c.upper, c.lower};
+            const bool isClear = !snap.isClose(line, c.upper) && !snap.isClose(line, c.lower) &&
+                                 !snap.isClose(edge, line.from) && !snap.isClose(edge, line.to);
+            if (isClear && fixed.contains(c.upper, c.lower)) { ++clear; }
+            return false;
+        };
+        Real* a = line.from;
+        for (std::size_t stepsLeft = engine.count(); a != line.to && stepsLeft > 0; --stepsLeft) {
+            const Step step = maker.look(a, line.to);
+            a = step.way == Maker::Way::crossed ? maker.collect(a, line.to, step, countClear)
+                                                : step.vertex;
+            if (a == nullptr) { break; }
+        }
+        return clear;
+    }
+
+    static constexpr int mostDepth = 64;  // of segments that bend while others are bent
+
+    DelaunayEngine<Real>& engine;
+    Maker maker;
+    Real tolerance;
+    Snap<Real> snap;
+    FixedEdges<Real> fixed;
+    Keep keep;
+    Tri* latest = nullptr;                 // where the last point was located
+    Segment segment;                       // of the polyline, the one that is being made
+    std::optional<std::size_t> allowance;  // of vertices that it makes
+    std::size_t splitsLeft = 0;
+    int lostEdges = 0;
+};
+
+}  // namespace zyn

@@ -277,7 +277,8 @@ private:
         FUZZ_REQUIRE(addBreakline<Real>(e, nullptr, 0) == -1);
         FUZZ_REQUIRE(addBreakline(e, somePoints(3), no) == -1);
         FUZZ_REQUIRE(addBreaklines<Real>(e, nullptr, 0) == -1);
-        FUZZ_REQUIRE(restoreDelaunay(none) == -1 && compactVertices(none) == 0);
+        FUZZ_REQUIRE(restoreDelaunay(none) == -1 && closeHull(none) == -1 &&
+                     compactVertices(none) == 0);
         FUZZ_REQUIRE(!heightAt(e, HUGE_VAL, 0.0, z) && !heightAt(none, 0.0, 0.0, z));
         FUZZ_REQUIRE(!rasterize(e, Enve2d(0, 0, 1, 1), 0, 1, cells.get()));
         FUZZ_REQUIRE(!rasterize(e, Enve2d(0, 0, 1, 1), 1, 1, nullptr));

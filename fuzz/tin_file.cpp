@@ -28,6 +28,7 @@ void readAndUse(const ref_ptr<Engine>& engine, const MemoryFile& file, bool isTe
     const ref_ptr<DoubleArray> levels = newDoubleArray();
     levels->append(1);
     (void)contours<Real>(e, levels.get());
+    closeHull<Real>(e);
     restoreDelaunay<Real>(e);
     XPnt3<Real> p(Real(0.5), Real(0.25), Real(1));
     engine->addPoint(&p, 0);

@@ -148,12 +148,36 @@ template <class Real>
 ZYN_EXPORT int restoreDelaunay(DelaunayInterface<Real>* engine,
                                const VertexArray<Real>* fixed = nullptr);
 
+/// Makes the surface the Delaunay triangulation of the vertices alone, with their convex hull as its
+/// rim, whatever the frame: the corners of the frame count as infinitely far. Without it, they count as
+/// points, which take triangles at the rim. Returns the number of flips, held at the largest number.
+///
+/// - REQUIRES: inner edges of the surface are Delaunay already, as addPoints and restoreDelaunay
+///   leave them. Only the new triangles, and what they make illegal, are looked at.
+/// - Edges of `fixed` between triangles of the surface stay. Edges to corners of the frame do not.
+/// - Vertices on the hull's edges stay part of the rim. Holes that deleteTriangle made in the surface
+///   stay. Points in one place keep triangles of no area, and may leave the rim open there.
+/// - Without three vertices off one line there is no surface, and nothing to do.
+/// - addPoint, removePoint and restoreDelaunay go on as before and may open the rim: call it again.
+///
+/// Returns -1 and changes nothing if:
+/// - `engine` is null or of another maker;
+/// - a frame triangle is missing;
+/// - the links of a frame triangle are damaged.
+///
+/// If allocation fails, throws std::bad_alloc. The network is then valid, but may need
+/// restoreDelaunay before the next call. Takes time for the rim and the flips, and for a walk to the
+/// frame. Sources: the scan of the rim, Graham 1972; the flips, Lawson 1977.
+template <class Real>
+ZYN_EXPORT int closeHull(DelaunayInterface<Real>* engine, const VertexArray<Real>* fixed = nullptr);
+
 /// The first broken invariant as a sentence, with the triangle's number in pool order but for an
 /// engine that is empty or null; a null string when the network is sound. Sound is, in the order of the
 /// tests: every triangle counter-clockwise by exact arithmetic, or of no area, but that only on the
 /// rim or in a network with points in one place; links mutual, across the same edge, and with `delaunay`
 /// no edge that fails the exact in-circle test; every connected part a disc with a convex rim that goes
-/// round once.
+/// round once. Edges of frame triangles may also be legal as closeHull leaves them: all of them are if
+/// the rim of the surface turns inwards nowhere.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT QString validate(DelaunayInterface<Real>* engine, bool delaunay = false);
 

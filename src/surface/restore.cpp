@@ -4,6 +4,7 @@
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 #include "triangulation/flip.h"
+#include "triangulation/lawson.h"
 
 #include <cstddef>
 #include <limits>
@@ -38,8 +39,7 @@ int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>*
     if (engine == nullptr) { return -1; }
     TriangleNumbers<Real> numberOf(*engine);
     if (!isOriented(*engine, numberOf)) { return -1; }
-    const ref_ptr<VertexArray<Real>> copy =
-        fixedVertices == nullptr ? newVertexArray<Real>() : fixedVertices->clone();
+    const ref_ptr<VertexArray<Real>> copy = copyOf<Real>(fixedVertices);
     const FixedEdges<Real> fixed(*copy);
     std::vector<TinRecord<Real>*> pending;  // each triangle once
     std::vector<bool> isPending(engine->count(), true);
@@ -54,20 +54,14 @@ int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>*
         TinRecord<Real>* const t = pending.back();
         pending.pop_back();
         isPending[static_cast<std::size_t>(numberOf(t))] = false;
-        for (int i = 0; i < 3; ++i) {
-            TinRecord<Real>* const n = t->neighbor[i];
-            const int j = n == nullptr ? 3 : n->index(t);
-            Real* const a = t->vertex[after[i]];
-            Real* const b = t->vertex[before[i]];
-            if (j == 3 || inCircle(t->vertex[i], a, b, n->vertex[j]) <= 0 || fixed.contains(a, b)) {
-                continue;
-            }
-            flipEdge(t, i, n, j);
-            if (flips < std::numeric_limits<int>::max()) { ++flips; }
-            lookAgainAt(n);
-            lookAgainAt(t);
-            break;
-        }
+        TinRecord<Real>* const n =
+            flipIllegalEdge(t, [&fixed, t](const TinRecord<Real>*, int i, int) {
+                return !fixed.contains(t->vertex[after[i]], t->vertex[before[i]]);
+            });
+        if (n == nullptr) { continue; }
+        if (flips < std::numeric_limits<int>::max()) { ++flips; }
+        lookAgainAt(n);
+        lookAgainAt(t);
     }
     return flips;
 }

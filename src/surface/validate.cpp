@@ -3,6 +3,7 @@
 
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
+#include "triangulation/frame_rim.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,7 +21,7 @@ class Validation {
 public:
     using Tri = TinRecord<Real>;
 
-    Validation(const DelaunayEngine<Real>& engine_, bool delaunay)
+    Validation(DelaunayEngine<Real>& engine_, bool delaunay)
         : engine(engine_), numberOf(engine_), isDelaunayAsked(delaunay) {}
 
     QString fault() {
@@ -33,10 +34,15 @@ public:
                 }
             }
         }
+        if (illegalAtFrame != nullptr && !isHullClosed()) {
+            return sentenceOf(illegalAtFrame, notDelaunay);
+        }
         return faultOfParts();
     }
 
 private:
+    static constexpr const char* notDelaunay = "has an edge that is not Delaunay";
+
     static QString sentence(std::size_t number, const char* text) {
         return QStringLiteral("triangle %1 %2").arg(number).arg(QLatin1String(text));
     }
@@ -70,7 +76,16 @@ private:
         const bool isIllegal =
             isDelaunayAsked &&
             inCircle(t->vertex[i], t->vertex[after[i]], t->vertex[before[i]], n->vertex[back]) > 0;
-        return isIllegal ? "has an edge that is not Delaunay" : nullptr;
+        if (!isIllegal) { return nullptr; }
+        if (!engine.isFrameTriangle(t) && !engine.isFrameTriangle(n)) { return notDelaunay; }
+        if (illegalAtFrame == nullptr) { illegalAtFrame = t; }
+        return nullptr;
+    }
+    /// Whether the edges of frame triangles are Delaunay when the corners of the frame count as
+    /// infinitely far.
+    bool isHullClosed() {
+        FrameRim<Real> rim(engine);
+        return rim.walk() && rim.isConvex();
     }
 
     /// On a side of the rim, where one comes to an open edge through triangles of no area; and in a
@@ -186,9 +201,10 @@ private:
         return sentence(std::size_t(numberOf(t)), text);
     }
 
-    const DelaunayEngine<Real>& engine;
+    DelaunayEngine<Real>& engine;
     TriangleNumbers<Real> numberOf;
     bool isDelaunayAsked;
+    const Tri* illegalAtFrame = nullptr;   // has an edge that is legal only if the hull is closed
     std::unordered_set<const Tri*> onRim;  // triangles of no area that may be there
     bool duplicatesKnown = false, duplicates = false;
 };
@@ -197,7 +213,7 @@ private:
 
 template <class Real>
 QString validate(DelaunayInterface<Real>* interface, bool delaunay) {
-    const auto* const engine = engineOf(interface);
+    auto* const engine = engineOf(interface);
     if (engine == nullptr) { return QStringLiteral("there is no engine"); }
     return Validation<Real>(*engine, delaunay).fault();
 }

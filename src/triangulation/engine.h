@@ -63,6 +63,8 @@ public:
 
     // Beside the interface
 
+    /// Corner 0 to 3 of the frame, counter-clockwise from the least x and y.
+    [[nodiscard]] const Real* frameCorner(int i) const { return frame[i]; }
     /// addPoint without its numbering.
     bool insert(Pnt* p, Real tolerance) {
         return insert(p, tolerance, Pool::newest(), noFixedEdges);

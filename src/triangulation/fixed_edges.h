@@ -34,6 +34,14 @@ ref_ptr<typename TinRecord<Real>::RealPtrArray> newVertexArray() {
     }
 }
 
+/// Returns a new array of the same vertices, an empty one for null.
+template <class Real>
+ref_ptr<typename TinRecord<Real>::RealPtrArray> copyOf(
+    const typename TinRecord<Real>::RealPtrArray* vertices) {
+    if (vertices == nullptr) { return newVertexArray<Real>(); }
+    return vertices->clone();
+}
+
 /// The pairs of vertices of a host's list, found by their ends, and the list kept up to date; among
 /// them those that were added since.
 template <class Real>

@@ -172,6 +172,8 @@ TYPED_TEST(NetworkFailure, Changes) {
     expectHarmless<Net>("compact", [](auto& n) { return compactVertices(n.get()) > 50; });
     const auto restore = [](auto& n) { return restoreDelaunay(n.get()) >= 0; };
     expectHarmless<Net>("restoreDelaunay", restore, &Net::isValid);
+    const auto close = [](auto& n) { return closeHull(n.get()) >= 0; };
+    expectHarmless<Net>("closeHull", close, &Net::isValid);
     const auto enforce = [](auto& n) {
         return n.get()->enforceEdge(n.vertex(0), n.vertex(25), nullptr) != nullptr;
     };

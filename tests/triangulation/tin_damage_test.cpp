@@ -88,6 +88,7 @@ public:
         rasterize<Real>(e, Enve2d(-1, -1, 11, 11), 22, 22, cells.get());
         lines.push_back(support::arrayOf<Real>({{1, 2, 1}, {8, 7, 1}, {3, 9, 1}, {9, 1, 1}}));
         addBreakline<Real>(e, lines.back().get(), 0);
+        closeHull<Real>(e);
         e->rewindTriangles();
         auto *const first = e->nextTriangle(), *const second = e->nextTriangle();
         if (second != nullptr) { e->enforceEdge(first->vertex[0], second->vertex[1], nullptr); }

@@ -1,0 +1,195 @@
+// The surface out to the convex hull of its vertices.
+#include <zyn/surface.h>
+
+#include "triangulation/engine.h"
+#include "triangulation/fixed_edges.h"
+#include "triangulation/flip.h"
+#include "triangulation/frame_rim.h"
+#include "triangulation/lawson.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace zyn {
+namespace {
+
+/// Flips the edges to the corners of the frame away from each vertex at which the rim turns inwards,
+/// as in Graham's scan, and then inner edges that are not Delaunay any more.
+///
+/// Where the rim turns inwards at v, from u to w, the angle at v outside the surface is below 180
+/// degrees. So is that of the frame at each corner. The edges from v to the corners can therefore be
+/// flipped one after the other, until u-w is left and v is inside.
+template <class Real>
+class HullCloser {
+public:
+    using Tri = TinRecord<Real>;
+    using Edge = typename FrameRim<Real>::Edge;
+
+    HullCloser(DelaunayEngine<Real>& engine_, const FixedEdges<Real>& fixedEdges)
+        : engine(engine_), fixed(fixedEdges), rim(engine_) {}
+
+    /// Returns the number of flips; -1 when the frame is not whole.
+    int close() {
+        do {
+            if (!rim.walk()) { return -1; }
+            if (rim.first.triangle == nullptr) { return flips; }
+        } while (rim.diagonal.triangle != nullptr && flip(rim.diagonal).triangle != nullptr);
+        if (rim.diagonal.triangle != nullptr) { return flips; }
+        openFlats();
+        pending.reserve(rim.length);  // so that cutting needs no memory
+        cutPockets();
+        restore();
+        return flips;
+    }
+
+private:
+    static int turnOf(const Real* a, const Real* b, const Real* c) {
+        return orientation(xyOf(a), xyOf(b), xyOf(c));
+    }
+    static bool isOnePlace(const Real* a, const Real* b) { return a[0] == b[0] && a[1] == b[1]; }
+    /// Whether p, on the line through a and b, is strictly between them.
+    static bool isBetween(const Real* a, const Real* p, const Real* b) {
+        const auto place = [](const Real* v) { return std::pair(v[0], v[1]); };
+        return std::min(place(a), place(b)) < place(p) && place(p) < std::max(place(a), place(b));
+    }
+
+    /// Flips the edge opposite a slot. Returns the neighbour and the slot of its corner that keeps its
+    /// place; no triangle, with nothing changed, if a new triangle would run clockwise, or more
+    /// triangles than before would have no area.
+    Edge flip(Edge e) {
+        const auto [t, i] = e;
+        Tri* const n = t->neighbor[i];
+        const int j = slotBack(t, i, n);
+        if (j == 3) { return {}; }
+        const Real *const p = t->vertex[i], *const q = n->vertex[j];
+        const Real *const a = t->vertex[after[i]], *const b = t->vertex[before[i]];
+        const int first = turnOf(p, a, q), second = turnOf(q, b, p);
+        const bool makesDiagonal = engine.isFrameVertex(p) && engine.isFrameVertex(q);
+        if (p == q || makesDiagonal || first < 0 || second < 0) { return {}; }
+        // Beside points in one place, a new triangle could get one neighbour across two edges.
+        const auto isTwice = [](const Tri* one, const Tri* other) {
+            return one != nullptr && one == other;
+        };
+        if (isTwice(t->neighbor[before[i]], n->neighbor[after[j]]) ||
+            isTwice(n->neighbor[before[j]], t->neighbor[after[i]])) {
+            return {};
+        }
+        if (const int flat = int(first == 0) + int(second == 0); flat > 0) {
+            if (flat > int(turnOf(p, a, b) == 0) + int(turnOf(q, b, a) == 0)) { return {}; }
+        }
+        flipEdge(t, i, n, j);
+        countFlip();
+        return {n, j};
+    }
+    void countFlip() {
+        if (flips < std::numeric_limits<int>::max()) { ++flips; }
+    }
+
+    /// Gives triangles of no area to the frame: a vertex between the ends of an edge of the rim becomes
+    /// part of the rim. Vertices on a side of the frame leave such triangles.
+    void openFlats() {
+        Edge e = rim.first;
+        for (std::size_t left = rim.length; left > 0 && e.triangle != nullptr;) {
+            const Edge opened = isOverFlat(e) ? flip(e) : Edge();
+            if (opened.triangle != nullptr) {
+                e = {opened.triangle, before[opened.slot]};  // the first half
+                ++rim.length;
+                ++left;
+            } else {
+                e = rim.next(e);
+                --left;
+            }
+        }
+        rim.first = e;
+    }
+    bool isOverFlat(Edge e) const {
+        const Tri* const n = e.triangle->neighbor[e.slot];
+        const int j = slotBack(e.triangle, e.slot, n);
+        if (j == 3 || engine.isFrameVertex(n->vertex[j]) || fixed.contains(e.start(), e.end())) {
+            return false;
+        }
+        return turnOf(e.start(), e.end(), n->vertex[j]) == 0 &&
+               isBetween(e.start(), n->vertex[j], e.end());
+    }
+
+    /// Graham's scan. It ends when it has cut off none of the vertices of a whole round.
+    void cutPockets() {
+        Edge in = rim.first;
+        for (std::size_t settled = 0; rim.length > 2 && settled < rim.length;) {
+            const Edge out = in.triangle == nullptr ? in : rim.next(in);
+            if (out.triangle == nullptr) { return; }
+            if (isPocket(in.start(), in.end(), out.end()) && cutOff(in)) {
+                --rim.length;
+                // The turns at the vertices on either side have changed.
+                settled = std::min(settled - std::min<std::size_t>(settled, 1), rim.length - 2);
+                in = rim.previous(in);
+            } else {
+                ++settled;
+                in = out;
+            }
+        }
+    }
+    /// Two vertices in one place would hide a turn.
+    static bool isPocket(const Real* u, const Real* v, const Real* w) {
+        return u != w && (isOnePlace(u, v) || isOnePlace(v, w) || turnOf(u, v, w) < 0);
+    }
+    /// Takes the end of `in` out of the rim. `in` becomes the edge from its start to the next vertex.
+    /// Returns false if the vertex had to keep an edge to a corner of the frame.
+    bool cutOff(Edge& in) {
+        for (;;) {
+            const Edge cut = flip({in.triangle, before[in.slot]});
+            if (cut.triangle == nullptr) { return false; }
+            if (!engine.isFrameVertex(cut.triangle->vertex[cut.slot])) {
+                pending.push_back(cut.triangle);
+                return true;
+            }
+            in = cut;
+        }
+    }
+
+    /// Lawson's flips, from the new triangles on. Each flip lowers the surface over the paraboloid,
+    /// so they end.
+    void restore() {
+        while (!pending.empty()) {
+            Tri* const t = pending.back();
+            pending.pop_back();
+            Tri* const n = flipIllegalEdge(
+                t, [this, t](Tri* next, int i, int j) { return mayFlip(t, i, next, j); });
+            if (n == nullptr) { continue; }
+            countFlip();
+            pending.insert(pending.end(), {n, t});
+        }
+    }
+    bool mayFlip(const Tri* t, int i, const Tri* n, int j) const {
+        const auto isOriented = [](const Tri* of) {
+            return turnOf(of->vertex[0], of->vertex[1], of->vertex[2]) >= 0;
+        };
+        return !engine.isFrameTriangle(n) && slotBack(t, i, n) == j && isOriented(t) &&
+               isOriented(n) && !fixed.contains(t->vertex[after[i]], t->vertex[before[i]]);
+    }
+
+    DelaunayEngine<Real>& engine;
+    const FixedEdges<Real>& fixed;
+    FrameRim<Real> rim;
+    std::vector<Tri*> pending;
+    int flips = 0;
+};
+
+}  // namespace
+
+template <class Real>
+int closeHull(DelaunayInterface<Real>* interface, const VertexArray<Real>* fixedVertices) {
+    auto* const engine = engineOf(interface);
+    if (engine == nullptr) { return -1; }
+    const ref_ptr<VertexArray<Real>> copy = copyOf<Real>(fixedVertices);
+    const FixedEdges<Real> fixed(*copy);
+    return HullCloser<Real>(*engine, fixed).close();
+}
+
+template int closeHull(DelaunayInterface<float>*, const PFloatArray*);
+template int closeHull(DelaunayInterface<double>*, const PDoubleArray*);
+
+}  // namespace zyn

@@ -1,0 +1,134 @@
+// The triangles round the corners of the frame, and the rim of the surface that they touch.
+#pragma once
+
+#include "triangulation/engine.h"
+#include "triangulation/flip.h"
+#include "triangulation/lawson.h"
+
+#include <cstddef>
+
+namespace zyn {
+
+/// A walk round the frame. The rim of the surface is the cycle of edges opposite the corners of the
+/// frame: each is an edge of a triangle with one such corner. It runs counter-clockwise, with the
+/// surface on the left, and needs no memory beside the network.
+template <class Real>
+class FrameRim {
+public:
+    using Tri = TinRecord<Real>;
+
+    /// The edge opposite corner `slot` of a frame triangle, from `start()` to `end()`.
+    struct Edge {
+        Tri* triangle = nullptr;
+        int slot = 0;
+
+        [[nodiscard]] Real* start() const { return triangle->vertex[before[slot]]; }
+        [[nodiscard]] Real* end() const { return triangle->vertex[after[slot]]; }
+    };
+
+    explicit FrameRim(DelaunayEngine<Real>& engine_) : engine(engine_) {}
+
+    /// Goes once round all corners of the frame. Returns false if:
+    /// - a corner has no triangle;
+    /// - the open edges there are not the four sides of the frame;
+    /// - a link between triangles of one corner is not mutual.
+    bool walk() {
+        length = 0;
+        first = diagonal = {};
+        std::size_t stepsLeft = 4 * engine.count();  // a triangle has three corners
+        const Edge start = triangleAtCorner(0, stepsLeft);
+        Edge at = start;
+        for (const int corner : {0, 3, 2, 1}) {
+            if (at.triangle == nullptr || at.end() != engine.frameCorner((corner + 1) % 4)) {
+                return false;
+            }
+            at = walkFan(at, corner, stepsLeft);
+        }
+        return at.triangle == start.triangle && at.slot == start.slot;
+    }
+
+    // What the walk found.
+    std::size_t length = 0;  ///< number of edges of the rim
+    Edge first;              ///< any edge of the rim; no triangle if there is none
+    /// A frame triangle whose edge opposite `slot` joins two opposite corners of the frame, or none.
+    Edge diagonal;
+
+    /// Returns the edge of the rim that starts where `e` ends, or one without a triangle, which only
+    /// damaged links lead to.
+    [[nodiscard]] Edge next(Edge e) const { return turn(e, after, before); }
+    /// Returns the edge that ends where `e` starts.
+    [[nodiscard]] Edge previous(Edge e) const { return turn(e, before, after); }
+
+    /// Whether the walk found a convex rim. Then the surface is the convex hull of its vertices.
+    [[nodiscard]] bool isConvex() const {
+        if (first.triangle == nullptr) { return true; }
+        Edge in = first;
+        for (std::size_t left = length; left > 0; --left) {
+            const Edge out = next(in);
+            if (out.triangle == nullptr ||
+                orientation(xyOf(in.start()), xyOf(in.end()), xyOf(out.end())) < 0) {
+                return false;
+            }
+            in = out;
+        }
+        return diagonal.triangle == nullptr;
+    }
+
+private:
+    /// Turns round the end of the edge at `ahead`, from one corner of the frame to the next, as far as
+    /// the next vertex.
+    [[nodiscard]] Edge turn(Edge e, const int (&ahead)[4], const int (&behind)[4]) const {
+        const Real* const v = e.triangle->vertex[ahead[e.slot]];
+        for (int corners = 0; corners < 5; ++corners) {
+            Tri* const n = e.triangle->neighbor[behind[e.slot]];
+            const int k = n == nullptr ? 3 : n->index(v);
+            if (k == 3) { break; }
+            if (!engine.isFrameVertex(n->vertex[behind[k]])) { return {n, ahead[k]}; }
+            e = {n, behind[k]};
+        }
+        return {};
+    }
+
+    /// Returns the triangle on the side of the frame that starts at the corner, or none.
+    Edge triangleAtCorner(int corner, std::size_t& stepsLeft) {
+        const Real* const c = engine.frameCorner(corner);
+        Tri* t = engine.locateFrom(engine.newest(), xyOf(c));
+        // Only a vertex in the place of the corner hides it from the walk.
+        for (std::size_t n = 0; n < engine.count() && (t == nullptr || t->index(c) == 3); ++n) {
+            t = engine.at(n);
+        }
+        int i = t == nullptr ? 3 : t->index(c);
+        while (i != 3 && t->neighbor[before[i]] != nullptr) {
+            if (stepsLeft-- == 0) { return {}; }
+            t = t->neighbor[before[i]];
+            i = t->index(c);
+        }
+        return i == 3 ? Edge() : Edge{t, i};
+    }
+
+    /// Goes counter-clockwise round the corner of the frame in `at`. Returns the last triangle with
+    /// the slot of the corner before, or none.
+    Edge walkFan(Edge at, int corner, std::size_t& stepsLeft) {
+        for (const Real* const c = engine.frameCorner(corner);;) {
+            const auto [t, i] = at;
+            if (stepsLeft-- == 0) { return {}; }
+            const bool startIsFrame = engine.isFrameVertex(at.start());
+            if (!startIsFrame && !engine.isFrameVertex(at.end())) {
+                ++length;
+                first = at;
+            }
+            Tri* const n = t->neighbor[after[i]];
+            if (n == nullptr) {
+                const bool isSide = at.start() == engine.frameCorner((corner + 3) % 4);
+                return isSide ? Edge{t, before[i]} : Edge();
+            }
+            if (slotBack(t, after[i], n) == 3) { return {}; }
+            if (startIsFrame) { diagonal = {t, after[i]}; }
+            at = {n, n->index(c)};
+        }
+    }
+
+    DelaunayEngine<Real>& engine;
+};
+
+}  // namespace zyn

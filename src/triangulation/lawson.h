@@ -1,0 +1,42 @@
+// One step of flipping to a Delaunay triangulation.
+#pragma once
+
+#include "triangulation/flip.h"
+#include "triangulation/predicates.h"
+
+namespace zyn {
+
+/// Returns the slot of `n` that leads back to `t` across the edge of slot `i`, or 3. Beside points in
+/// one place, two triangles may share more than one edge.
+template <class Real>
+inline int slotBack(const TinRecord<Real>* t, int i, const TinRecord<Real>* n) {
+    for (int j = 0; n != nullptr && j < 3; ++j) {
+        if (n->neighbor[j] == t && n->vertex[after[j]] == t->vertex[before[i]] &&
+            n->vertex[before[j]] == t->vertex[after[i]]) {
+            return j;
+        }
+    }
+    return 3;
+}
+
+/// Flips the first edge of `t` that fails the exact in-circle test and for which `mayFlip(n, i, j)`
+/// holds: n is the neighbour in slot i of t, and t its neighbour in slot j. Returns n, or null without
+/// a flip.
+template <class Real, class MayFlip>
+TinRecord<Real>* flipIllegalEdge(TinRecord<Real>* t, MayFlip mayFlip) {
+    for (int i = 0; i < 3; ++i) {
+        TinRecord<Real>* const n = t->neighbor[i];
+        const int j = n == nullptr ? 3 : n->index(t);
+        if (j == 3 ||
+            inCircle(t->vertex[i], t->vertex[after[i]], t->vertex[before[i]], n->vertex[j]) <= 0) {
+            continue;
+        }
+        if (mayFlip(n, i, j)) {
+            flipEdge(t, i, n, j);
+            return n;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace zyn

@@ -1,10 +1,10 @@
 // The constrained Delaunay triangulation round fixed edges.
 #include <zyn/network.h>
 
+#include "surface/lawson.h"
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 #include "triangulation/flip.h"
-#include "triangulation/lawson.h"
 
 #include <cstddef>
 #include <limits>

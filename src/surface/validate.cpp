@@ -1,9 +1,9 @@
 // Whether a network is sound.
 #include <zyn/network.h>
 
+#include "surface/frame_rim.h"
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
-#include "triangulation/frame_rim.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 // The surface out to the convex hull of its vertices.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 // The surface out to the convex hull of its vertices.
-#include <zyn/surface.h>
+#include <zyn/network.h>
 
+#include "surface/frame_rim.h"
+#include "surface/lawson.h"
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 #include "triangulation/flip.h"
-#include "triangulation/frame_rim.h"
-#include "triangulation/lawson.h"
 
 #include <algorithm>
 #include <cstddef>

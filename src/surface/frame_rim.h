@@ -1,9 +1,9 @@
 // The triangles round the corners of the frame, and the rim of the surface that they touch.
 #pragma once
 
+#include "surface/lawson.h"
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
-#include "triangulation/lawson.h"
 
 #include <cstddef>
 

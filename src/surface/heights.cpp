@@ -59,13 +59,16 @@ class HeightWalks {
 public:
     using Tri = TinRecord<Real>;
 
-    HeightWalks(const SurfaceTriangles<Real>& surface_, Tri* hint, std::span<XPnt3d> points)
-        : surface(surface_) {
+    HeightWalks(const SurfaceTriangles<Real>& surface_, std::span<XPnt3d> points,
+                const detail::StartNear<Real>& start_)
+        : surface(surface_), start(start_) {
         const std::size_t count = points.size();
         for (std::size_t i = 0; i < mostWalks; ++i) {
             XPnt3d* const first = points.data() + count * i / mostWalks;
             XPnt3d* const end = points.data() + count * (i + 1) / mostWalks;
-            if (first != end) { walks[running++] = {hint, first, end, 0}; }
+            if (first != end) {
+                walks[running++] = {start(nullptr, placeOf(*first)), first, end, 0};
+            }
         }
     }
     /// The number of points that lie on the surface.
@@ -89,10 +92,11 @@ private:
         int steps;
     };
 
+    static Xy placeOf(const XPnt3d& p) { return {p.x, p.y}; }
     /// One step of a walk; true behind its last point.
     bool step(Walk& walk) {
         XPnt3d& p = *walk.point;
-        const Xy q{p.x, p.y};
+        const Xy q = placeOf(p);
         bool isInside = false;
         if (walk.at != nullptr && isUsable(q) && ++walk.steps < mostSteps) {
             Tri* const next = stepTowards(walk.at, q, isInside);
@@ -111,10 +115,13 @@ private:
             ++found;
         }
         walk.steps = 0;
-        return ++walk.point == walk.end;
+        if (++walk.point == walk.end) { return true; }
+        walk.at = start(walk.at, placeOf(*walk.point));
+        return false;
     }
 
     const SurfaceTriangles<Real>& surface;
+    const detail::StartNear<Real>& start;
     Walk walks[mostWalks] = {};
     std::size_t running = 0;
     int found = 0;
@@ -125,16 +132,17 @@ private:
 namespace detail {
 
 template <class Real>
-int heightsAt(const SurfaceTriangles<Real>& surface, TinRecord<Real>* hint,
-              std::span<XPnt3d> points) {
-    return HeightWalks<Real>(surface, hint, points).run();
+int heightsAt(const SurfaceTriangles<Real>& surface, std::span<XPnt3d> points,
+              const StartNear<Real>& start) {
+    return HeightWalks<Real>(surface, points, start).run();
 }
 
 template TinRecord<float>* triangleAt(const SurfaceTriangles<float>&, TinRecord<float>*, Xy);
 template TinRecord<double>* triangleAt(const SurfaceTriangles<double>&, TinRecord<double>*, Xy);
 template double heightIn(const TinRecord<float>*, Xy);
 template double heightIn(const TinRecord<double>*, Xy);
-template int heightsAt(const SurfaceTriangles<double>&, TinRecord<double>*, std::span<XPnt3d>);
+template int heightsAt(const SurfaceTriangles<double>&, std::span<XPnt3d>,
+                       const StartNear<double>&);
 
 }  // namespace detail
 
@@ -153,8 +161,10 @@ template <class Real>
 int heightAt(DelaunayInterface<Real>* interface, Pnt3dArray* points) {
     if (points == nullptr) { return 0; }
     if (const auto* const engine = engineOf(interface); engine != nullptr) {
-        return detail::heightsAt(SurfaceTriangles<Real>(engine), engine->newest(),
-                                 {points->data(), static_cast<std::size_t>(points->size())});
+        return detail::heightsAt<Real>(
+            SurfaceTriangles<Real>(engine),
+            {points->data(), static_cast<std::size_t>(points->size())},
+            [engine](auto* last, Xy) { return last == nullptr ? engine->newest() : last; });
     }
     for (XPnt3d& p : *points) { p.z = std::numeric_limits<double>::quiet_NaN(); }
     return 0;

@@ -1,10 +1,9 @@
 // Whole arrays of points into an engine.
-#include <zyn/network.h>
-#include <zyn/progress.h>
+#include "surface/insert.h"
 
-#include "core/prefetch.h"
+#include <zyn/network.h>
+
 #include "surface/spatial_order.h"
-#include "triangulation/engine.h"
 
 #include <algorithm>
 #include <vector>
@@ -38,37 +37,32 @@ std::vector<std::int32_t> inRounds(const std::vector<std::int32_t>& curve) {
 }  // namespace
 
 template <class Real>
+std::vector<std::int32_t> insertionOrder(const XPnt3<Real>* points, int count) {
+    return inRounds(hilbertOrder<Real>(points, count));
+}
+
+template <class Real>
 int addPoints(DelaunayInterface<Real>* interface, Pnt3Array<Real>* points,
               std::type_identity_t<Real> tolerance, IZynProgress* progress, IntArray* rejected) {
     auto* const engine = engineOf(interface);
     if (engine == nullptr || points == nullptr) { return 0; }
     const int count = points->size();
-    XPnt3<Real>* const first = points->data();
-    const std::vector<std::int32_t> order = inRounds(hilbertOrder<Real>(first, count));
-    engine->number(first, count);
-
-    constexpr int part = 1024;  // points between two looks at the progress
-    constexpr int ahead = 8;    // points whose memory is on its way
+    engine->number(points->data(), count);
     std::vector<std::int32_t> refused;
-    if (progress != nullptr) { progress->setTotal(count); }
-    int done = 0;
-    while (done < count && !(progress != nullptr && progress->isCanceled())) {
-        const int end = std::min(count, done + part);
-        for (int n = done; n < end; ++n) {
-            prefetch(first + order[static_cast<std::size_t>(std::min(n + ahead, count - 1))]);
-            const std::int32_t index = order[static_cast<std::size_t>(n)];
-            if (!engine->insert(first + index, tolerance)) { refused.push_back(index); }
-        }
-        if (progress != nullptr) { progress->step(end - done); }
-        done = end;
-    }
+    const auto use = [&refused](std::int32_t index, bool isVertex) {
+        if (!isVertex) { refused.push_back(index); }
+    };
+    const int offered = insertAll(*engine, points->data(), count, tolerance, noFixedEdges,
+                                  engine->newest(), progress, use);
     if (rejected != nullptr) {
         std::sort(refused.begin(), refused.end());
         rejected->append(refused.data(), static_cast<int>(refused.size()));
     }
-    return done - static_cast<int>(refused.size());
+    return offered - static_cast<int>(refused.size());
 }
 
+template std::vector<std::int32_t> insertionOrder(const XPnt3f*, int);
+template std::vector<std::int32_t> insertionOrder(const XPnt3d*, int);
 template int addPoints(DelaunayInterface<float>*, Pnt3fArray*, float, IZynProgress*, IntArray*);
 template int addPoints(DelaunayInterface<double>*, Pnt3dArray*, double, IZynProgress*, IntArray*);
 

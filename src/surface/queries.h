@@ -20,10 +20,13 @@ template <class Real>
 /// Returns the height at q. REQUIRES: t holds q.
 template <class Real>
 [[nodiscard]] double heightIn(const TinRecord<Real>* t, Xy q);
+/// Returns the triangle from which to walk to a place, after a walk that ended at `last`, or null.
+template <class Real>
+using StartNear = std::function<TinRecord<Real>*(TinRecord<Real>* last, Xy q)>;
 /// Sets the z of each point to the height there, NaN off the surface. Returns the number of heights.
 template <class Real>
-int heightsAt(const SurfaceTriangles<Real>& surface, TinRecord<Real>* hint,
-              std::span<XPnt3d> points);
+int heightsAt(const SurfaceTriangles<Real>& surface, std::span<XPnt3d> points,
+              const StartNear<Real>& start);
 
 /// The line from a to b on the surface, with a NaN where it comes back; see profile().
 template <class Real>

@@ -1,6 +1,8 @@
 // The constrained Delaunay triangulation round fixed edges.
 #include <zyn/network.h>
 
+#include "surface/restore.h"
+
 #include "surface/lawson.h"
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
@@ -31,19 +33,14 @@ bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& numberOf) {
     return true;
 }
 
-}  // namespace
-
-template <class Real>
-int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>* fixedVertices) {
-    auto* const engine = engineOf(interface);
-    if (engine == nullptr) { return -1; }
-    TriangleNumbers<Real> numberOf(*engine);
-    if (!isOriented(*engine, numberOf)) { return -1; }
-    const ref_ptr<VertexArray<Real>> copy = copyOf<Real>(fixedVertices);
-    const FixedEdges<Real> fixed(*copy);
+/// Flips edges that fail the in-circle test and for which `mayFlip(t, i, n)` holds until none is left.
+/// Returns the number of flips.
+template <class Real, class MayFlip>
+int flipIllegalEdges(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& numberOf,
+                     MayFlip mayFlip) {
     std::vector<TinRecord<Real>*> pending;  // each triangle once
-    std::vector<bool> isPending(engine->count(), true);
-    for (std::size_t n = engine->count(); n-- > 0;) { pending.push_back(engine->at(n)); }
+    std::vector<bool> isPending(engine.count(), true);
+    for (std::size_t n = engine.count(); n-- > 0;) { pending.push_back(engine.at(n)); }
     const auto lookAgainAt = [&](TinRecord<Real>* t) {
         const auto number = static_cast<std::size_t>(numberOf(t));
         if (!isPending[number]) { pending.push_back(t); }
@@ -54,10 +51,9 @@ int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>*
         TinRecord<Real>* const t = pending.back();
         pending.pop_back();
         isPending[static_cast<std::size_t>(numberOf(t))] = false;
-        TinRecord<Real>* const n =
-            flipIllegalEdge(t, [&fixed, t](const TinRecord<Real>*, int i, int) {
-                return !fixed.contains(t->vertex[after[i]], t->vertex[before[i]]);
-            });
+        TinRecord<Real>* const n = flipIllegalEdge(
+            t,
+            [&mayFlip, t](const TinRecord<Real>* next, int i, int) { return mayFlip(t, i, next); });
         if (n == nullptr) { continue; }
         if (flips < std::numeric_limits<int>::max()) { ++flips; }
         lookAgainAt(n);
@@ -65,6 +61,33 @@ int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>*
     }
     return flips;
 }
+
+}  // namespace
+
+template <class Real>
+int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>* fixedVertices) {
+    auto* const engine = engineOf(interface);
+    if (engine == nullptr) { return -1; }
+    TriangleNumbers<Real> numberOf(*engine);
+    if (!isOriented(*engine, numberOf)) { return -1; }
+    const ref_ptr<VertexArray<Real>> copy = copyOf<Real>(fixedVertices);
+    const FixedEdges<Real> fixed(*copy);
+    return flipIllegalEdges(*engine, numberOf, [&fixed](const auto* t, int i, const auto*) {
+        return !fixed.contains(t->vertex[after[i]], t->vertex[before[i]]);
+    });
+}
+
+namespace detail {
+
+void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed) {
+    TriangleNumbers<double> numberOf(engine);
+    flipIllegalEdges(engine, numberOf, [&](const auto* t, int i, const auto* n) {
+        return !engine.isFrameTriangle(t) && !engine.isFrameTriangle(n) &&
+               !fixed.contains(t->vertex[after[i]], t->vertex[before[i]]);
+    });
+}
+
+}  // namespace detail
 
 template int restoreDelaunay(DelaunayInterface<float>*, const PFloatArray*);
 template int restoreDelaunay(DelaunayInterface<double>*, const PDoubleArray*);

@@ -1,13 +1,17 @@
 // Whether a network is sound.
 #include <zyn/network.h>
+#include <zyn/surface.h>
 
 #include "surface/frame_rim.h"
+#include "surface/surface_state.h"
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -21,21 +25,31 @@ class Validation {
 public:
     using Tri = TinRecord<Real>;
 
-    Validation(DelaunayEngine<Real>& engine_, bool delaunay)
-        : engine(engine_), numberOf(engine_), isDelaunayAsked(delaunay) {}
+    using Kind = NetworkFault::Kind;
+    using Fault = std::optional<NetworkFault>;
 
-    QString fault() {
-        if (engine.count() == 0) { return QStringLiteral("the network is empty"); }
+    /// Edges of `fixed_`, which may be null, need not be Delaunay.
+    Validation(DelaunayEngine<Real>& engine_, bool delaunay, const FixedEdges<Real>* fixed_)
+        : engine(engine_), numberOf(engine_), isDelaunayAsked(delaunay), fixed(fixed_) {}
+
+    Fault fault() {
+        if (engine.count() == 0) { return NetworkFault{Kind::shape, -1, "the network is empty"}; }
         // A triangle that is wrong itself is told before its neighbours that do not fit it any more.
         for (const auto faultOf : {&Validation::faultOfShape, &Validation::faultOfLinks}) {
             for (std::size_t n = 0; n < engine.count(); ++n) {
-                if (const char* const text = (this->*faultOf)(engine.at(n))) {
-                    return sentence(n, text);
+                const Tri* const t = engine.at(n);
+                if (const char* const text = (this->*faultOf)(t)) {
+                    const bool isShape = faultOf == &Validation::faultOfShape;
+                    return faultAt(t,
+                                   isShape               ? Kind::shape
+                                   : text == notDelaunay ? Kind::delaunay
+                                                         : Kind::link,
+                                   text);
                 }
             }
         }
         if (illegalAtFrame != nullptr && !isHullClosed()) {
-            return sentenceOf(illegalAtFrame, notDelaunay);
+            return faultAt(illegalAtFrame, Kind::delaunay, notDelaunay);
         }
         return faultOfParts();
     }
@@ -43,8 +57,9 @@ public:
 private:
     static constexpr const char* notDelaunay = "has an edge that is not Delaunay";
 
-    static QString sentence(std::size_t number, const char* text) {
-        return QStringLiteral("triangle %1 %2").arg(number).arg(QLatin1String(text));
+    NetworkFault faultAt(const Tri* t, Kind kind, const char* text) {
+        const int number = numberOf(t);
+        return {kind, number, "triangle " + std::to_string(number) + ' ' + text};
     }
 
     const char* faultOfShape(const Tri* t) {
@@ -73,8 +88,10 @@ private:
             ++back;
         }
         if (back == 3) { return "has a neighbour with another edge between them"; }
+        const bool isFree =
+            fixed == nullptr || !fixed->contains(t->vertex[after[i]], t->vertex[before[i]]);
         const bool isIllegal =
-            isDelaunayAsked &&
+            isDelaunayAsked && isFree &&
             inCircle(t->vertex[i], t->vertex[after[i]], t->vertex[before[i]], n->vertex[back]) > 0;
         if (!isIllegal) { return nullptr; }
         if (!engine.isFrameTriangle(t) && !engine.isFrameTriangle(n)) { return notDelaunay; }
@@ -135,7 +152,7 @@ private:
     }
 
     /// Each connected part for itself.
-    QString faultOfParts() {
+    Fault faultOfParts() {
         std::vector<bool> isSeen(engine.count());
         for (std::size_t first = 0; first < engine.count(); ++first) {
             if (isSeen[first]) { continue; }
@@ -148,11 +165,11 @@ private:
                     part.push_back(next);
                 }
             }
-            if (QString text = faultOfPart(part); !text.isNull()) { return text; }
+            if (Fault found = faultOfPart(part)) { return found; }
         }
         return {};
     }
-    QString faultOfPart(const std::vector<const Tri*>& part) {
+    Fault faultOfPart(const std::vector<const Tri*>& part) {
         std::unordered_set<const Real*> corners;
         std::unordered_map<const Real*, std::pair<const Real*, const Tri*>>
             rim;  // by edges' starts
@@ -162,7 +179,7 @@ private:
                 if (t->neighbor[i] != nullptr) { continue; }
                 const bool isNew =
                     rim.try_emplace(t->vertex[after[i]], t->vertex[before[i]], t).second;
-                if (!isNew) { return sentenceOf(t, "touches the rim at a corner twice"); }
+                if (!isNew) { return faultAt(t, Kind::rim, "touches the rim at a corner twice"); }
             }
         }
         const Tri* bay = nullptr;
@@ -174,14 +191,14 @@ private:
             rounds += turn == Turn::passesEast ? 1 : 0;
             if (turn == Turn::right && (bay == nullptr || numberOf(t) < numberOf(bay))) { bay = t; }
         }
-        if (bay != nullptr) { return sentenceOf(bay, "stands at a bay in the rim"); }
+        if (bay != nullptr) { return faultAt(bay, Kind::rim, "stands at a bay in the rim"); }
         if (rounds != 1) {
-            return sentenceOf(part[0], "is part of what winds round more than once");
+            return faultAt(part[0], Kind::rim, "is part of what winds round more than once");
         }
         // V - E + F = 1 of a disc, with 2 E = 3 F + edges of the rim.
         const auto v = static_cast<std::int64_t>(corners.size());
         if (2 * v - std::int64_t(part.size()) - std::int64_t(rim.size()) != 2) {
-            return sentenceOf(part[0], "is part of what is no disc, by the Euler count");
+            return faultAt(part[0], Kind::rim, "is part of what is no disc, by the Euler count");
         }
         return {};
     }
@@ -197,13 +214,10 @@ private:
         if (side < 0 || (side == 0 && first != second)) { return Turn::right; }
         return !first && second ? Turn::passesEast : Turn::left;
     }
-    QString sentenceOf(const Tri* t, const char* text) {
-        return sentence(std::size_t(numberOf(t)), text);
-    }
-
     DelaunayEngine<Real>& engine;
     TriangleNumbers<Real> numberOf;
     bool isDelaunayAsked;
+    const FixedEdges<Real>* fixed;
     const Tri* illegalAtFrame = nullptr;   // has an edge that is legal only if the hull is closed
     std::unordered_set<const Tri*> onRim;  // triangles of no area that may be there
     bool duplicatesKnown = false, duplicates = false;
@@ -215,7 +229,19 @@ template <class Real>
 QString validate(DelaunayInterface<Real>* interface, bool delaunay) {
     auto* const engine = engineOf(interface);
     if (engine == nullptr) { return QStringLiteral("there is no engine"); }
-    return Validation<Real>(*engine, delaunay).fault();
+    const auto fault = Validation<Real>(*engine, delaunay, nullptr).fault();
+    return fault ? QString::fromStdString(fault->text) : QString();
+}
+
+std::optional<NetworkFault> Surface::validate() const {
+    if (!own) { return std::nullopt; }
+    SurfaceNetwork& network = own->network;
+    auto fault = Validation<double>(*network.engine, true, network.fixed.get()).fault();
+    FrameRim<double> rim(*network.engine);
+    if (!fault && !(rim.walk() && rim.isConvex())) {
+        fault = NetworkFault{NetworkFault::Kind::rim, -1, "the rim is not convex"};
+    }
+    return fault;
 }
 
 template QString validate(DelaunayInterface<float>*, bool);

@@ -76,6 +76,15 @@ public:
     /// nearest corner in a closed square of `tolerance` about the point, or else the point itself
     /// if it is a vertex already.
     Real* cornerAt(Tri* t, const Pnt& p, Real tolerance) const;
+    /// Returns the vertex that keeps a point out that was just refused, or null if none does.
+    Real* inPlaceOf(const Pnt& p, Real tolerance) const {
+        Tri* const t = locateFrom(Pool::newest(), {double(p.x), double(p.y)});
+        return t == nullptr ? nullptr : cornerAt(t, p, tolerance);
+    }
+    /// Removes the vertex at a corner of t and fills the hole with Delaunay triangles. Returns false,
+    /// with nothing changed, for a corner of the frame and a hole that cannot be filled. REQUIRES: no
+    /// points in one place.
+    bool removeVertex(Tri* t, int corner);
     /// Numbers the points as so many calls of addPoint would.
     void number(Pnt* points, int count);
     /// The triangle that holds q, or null outside the network, by a walk from `start`.
@@ -131,7 +140,7 @@ private:
     [[gnu::always_inline]] static inline Corner flipIfIllegal(Corner corner, FixedEdges& fixed);
 
     // engine_remove.ipp
-    bool collectStar(Tri* t, int corner, Star& star) const;
+    bool collectStar(Tri* t, int corner, Star& star, bool mayBeOpen = false) const;
     bool planFan(const Star& star, std::vector<int>& ears) const;
     bool planEars(const Star& star, std::vector<int>& ears) const;
     void fillHole(const Star& star, const std::vector<int>& ears);

@@ -67,10 +67,24 @@ bool DelaunayEngine<Real>::removePoint(Tri* hint, Real x, Real y, Real radius) {
     return true;
 }
 
-/// False when the vertex, or an edge of its ring, lies on the boundary; when the ring does not
-/// close; and when it is longer than the record follows one.
 template <class Real>
-bool DelaunayEngine<Real>::collectStar(Tri* t, int corner, Star& star) const {
+bool DelaunayEngine<Real>::removeVertex(Tri* t, int corner) {
+    Star star;
+    std::vector<int> ears;
+    if (!collectStar(t, corner, star, true) || !planEars(star, ears)) { return false; }
+    Passes passes(star.ring.size() - 2, star.ring.size() * star.ring.size());
+    fillHole(star, ears);
+    flatVertices.erase(star.centre);
+    dropSurplus(star);
+    legaliseHole(star, passes);
+    return true;
+}
+
+/// Returns false if:
+/// - the vertex is on the boundary, or an edge of its ring is and may not be;
+/// - the ring does not close, or is longer than the record follows one.
+template <class Real>
+bool DelaunayEngine<Real>::collectStar(Tri* t, int corner, Star& star, bool mayBeOpen) const {
     constexpr auto longest = static_cast<std::size_t>(tin_detail::ringSteps<Real>);
     star.centre = t->vertex[corner];
     Tri* current = t;
@@ -81,7 +95,10 @@ bool DelaunayEngine<Real>::collectStar(Tri* t, int corner, Star& star) const {
         const int at = current == nullptr ? 3 : current->index(star.centre);
         Tri* const outer = at == 3 ? nullptr : current->neighbor[at];
         const int link = outer == nullptr ? 3 : outer->index(current);
-        if (link == 3 || star.ring.size() > std::min(longest, Pool::count())) { return false; }
+        const bool isOpen = outer == nullptr && at != 3 && mayBeOpen;
+        if ((link == 3 && !isOpen) || star.ring.size() > std::min(longest, Pool::count())) {
+            return false;
+        }
         star.ring.push_back(current->vertex[after[at]]);
         star.triangles.push_back(current);
         star.outer.push_back(outer);
@@ -168,7 +185,7 @@ void DelaunayEngine<Real>::fillHole(const Star& star, const std::vector<int>& ea
     }
     const auto connect = [](Tri* t, int slot, Behind other) {
         t->neighbor[slot] = other.triangle;
-        other.triangle->neighbor[other.slot] = t;
+        if (other.triangle != nullptr) { other.triangle->neighbor[other.slot] = t; }
     };
     for (std::size_t k = 0; k < ears.size(); ++k) {
         const auto v = static_cast<std::size_t>(ears[k]);

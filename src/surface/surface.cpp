@@ -1,0 +1,96 @@
+// Surface: what it takes and how it changes.
+#include <zyn/surface.h>
+
+#include "surface/surface_error.h"
+#include "surface/surface_state.h"
+
+#include <cmath>
+#include <utility>
+
+namespace zyn {
+namespace {
+
+void requireTolerance(double tolerance) {
+    if (!(tolerance >= 0)) { throwBad("the tolerance is not 0 or more", tolerance); }
+}
+
+double checkedMaxEdge(double length) {
+    if (std::isnan(length)) { throwBad("maxEdge is not a number", length); }
+    return length;
+}
+
+}  // namespace
+
+Surface::Surface() : Surface(std::vector<XPnt3d>()) {}
+
+Surface::Surface(std::vector<XPnt3d>&& points, const SurfaceOptions& options)
+    : own(std::make_unique<SurfaceState>(options)) {
+    requireTolerance(options.tolerance);
+    maxEdge = checkedMaxEdge(options.maxEdge);
+    state = own.get();
+    own->firstReport = own->insert(own->points.take(std::move(points)), options.progress);
+}
+
+Surface::Surface(std::span<const XPnt3d> points, const SurfaceOptions& options)
+    : Surface(std::vector<XPnt3d>(points.begin(), points.end()), options) {}
+
+Surface::Surface(const Pnt3dArray& points, const SurfaceOptions& options)
+    : Surface(std::vector<XPnt3d>(points.begin(), points.end()), options) {}
+
+Surface::Surface(Surface&& other) noexcept
+    : SurfaceView(std::exchange<SurfaceView>(other, {})), own(std::move(other.own)) {}
+
+Surface& Surface::operator=(Surface&& other) noexcept {
+    SurfaceView::operator=(std::exchange<SurfaceView>(other, {}));
+    own = std::move(other.own);
+    return *this;
+}
+
+Surface::~Surface() = default;
+
+/// A surface that was moved from becomes one without points.
+SurfaceState& Surface::changeable() {
+    if (!own) { *this = Surface(); }
+    return *own;
+}
+
+PointReport Surface::addPoints(std::span<const XPnt3d> points, IZynProgress* progress) {
+    SurfaceState& changed = changeable();
+    return changed.insert(changed.points.append(points), progress);
+}
+
+bool Surface::removePoint(int number) { return changeable().remove(number); }
+
+BreaklineReport Surface::addBreaklines(std::span<const Polyline> lines,
+                                       const BreaklineOptions& options) {
+    requireTolerance(options.tolerance);
+    return changeable().insert(lines, options);
+}
+
+void Surface::setMaxEdge(double length) { maxEdge = checkedMaxEdge(length); }
+
+SurfaceView SurfaceView::withMaxEdge(double length) const {
+    SurfaceView view(*this);
+    view.maxEdge = checkedMaxEdge(length);
+    return view;
+}
+
+PointReport Surface::pointReport() const { return own ? own->firstReport : PointReport(); }
+
+int Surface::pointCount() const { return own ? own->points.size() : 0; }
+
+int Surface::vertexCount() const { return own ? own->vertexCount : 0; }
+
+XPnt3d Surface::point(int number) const {
+    requireNumber(number, pointCount());
+    return own->points.at(number);
+}
+
+std::optional<int> Surface::vertexOf(int number) const {
+    requireNumber(number, pointCount());
+    const auto found = own->standIns.find(number);
+    const int vertex = found == own->standIns.end() ? number : found->second;
+    return own->isVertex(vertex) ? std::optional(vertex) : std::nullopt;
+}
+
+}  // namespace zyn

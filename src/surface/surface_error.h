@@ -1,0 +1,25 @@
+// The errors of a Surface, with the value in their text.
+#pragma once
+
+#include <cerrno>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+namespace zyn {
+
+template <class Value>
+[[noreturn]] void throwBad(const std::string& text, Value value) {
+    throw std::invalid_argument("zyn::Surface: " + text + ": " + std::to_string(value));
+}
+inline void requireNumber(int number, int count) {
+    if (number < 0 || number >= count) { throwBad("there is no such point", number); }
+}
+/// Throws unless the file was written. REQUIRES: errno was set to 0 before.
+inline void requireWritten(bool isWritten, const std::string& path) {
+    if (isWritten) { return; }
+    const int code = errno != 0 ? errno : EIO;
+    throw std::system_error(code, std::generic_category(), "zyn::Surface: cannot write " + path);
+}
+
+}  // namespace zyn

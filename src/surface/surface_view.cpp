@@ -1,0 +1,275 @@
+// Surface: what it answers.
+#include <zyn/surface.h>
+
+#include "surface/queries.h"
+#include "surface/surface_error.h"
+#include "surface/surface_state.h"
+#include "triangulation/flip.h"
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <set>
+#include <utility>
+
+namespace zyn {
+namespace {
+
+using Triangles = SurfaceTriangles<double>;
+
+Triangles trianglesOf(const SurfaceState* state, double maxEdge) {
+    return Triangles(state == nullptr ? nullptr : state->network.engine.get(), maxEdge);
+}
+
+int checkedSlot(int i) {
+    if (i < 0 || i > 2) { throwBad("a triangle has corners 0 to 2", i); }
+    return i;
+}
+
+/// Twice the area in plan and in space point along this.
+XPnt3d doubleArea(const tind& t) {
+    const XPnt3d a = positionOf(t.vertex[0]);
+    const XPnt3d u = positionOf(t.vertex[1]) - a, v = positionOf(t.vertex[2]) - a;
+    return {u.y * v.z - u.z * v.y, u.z * v.x - u.x * v.z, u.x * v.y - u.y * v.x};
+}
+
+}  // namespace
+
+// A triangle
+
+XPnt3d SurfaceTriangle::corner(int i) const { return positionOf(record->vertex[checkedSlot(i)]); }
+
+int SurfaceTriangle::vertex(int i) const {
+    return state->points.numberOf(record->vertex[checkedSlot(i)]);
+}
+
+std::optional<SurfaceTriangle> SurfaceTriangle::neighbor(int i) const {
+    const tind* const n = record->neighbor[checkedSlot(i)];
+    if (!trianglesOf(state, maxEdge).has(n)) { return std::nullopt; }
+    return SurfaceTriangle(state, maxEdge, n);
+}
+
+bool SurfaceTriangle::isBreakline(int i) const {
+    const int slot = checkedSlot(i);
+    return state->network.isFixed(record->vertex[after[slot]], record->vertex[before[slot]]);
+}
+
+double SurfaceTriangle::area() const { return record->Area(); }
+
+double SurfaceTriangle::planArea() const { return record->AreaHorizen(); }
+
+XPnt3d SurfaceTriangle::normal() const {
+    const XPnt3d n = doubleArea(*record);
+    const double length = std::hypot(n.x, n.y, n.z);
+    return {n.x / length, n.y / length, n.z / length};
+}
+
+// Parts
+
+SurfaceTriangleIterator& SurfaceTriangleIterator::operator++() {
+    const Triangles triangles = trianglesOf(state, maxEdge);
+    while (next < triangles.triangleCount()) {
+        const tind* const t = triangles.network().at(next++);
+        if (triangles.has(t)) {
+            current = SurfaceTriangle(state, maxEdge, t);
+            return *this;
+        }
+    }
+    current = SurfaceTriangle();
+    return *this;
+}
+
+SurfaceTriangleIterator SurfaceView::firstTriangle() const {
+    SurfaceTriangleIterator first;
+    first.state = state;
+    first.maxEdge = maxEdge;
+    return ++first;
+}
+
+int SurfaceView::triangleCount() const {
+    int count = 0;
+    trianglesOf(state, maxEdge).forEach([&count](const tind*, std::size_t) { ++count; });
+    return count;
+}
+
+std::vector<int> SurfaceView::vertices() const {
+    std::vector<int> numbers;
+    for (int n = 0; state != nullptr && n < state->points.size(); ++n) {
+        if (state->isVertex(n)) { numbers.push_back(n); }
+    }
+    return numbers;
+}
+
+std::vector<std::array<int, 2>> SurfaceView::edges() const {
+    std::vector<std::array<int, 2>> pairs;
+    const Triangles triangles = trianglesOf(state, maxEdge);
+    triangles.forEach([&](const tind* t, std::size_t) {
+        for (int i = 0; i < 3; ++i) {
+            const tind* const n = t->neighbor[i];
+            if (triangles.has(n) && std::less<>()(n, t)) { continue; }  // it was there already
+            pairs.push_back({state->points.numberOf(t->vertex[after[i]]),
+                             state->points.numberOf(t->vertex[before[i]])});
+        }
+    });
+    return pairs;
+}
+
+std::vector<std::array<int, 2>> SurfaceView::breaklineEdges() const {
+    std::vector<std::array<int, 2>> pairs;
+    if (state == nullptr || !state->network.engine) { return pairs; }
+    const PDoubleArray& list = *state->network.fixedList;
+    for (int i = 0; i + 1 < list.size(); i += 2) {
+        pairs.push_back({state->points.numberOf(list[i]), state->points.numberOf(list[i + 1])});
+    }
+    return pairs;
+}
+
+namespace {
+
+/// An edge of a triangle: the one opposite corner `slot`, with the triangle on its left.
+using RimEdge = std::pair<const tind*, int>;
+
+/// Returns the edge of the rim that starts where this one ends.
+RimEdge nextOnRim(const Triangles& triangles, RimEdge e) {
+    auto [t, slot] = e;
+    slot = after[slot];
+    while (triangles.has(t->neighbor[slot])) {
+        const tind* const n = t->neighbor[slot];
+        slot = after[n->index(t)];
+        t = n;
+    }
+    return {t, slot};
+}
+
+}  // namespace
+
+std::vector<std::vector<int>> SurfaceView::rim() const {
+    std::vector<std::vector<int>> lines;
+    const Triangles triangles = trianglesOf(state, maxEdge);
+    std::set<RimEdge> seen;
+    triangles.forEach([&](const tind* t, std::size_t) {
+        for (int i = 0; i < 3; ++i) {
+            RimEdge e{t, i};
+            if (triangles.has(t->neighbor[i]) || seen.contains(e)) { continue; }
+            std::vector<int>& line = lines.emplace_back();
+            for (; seen.insert(e).second; e = nextOnRim(triangles, e)) {
+                line.push_back(state->points.numberOf(e.first->vertex[after[e.second]]));
+            }
+        }
+    });
+    return lines;
+}
+
+std::optional<SurfaceTriangle> SurfaceView::triangleAt(double x, double y) const {
+    const Triangles triangles = trianglesOf(state, maxEdge);
+    if (!triangles.hasEngine()) { return std::nullopt; }
+    const Xy q{x, y};
+    const tind* const t = detail::triangleAt(triangles, state->network.start(q), q);
+    if (t == nullptr) { return std::nullopt; }
+    return SurfaceTriangle(state, maxEdge, t);
+}
+
+// Measures
+
+double SurfaceView::area() const {
+    double sum = 0;
+    trianglesOf(state, maxEdge).forEach([&sum](const tind* t, std::size_t) { sum += t->Area(); });
+    return sum;
+}
+
+double SurfaceView::planArea() const {
+    double sum = 0;
+    trianglesOf(state, maxEdge).forEach([&sum](const tind* t, std::size_t) {
+        sum += t->AreaHorizen();
+    });
+    return sum;
+}
+
+Enve3d SurfaceView::bounds() const {
+    Enve3d box;
+    trianglesOf(state, maxEdge).forEach([&box](const tind* t, std::size_t) {
+        for (const double* const v : t->vertex) { box.SetBox(positionOf(v)); }
+    });
+    return box;
+}
+
+SurfaceVolume SurfaceView::volume(double level) const {
+    return detail::volumeOf(trianglesOf(state, maxEdge), level);
+}
+
+// Heights
+
+std::optional<double> SurfaceView::heightAt(double x, double y) const {
+    const Triangles triangles = trianglesOf(state, maxEdge);
+    if (!triangles.hasEngine()) { return std::nullopt; }
+    const Xy q{x, y};
+    const tind* const t = detail::triangleAt(triangles, state->network.start(q), q);
+    return t == nullptr ? std::nullopt : std::optional(detail::heightIn(t, q));
+}
+
+int SurfaceView::heightsAt(std::span<XPnt3d> points) const {
+    const Triangles triangles = trianglesOf(state, maxEdge);
+    if (triangles.hasEngine()) {
+        const SurfaceNetwork& network = state->network;
+        return detail::heightsAt<double>(triangles, points, [&network](tind* last, Xy q) {
+            return network.starts.from(*network.engine, last, q);
+        });
+    }
+    for (XPnt3d& p : points) { p.z = std::numeric_limits<double>::quiet_NaN(); }
+    return 0;
+}
+
+Polyline SurfaceView::profile(const XPnt2d& a, const XPnt2d& b) const {
+    const Triangles triangles = trianglesOf(state, maxEdge);
+    if (!triangles.hasEngine()) { return {}; }
+    const Xy from{a.x, a.y}, to{b.x, b.y};
+    return detail::profileOf(triangles, state->network.start(from), from, to);
+}
+
+Raster SurfaceView::rasterize(const Enve2d& envelope, int columns, int rows) const {
+    if (columns < 1) { throwBad("a raster needs columns", columns); }
+    if (rows < 1) { throwBad("a raster needs rows", rows); }
+    if (!detail::isGrid(envelope, columns, rows)) {
+        throwBad("the envelope of a raster has no area", envelope.area());
+    }
+    Raster raster{envelope, columns, rows, {}};
+    raster.values.assign(std::size_t(columns) * std::size_t(rows),
+                         std::numeric_limits<double>::quiet_NaN());
+    detail::fillCells(trianglesOf(state, maxEdge), envelope, columns, rows, raster.values.data());
+    return raster;
+}
+
+std::vector<Polyline> SurfaceView::contours(std::span<const double> levels) const {
+    std::vector<Polyline> lines;
+    detail::forContours<double>(
+        trianglesOf(state, maxEdge), levels,
+        [&lines](std::span<const XPnt3d> line) { lines.emplace_back(line.begin(), line.end()); });
+    return lines;
+}
+
+// Files
+
+namespace {
+
+DelaunayInterface<double>* engineBehind(const SurfaceState* state) {
+    return state == nullptr ? nullptr : state->network.engine.get();
+}
+
+}  // namespace
+
+void SurfaceView::writeObj(const std::string& path) const {
+    errno = 0;
+    requireWritten(zyn::writeObj(engineBehind(state), path.c_str(), maxEdge), path);
+}
+
+void SurfaceView::writePly(const std::string& path, PlyNormals normals) const {
+    errno = 0;
+    requireWritten(zyn::writePly(engineBehind(state), path.c_str(), maxEdge, normals), path);
+}
+
+void SurfaceView::writeLandXml(const std::string& path, const QString& name) const {
+    errno = 0;
+    requireWritten(zyn::writeLandXml(engineBehind(state), path.c_str(), name, maxEdge), path);
+}
+
+}  // namespace zyn

@@ -123,6 +123,7 @@ private:
     bool collectStar(Tri* t, int corner, Star& star) const;
     bool planFan(const Star& star, std::vector<int>& ears) const;
     bool planEars(const Star& star, std::vector<int>& ears) const;
+    bool planEarsByPower(const Star& star, std::vector<int>& ears) const;
     void fillHole(const Star& star, const std::vector<int>& ears);
     void dropSurplus(Star& star);
     void legaliseFan(const Star& star);

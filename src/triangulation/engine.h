@@ -75,8 +75,8 @@ public:
     void number(Pnt* points, int count);
     /// The triangle that holds q, or null outside the network, by a walk from `start`.
     Tri* locateFrom(Tri* start, Xy q);
-    /// A triangle whose first corner is nearer to q than those of about sqrt(count()) others; null in
-    /// an empty network.
+    /// A triangle whose first corner is nearer to q than those of about sqrt(count()) others; null
+    /// in an empty network.
     Tri* sample(Xy q);
     int vertexCount() const;
     int allVertexCount() const;

@@ -150,9 +150,9 @@ bool DelaunayEngine<Real>::planEars(const Star& star, std::vector<int>& ears) co
     return rest == 2;
 }
 
-/// The ears of a large hole, in n log n: always the one whose circle has the centre least far inside,
-/// by its power. That makes triangles which obey the Delaunay rule at once, where the ring's own
-/// vertices did; any order would do, since flips follow. Source: Devillers 1999.
+/// The ears of a large hole, in n log n: always the one whose circle has the centre least far
+/// inside, by its power. That makes triangles which obey the Delaunay rule at once, where the
+/// ring's own vertices did; any order would do, since flips follow. Source: Devillers 1999.
 template <class Real>
 bool DelaunayEngine<Real>::planEarsByPower(const Star& star, std::vector<int>& ears) const {
     struct Ear {
@@ -259,8 +259,8 @@ void DelaunayEngine<Real>::legaliseFan(const Star& star) {
 
 /// Flips inner edges of the hole until none is illegal, in passes over its triangles by address.
 /// Strictly: four points on a circle would flip to and fro. An edge that was flipped away does not
-/// come back, so that pairs of vertices bound the flips; only in a damaged network, whose hole may be
-/// linked to itself, are there more. A pass skips triangles beside which nothing has changed.
+/// come back, so that pairs of vertices bound the flips; only in a damaged network, whose hole may
+/// be linked to itself, are there more. A pass skips triangles beside which nothing has changed.
 template <class Real>
 void DelaunayEngine<Real>::legaliseHole(Star& star) {
     std::vector<Tri*>& inner = star.triangles;

@@ -9,8 +9,9 @@
 
 namespace zyn {
 
-/// Passes over the numbers below `count` in ascending order. The first pass has all of them, a later
-/// one those that were added since their turn. Ends when a pass has none, or after `most` passes.
+/// Passes over the numbers below `count` in ascending order. The first pass has all of them, a
+/// later one those that were added since their turn. Ends when a pass has none, or after `most`
+/// passes.
 class Passes {
 public:
     Passes(std::size_t count, std::size_t most) : isDue(count, false), passesLeft(most) {
@@ -30,7 +31,8 @@ public:
         return true;
     }
     [[nodiscard]] std::size_t number() const { return current; }
-    /// Adds `n` to this pass if its turn comes yet, else to the next. Ignores numbers from `count` on.
+    /// Adds `n` to this pass if its turn comes yet, else to the next. Ignores numbers from `count`
+    /// on.
     void add(std::size_t n) {
         if (n >= isDue.size() || isDue[n]) { return; }
         isDue[n] = true;

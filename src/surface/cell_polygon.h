@@ -14,14 +14,15 @@ namespace zyn {
 
 /// The part of a triangle that covers a grid. Its unit is the cell: whole numbers are the centres.
 ///
-/// A sliver can cross thousands of rows and columns and hold no centre of a cell. The centres also form
-/// lines in other directions: those with the fewest lines across the polygon come from a reduced
-/// basis of the lattice (Gauss). By the flatness theorem, a convex figure that such lines cross often
-/// holds about as many centres as it has area. The lines that are looked at are therefore no more
-/// than a constant and the square root of the number of centres.
+/// A sliver can cross thousands of rows and columns and hold no centre of a cell. The centres also
+/// form lines in other directions: those with the fewest lines across the polygon come from a
+/// reduced basis of the lattice (Gauss). By the flatness theorem, a convex figure that such lines
+/// cross often holds about as many centres as it has area. The lines that are looked at are
+/// therefore no more than a constant and the square root of the number of centres.
 class CellPolygon {
 public:
-    /// The triangle a, b, c in columns and rows. Each coordinate is known to within `unclear_` cells.
+    /// The triangle a, b, c in columns and rows. Each coordinate is known to within `unclear_`
+    /// cells.
     CellPolygon(Xy a, Xy b, Xy c, int columns_, int rows_, double unclear_)
         : corner{a, b, c}, columns(columns_), rows(rows_), unclear(std::max(unclear_, 0x1p-31)) {
         // No centre is nearer than half a cell to the rim of the grid, so rounding loses none.
@@ -40,7 +41,8 @@ public:
         return std::abs(twice) / 2;
     }
 
-    /// Calls `use(column, row)` for all cells whose centres the polygon holds, and for some beside it.
+    /// Calls `use(column, row)` for all cells whose centres the polygon holds, and for some beside
+    /// it.
     template <class Use>
     void forCells(Use use) const {
         if (size == 0) { return; }
@@ -99,8 +101,8 @@ private:
         for (std::size_t i = 0; i < size; ++i) { range.include(valueAt(form, corner[i])); }
         return {range.low - unclearOf(form), range.high + unclearOf(form)};
     }
-    /// The sum of the products of both values at the corners, taken from the first corner: the square
-    /// of a norm that the width of the polygon is proportional to, to within a constant.
+    /// The sum of the products of both values at the corners, taken from the first corner: the
+    /// square of a norm that the width of the polygon is proportional to, to within a constant.
     [[nodiscard]] double product(Form f, Form g) const {
         double total = 0;
         for (std::size_t i = 1; i < size; ++i) {

@@ -32,8 +32,8 @@ public:
     using Step = StepTowards<Real>;
     using Way = typename Step::Way;
 
-    /// Returns the first step from a towards b, in time for the triangles round one of the two that has
-    /// fewer of them, and for the edges that cross a-b.
+    /// Returns the first step from a towards b, in time for the triangles round one of the two that
+    /// has fewer of them, and for the edges that cross a-b.
     [[nodiscard]] Step look(Real* a, Real* b) {
         Tri* const start = triangleAt(a, hint == nullptr ? engine.newest() : hint);
         if (start == nullptr) { return {}; }

@@ -24,7 +24,8 @@ struct StepTowards {
 };
 
 /// Finds the step by looking at the triangles round a. It starts at one of them and goes both ways
-/// round, one triangle a turn, so that a step near by is found soon and two searches can take turns.
+/// round, one triangle a turn, so that a step near by is found soon and two searches can take
+/// turns.
 template <class Real>
 class StepSearch {
 public:
@@ -32,8 +33,8 @@ public:
     using Step = StepTowards<Real>;
     using Way = typename Step::Way;
 
-    /// Looks at no more than `most_` triangles: the links of a damaged network may circle. REQUIRES: a
-    /// is a corner of `start`.
+    /// Looks at no more than `most_` triangles: the links of a damaged network may circle.
+    /// REQUIRES: a is a corner of `start`.
     StepSearch(Tri* start, Real* a_, Real* b_, std::size_t most_)
         : a(a_), b(b_), most(most_), arm{{start, after}, {start, before}} {
         lookInside(start, start->index(a));
@@ -43,8 +44,8 @@ public:
     [[nodiscard]] bool isDone() const { return isSure || !(arm[0].isOpen || arm[1].isOpen); }
     /// Whether the step is certain without a look at the other triangles.
     [[nodiscard]] bool isCertain() const { return isSure; }
-    /// The best step that was found so far. Beside triangles of no area several vertices can be that
-    /// way: the nearest counts.
+    /// The best step that was found so far. Beside triangles of no area several vertices can be
+    /// that way: the nearest counts.
     [[nodiscard]] const Step& step() const { return best; }
 
     /// Looks at one more triangle. REQUIRES: !isDone()
@@ -86,8 +87,8 @@ private:
             isSure = hasArea(t);
         }
     }
-    /// Takes the edge of t from a to v, across which `beside` is. Where both triangles have an area, no
-    /// other edge from a has the same direction.
+    /// Takes the edge of t from a to v, across which `beside` is. Where both triangles have an
+    /// area, no other edge from a has the same direction.
     void takeEdge(Tri* t, Real* v, const Tri* beside) {
         if (best.way == Way::edge && !isNearer(v, best.vertex)) { return; }
         best = {Way::edge, v, nullptr, t};

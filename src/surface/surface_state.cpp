@@ -85,7 +85,8 @@ PointReport SurfaceState::insert(std::span<XPnt3d> added, IZynProgress* progress
     const auto use = [&](std::int32_t index, bool isNew) {
         const XPnt3d& p = added[static_cast<std::size_t>(index)];
         const double* const other =
-            isNew ? nullptr : network.engine->inPlaceOf(p, options.tolerance);
+            isNew ? nullptr
+                  : network.engine->inPlaceOf(p, options.tolerance, network.start({p.x, p.y}));
         if (isNew) {
             vertices[static_cast<std::size_t>(report.first + index)] = true;
             ++report.vertices;
@@ -96,8 +97,9 @@ PointReport SurfaceState::insert(std::span<XPnt3d> added, IZynProgress* progress
         }
     };
     const int count = static_cast<int>(added.size());
+    const Xy firstPlace = added.empty() ? Xy{0, 0} : Xy{added[0].x, added[0].y};
     const int offered = insertAll(*network.engine, added.data(), count, options.tolerance,
-                                  *network.fixed, progress, use);
+                                  *network.fixed, network.start(firstPlace), progress, use);
     report.refused = static_cast<int>(fallen.size());
     report.skipped = count - offered;
     vertexCount += report.vertices;

@@ -6,7 +6,7 @@
 
 namespace zyn {
 
-/// The numbers from 0 to count - 1 in a circle. Each can be taken out and put back anywhere.
+/// The numbers from 0 to count - 1 in a circle, from which each can be taken out.
 class Cycle {
 public:
     explicit Cycle(int count) : links(static_cast<std::size_t>(count)) {
@@ -15,12 +15,9 @@ public:
     [[nodiscard]] int next(int i) const { return links[static_cast<std::size_t>(i)].next; }
     [[nodiscard]] int previous(int i) const { return links[static_cast<std::size_t>(i)].previous; }
     /// The links of `i` itself stay. REQUIRES: `i` is in the circle.
-    void remove(int i) { link(previous(i), next(i)); }
-    /// REQUIRES: `place` is in the circle, `i` is not.
-    void insertAfter(int place, int i) {
-        const int behind = next(place);
-        link(place, i);
-        link(i, behind);
+    void remove(int i) {
+        at(previous(i)).next = next(i);
+        at(next(i)).previous = previous(i);
     }
 
 private:
@@ -28,10 +25,6 @@ private:
         int next, previous;
     };
     Links& at(int i) { return links[static_cast<std::size_t>(i)]; }
-    void link(int i, int j) {
-        at(i).next = j;
-        at(j).previous = i;
-    }
 
     std::vector<Links> links;
 };

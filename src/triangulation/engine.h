@@ -76,9 +76,10 @@ public:
     /// nearest corner in a closed square of `tolerance` about the point, or else the point itself
     /// if it is a vertex already.
     Real* cornerAt(Tri* t, const Pnt& p, Real tolerance) const;
-    /// Returns the vertex that keeps a point out that was just refused, or null if none does.
-    Real* inPlaceOf(const Pnt& p, Real tolerance) const {
-        Tri* const t = locateFrom(Pool::newest(), {double(p.x), double(p.y)});
+    /// Returns the vertex that keeps out a point that was refused, or null if none does. Walks from
+    /// `start`.
+    Real* inPlaceOf(const Pnt& p, Real tolerance, Tri* start) const {
+        Tri* const t = locateFrom(start, {double(p.x), double(p.y)});
         return t == nullptr ? nullptr : cornerAt(t, p, tolerance);
     }
     /// Removes the vertex at a corner of t and fills the hole with Delaunay triangles. Returns false,
@@ -88,6 +89,7 @@ public:
     /// Numbers the points as so many calls of addPoint would.
     void number(Pnt* points, int count);
     /// The triangle that holds q, or null outside the network, by a walk from `start`.
+<<<<<<< HEAD
     Tri* locateFrom(Tri* start, Xy q) const {
         bool isInside = false;
         return locateFrom(start, q, isInside);
@@ -95,6 +97,12 @@ public:
     /// A triangle whose first corner is nearer to q than those of about sqrt(count()) others; null in
     /// an empty network.
     Tri* sample(Xy q) const;
+=======
+    Tri* locateFrom(Tri* start, Xy q);
+    /// A triangle whose first corner is nearer to q than those of about sqrt(count()) others; null
+    /// in an empty network.
+    Tri* sample(Xy q);
+>>>>>>> w_speed
     int vertexCount() const;
     int allVertexCount() const;
     int surfaceTriangleCount() const;
@@ -143,6 +151,7 @@ private:
     bool collectStar(Tri* t, int corner, Star& star, bool mayBeOpen = false) const;
     bool planFan(const Star& star, std::vector<int>& ears) const;
     bool planEars(const Star& star, std::vector<int>& ears) const;
+    bool planEarsByPower(const Star& star, std::vector<int>& ears) const;
     void fillHole(const Star& star, const std::vector<int>& ears);
     void collectFolds(Star& star) const;
     void dropSurplus(Star& star);

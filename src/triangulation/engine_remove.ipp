@@ -8,6 +8,8 @@
 #include "triangulation/triangle_ring.ipp"
 
 #include <algorithm>
+#include <cmath>
+#include <queue>
 
 namespace zyn {
 
@@ -37,6 +39,20 @@ struct DelaunayEngine<Real>::Star {
     [[nodiscard]] int size() const { return static_cast<int>(ring.size()); }
     [[nodiscard]] Xy at(int i) const { return xyOf(ring[static_cast<std::size_t>(i)]); }
 };
+
+/// A ring longer than this, which the float engine never has, is filled in another order.
+inline constexpr int longRing = 64;
+
+/// The power of p with respect to the circle through a, b, c, which run counter-clockwise, rounded.
+inline double powerOf(Xy p, Xy a, Xy b, Xy c) {
+    const Xy pa = a - p, pb = b - p, pc = c - p, ab = b - a, ac = c - a;
+    const auto cross = [](Xy u, Xy v) { return u.x * v.y - u.y * v.x; };
+    const auto square = [](Xy u) { return u.x * u.x + u.y * u.y; };
+    const double inside =
+        square(pa) * cross(pb, pc) + square(pb) * cross(pc, pa) + square(pc) * cross(pa, pb);
+    const double power = -inside / cross(ab, ac);
+    return std::isnan(power) ? -HUGE_VAL : power;
+}
 
 template <class Real>
 bool DelaunayEngine<Real>::removePoint(Tri* hint, Real x, Real y, Real radius) {
@@ -122,50 +138,83 @@ bool DelaunayEngine<Real>::planFan(const Star& star, std::vector<int>& ears) con
 
 /// Ears of any hole that can be filled. Every point of the ring is seen from the centre, so an ear is
 /// good if it is convex and does not reach over the centre: nothing else can lie in it, and what
-/// remains is still seen from the centre. The next ear is the first one from the vertex before the
-/// last ear on; cutting changes only the ears beside it, so a list of all ears gives it at once.
+/// remains is still seen from the centre.
 template <class Real>
 bool DelaunayEngine<Real>::planEars(const Star& star, std::vector<int>& ears) const {
     const int n = star.size();
+    if (n > longRing && planEarsByPower(star, ears)) { return true; }
+    std::vector<int> next(static_cast<std::size_t>(n)), previous(static_cast<std::size_t>(n));
+    const auto nextOf = [&next](int i) -> int& { return next[static_cast<std::size_t>(i)]; };
+    const auto previousOf = [&previous](int i) -> int& {
+        return previous[static_cast<std::size_t>(i)];
+    };
+    for (int i = 0; i < n; ++i) {
+        nextOf(i) = (i + 1) % n;
+        previousOf(i) = (i + n - 1) % n;
+    }
     const Xy centre = xyOf(star.centre);
-    Cycle ring(n), good(n);
-    const auto isConvex = [&](int v) {
-        return orientation(star.at(ring.previous(v)), star.at(v), star.at(ring.next(v))) > 0;
-    };
-    const auto isEar = [&](int v) {
-        return isConvex(v) &&
-               orientation(star.at(ring.previous(v)), star.at(ring.next(v)), centre) >= 0;
-    };
-    std::vector<bool> isGood(static_cast<std::size_t>(n), true);
-    const auto update = [&](int v, int place) {
-        auto wasGood = isGood[static_cast<std::size_t>(v)];
-        if (wasGood == isEar(v)) { return; }
-        if (wasGood) {
-            good.remove(v);
-        } else {
-            good.insertAfter(place, v);
-        }
-        wasGood.flip();
-    };
-    for (int v = 0; v < n; ++v) { update(v, v); }
-    const auto firstGood = std::find(isGood.begin(), isGood.end(), true);
-    bool isLeft = firstGood != isGood.end();
-    int v = static_cast<int>(firstGood - isGood.begin()), last = 0;
     ears.clear();
-    for (int rest = n; rest > 3; --rest) {
-        if (!isLeft) { return false; }
+    int rest = n;
+    for (int v = 0, misses = 0; rest > 2 && misses < rest;) {
+        const int u = previousOf(v);
+        const int w = nextOf(v);
+        const bool isEar = orientation(star.at(u), star.at(v), star.at(w)) > 0 &&
+                           (rest == 3 || orientation(star.at(u), star.at(w), centre) >= 0);
+        if (!isEar) {
+            v = w;
+            ++misses;
+            continue;
+        }
         ears.push_back(v);
-        last = ring.previous(v);
-        ring.remove(v);
-        update(last, good.previous(v));
-        update(ring.next(last), v);
-        const int next = isGood[static_cast<std::size_t>(last)] ? last : good.next(v);
-        isLeft = next != v;
-        good.remove(v);
-        v = next;
+        nextOf(u) = w;
+        previousOf(w) = u;
+        --rest;
+        misses = 0;
+        v = u;
+    }
+    return rest == 2;
+}
+
+/// The ears of a large hole, in n log n: always the one whose circle has the centre least far
+/// inside, by its power. That makes triangles which obey the Delaunay rule at once, where the
+/// ring's own vertices did; any order would do, since flips follow. Source: Devillers 1999.
+template <class Real>
+bool DelaunayEngine<Real>::planEarsByPower(const Star& star, std::vector<int>& ears) const {
+    struct Ear {
+        double power;
+        int vertex;
+        int version;  // of the vertex: outdated when it has new neighbours
+        bool operator<(const Ear& other) const { return power < other.power; }
+    };
+    const int n = star.size();
+    const Xy centre = xyOf(star.centre);
+    Cycle ring(n);
+    std::vector<int> version(static_cast<std::size_t>(n), 0);
+    std::priority_queue<Ear> queue;
+    const auto offer = [&](int v) {
+        const Xy a = star.at(ring.previous(v)), b = star.at(v), c = star.at(ring.next(v));
+        const int now = ++version[static_cast<std::size_t>(v)];
+        if (orientation(a, b, c) > 0 && orientation(a, c, centre) >= 0) {
+            queue.push({powerOf(centre, a, b, c), v, now});
+        }
+    };
+    for (int v = 0; v < n; ++v) { offer(v); }
+    ears.clear();
+    int last = 0;
+    for (int rest = n; rest > 3 && !queue.empty();) {
+        const Ear ear = queue.top();
+        queue.pop();
+        if (ear.version != version[static_cast<std::size_t>(ear.vertex)]) { continue; }
+        ears.push_back(ear.vertex);
+        last = ring.previous(ear.vertex);
+        ring.remove(ear.vertex);
+        --rest;
+        offer(last);
+        offer(ring.next(last));
     }
     ears.push_back(last);
-    return isConvex(last);
+    return star.size() == static_cast<int>(ears.size()) + 2 &&
+           orientation(star.at(ring.previous(last)), star.at(last), star.at(ring.next(last))) > 0;
 }
 
 /// Makes the ears of the first triangles of the star, and links them to each other and outwards.
@@ -283,8 +332,8 @@ void DelaunayEngine<Real>::legaliseFan(const Star& star) {
 
 /// Flips inner edges of the hole until none is illegal, in passes over its triangles by address.
 /// Strictly: four points on a circle would flip to and fro. An edge that was flipped away does not
-/// come back, so that pairs of vertices bound the flips; only in a damaged network, whose hole may be
-/// linked to itself, are there more. A pass skips triangles beside which nothing has changed.
+/// come back, so that pairs of vertices bound the flips; only in a damaged network, whose hole may
+/// be linked to itself, are there more. A pass skips triangles beside which nothing has changed.
 template <class Real>
 void DelaunayEngine<Real>::legaliseHole(Star& star, Passes& passes) {
     std::vector<Tri*>& inner = star.triangles;

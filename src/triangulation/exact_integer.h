@@ -1,5 +1,5 @@
-// Exact arithmetic for the few predicates whose coordinates are outside the range in which expansions
-// are exact: whole numbers of any size, times powers of two.
+// Exact arithmetic for the few predicates whose coordinates are outside the range in which
+// expansions are exact: whole numbers of any size, times powers of two.
 #pragma once
 
 #include <array>
@@ -8,9 +8,9 @@
 
 namespace zyn {
 
-/// A sum of signed digits times powers of 2^32. Each digit is at least -2^31 and below 2^31, so that
-/// the difference of a large number and a small one has few digits, with none between them. Only
-/// digits other than 0 are kept, in place, which makes a product of sparse numbers cheap.
+/// A sum of signed digits times powers of 2^32. Each digit is at least -2^31 and below 2^31, so
+/// that the difference of a large number and a small one has few digits, with none between them.
+/// Only digits other than 0 are kept, in place, which makes a product of sparse numbers cheap.
 ///
 /// REQUIRES of all operations: no more than four factors, each a sum of two doubles.
 class ExactInteger {
@@ -39,7 +39,8 @@ private:
     };
     class Builder;
 
-    /// The first two digits in units of the first, which is not more than 2^-30 off by its own size.
+    /// The first two digits in units of the first, which is not more than 2^-30 off by its own
+    /// size.
     [[nodiscard]] double leading() const;
     [[nodiscard]] std::int32_t highestPlace() const { return digit[size - 1].place; }
     static ExactInteger sum(const ExactInteger& a, const ExactInteger& b, std::int32_t signOfB);

@@ -32,7 +32,8 @@ public:
         return true;
     }
     [[nodiscard]] std::size_t number() const { return current; }
-    /// Adds `n` to this pass if its turn comes yet, else to the next. Ignores numbers from `count` on.
+    /// Adds `n` to this pass if its turn comes yet, else to the next. Ignores numbers from `count`
+    /// on.
     void add(std::size_t n) {
         if (n >= isDue.size() || isDue[n]) { return; }
         isDue[n] = true;

@@ -127,8 +127,8 @@ Sign scaledOrientation(Xy a, Xy b, Xy c) {
     return {std::abs(side.value) > side.bound, side.value > 0 ? 1 : -1};
 }
 
-/// Takes the sines from the vector between a and b, which is clearer than the difference of two long
-/// ones where p or d is far away.
+/// Takes the sines from the vector between a and b, which is clearer than the difference of two
+/// long ones where p or d is far away.
 Sign scaledSineOfAngleSum(Xy p, Xy a, Xy b, Xy d) {
     const Xy ap = scaled(a - p), bd = scaled(b - d), ba = scaled(b - a);
     const double size = std::max(sizeOf(b - p), sizeOf(a - d));
@@ -138,8 +138,8 @@ Sign scaledSineOfAngleSum(Xy p, Xy a, Xy b, Xy d) {
     return {std::abs(sum.sine) > sum.error + 1e-300, sum.sine > 0 ? 1 : -1};
 }
 
-/// Multiplies all coordinates by the power of two that makes expansions exact, which leaves signs as
-/// they are. Returns false and changes nothing if there is none, or they are exact already.
+/// Multiplies all coordinates by the power of two that makes expansions exact, which leaves signs
+/// as they are. Returns false and changes nothing if there is none, or they are exact already.
 bool scale(std::span<double> coordinates) {
     double largest = 0.0, smallest = HUGE_VAL;
     for (const double c : coordinates) {
@@ -169,7 +169,8 @@ auto cosinesAndSines(const std::array<Number, 8>& v, Sum add, Difference minus, 
         add(times(adx, bdx), times(ady, bdy)), minus(times(bdx, ady), times(bdy, adx))};
 }
 
-// Where expansions may not be exact. Functions of their own, since their numbers take much of the stack.
+// Where expansions may not be exact. Functions of their own, since their numbers take much of the
+// stack.
 
 [[gnu::noinline]] int orientationOfAnySize(Xy a, Xy b, Xy c) {
     std::array<double, 6> coordinates{a.x, a.y, b.x, b.y, c.x, c.y};

@@ -147,7 +147,8 @@ TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseAtTheCentres) {
 }
 
 TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseOfSliversThatHoldFewCentres) {
-    // Slivers between two lines of points, which pass most centres of a grid by, in three directions.
+    // Slivers between two lines of points, which pass most centres of a grid by, in three
+    // directions.
     std::mt19937 random(support::newSeed());
     std::uniform_real_distribution<double> anywhere(0, 40);
     for (const auto& [dx, dy] : {std::pair(0.0, 400.0), {297.3, 391.7}, {-20.1, 380.0}}) {

@@ -115,7 +115,8 @@ TYPED_TEST(EngineTest, RemovePointClosesTheHoleOrChangesNothing) {
 
 TYPED_TEST(EngineTest, RemovePointFillsAHoleThatNoFanFills) {
     // A wheel, a star where the inner radius is less. A float engine keeps more than 53 neighbours.
-    for (const auto& [count, inner] : {std::pair(8, 1), {10, 1}, {24, 1}, {53, 4}, {54, 4}}) {
+    for (const auto& [count, inner] :
+         {std::pair(8, 1), {10, 1}, {24, 1}, {53, 4}, {54, 4}, {100, 2}}) {
         SCOPED_TRACE(count);
         typename TestFixture::Net star(0, 0, 10, 10);
         ASSERT_TRUE(star.add(5, 5));

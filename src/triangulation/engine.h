@@ -89,7 +89,6 @@ public:
     /// Numbers the points as so many calls of addPoint would.
     void number(Pnt* points, int count);
     /// The triangle that holds q, or null outside the network, by a walk from `start`.
-<<<<<<< HEAD
     Tri* locateFrom(Tri* start, Xy q) const {
         bool isInside = false;
         return locateFrom(start, q, isInside);
@@ -97,12 +96,6 @@ public:
     /// A triangle whose first corner is nearer to q than those of about sqrt(count()) others; null in
     /// an empty network.
     Tri* sample(Xy q) const;
-=======
-    Tri* locateFrom(Tri* start, Xy q);
-    /// A triangle whose first corner is nearer to q than those of about sqrt(count()) others; null
-    /// in an empty network.
-    Tri* sample(Xy q);
->>>>>>> w_speed
     int vertexCount() const;
     int allVertexCount() const;
     int surfaceTriangleCount() const;

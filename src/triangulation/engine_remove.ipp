@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <queue>
+#include <utility>
 
 namespace zyn {
 
@@ -34,7 +35,8 @@ struct DelaunayEngine<Real>::Star {
     std::vector<Tri*> triangles;
     std::vector<Tri*> outer;
     std::vector<int> link;
-    std::vector<Tri*> folds;  // see collectFolds()
+    std::vector<Tri*> folds;                                  // see collectFolds()
+    std::vector<std::pair<const Tri*, std::size_t>> numbers;  // by address; see legaliseHole()
 
     [[nodiscard]] int size() const { return static_cast<int>(ring.size()); }
     [[nodiscard]] Xy at(int i) const { return xyOf(ring[static_cast<std::size_t>(i)]); }
@@ -71,6 +73,7 @@ bool DelaunayEngine<Real>::removePoint(Tri* hint, Real x, Real y, Real radius) {
     if (!isFan && !planEars(star, ears)) { return false; }
     collectFolds(star);
     Passes passes(isFan ? 0 : star.ring.size() - 2, star.ring.size() * star.ring.size());
+    star.numbers.reserve(star.ring.size());
     fillHole(star, ears);
     flatVertices.erase(star.centre);
     dropSurplus(star);
@@ -89,6 +92,7 @@ bool DelaunayEngine<Real>::removeVertex(Tri* t, int corner) {
     std::vector<int> ears;
     if (!collectStar(t, corner, star, true) || !planEars(star, ears)) { return false; }
     Passes passes(star.ring.size() - 2, star.ring.size() * star.ring.size());
+    star.numbers.reserve(star.ring.size());
     fillHole(star, ears);
     flatVertices.erase(star.centre);
     dropSurplus(star);
@@ -330,18 +334,23 @@ void DelaunayEngine<Real>::legaliseFan(const Star& star) {
     }
 }
 
-/// Flips inner edges of the hole until none is illegal, in passes over its triangles by address.
+/// Flips inner edges of the hole until none is illegal, in passes over its triangles in ring order.
 /// Strictly: four points on a circle would flip to and fro. An edge that was flipped away does not
 /// come back, so that pairs of vertices bound the flips; only in a damaged network, whose hole may
 /// be linked to itself, are there more. A pass skips triangles beside which nothing has changed.
 template <class Real>
 void DelaunayEngine<Real>::legaliseHole(Star& star, Passes& passes) {
-    std::vector<Tri*>& inner = star.triangles;
-    std::sort(inner.begin(), inner.end(), std::less<>());
-    const auto numberOf = [&inner](const Tri* t) {
-        const auto place = std::lower_bound(inner.begin(), inner.end(), t, std::less<>());
-        const bool isInner = place != inner.end() && *place == t;
-        return isInner ? static_cast<std::size_t>(place - inner.begin()) : inner.size();
+    const std::vector<Tri*>& inner = star.triangles;
+    auto& numbers = star.numbers;
+    for (std::size_t n = 0; n < inner.size(); ++n) { numbers.emplace_back(inner[n], n); }
+    const auto isBefore = [](const auto& a, const auto& b) {
+        return std::less<>()(a.first, b.first);
+    };
+    std::sort(numbers.begin(), numbers.end(), isBefore);
+    const auto numberOf = [&](const Tri* t) {
+        const auto found = std::lower_bound(numbers.begin(), numbers.end(),
+                                            std::pair(t, std::size_t{0}), isBefore);
+        return found != numbers.end() && found->first == t ? found->second : inner.size();
     };
     const auto isIllegal = [&](const Tri* t, int slot) {
         Tri* const n = t->neighbor[slot];

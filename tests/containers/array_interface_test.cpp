@@ -30,6 +30,46 @@ TEST(ArrayInterface, LiteralsMeanTheElement) {
     EXPECT_TRUE(pointers->append(nullptr) == 1 && pointers->get(0) == nullptr);
 }
 
+/// An application's own array of 0, 1, 2, ..., which loses its last element with every one that is read.
+struct ShrinkingArray : IntArray {
+    int get(int index) const override { return --count, index; }
+    int size() const override { return count; }
+    mutable int count = 0;
+
+    // What nobody calls here.
+    void removeAll() override {}
+    int append(const int*, int) override { return 0; }
+    int append(const IntArray*) override { return 0; }
+    int append(int) override { return 0; }
+    int insert(int, int) override { return 0; }
+    int& getRef(int) override { return count; }
+    int last() const override { return 0; }
+    int first() const override { return 0; }
+    void removeLast() override {}
+    void removeFirst() override {}
+    void removeRange(int, int) override {}
+    void removeAt(int) override {}
+    int capacity() const override { return 0; }
+    void reserve(int) override {}
+    void resize(int) override {}
+    int assign(const IntArray*) override { return 0; }
+    int assign(const int*, int) override { return 0; }
+    IntArray* clone() const override { return nullptr; }
+    int* data() override { return nullptr; }
+    const int* data() const override { return nullptr; }
+    int* begin() override { return nullptr; }
+};
+
+TEST(ArrayInterface, AppendAsksForTheSizeOfAnotherArrayBeforeEachElement) {
+    const ref_ptr<ShrinkingArray> source = new ShrinkingArray;
+    source->count = 6;
+    const ref_ptr<IntArray> target = newIntArray();
+    target->append(7);
+    EXPECT_EQ(target->append(source.get()), 4);
+    EXPECT_EQ(target->last(), 2);
+    EXPECT_EQ(target->append(target.get()), 8);
+}
+
 TEST(ArrayInterface, PointsAreRoundedAndViewed) {
     const ref_ptr<Pnt3dArray> source = newPnt3dArray();
     source->append(XPnt3d(0.1, 16777217.0, -1e300, 7));

@@ -18,9 +18,10 @@
 /// Errors: std::invalid_argument, with the value in the text, for arguments that make no sense;
 /// std::system_error for files; std::bad_alloc. Points that are not finite are refused and counted.
 ///
-/// A point is a vertex number, its place in the order in which points came: those of the constructor
-/// from 0, then those of each call in turn, the points of lines and the vertices at crossings included.
-/// A point that was refused has a number too: vertexOf() leads to the vertex in its place.
+/// Every point has a number: its place in the order in which points came. Those of the constructor count
+/// from 0. Those of each further call follow, with the points of lines and the vertices at crossings.
+/// A vertex has the number of its point. A point that was refused has a number too: vertexOf() leads to
+/// the vertex in its place.
 ///
 /// Programs that hold an engine of their own find the same operations in network.h.
 #pragma once
@@ -97,18 +98,24 @@ struct BreaklineReport {
 
 /// A broken invariant of a network, see Surface::validate.
 struct NetworkFault {
-    enum class Kind { shape, link, delaunay, rim };
+    /// What a test looks at.
+    enum class Kind {
+        shape,     ///< one triangle for itself
+        link,      ///< a triangle and its neighbour
+        delaunay,  ///< an edge that is no breakline, by the in-circle test
+        rim,       ///< the network as a whole
+    };
     Kind kind;     ///< of the test that failed
     int triangle;  ///< its number in the network, frame triangles included; -1 for no single one
     std::string text;  ///< the fault as a sentence
 };
 
-/// Heights on a grid.
+/// Heights on a grid. The values are row by row: the first row at minY, each from minX on.
 struct Raster {
-    Enve2d envelope;            ///< what the cells fill
-    int columns = 0, rows = 0;  ///< their numbers along x and y
-    std::vector<double>
-        values;  ///< row by row, the first at minY, from minX on; NaN off the surface
+    Enve2d envelope;             ///< what the cells fill
+    int columns = 0;             ///< the number of cells along x
+    int rows = 0;                ///< and along y
+    std::vector<double> values;  ///< the heights at the centres; NaN off the surface
 };
 
 /// A triangle of a surface, a value.
@@ -234,10 +241,12 @@ public:
     /// std::invalid_argument for counts below 1 and for an envelope without area.
     [[nodiscard]] Raster rasterize(const Enve2d& envelope, int columns, int rows) const;
     /// Returns the isolines, level by level, higher ground on their left; see contours() of network.h.
+    /// @{
     [[nodiscard]] std::vector<Polyline> contours(std::span<const double> levels) const;
     [[nodiscard]] std::vector<Polyline> contours(std::initializer_list<double> levels) const {
         return contours(std::span(levels.begin(), levels.size()));
     }
+    /// @}
 
     // Files; see network.h for their forms. Each appears whole or not at all, and throws
     // std::system_error with the path if it cannot be written.
@@ -249,12 +258,12 @@ public:
     void writeLandXml(const std::string& path, const QString& name) const;
     /// @}
 
-protected:
+private:
+    friend class Surface;
+    [[nodiscard]] SurfaceTriangleIterator firstTriangle() const;
+
     const SurfaceState* state = nullptr;
     double maxEdge = anyEdge;
-
-private:
-    [[nodiscard]] SurfaceTriangleIterator firstTriangle() const;
 };
 
 /// A surface that owns its points. A surface that was moved from is empty, like a new one.
@@ -269,8 +278,11 @@ public:
     explicit Surface(std::vector<XPnt3d>&& points, const SurfaceOptions& options = {});
     explicit Surface(const Pnt3dArray& points, const SurfaceOptions& options = {});
     /// @}
+    /// Takes over everything; views of `other` are views of this one then.
+    /// @{
     Surface(Surface&& other) noexcept;
     Surface& operator=(Surface&& other) noexcept;
+    /// @}
     ~Surface();
 
     /// Adds points; breaklines stay. Where one falls on a vertex, its height counts as the options of

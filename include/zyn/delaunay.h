@@ -40,6 +40,7 @@
 
 #include <cstdint>
 #include <span>
+#include <type_traits>
 
 namespace zyn {
 
@@ -174,6 +175,8 @@ public:
 [[nodiscard]] ZYN_EXPORT IZynDelaunayD* newZynDelaunayDouble(double z, double minX, double minY,
                                                              double maxX, double maxY);
 /// @}
+constexpr auto factoryOf(std::type_identity<IZynDelaunay>) { return &newZynDelaunay; }
+constexpr auto factoryOf(std::type_identity<IZynDelaunayD>) { return &newZynDelaunayDouble; }
 
 // Operations on an engine of either precision beside its interface. A null engine, or one that is
 // not this library's, gets false or 0.

@@ -232,10 +232,23 @@ enum class PlyNormals {
 template <class Real>
 ZYN_EXPORT bool writePly(DelaunayInterface<Real>* engine, const char* path,
                          double maxEdge = anyEdge, PlyNormals normals = PlyNormals::none);
-/// LandXML 1.2: a `Surface` of that name, in metres, with points as northing (y), easting (x) and
-/// height, and faces.
+/// The unit of coordinates, all three.
+enum class LengthUnit {
+    metre,         ///< the metre
+    foot,          ///< 0.3048 m, the international foot
+    usSurveyFoot,  ///< 1200/3937 m
+};
+
+/// Writes LandXML 1.2: a `Surface` of that name, with points as northing (y), easting (x) and height,
+/// and faces. The file says that the coordinates are in `unit`, metres by default, and holds them as
+/// they are.
+/// @{
 template <class Real>
 ZYN_EXPORT bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, QString name,
                              double maxEdge = anyEdge);
+template <class Real>
+ZYN_EXPORT bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, QString name,
+                             LengthUnit unit, double maxEdge = anyEdge);
+/// @}
 
 }  // namespace zyn

@@ -291,7 +291,8 @@ private:
         const int before = engine->triangleCount();
         Real* read = nullptr;
         int count = 0;
-        FUZZ_REQUIRE((isText ? writeText<Real> : writeBinary<Real>)(e, file.path.c_str()));
+        const char* const path = file.path.c_str();
+        FUZZ_REQUIRE(isText ? writeText(*engine, path) : writeBinary(*engine, path));
         const bool isRead =
             (isText ? readText<Real> : readBinary<Real>)(e, file.path.c_str(), read, count);
         coordinates.emplace_back(read);

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <limits>
+#include <span>
 
 namespace zyn {
 namespace {
@@ -128,12 +129,15 @@ bool heightAt(DelaunayInterface<Real>* interface, double x, double y, double& z)
 
 template <class Real>
 int heightAt(DelaunayInterface<Real>* interface, Pnt3dArray* points) {
-    if (points == nullptr) { return 0; }
+    return points == nullptr ? 0 : heightAt(interface, std::span(*points));
+}
+
+template <class Real>
+int heightAt(DelaunayInterface<Real>* interface, std::span<XPnt3d> points) {
     if (auto* const engine = engineOf(interface); engine != nullptr) {
-        const auto count = static_cast<std::size_t>(points->size());
-        return HeightWalks<Real>(*engine, points->data(), count).run();
+        return HeightWalks<Real>(*engine, points.data(), points.size()).run();
     }
-    for (XPnt3d& p : *points) { p.z = std::numeric_limits<double>::quiet_NaN(); }
+    for (XPnt3d& p : points) { p.z = std::numeric_limits<double>::quiet_NaN(); }
     return 0;
 }
 
@@ -141,5 +145,7 @@ template bool heightAt(DelaunayInterface<float>*, double, double, double&);
 template bool heightAt(DelaunayInterface<double>*, double, double, double&);
 template int heightAt(DelaunayInterface<float>*, Pnt3dArray*);
 template int heightAt(DelaunayInterface<double>*, Pnt3dArray*);
+template int heightAt(DelaunayInterface<float>*, std::span<XPnt3d>);
+template int heightAt(DelaunayInterface<double>*, std::span<XPnt3d>);
 
 }  // namespace zyn

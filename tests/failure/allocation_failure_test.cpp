@@ -247,8 +247,8 @@ TYPED_TEST(NetworkFailure, Files) {
     const auto write = [](const char* name, auto writeFile) {
         expectHarmless<Net>(name, [=](auto& n) { return writeFile(n.get(), n.path.c_str()); });
     };
-    write("binary", writeBinary<Real>);
-    write("text", writeText<Real>);
+    write("binary", [](auto* e, auto* path) { return writeBinary<Real>(e, path); });
+    write("text", [](auto* e, auto* path) { return writeText<Real>(e, path); });
     expectHarmless<Net>("new file",
                         [](auto& n) { return writeBinary(n.get(), (n.path + ".new").c_str()); });
     write("obj", [](auto* e, auto* path) { return writeObj<Real>(e, path); });

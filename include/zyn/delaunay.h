@@ -238,6 +238,16 @@ template <class Real>
 ZYN_EXPORT bool readText(DelaunayInterface<Real>* engine, const char* path, Real*& vertices,
                          int& count);
 
+/// Replaces the network by that of a binary or text file, which may be closed to writing. The engine
+/// owns the vertices until its end, and those of earlier reads and of compactVertices() too. In all
+/// else each works as the function of that name with `vertices`.
+/// @{
+template <class Real>
+ZYN_EXPORT bool readBinary(DelaunayInterface<Real>& engine, const char* path);
+template <class Real>
+ZYN_EXPORT bool readText(DelaunayInterface<Real>& engine, const char* path);
+/// @}
+
 // Reading by reference, as in `vertexCount(*engine)`
 
 /// @cond

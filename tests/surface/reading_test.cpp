@@ -1,7 +1,9 @@
-// Reading an engine by reference, and the ranges of its triangles.
+// Reading an engine by reference, the ranges of its triangles, and files whose vertices it keeps.
 #include <zyn/network.h>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -164,6 +166,40 @@ TYPED_TEST(ReadingTest, ThreadsMayReadOneEngine) {
     const double sum = read();
     EXPECT_EQ(other.get(), sum);
     EXPECT_EQ(third.get(), sum);
+}
+
+TYPED_TEST(ReadingTest, KeepsTheVerticesOfFilesThatAreClosedToWriting) {
+    const char* const file = this->path.c_str();
+    for (const bool isText : {false, true}) {
+        this->grow(isText ? 200 : 100);
+        const auto write = [&](const char* to) {
+            return isText ? writeText(*this->engine, to) : writeBinary(*this->engine, to);
+        };
+        const std::string written = this->fileOf(write);
+        support::Network<TypeParam> other(0, 0, 1, 1);
+        const auto read = [&] {
+            return isText ? readText(*other.engine, file) : readBinary(*other.engine, file);
+        };
+        ASSERT_TRUE(read());
+        const TypeParam* const early = surfaceTriangles(*other.engine).begin()->vertex[0];
+        const TypeParam x = early[0];
+        const uid_t user = geteuid(), reader = user == 0 ? 65534 : user;  // root may write any file
+        std::filesystem::permissions(testing::TempDir(), std::filesystem::perms(0755));
+        ASSERT_EQ(chmod(file, 0444), 0);
+        ASSERT_EQ(seteuid(reader), 0);
+        const bool isRead = read();
+        ASSERT_EQ(seteuid(user), 0);
+        EXPECT_TRUE(isRead) << isText;
+        EXPECT_EQ(early[0], x) << "a vertex of the first read";
+        EXPECT_TRUE(other.add(-99.5, -99)) << isText;
+        EXPECT_EQ(vertexCount(*other.engine), static_cast<int>(this->points.size()) + 1);
+        EXPECT_FALSE(isText ? readText(*other.engine, "/nowhere")
+                            : readBinary(*other.engine, "/nowhere"));
+        EXPECT_TRUE(triangles(*other.engine).empty());
+        std::filesystem::remove(file);
+        EXPECT_EQ(this->fileOf(write), written);
+    }
+    EXPECT_FALSE(readBinary(*this->host, file));
 }
 
 }  // namespace

@@ -6,6 +6,8 @@ s!^ZYN_POOL\((\w+), ([^)]*)\);!/** Pool of <tt>\2</tt>: TypedPool<\1, \2>. */ cl
 s!^ZYN_MATRIX\((\w+), ([^)]*)\);!/** Matrix of <tt>\2</tt>: TypedMatrix<\1, \2>. */ class \1 : public TypedMatrix {};!
 # What the compiler makes needs no words.
 s!^ *(constexpr |explicit |virtual )*(\w+\(\)|~\w+\(\)|(\w+)\((const )?\w+&+\)|\w+& operator=\((const )?\w+&+\)).* = (default|delete);$!!
+# What only make() calls.
+s!^constexpr auto factoryOf\(.*!!
 # A comment behind several fields at once is for each of them.
 :field
 s!^(.*; )? *(\w+) (\w+(\[\w+\]|\{\})?), ([^;]*;) +///<(.*)!\1/**\6 */ \2 \3; \2 \5 ///<\6!

@@ -287,15 +287,11 @@ private:
     }
     /// Through a file, of text with its six digits or binary with all.
     void writeAndRead(bool isText) {
-        auto* const e = engine.get();
         const MemoryFile file;
+        const char* const path = file.path.c_str();
         const int before = engine->triangleCount();
-        Real* read = nullptr;
-        int count = 0;
-        FUZZ_REQUIRE((isText ? writeText<Real> : writeBinary<Real>)(e, file.path.c_str()));
-        const bool isRead =
-            (isText ? readText<Real> : readBinary<Real>)(e, file.path.c_str(), read, count);
-        coordinates.emplace_back(read);
+        FUZZ_REQUIRE(isText ? writeText(*engine, path) : writeBinary(*engine, path));
+        const bool isRead = isText ? readText(*engine, path) : readBinary(*engine, path);
         FUZZ_REQUIRE(isRead || !isSound || isText);
         FUZZ_REQUIRE(engine->triangleCount() == (isRead ? before : 0));
         isSound = isSound && !isText;
@@ -316,7 +312,6 @@ private:
     ref_ptr<Engine> engine;
     std::vector<std::unique_ptr<XPnt3<Real>>> points;
     std::vector<ref_ptr<Pnt3Array<Real>>> arrays;
-    std::vector<std::unique_ptr<Real[]>> coordinates;
     ref_ptr<Pnt3Pool<Real>> pool;
     ref_ptr<VertexArray<Real>> fixed;
     bool isSound = true;

@@ -7,13 +7,13 @@
 using namespace zyn;
 
 int main() {
-    ref_ptr<Pnt3dArray> points = newPnt3dArray();
-    points->reserve(2);  // no point moves up to here
+    auto points = make<Pnt3dArray>();  // a ref_ptr
+    points->reserve(2);                // no point moves up to here
     points->append(XPnt3d(1, 2, 3));
     points->append(XPnt3d(4, 5, 6));
     points->getRef(0).z = 9;
 
-    ref_ptr<Pnt3dArrayArray> lines = newPnt3dArrayArray();
+    auto lines = make<Pnt3dArrayArray>();
     lines->append(points.get());          // one more holder, no copy
     lines->append(points->clone());       // a copy, which only the array holds
     lines->get(1)->append(points.get());  // all points of another array
@@ -21,7 +21,7 @@ int main() {
     std::printf("%d points, %d holders; the copy has %d, the last at z = %g\n", points->size(),
                 points->referenceCount(), lines->get(1)->size(), last.z);
 
-    ref_ptr<Pnt3dPool> pool = newPnt3dPool();
+    auto pool = make<Pnt3dPool>();
     const XPnt3d* const first = pool->append(XPnt3d(0, 0, 1));
     for (int i = 1; i < 100000; ++i) { pool->append(XPnt3d(i, 0, 1)); }
     double sum = 0;
@@ -30,7 +30,7 @@ int main() {
     std::printf("%g points in %zu blocks, the first still in place: %s\n", sum, pool->blockCount(),
                 first == pool->at(0) ? "yes" : "no");
 
-    ref_ptr<MatrixDbl> m = newMatrixDbl();
+    auto m = make<MatrixDbl>();
     m->setSize(2, 2);  // zeros
     m->set(0, 0, 2.0);
     m->set(1, 1, 4.0);

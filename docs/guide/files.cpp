@@ -2,36 +2,31 @@
 #include <zyn/textfile.h>
 
 #include <cstdio>
-#include <memory>
 
 using namespace zyn;
 
 int main() {
-    ref_ptr<Pnt3dArray> points = newPnt3dArray();
+    auto points = make<Pnt3dArray>();
     for (int i = 0; i < 25; ++i) { points->append(XPnt3d(i % 5, i / 5, i)); }
-    ref_ptr<IZynDelaunayD> engine = newZynDelaunayDouble(0, -1, -1, 5, 5);
+    auto engine = make<IZynDelaunayD>(0, -1, -1, 5, 5);
     addPoints(engine.get(), points.get(), 0);
 
     // The network, to go on with later: bit for bit, frame and links included.
-    if (!writeBinary(engine.get(), "hill.tin")) { return 1; }
+    if (!writeBinary(*engine, "hill.tin")) { return 1; }
     // The surface, for other programs.
-    if (!writeObj(engine.get(), "hill.obj") || !writePly(engine.get(), "hill.ply") ||
-        !writeLandXml(engine.get(), "hill.xml", QStringLiteral("hill"))) {
+    if (!writeObj(*engine, "hill.obj") || !writePly(*engine, "hill.ply") ||
+        !writeLandXml(*engine, "hill.xml", QStringLiteral("hill"), LengthUnit::metre)) {
         return 1;
     }
 
-    std::unique_ptr<double[]> owner;  // stands first, to end after the engine
-    ref_ptr<IZynDelaunayD> read = newZynDelaunayDouble(0, 0, 0, 1, 1);  // the file brings its frame
-    double* vertices = nullptr;
-    int count = 0;
-    if (!readBinary(read.get(), "hill.tin", vertices, count)) { return 1; }
-    owner.reset(vertices);
-    std::printf("%d vertices, %d triangles, %.1f square metres as before: %s\n", count,
-                surfaceTriangleCount(read.get()), surfaceAreaHorizen(read.get()),
-                surfaceArea(read.get()) == surfaceArea(engine.get()) ? "yes" : "no");
+    auto read = make<IZynDelaunayD>(0, 0, 0, 1, 1);  // the file brings its frame
+    if (!readBinary(*read, "hill.tin")) { return 1; }
+    std::printf("%d vertices, %d triangles, %.1f square metres as before: %s\n", vertexCount(*read),
+                surfaceTriangleCount(*read), surfaceAreaHorizen(*read),
+                surfaceArea(*read) == surfaceArea(*engine) ? "yes" : "no");
 
-    ref_ptr<StringArray> lines = newStringArray();
-    lines->append(QStringLiteral("x y\n"));  // no numbers: passed over
+    auto lines = make<StringArray>();
+    lines->append(QStringLiteral("x y\n"));  // no numbers: left out
     lines->append(QStringLiteral("1.5, 2\n"));
     lines->append(QStringLiteral("3\t4.25 a remark\n"));
     writeLines(QStringLiteral("points.txt"), lines, nullptr);

@@ -7,14 +7,14 @@
 /// holds pointers to counted objects and one count of each. Sizes, capacities and indices are int;
 /// indices count from 0. An array is for one thread at a time.
 ///
-///     ref_ptr<Pnt3dArray> points = newPnt3dArray();
+///     auto points = make<Pnt3dArray>();             // a ref_ptr
 ///     points->reserve(1000);                        // no element moves up to 1000 points
 ///     points->append(XPnt3d(1.0, 2.0, 3.0));        // the new size: 1
 ///     points->getRef(0).z = 5.0;
 ///     for (const XPnt3d& p : *points) { use(p); }
 ///     points->get(7);                               // throws std::out_of_range
 ///
-///     ref_ptr<Pnt3dArrayArray> lines = newPnt3dArrayArray();
+///     auto lines = make<Pnt3dArrayArray>();
 ///     lines->append(points.get());                  // the row is now held twice
 ///
 /// Growth is by half: 1, 2, 3, 4, 6, 9, 13, ... When the storage grows, every pointer and reference
@@ -165,9 +165,11 @@ public:
 };
 
 /// Declares the array class `Name` of `Element` and its factory.
-#define ZYN_ARRAY(Name, ...)                                         \
-    class ZYN_EXPORT Name : public TypedArray<Name, __VA_ARGS__> {}; \
-    [[nodiscard]] ZYN_EXPORT Name* new##Name()
+#define ZYN_ARRAY(Name, ...)                                                  \
+    class Name;                                                               \
+    [[nodiscard]] ZYN_EXPORT Name* new##Name();                               \
+    constexpr auto factoryOf(std::type_identity<Name>) { return &new##Name; } \
+    class ZYN_EXPORT Name : public TypedArray<Name, __VA_ARGS__> {}
 
 // Numbers and strings
 

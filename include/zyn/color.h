@@ -18,6 +18,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <type_traits>
 
 namespace zyn {
 
@@ -221,6 +222,7 @@ private:
 
 /// A new ramp of greys.
 [[nodiscard]] ZYN_EXPORT IZynColorRamp* newZynColorRamp();
+constexpr auto factoryOf(std::type_identity<IZynColorRamp>) { return &newZynColorRamp; }
 
 /// A colour at a place on a scale, with an identity that stays when it moves.
 struct ZYN_EXPORT ZynColorPeg {
@@ -320,5 +322,6 @@ protected:
 
 /// A new scale from black to white, without inner pegs.
 [[nodiscard]] ZYN_EXPORT IZynGradeColor* newZynGradeColor();
+constexpr auto factoryOf(std::type_identity<IZynGradeColor>) { return &newZynGradeColor; }
 
 }  // namespace zyn

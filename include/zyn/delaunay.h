@@ -39,7 +39,9 @@
 #include <zyn/tin.h>
 
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <type_traits>
 
 namespace zyn {
 
@@ -50,8 +52,8 @@ public:
     using Tri = TinRecord<Real>;  ///< The triangle of this precision.
     using Pnt = XPnt3<Real>;      ///< The point of this precision.
 
-    // Iteration, in pool order, by the engine's one cursor. rayIntersections, rayNearest, exportObj
-    // and the functions of network.h move it too.
+    // Iteration, in pool order, by the engine's one cursor. rayIntersections, rayNearest and exportObj
+    // move it too; the ranges of triangles.h do not.
 
     /// The triangle at the cursor, which moves on; null after the last, until the next rewind.
     virtual Tri* nextTriangle() = 0;
@@ -174,6 +176,8 @@ public:
 [[nodiscard]] ZYN_EXPORT IZynDelaunayD* newZynDelaunayDouble(double z, double minX, double minY,
                                                              double maxX, double maxY);
 /// @}
+constexpr auto factoryOf(std::type_identity<IZynDelaunay>) { return &newZynDelaunay; }
+constexpr auto factoryOf(std::type_identity<IZynDelaunayD>) { return &newZynDelaunayDouble; }
 
 // Operations on an engine of either precision beside its interface. A null engine, or one that is
 // not this library's, gets false or 0.
@@ -233,6 +237,70 @@ ZYN_EXPORT bool readBinary(DelaunayInterface<Real>* engine, const char* path, Re
 template <class Real>
 ZYN_EXPORT bool readText(DelaunayInterface<Real>* engine, const char* path, Real*& vertices,
                          int& count);
+
+/// Replaces the network by that of a binary or text file, which may be closed to writing. The engine
+/// owns the vertices until its end, and those of earlier reads and of compactVertices() too. In all
+/// else each works as the function of that name with `vertices`.
+/// @{
+template <class Real>
+ZYN_EXPORT bool readBinary(DelaunayInterface<Real>& engine, const char* path);
+template <class Real>
+ZYN_EXPORT bool readText(DelaunayInterface<Real>& engine, const char* path);
+/// @}
+
+// Reading by reference, as in `vertexCount(*engine)`
+
+/// @cond
+namespace detail {
+/// Returns the engine as the functions that take a pointer want it. To cast `const` away is safe for
+/// those that only read, and for no others: no engine is const itself, and these change nothing in it.
+template <class Real>
+[[nodiscard]] DelaunayInterface<Real>* readable(const DelaunayInterface<Real>& engine) {
+    return const_cast<DelaunayInterface<Real>*>(&engine);
+}
+}  // namespace detail
+/// @endcond
+
+/// Returns what the function of that name writes or returns for a pointer. bounds() returns nothing if
+/// there is no such triangle. Threads: several may read one engine so while none changes it.
+/// @{
+template <class Real>
+[[nodiscard]] int vertexCount(const DelaunayInterface<Real>& engine) {
+    return vertexCount(detail::readable(engine));
+}
+template <class Real>
+[[nodiscard]] int allVertexCount(const DelaunayInterface<Real>& engine) {
+    return allVertexCount(detail::readable(engine));
+}
+template <class Real>
+[[nodiscard]] int surfaceTriangleCount(const DelaunayInterface<Real>& engine) {
+    return surfaceTriangleCount(detail::readable(engine));
+}
+template <class Real>
+[[nodiscard]] Real surfaceArea(const DelaunayInterface<Real>& engine) {
+    return surfaceArea(detail::readable(engine));
+}
+template <class Real>
+[[nodiscard]] Real surfaceAreaHorizen(const DelaunayInterface<Real>& engine) {
+    return surfaceAreaHorizen(detail::readable(engine));
+}
+template <class Real>
+[[nodiscard]] std::optional<Enve3d> bounds(const DelaunayInterface<Real>& engine) {
+    Real low[3] = {}, high[3] = {};
+    if (!bounds(detail::readable(engine), low[0], low[1], low[2], high[0], high[1], high[2])) {
+        return std::nullopt;
+    }
+    return Enve3d(low[0], low[1], low[2], high[0], high[1], high[2]);
+}
+template <class Real>
+bool writeBinary(const DelaunayInterface<Real>& engine, const char* path) {
+    return writeBinary(detail::readable(engine), path);
+}
+template <class Real>
+bool writeText(const DelaunayInterface<Real>& engine, const char* path) {
+    return writeText(detail::readable(engine), path);
+}
+/// @}
 
 // Arrays of engines, each holding a count of its engines.
 

@@ -14,6 +14,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <type_traits>
 
 namespace zyn {
 
@@ -83,5 +84,6 @@ protected:
 
 /// New, without a ramp, all classes free.
 [[nodiscard]] ZYN_EXPORT IZynLasDrawParam* newZynLasDrawParam();
+constexpr auto factoryOf(std::type_identity<IZynLasDrawParam>) { return &newZynLasDrawParam; }
 
 }  // namespace zyn

@@ -12,6 +12,8 @@
 #include <zyn/export.h>
 #include <zyn/referenced.h>
 
+#include <type_traits>
+
 class QString;
 
 namespace zyn {
@@ -48,5 +50,6 @@ protected:
 /// Returns a new log in every case: with an empty path, or one that cannot be opened, it writes to
 /// standard output.
 [[nodiscard]] ZYN_EXPORT IZynLog* newZynLog(QString path, bool append, bool echo);
+constexpr auto factoryOf(std::type_identity<IZynLog>) { return &newZynLog; }
 
 }  // namespace zyn

@@ -8,7 +8,7 @@
 /// that gives a new counted matrix leaves the one it was called on alone, and the new one is the
 /// caller's. A matrix is for one thread at a time.
 ///
-///     ref_ptr<MatrixDbl> m = newMatrixDbl();
+///     auto m = make<MatrixDbl>();                  // a ref_ptr
 ///     m->setSize(2, 2);
 ///     m->set(0, 0, 2.0);
 ///     m->set(1, 1, 4.0);
@@ -32,6 +32,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <type_traits>
 
 namespace zyn {
 
@@ -269,9 +270,11 @@ public:
 };
 
 /// Declares the matrix class `Name` of `Element` and its factory.
-#define ZYN_MATRIX(Name, Element)                                 \
-    class ZYN_EXPORT Name : public TypedMatrix<Name, Element> {}; \
-    [[nodiscard]] ZYN_EXPORT Name* new##Name()
+#define ZYN_MATRIX(Name, Element)                                             \
+    class Name;                                                               \
+    [[nodiscard]] ZYN_EXPORT Name* new##Name();                               \
+    constexpr auto factoryOf(std::type_identity<Name>) { return &new##Name; } \
+    class ZYN_EXPORT Name : public TypedMatrix<Name, Element> {}
 
 ZYN_MATRIX(MatrixByte, unsigned char);
 ZYN_MATRIX(MatrixChar, char);

@@ -8,12 +8,18 @@
 ///     const ref_ptr<Pnt3dArrayArray> lines = contours(engine.get(), levels.get());
 ///     if (!writePly(engine.get(), "terrain.ply")) { report("terrain.ply could not be written"); }
 ///
-/// Everything here works on engines of either precision, may move their cursor, and computes in
-/// double. The surface is the triangles that are no frame triangles; `maxEdge`, where it is asked
-/// for, takes those out of it too whose longest edge in space, in the unit of the coordinates, is
-/// longer: all of them below 0, none for a NaN. The surface includes its rim. An engine that is null,
+/// Everything here works on engines of either precision and computes in double. The surface is the
+/// triangles that are no frame triangles; `maxEdge`, where it is asked for, takes those out of it too
+/// whose longest edge in space, in the unit of the coordinates, is longer: all of them below 0, none
+/// for a NaN. The surface includes its rim. An engine that is null,
 /// or not this library's, has no surface. Where more memory is needed than there is, std::bad_alloc is
-/// thrown, and the network is valid. One thread at a time, as with the engine itself.
+/// thrown, and the network is valid. Threads: one at a time, as with the engine itself; several may
+/// read one engine while none changes it.
+///
+/// What only reads takes a reference too, and returns what it finds:
+///
+///     const std::optional<double> z = heightAt(*engine, x, y);
+///     const ref_ptr<Pnt3dArrayArray> lines = contours(*engine, std::array{10.0, 20.0});
 #pragma once
 
 #include <zyn/array.h>
@@ -24,18 +30,17 @@
 #include <zyn/point.h>
 #include <zyn/pool.h>
 #include <zyn/referenced.h>
+#include <zyn/triangles.h>
 
 #include <QString>
 #include <concepts>
-#include <limits>
+#include <optional>
+#include <span>
 #include <type_traits>
 
 namespace zyn {
 
 class IZynProgress;
-
-/// A `maxEdge` that takes out no triangle.
-inline constexpr double anyEdge = std::numeric_limits<double>::infinity();
 
 // Members of a class, since compilers do not agree on the name that a function gets from a condition in
 // its signature.
@@ -188,10 +193,15 @@ template <class Real>
 /// the walk may not come through. Beside points in one place, of different heights, either counts.
 template <class Real>
 ZYN_EXPORT bool heightAt(DelaunayInterface<Real>* engine, double x, double y, double& z);
-/// Sets the z of every point to the height of the surface there, NaN outside, and gives the number
-/// of heights. Walks from point to point: have them in spatial order.
+/// Sets the z of every point to the height of the surface there, NaN outside, and returns the number
+/// of heights. Walks from point to point: have them in spatial order. REQUIRES: at most 2147483647
+/// points.
+/// @{
 template <class Real>
 ZYN_EXPORT int heightAt(DelaunayInterface<Real>* engine, Pnt3dArray* points);
+template <class Real>
+ZYN_EXPORT int heightAt(DelaunayInterface<Real>* engine, std::span<XPnt3d> points);
+/// @}
 /// The surface along the straight line from a to b: a new array with a point at both ends and one at
 /// every edge crossed, in order. Where the line leaves the surface and comes back, a point
 /// whose z is NaN, at the place where it comes back, stands between the parts; a part may be a single
@@ -256,10 +266,85 @@ enum class PlyNormals {
 template <class Real>
 ZYN_EXPORT bool writePly(DelaunayInterface<Real>* engine, const char* path,
                          double maxEdge = anyEdge, PlyNormals normals = PlyNormals::none);
-/// LandXML 1.2: a `Surface` of that name, in metres, with points as northing (y), easting (x) and
-/// height, and faces.
+/// The unit of coordinates, all three.
+enum class LengthUnit {
+    metre,         ///< the metre
+    foot,          ///< 0.3048 m, the international foot
+    usSurveyFoot,  ///< 1200/3937 m
+};
+
+/// Writes LandXML 1.2: a `Surface` of that name, with points as northing (y), easting (x) and height,
+/// and faces. The file says that the coordinates are in `unit`, metres by default, and holds them as
+/// they are.
+/// @{
 template <class Real>
 ZYN_EXPORT bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, QString name,
                              double maxEdge = anyEdge);
+template <class Real>
+ZYN_EXPORT bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, QString name,
+                             LengthUnit unit, double maxEdge = anyEdge);
+/// @}
+
+// Reading by reference
+
+/// Returns what the function of that name writes or returns for a pointer. heightAt() of a place
+/// returns nothing, and rasterize() null, where that function returns false.
+/// @{
+template <class Real>
+[[nodiscard]] QString validate(const DelaunayInterface<Real>& engine, bool delaunay = false) {
+    return validate(detail::readable(engine), delaunay);
+}
+template <class Real>
+[[nodiscard]] std::optional<double> heightAt(const DelaunayInterface<Real>& engine, double x,
+                                             double y) {
+    double z = 0;
+    return heightAt(detail::readable(engine), x, y, z) ? std::optional(z) : std::nullopt;
+}
+template <class Real>
+int heightAt(const DelaunayInterface<Real>& engine, std::span<XPnt3d> points) {
+    return heightAt(detail::readable(engine), points);
+}
+template <class Real>
+[[nodiscard]] ref_ptr<Pnt3dArray> profile(const DelaunayInterface<Real>& engine, const XPnt2d& a,
+                                          const XPnt2d& b) {
+    return profile(detail::readable(engine), a, b);
+}
+template <class Real>
+[[nodiscard]] ref_ptr<MatrixDbl> rasterize(const DelaunayInterface<Real>& engine,
+                                           const Enve2d& envelope, int cellsX, int cellsY,
+                                           double maxEdge = anyEdge) {
+    auto out = make<MatrixDbl>();
+    return rasterize(detail::readable(engine), envelope, cellsX, cellsY, out.get(), maxEdge)
+               ? out
+               : nullptr;
+}
+template <class Real>
+[[nodiscard]] ref_ptr<Pnt3dArrayArray> contours(const DelaunayInterface<Real>& engine,
+                                                std::span<const double> levels,
+                                                double maxEdge = anyEdge) {
+    const auto list = make<DoubleArray>();
+    for (const double level : levels) { list->append(level); }
+    return contours(detail::readable(engine), list.get(), maxEdge);
+}
+template <class Real>
+[[nodiscard]] SurfaceVolume volume(const DelaunayInterface<Real>& engine, double level,
+                                   double maxEdge = anyEdge) {
+    return volume(detail::readable(engine), level, maxEdge);
+}
+template <class Real>
+bool writeObj(const DelaunayInterface<Real>& engine, const char* path, double maxEdge = anyEdge) {
+    return writeObj(detail::readable(engine), path, maxEdge);
+}
+template <class Real>
+bool writePly(const DelaunayInterface<Real>& engine, const char* path, double maxEdge = anyEdge,
+              PlyNormals normals = PlyNormals::none) {
+    return writePly(detail::readable(engine), path, maxEdge, normals);
+}
+template <class Real>
+bool writeLandXml(const DelaunayInterface<Real>& engine, const char* path, QString name,
+                  LengthUnit unit = LengthUnit::metre, double maxEdge = anyEdge) {
+    return writeLandXml(detail::readable(engine), path, name, unit, maxEdge);
+}
+/// @}
 
 }  // namespace zyn

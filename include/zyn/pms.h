@@ -46,6 +46,8 @@
 #include <zyn/point.h>
 #include <zyn/referenced.h>
 
+#include <type_traits>
+
 namespace zyn {
 
 /// The table. Operations that return an int return 0 for success and -1 for failure, unless their
@@ -217,6 +219,7 @@ private:
 
 /// Returns a new table without images; its focal length is -1, not yet given.
 [[nodiscard]] ZYN_EXPORT IZynPMSDataTable* newZynPMSDataTable();
+constexpr auto factoryOf(std::type_identity<IZynPMSDataTable>) { return &newZynPMSDataTable; }
 
 /// Gives the table `n` images, all live, each with its index. Returns 0, also for an `n` below 1,
 /// which changes nothing; -1 for null and for a table that is not the library's. Meant for a new

@@ -6,7 +6,7 @@
 /// (TypedPool) and are made by a factory of their own, with count 0. Pools of pointers hold plain
 /// pointers: what these point to is the caller's.
 ///
-///     ref_ptr<Pnt3dPool> pool = newPnt3dPool();
+///     auto pool = make<Pnt3dPool>();                        // a ref_ptr
 ///     XPnt3d* first = pool->append(XPnt3d(1, 2, 3));        // stays where it is
 ///     pool->rewind();
 ///     while (XPnt3d* p = pool->next()) { use(*p); }
@@ -147,9 +147,11 @@ public:
         using TypedPool::TypedPool;                               \
     }
 /// And its factory.
-#define ZYN_POOL(Name, ...)            \
-    ZYN_POOL_CLASS(Name, __VA_ARGS__); \
-    [[nodiscard]] ZYN_EXPORT Name* new##Name()
+#define ZYN_POOL(Name, ...)                                                   \
+    class Name;                                                               \
+    [[nodiscard]] ZYN_EXPORT Name* new##Name();                               \
+    constexpr auto factoryOf(std::type_identity<Name>) { return &new##Name; } \
+    ZYN_POOL_CLASS(Name, __VA_ARGS__)
 
 // Numbers
 

@@ -7,14 +7,15 @@
 /// plain integers: an object is for one thread at a time, and so is the handler slot, which is to be
 /// set before a second thread can release anything.
 ///
-///     ref_ptr<Pnt3dArray> points = newPnt3dArray();    // count 1
+///     auto points = make<Pnt3dArray>();                // a ref_ptr; count 1
 ///     points->append(XPnt3d(1.0, 2.0, 3.0));
 ///     {
 ///         ref_ptr<Pnt3dArray> other = points;          // count 2
 ///     }                                                // count 1
 ///     points = nullptr;                                // deleted
 ///
-/// An object that never went into a ref_ptr is discarded by one `unref()`.
+/// An object that never went into a ref_ptr, such as one from `newPnt3dArray()` in an `auto`, is
+/// discarded by one `unref()`.
 #pragma once
 
 #include <zyn/export.h>
@@ -191,6 +192,19 @@ private:
 
     T* held = nullptr;
 };
+
+/// Returns a new T that the result holds. It comes from the factory of T, which takes `args`; a class
+/// without a factory does not compile. A class has the factory that `factoryOf(std::type_identity<T>)`
+/// in its own namespace returns.
+///
+///     auto engine = make<IZynDelaunayD>(0.0, minX, minY, maxX, maxY);
+template <class T, class... Args>
+    requires requires(Args&&... args) {
+        factoryOf(std::type_identity<T>())(std::forward<Args>(args)...);
+    }
+[[nodiscard]] ref_ptr<T> make(Args&&... args) {
+    return factoryOf(std::type_identity<T>())(std::forward<Args>(args)...);
+}
 
 // A ZynGlobel is a value: nothing is ever deleted through a pointer to it.
 #pragma GCC diagnostic push

@@ -15,6 +15,8 @@
 #include <zyn/export.h>
 #include <zyn/referenced.h>
 
+#include <type_traits>
+
 class QString;
 
 namespace zyn {
@@ -51,5 +53,6 @@ protected:
 
 /// Returns new settings without a file. The path is not used.
 [[nodiscard]] ZYN_EXPORT IZynSetting* newZynSetting(QString path);
+constexpr auto factoryOf(std::type_identity<IZynSetting>) { return &newZynSetting; }
 
 }  // namespace zyn

@@ -169,9 +169,9 @@ public:
     SurfaceTriangle operator*() const noexcept { return current; }
     SurfaceTriangleIterator& operator++();
     SurfaceTriangleIterator operator++(int) {
-        SurfaceTriangleIterator before = *this;
+        SurfaceTriangleIterator old = *this;
         ++*this;
-        return before;
+        return old;
     }
     friend bool operator==(const SurfaceTriangleIterator& a,
                            const SurfaceTriangleIterator& b) noexcept {
@@ -255,7 +255,8 @@ public:
     /// @{
     void writeObj(const std::string& path) const;
     void writePly(const std::string& path, PlyNormals normals = PlyNormals::none) const;
-    void writeLandXml(const std::string& path, const QString& name) const;
+    void writeLandXml(const std::string& path, const QString& name,
+                      LengthUnit unit = LengthUnit::metre) const;
     /// @}
 
 private:

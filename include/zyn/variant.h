@@ -8,6 +8,8 @@
 #include <zyn/export.h>
 #include <zyn/referenced.h>
 
+#include <type_traits>
+
 class QString;
 
 namespace zyn {
@@ -39,5 +41,6 @@ protected:
 
 /// New, with nothing set.
 [[nodiscard]] ZYN_EXPORT IZynVariant* newZynVarint();
+constexpr auto factoryOf(std::type_identity<IZynVariant>) { return &newZynVarint; }
 
 }  // namespace zyn

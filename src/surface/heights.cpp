@@ -159,14 +159,17 @@ bool heightAt(DelaunayInterface<Real>* interface, double x, double y, double& z)
 
 template <class Real>
 int heightAt(DelaunayInterface<Real>* interface, Pnt3dArray* points) {
-    if (points == nullptr) { return 0; }
+    return points == nullptr ? 0 : heightAt(interface, std::span(*points));
+}
+
+template <class Real>
+int heightAt(DelaunayInterface<Real>* interface, std::span<XPnt3d> points) {
     if (const auto* const engine = engineOf(interface); engine != nullptr) {
         return detail::heightsAt<Real>(
-            SurfaceTriangles<Real>(engine),
-            {points->data(), static_cast<std::size_t>(points->size())},
+            SurfaceTriangles<Real>(engine), points,
             [engine](auto* last, Xy) { return last == nullptr ? engine->newest() : last; });
     }
-    for (XPnt3d& p : *points) { p.z = std::numeric_limits<double>::quiet_NaN(); }
+    for (XPnt3d& p : points) { p.z = std::numeric_limits<double>::quiet_NaN(); }
     return 0;
 }
 
@@ -174,5 +177,7 @@ template bool heightAt(DelaunayInterface<float>*, double, double, double&);
 template bool heightAt(DelaunayInterface<double>*, double, double, double&);
 template int heightAt(DelaunayInterface<float>*, Pnt3dArray*);
 template int heightAt(DelaunayInterface<double>*, Pnt3dArray*);
+template int heightAt(DelaunayInterface<float>*, std::span<XPnt3d>);
+template int heightAt(DelaunayInterface<double>*, std::span<XPnt3d>);
 
 }  // namespace zyn

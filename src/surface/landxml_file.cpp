@@ -34,8 +34,25 @@ std::string attributeText(const QString& text) {
     return result.toStdString();
 }
 
+std::string imperial(const char* linearUnit) {
+    return std::string(R"(<Imperial areaUnit="squareFoot" linearUnit=")") + linearUnit +
+           R"(" volumeUnit="cubicYard" temperatureUnit="fahrenheit" pressureUnit="inHG"/>)";
+}
+
+/// Returns the element that names the units, empty for a number that is no unit.
+std::string unitsOf(LengthUnit unit) {
+    switch (unit) {
+    case LengthUnit::metre:
+        return R"(<Metric areaUnit="squareMeter" linearUnit="meter" volumeUnit="cubicMeter")"
+               R"( temperatureUnit="celsius" pressureUnit="milliBars"/>)";
+    case LengthUnit::foot: return imperial("foot");
+    case LengthUnit::usSurveyFoot: return imperial("USSurveyFoot");
+    }
+    return {};
+}
+
 /// Everything before the points.
-std::string headOf(const QString& name) {
+std::string headOf(const QString& name, const std::string& units) {
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const std::string date = now.date().toString(Qt::ISODate).toStdString();
     const std::string time = now.time().toString(Qt::ISODate).toStdString();
@@ -44,9 +61,7 @@ std::string headOf(const QString& name) {
     text += R"(<LandXML xmlns="http://www.landxml.org/schema/LandXML-1.2" version="1.2")";
     text += R"( date=")" + date + R"(" time=")" + time + R"(Z">)";
     text += '\n';
-    text += R"(<Units><Metric areaUnit="squareMeter" linearUnit="meter" volumeUnit="cubicMeter")";
-    text += R"( temperatureUnit="celsius" pressureUnit="milliBars"/></Units>)";
-    text += "\n<Application name=\"ZynBase\"/>\n";
+    text += "<Units>" + units + "</Units>\n<Application name=\"ZynBase\"/>\n";
     text += R"(<Surfaces><Surface name=")" + attributeText(name) + R"(">)";
     text += "<Definition surfType=\"TIN\">\n<Pnts>\n";
     return text;
@@ -66,10 +81,18 @@ void appendCoordinate(std::string& text, Real c) {
 
 template <class Real>
 bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, QString name, double maxEdge) {
+    return writeLandXml(engine, path, name, LengthUnit::metre, maxEdge);
+}
+
+template <class Real>
+bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, QString name, LengthUnit unit,
+                  double maxEdge) {
+    const std::string units = unitsOf(unit);
+    if (units.empty()) { return false; }
     SurfaceFile<Real> file(engine, path, maxEdge);
     if (!file.isOpen()) { return false; }
     std::string& text = file.text;
-    text = headOf(name);
+    text = headOf(name, units);
     file.forVertices([&text, id = 0](const Real* v) mutable {
         text += "<P id=\"";
         appendNumber(text, ++id);
@@ -95,5 +118,7 @@ bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, QString nam
 
 template bool writeLandXml(DelaunayInterface<float>*, const char*, QString, double);
 template bool writeLandXml(DelaunayInterface<double>*, const char*, QString, double);
+template bool writeLandXml(DelaunayInterface<float>*, const char*, QString, LengthUnit, double);
+template bool writeLandXml(DelaunayInterface<double>*, const char*, QString, LengthUnit, double);
 
 }  // namespace zyn

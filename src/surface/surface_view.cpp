@@ -267,9 +267,10 @@ void SurfaceView::writePly(const std::string& path, PlyNormals normals) const {
     requireWritten(zyn::writePly(engineBehind(state), path.c_str(), maxEdge, normals), path);
 }
 
-void SurfaceView::writeLandXml(const std::string& path, const QString& name) const {
+void SurfaceView::writeLandXml(const std::string& path, const QString& name,
+                               LengthUnit unit) const {
     errno = 0;
-    requireWritten(zyn::writeLandXml(engineBehind(state), path.c_str(), name, maxEdge), path);
+    requireWritten(zyn::writeLandXml(engineBehind(state), path.c_str(), name, unit, maxEdge), path);
 }
 
 }  // namespace zyn

@@ -142,6 +142,16 @@ bool readText(DelaunayInterface<Real>* engine, const char* path, Real*& vertices
     return onEngine(engine, [&](auto& e) { return e.readText(path, vertices, count); });
 }
 
+template <class Real>
+bool readBinary(DelaunayInterface<Real>& engine, const char* path) {
+    return onEngine(&engine, [path](auto& e) { return e.readBinary(path); });
+}
+
+template <class Real>
+bool readText(DelaunayInterface<Real>& engine, const char* path) {
+    return onEngine(&engine, [path](auto& e) { return e.readText(path); });
+}
+
 template class DelaunayEngine<float>;
 template bool DelaunayEngine<float>::insert(Pnt*, float, Tri*, NoFixedEdges&);
 template bool DelaunayEngine<float>::insert(Pnt*, float, Tri*, FixedEdges<float>&);
@@ -156,6 +166,8 @@ template bool writeBinary(DelaunayInterface<float>*, const char*);
 template bool writeText(DelaunayInterface<float>*, const char*);
 template bool readBinary(DelaunayInterface<float>*, const char*, float*&, int&);
 template bool readText(DelaunayInterface<float>*, const char*, float*&, int&);
+template bool readBinary(DelaunayInterface<float>&, const char*);
+template bool readText(DelaunayInterface<float>&, const char*);
 
 template class DelaunayEngine<double>;
 template bool DelaunayEngine<double>::insert(Pnt*, double, Tri*, NoFixedEdges&);
@@ -172,4 +184,6 @@ template bool writeBinary(DelaunayInterface<double>*, const char*);
 template bool writeText(DelaunayInterface<double>*, const char*);
 template bool readBinary(DelaunayInterface<double>*, const char*, double*&, int&);
 template bool readText(DelaunayInterface<double>*, const char*, double*&, int&);
+template bool readBinary(DelaunayInterface<double>&, const char*);
+template bool readText(DelaunayInterface<double>&, const char*);
 }  // namespace zyn

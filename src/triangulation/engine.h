@@ -107,6 +107,9 @@ public:
     bool writeText(const char* path);
     bool readBinary(const char* path, Real*& vertices, int& count);
     bool readText(const char* path, Real*& vertices, int& count);
+    // Keep the vertices.
+    bool readBinary(const char* path);
+    bool readText(const char* path);
 
 protected:
     /// Calls `use(t)` for every triangle of the surface, in pool order.
@@ -156,7 +159,11 @@ private:
     template <class Sink>
     bool write(const char* path);
     template <class Source>
-    bool read(Source source, Real*& vertices, int& count);
+    bool readAndRelease(Source source, Real*& vertices, int& count);
+    template <class Source>
+    bool readAndKeep(Source source);
+    template <class Source>
+    bool read(Source& source, std::unique_ptr<Real[]>& vertices, std::int32_t& count);
     template <class Source>
     bool readNetwork(Source& source, std::unique_ptr<Real[]>& vertices, std::int32_t& vertexCount);
 
@@ -166,8 +173,8 @@ private:
     bool frameIsUsable;
     bool wholePoints = true;
     std::uint32_t pointCounter = 0;
-    std::size_t cursor = 0;  // number of the next triangle, or `ended`
-    std::vector<std::unique_ptr<Real[]>> compactBuffers;
+    std::size_t cursor = 0;                            // number of the next triangle, or `ended`
+    std::vector<std::unique_ptr<Real[]>> ownVertices;  // compacted or read, all that ever were
     /// Vertices that have been corners of a triangle of no area. Only one of these can be in the
     /// network without being a corner of the triangle that a walk to its place ends in.
     std::unordered_set<Real*> flatVertices;

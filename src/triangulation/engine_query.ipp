@@ -110,7 +110,7 @@ int DelaunayEngine<Real>::compactVertices() {
     });
     const std::vector<Real*>& vertices = numbers.vertices();
     auto buffer = std::make_unique<Real[]>(3 * vertices.size());
-    compactBuffers.reserve(compactBuffers.size() + 1);
+    ownVertices.reserve(ownVertices.size() + 1);
     for (std::size_t i = 0; i < vertices.size(); ++i) {
         std::copy_n(vertices[i], 3, &buffer[3 * i]);
     }
@@ -123,7 +123,7 @@ int DelaunayEngine<Real>::compactVertices() {
     }
     std::erase_if(flatVertices, [&numbers](Real* v) { return numbers.find(v) >= 0; });
     // What was compacted before stays: a host may still hold pointers to those vertices.
-    compactBuffers.push_back(std::move(buffer));
+    ownVertices.push_back(std::move(buffer));
     wholePoints = wholePoints && vertices.empty();
     return static_cast<int>(vertices.size());
 }

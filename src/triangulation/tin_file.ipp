@@ -22,12 +22,22 @@ bool DelaunayEngine<Real>::writeText(const char* path) {
 
 template <class Real>
 bool DelaunayEngine<Real>::readBinary(const char* path, Real*& vertices, int& count) {
-    return read(tin_file::BinarySource(path), vertices, count);
+    return readAndRelease(tin_file::BinarySource(path, "rb+"), vertices, count);
 }
 
 template <class Real>
 bool DelaunayEngine<Real>::readText(const char* path, Real*& vertices, int& count) {
-    return read(tin_file::TextSource(path), vertices, count);
+    return readAndRelease(tin_file::TextSource(path), vertices, count);
+}
+
+template <class Real>
+bool DelaunayEngine<Real>::readBinary(const char* path) {
+    return readAndKeep(tin_file::BinarySource(path, "rb"));
+}
+
+template <class Real>
+bool DelaunayEngine<Real>::readText(const char* path) {
+    return readAndKeep(tin_file::TextSource(path));
 }
 
 /// Vertices are numbered by first appearance in pool order, after the corners of the frame;
@@ -58,17 +68,37 @@ bool DelaunayEngine<Real>::write(const char* path) {
 
 template <class Real>
 template <class Source>
-bool DelaunayEngine<Real>::read(Source source, Real*& vertices, int& count) {
+bool DelaunayEngine<Real>::readAndRelease(Source source, Real*& vertices, int& count) {
     vertices = nullptr;
     count = 0;
+    std::unique_ptr<Real[]> readVertices;
+    std::int32_t vertexTotal = 0;
+    if (!read(source, readVertices, vertexTotal)) { return false; }
+    vertices = readVertices.release();
+    count = vertexTotal;
+    return true;
+}
+
+template <class Real>
+template <class Source>
+bool DelaunayEngine<Real>::readAndKeep(Source source) {
+    ownVertices.reserve(ownVertices.size() + 1);
+    std::unique_ptr<Real[]> vertices;
+    std::int32_t vertexTotal = 0;
+    if (!read(source, vertices, vertexTotal)) { return false; }
+    ownVertices.push_back(std::move(vertices));
+    return true;
+}
+
+template <class Real>
+template <class Source>
+bool DelaunayEngine<Real>::read(Source& source, std::unique_ptr<Real[]>& vertices,
+                                std::int32_t& vertexTotal) {
     Pool::clear();
     flatVertices.clear();
     wholePoints = true;
-
-    std::unique_ptr<Real[]> readVertices;
-    std::int32_t vertexTotal = 0;
     try {
-        if (!readNetwork(source, readVertices, vertexTotal)) {
+        if (!readNetwork(source, vertices, vertexTotal)) {
             Pool::clear();
             return false;
         }
@@ -77,8 +107,6 @@ bool DelaunayEngine<Real>::read(Source source, Real*& vertices, int& count) {
         throw;
     }
     wholePoints = vertexTotal == 4;
-    vertices = readVertices.release();
-    count = vertexTotal;
     return true;
 }
 

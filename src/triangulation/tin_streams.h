@@ -162,7 +162,8 @@ private:
 
 class BinarySource : public Reader {
 public:
-    explicit BinarySource(const char* path) : Reader(path, "rb+") {}
+    /// Files of its own must be open to writing too; `mode` is that of fopen.
+    BinarySource(const char* path, const char* mode) : Reader(path, mode) {}
 
     /// The head has no meaning in a binary file.
     bool head() {

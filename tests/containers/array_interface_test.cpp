@@ -1,6 +1,9 @@
 // The arrays as an application meets them, from the shared library.
 #include <gtest/gtest.h>
 #include <zyn/array.h>
+#include <zyn/delaunay.h>
+#include <zyn/pms.h>
+#include <zyn/variant.h>
 
 #include <QString>
 
@@ -19,6 +22,21 @@ static_assert(!AppendsZero<Pnt3dArray> && !AppendsZero<Pnt2iArray> && !AppendsZe
 static_assert(Appends<PPnt3dArray, std::nullptr_t> && Appends<ByteArrayArray, std::nullptr_t>);
 static_assert(!Appends<Pnt3dArray, std::nullptr_t> && !Appends<StringArray, std::nullptr_t>);
 static_assert(!Appends<IntArray, std::nullptr_t> && !Appends<ByteArrayArray, IntArray*>);
+
+template <class T, class... Arguments>
+concept IsMade = requires(Arguments... arguments) { make<T>(arguments...); };
+
+static_assert(IsMade<IZynPMSDataTable> && IsMade<IZynVariant> && IsMade<DelaunayArray>);
+static_assert(!IsMade<PPnt3dPoolPool> && !IsMade<IZynDelaunayD> && !IsMade<IntArray, int>);
+
+TEST(Make, HoldsOneCountOfWhatTheFactoryMakes) {
+    const auto point = make<Pnt3dPool>();
+    EXPECT_EQ(point->referenceCount(), 1);
+    const auto engine = make<IZynDelaunayD>(5, -1, -2, 3, 4.5);
+    EXPECT_EQ(engine->referenceCount(), 1);
+    const double* const corner = engine->nextTriangle()->vertex[2];
+    EXPECT_EQ(XPnt3d(corner), XPnt3d(3, 4.5, 5));
+}
 
 TEST(ArrayInterface, LiteralsMeanTheElement) {
     const ref_ptr<DoubleArray> numbers = newDoubleArray();

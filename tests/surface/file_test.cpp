@@ -167,6 +167,28 @@ TYPED_TEST(SurfaceFileTest, LandXmlHoldsTheSurfaceUnderItsName) {
     }
 }
 
+TYPED_TEST(SurfaceFileTest, LandXmlNamesTheUnitOfLength) {
+    const std::string path = this->file + "xml";
+    const auto unitOf = [&path](const char* system) {
+        QXmlStreamReader xml(QByteArray::fromStdString(contentOf(path)));
+        while (!xml.atEnd()) {
+            if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QString(system)) {
+                return xml.attributes().value("linearUnit").toString().toStdString();
+            }
+        }
+        return std::string();
+    };
+    auto* const e = this->engine.get();
+    ASSERT_TRUE(writeLandXml(e, path.c_str(), "a", -1));
+    EXPECT_EQ(unitOf("Metric"), "meter");
+    ASSERT_TRUE(writeLandXml(e, path.c_str(), "a", LengthUnit::foot));
+    EXPECT_EQ(unitOf("Imperial"), "foot");
+    ASSERT_TRUE(writeLandXml(e, path.c_str(), "a", LengthUnit::usSurveyFoot));
+    EXPECT_EQ(unitOf("Imperial"), "USSurveyFoot");
+    EXPECT_TRUE(!runs("xmllint --version") || runs("xmllint --noout '" + path + "'"));
+    EXPECT_FALSE(writeLandXml(e, path.c_str(), "a", LengthUnit(3)));
+}
+
 TYPED_TEST(SurfaceFileTest, NobodysEngineAndNoPathAreRefused) {
     using Real = TypeParam;
     DelaunayInterface<Real>*const surface = this->engine.get(), *const none = nullptr;

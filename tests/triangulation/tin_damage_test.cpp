@@ -37,8 +37,8 @@ constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max(), least = 
 template <class Real>
 std::string fileOf(support::Network<Real>& net, bool isText) {
     const MemoryFile file;
-    EXPECT_TRUE(
-        (isText ? writeText<Real> : writeBinary<Real>)(net.engine.get(), file.path.c_str()));
+    const char* const path = file.path.c_str();
+    EXPECT_TRUE(isText ? writeText(*net.engine, path) : writeBinary(*net.engine, path));
     return support::contentOf(file.path);
 }
 
@@ -55,7 +55,8 @@ public:
         Real* array = &marker;
         int count = -7;
         const support::PeakMemory memory;
-        taken = (isText ? readText<Real> : readBinary<Real>)(&e, path.c_str(), array, count);
+        taken = isText ? readText<Real>(&e, path.c_str(), array, count)
+                       : readBinary<Real>(&e, path.c_str(), array, count);
         if (memory.bytes() > 16 * size + (1U << 20U)) { return "took too much memory"; }
         vertices.reset(array);  // what the last network stood on is not needed any more
         lines.clear();

@@ -1,4 +1,6 @@
 // The surface out to the convex hull of its vertices.
+#include "surface/close_hull.h"
+
 #include <zyn/network.h>
 
 #include "surface/frame_rim.h"
@@ -32,9 +34,9 @@ public:
         : engine(engine_), fixed(fixedEdges), rim(engine_) {}
 
     /// Returns the number of flips; -1 when the frame is not whole.
-    int close() {
+    int close(Tri* start) {
         do {
-            if (!rim.walk()) { return -1; }
+            if (!rim.walk(start)) { return -1; }
             if (rim.first.triangle == nullptr) { return flips; }
         } while (rim.diagonal.triangle != nullptr && flip(rim.diagonal).triangle != nullptr);
         if (rim.diagonal.triangle != nullptr) { return flips; }
@@ -180,13 +182,24 @@ private:
 
 }  // namespace
 
+namespace detail {
+
+template <class Real>
+int closeHull(DelaunayEngine<Real>& engine, const FixedEdges<Real>& fixed, TinRecord<Real>* start) {
+    return HullCloser<Real>(engine, fixed).close(start);
+}
+
+template int closeHull(DelaunayEngine<double>&, const FixedEdges<double>&, tind*);
+
+}  // namespace detail
+
 template <class Real>
 int closeHull(DelaunayInterface<Real>* interface, const VertexArray<Real>* fixedVertices) {
     auto* const engine = engineOf(interface);
     if (engine == nullptr) { return -1; }
     const ref_ptr<VertexArray<Real>> copy = copyOf<Real>(fixedVertices);
     const FixedEdges<Real> fixed(*copy);
-    return HullCloser<Real>(*engine, fixed).close();
+    return detail::closeHull(*engine, fixed, engine->newest());
 }
 
 template int closeHull(DelaunayInterface<float>*, const PFloatArray*);

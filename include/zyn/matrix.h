@@ -270,11 +270,11 @@ public:
 };
 
 /// Declares the matrix class `Name` of `Element` and its factory.
-#define ZYN_MATRIX(Name, Element)                                             \
+#define ZYN_MATRIX(Name, ...)                                                 \
     class Name;                                                               \
     [[nodiscard]] ZYN_EXPORT Name* new##Name();                               \
     constexpr auto factoryOf(std::type_identity<Name>) { return &new##Name; } \
-    class ZYN_EXPORT Name : public TypedMatrix<Name, Element> {}
+    class ZYN_EXPORT Name : public TypedMatrix<Name, __VA_ARGS__> {}
 
 ZYN_MATRIX(MatrixByte, unsigned char);
 ZYN_MATRIX(MatrixChar, char);

@@ -140,6 +140,7 @@ private:
     /// latter may throw, change its size and change this array while it is read.
     int appendRead(const Derived& other) {
         std::vector<E> read;
+        read.reserve(static_cast<std::size_t>(std::max(other.size(), 0)));
         for (int i = 0; i < other.size(); ++i) { read.push_back(other.get(i)); }
         return append(read.data(), static_cast<int>(read.size()));
     }

@@ -11,7 +11,6 @@
 
 #include <cstddef>
 #include <functional>
-#include <optional>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -56,7 +55,7 @@ public:
             if (vertices.empty() || vertices.back() != v) { vertices.push_back(v); }
         }
         for (std::size_t i = 1; i < vertices.size(); ++i) {
-            allowance.reset();
+            allowance = unknown;
             segment = {vertices[i - 1], vertices[i]};
             splitsLeft = engine.count();
             if (keep == nullptr || !follow(segment)) { makeSegment(segment.from, segment.to, 0); }
@@ -243,14 +242,14 @@ private:
         const Real* const place = p;
         if (!serves(place) || verticesLeft() == 0) { return closeEnd(Snap<Real>::bent); }
         Pnt* const stored = keep(p);
-        --*allowance;
+        --allowance;
         return insert(*stored) ? static_cast<Real*>(*stored) : nullptr;
     }
     /// Returns how many vertices the segment may still make: in all, one more than twice the lines that
     /// clearly cross it.
     std::size_t verticesLeft() {
-        if (!allowance) { allowance = 2 * clearCrossings(segment) + 1; }
-        return *allowance;
+        if (allowance == unknown) { allowance = 2 * clearCrossings(segment) + 1; }
+        return allowance;
     }
     std::size_t clearCrossings(const Segment& line) {
         std::size_t clear = 0;
@@ -271,6 +270,7 @@ private:
         return clear;
     }
 
+    static constexpr std::size_t unknown = static_cast<std::size_t>(-1);
     static constexpr int mostDepth = 64;  // of segments that bend while others are bent
 
     DelaunayEngine<Real>& engine;
@@ -279,9 +279,9 @@ private:
     Snap<Real> snap;
     FixedEdges<Real> fixed;
     Keep keep;
-    Tri* latest = nullptr;                 // where the last point was located
-    Segment segment;                       // of the polyline, the one that is being made
-    std::optional<std::size_t> allowance;  // of vertices that it makes
+    Tri* latest = nullptr;            // where the last point was located
+    Segment segment;                  // of the polyline, the one that is being made
+    std::size_t allowance = unknown;  // of vertices that it makes
     std::size_t splitsLeft = 0;
     int lostEdges = 0;
 };

@@ -96,7 +96,7 @@ ExactInteger operator*(const ExactInteger& a, const ExactInteger& b) {
     if (a.size == 0 || b.size == 0) { return result; }
     const std::int32_t lowest = a.digit[0].place + b.digit[0].place;
     const std::int32_t highest = a.digit[a.size - 1].place + b.digit[b.size - 1].place + 1;
-    const auto used = static_cast<std::size_t>(highest - lowest + 1);
+    const auto used = static_cast<std::size_t>(highest - lowest) + 1;
     std::array<std::int64_t, ExactInteger::capacity> total;
     std::fill_n(total.begin(), used, 0);
     for (std::size_t i = 0; i < a.size; ++i) {

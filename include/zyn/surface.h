@@ -257,6 +257,9 @@ public:
     void writePly(const std::string& path, PlyNormals normals = PlyNormals::none) const;
     void writeLandXml(const std::string& path, const QString& name) const;
     /// @}
+    /// Writes the whole network with its frame, as writeBinary() of delaunay.h does. `maxEdge` does not
+    /// count.
+    void writeNetwork(const std::string& path) const;
 
 private:
     friend class Surface;

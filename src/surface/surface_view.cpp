@@ -272,4 +272,9 @@ void SurfaceView::writeLandXml(const std::string& path, const QString& name) con
     requireWritten(zyn::writeLandXml(engineBehind(state), path.c_str(), name, maxEdge), path);
 }
 
+void SurfaceView::writeNetwork(const std::string& path) const {
+    errno = 0;
+    requireWritten(writeBinary(engineBehind(state), path.c_str()), path);
+}
+
 }  // namespace zyn

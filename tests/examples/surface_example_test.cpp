@@ -154,7 +154,9 @@ TEST_F(SurfaceExample, HeedsItsOptions) {
     expectParts(reportOn("0 0 0\n4 0 0\n4 4 0\n0 4 0\n2 2 6\n", "--contours 1"),
                 {"volume      4.000 above 3.000, 20.00 missing below\n",
                  "profile     west to east 12.65, up 6.000, down 6.000, across 1"});
+}
 
+TEST_F(SurfaceExample, MakesBreaklinesEdges) {
     // Four points of a rhombus: Delaunay's rule takes the short diagonal, a valley.
     const std::string rhombus = "-10 0 5\n10 0 5\n0 -1 0\n0 1 0\n";
     expectParts(reportOn(rhombus), {"area        22.36 on"});

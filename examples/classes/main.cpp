@@ -1,20 +1,22 @@
 // Colours a terrain by classes of ground, as a display colours a classified point cloud: the program
 // knows the numbers of the classes, a table that was read gives them names and colours.
+#include "draft.h"
 #include "failure.h"
 #include "folder.h"
-#include "network.h"
 #include "picture.h"
 #include "point_reader.h"
 #include "program.h"
 #include "rounding.h"
+#include "terminal_progress.h"
+#include "tolerance.h"
 
 #include <zyn/draw.h>
+#include <zyn/surface.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -46,24 +48,21 @@ example: classes data/jacksboro.asc out
 enum Ground : std::int32_t { level = 2, slope = 3, steep = 4, ridge = 5 };
 constexpr Ground grounds[] = {level, slope, steep, ridge};
 
-constexpr double anyLength = std::numeric_limits<double>::infinity();
 constexpr double levelBelow = 0.08, steepFrom = 0.3;  // rise over run
 
-double ridgeAbove(const Measures& surface) {
-    return surface.minZ + 0.7 * (surface.maxZ - surface.minZ);
-}
+double ridgeAbove(const Enve3d& box) { return box.minZ + 0.7 * box.HightZ(); }
 
 /// The class of a triangle, by its steepness and its height between the lowest and the highest.
-Ground groundOf(const tind& t, const Measures& surface) {
-    if (t.Center().z > ridgeAbove(surface)) { return ridge; }
-    const std::optional<XPnt2d> gradient = gradientOf(t);
-    if (!gradient) { return steep; }
-    const double tangent = std::hypot(gradient->x, gradient->y);
+Ground groundOf(const SurfaceTriangle& t, const Enve3d& box) {
+    const double height = (t.corner(0).z + t.corner(1).z + t.corner(2).z) / 3;
+    if (height > ridgeAbove(box)) { return ridge; }
+    const XPnt3d normal = t.normal();
+    const double tangent = std::hypot(normal.x, normal.y) / normal.z;
     return tangent < levelBelow ? level : tangent < steepFrom ? slope : steep;
 }
 
 /// The limits of a class as the picture's legend states them.
-std::string limitsOf(Ground ground, const Measures& surface) {
+std::string limitsOf(Ground ground, const Enve3d& box) {
     const std::string low = withDecimals(100 * levelBelow, 0);
     const std::string high = withDecimals(100 * steepFrom, 0);
     switch (ground) {
@@ -72,8 +71,8 @@ std::string limitsOf(Ground ground, const Measures& surface) {
     case steep: return ">=" + high + "%";
     default: break;
     }
-    const int decimals = decimalsFor(surface.maxZ - surface.minZ, 3, 0);
-    const std::string height = withDecimals(ridgeAbove(surface), decimals);
+    const int decimals = decimalsFor(box.HightZ(), 3, 0);
+    const std::string height = withDecimals(ridgeAbove(box), decimals);
     return ">" + height;
 }
 
@@ -98,36 +97,35 @@ ref_ptr<IZynLasDrawParam> newDrawParam() {
 }
 
 /// The legend's text for each of `grounds`.
-std::vector<std::string> keysOf(const IZynLasDrawParam& param, const Measures& surface) {
+std::vector<std::string> keysOf(const IZynLasDrawParam& param, const Enve3d& box) {
     std::vector<std::string> keys;
     for (const Ground ground : grounds) {
-        keys.push_back(param.classes[ground].name.toStdString() + " " + limitsOf(ground, surface));
+        keys.push_back(param.classes[ground].name.toStdString() + " " + limitsOf(ground, box));
     }
     return keys;
 }
 
-/// Writes the picture; false when it cannot be written whole.
-bool writePicture(const Network& network, const Measures& surface, const IZynLasDrawParam& param,
-                  const std::string& path) {
-    const std::vector<std::string> keys = keysOf(param, surface);
+void writePicture(const Surface& surface, const IZynLasDrawParam& param, const std::string& path) {
+    const Enve3d box = surface.bounds();
+    const std::vector<std::string> keys = keysOf(param, box);
     const std::size_t letters = std::ranges::max(keys, {}, &std::string::size).size();
     Picture picture(surface, int(letters));
-    forSurface(*network.engine, anyLength, [&](const tind& t) {
-        const PntClass& drawn = param.classes[groundOf(t, surface)];
+    for (const SurfaceTriangle& t : surface.triangles()) {
+        const PntClass& drawn = param.classes[groundOf(t, box)];
         if (drawn.visible) {
             picture.fill(t, [&](double) { return drawn.color; });
         }
-    });
+    }
     for (int row = 0; row < int(keys.size()); ++row) {
         picture.drawKey(row, param.classes[grounds[row]].color, keys[std::size_t(row)]);
     }
-    return picture.save(path);
+    picture.save(path);
 }
 
-void report(const Network& network, const Measures& surface, const IZynLasDrawParam& param) {
+void report(const Surface& surface, const IZynLasDrawParam& param) {
+    const Enve3d box = surface.bounds();
     int triangles[ridge + 1] = {};
-    forSurface(*network.engine, anyLength,
-               [&](const tind& t) { ++triangles[groundOf(t, surface)]; });
+    for (const SurfaceTriangle& t : surface.triangles()) { ++triangles[groundOf(t, box)]; }
     for (const Ground ground : grounds) {
         const std::string name = param.classes[ground].name.toStdString();
         std::printf("%d %-8s %d triangles\n", ground, name.c_str(), triangles[ground]);
@@ -137,22 +135,19 @@ void report(const Network& network, const Measures& surface, const IZynLasDrawPa
 void run(Arguments arguments) {
     const auto& [input, out] = InputAndOut(arguments);
     const PointFile file = readPoints(input, Columns::recognized);
-    Pnt3dArray& points = *file.points;
-    const ref_ptr<Pnt3dArrayArray> noBreaklines = newPnt3dArrayArray();
-    const double tolerance = defaultTolerance(points);
-    const Network network = triangulate(points, *noBreaklines, tolerance);
-    const Measures surface = measure(*network.engine, anyLength);
-    if (surface.triangles == 0) { throw Failure(input, "gives no surface"); }
+    const double tolerance = defaultTolerance(file.points);
+    const ref_ptr<TerminalProgress> progress = new TerminalProgress("triangulating");
+    const Surface surface(file.points, {.tolerance = tolerance, .progress = progress.get()});
+    if (surface.triangleCount() == 0) { throw Failure(input, "gives no surface"); }
 
     const ref_ptr<IZynLasDrawParam> param = newDrawParam();
     makeFolder(out);
-    const std::string path = std::filesystem::path(out) / "classes.png";
-    if (!writePicture(network, surface, *param, path)) { throw Failure(path, "cannot be written"); }
-    if (network.rejectedPoints > 0) {
-        warn(programName, aboutRejected(network, points.size(), tolerance));
-    }
-    report(network, surface, *param);
-    std::printf("file %s\n", path.c_str());
+    const Draft picture(std::filesystem::path(out) / "classes.png");
+    picture.write([&](const std::string& path) { writePicture(surface, *param, path); });
+    picture.publish();
+    if (surface.pointReport().refused > 0) { warn(programName, aboutRefused(surface, tolerance)); }
+    report(surface, *param);
+    std::printf("file %s\n", picture.path.c_str());
 }
 
 }  // namespace

@@ -95,13 +95,13 @@ Grid gridOf(const Header& header, const LineReader& file) {
 
 bool startsEsriGrid(std::string_view line) { return isHeaderKey(lowerCase(takeField(line))); }
 
-int readEsriGrid(LineReader& file, zyn::Pnt3dArray& points) {
+int readEsriGrid(LineReader& file, std::vector<zyn::XPnt3d>& points) {
     const Grid grid = gridOf(readHeader(file), file);
     const int cells = grid.columns * grid.rows;
     const std::string ofAll = " of " + std::to_string(cells) + " heights";
     constexpr int shortestHeight = 2;  // a digit and a blank: bounds what a wrong header may claim
     points.reserve(
-        static_cast<int>(std::min<std::int64_t>(cells, file.fileSize() / shortestHeight)));
+        static_cast<std::size_t>(std::min<std::int64_t>(cells, file.fileSize() / shortestHeight)));
 
     int cell = 0, skipped = 0;
     do {
@@ -113,7 +113,7 @@ int readEsriGrid(LineReader& file, zyn::Pnt3dArray& points) {
             if (height && grid.isNoData(*height)) {
                 ++skipped;
             } else if (height && isCoordinate(*height)) {
-                points.append(grid.pointOf(cell, *height));
+                points.push_back(grid.pointOf(cell, *height));
             } else {
                 file.fail(quoted(field) + notACoordinate);
             }

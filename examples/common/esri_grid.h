@@ -3,13 +3,14 @@
 
 #include "line_reader.h"
 
-#include <zyn/array.h>
+#include <zyn/point.h>
 
 #include <string_view>
+#include <vector>
 
 /// Whether `line` begins the header of a grid.
 bool startsEsriGrid(std::string_view line);
 
 /// Reads a grid from the reader's present line on and appends a point for the centre of each cell.
 /// The number of cells without data. Throws a Failure.
-int readEsriGrid(LineReader& file, zyn::Pnt3dArray& points);
+int readEsriGrid(LineReader& file, std::vector<zyn::XPnt3d>& points);

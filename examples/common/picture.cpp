@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <system_error>
 #include <utility>
 
 using namespace zyn;
@@ -49,9 +50,9 @@ double scaleOf(double extent, const Enve2d& area) {
 
 /// How often slopes count in the shade: three times, and less where the ground is so steep on the
 /// average that most of it would be black, as with degrees for x and y.
-double exaggerationOf(const Measures& surface) {
+double exaggerationOf(const SurfaceView& surface) {
     constexpr double most = 3, steepest = 0.9;
-    const double ratio = surface.area / surface.planArea;
+    const double ratio = surface.area() / surface.planArea();
     const double meanSlope = std::sqrt(std::max(0.0, ratio * ratio - 1));
     return std::min(most, steepest / meanSlope);
 }
@@ -61,8 +62,8 @@ int linesBelow(const XPnt2d& scale) { return scale.x == scale.y ? 1 : 2; }
 
 }  // namespace
 
-Picture::Picture(const Measures& surface, int legendLetters)
-    : area(surface.area2d),
+Picture::Picture(const SurfaceView& surface, int legendLetters)
+    : area(surface.bounds().getEnve2d()),
       scale(scaleOf(area.width(), area), scaleOf(area.hight(), area)),
       exaggeration(exaggerationOf(surface)),
       mapWidth(std::clamp(int(area.width() * scale.x), shorterSide, longerSide)),
@@ -77,25 +78,26 @@ Picture::Picture(const Measures& surface, int legendLetters)
 Picture::~Picture() = default;
 
 /// Returns how bright the triangle is under a light from the north-west.
-double Picture::shadeOf(const tind& t) const {
-    const std::optional<XPnt2d> gradient = gradientOf(t);
-    if (!gradient) { return 1.0; }
+double Picture::shadeOf(const SurfaceTriangle& t) const {
     constexpr double ambient = 0.35;
-    const double x = exaggeration * gradient->x, y = exaggeration * gradient->y;
+    const XPnt3d normal = t.normal();
+    const double x = exaggeration * normal.x, y = exaggeration * normal.y;
     // The light comes from (-1, 1, 1.4), and level ground keeps its colour.
-    const double facing = std::max(0.0, (x - y + 1.4) / std::sqrt(x * x + y * y + 1));
+    const double facing = std::max(0.0, (y - x + 1.4 * normal.z) / std::hypot(x, y, normal.z));
     return ambient + (1.0 - ambient) * facing / 1.4;
 }
 
-void Picture::fill(const tind& t, const ColorAt& colorAt) {
-    double x[3], y[3];  // in pixels, y downwards
+void Picture::fill(const SurfaceTriangle& t, const ColorAt& colorAt) {
+    double x[3], y[3], z[3];  // in pixels, y downwards; the height
     for (int i = 0; i < 3; ++i) {
-        x[i] = columnOf(t.vertex[i][0]);
-        y[i] = rowOf(t.vertex[i][1]);
+        const XPnt3d corner = t.corner(i);
+        x[i] = columnOf(corner.x);
+        y[i] = rowOf(corner.y);
+        z[i] = corner.z;
     }
-    const double shade = shadeOf(t);
     const double area2 = (x[1] - x[0]) * (y[2] - y[0]) - (x[2] - x[0]) * (y[1] - y[0]);
     if (area2 == 0) { return; }
+    const double shade = shadeOf(t);
     const auto first = [](const double* v) {
         return int(std::ceil(*std::min_element(v, v + 3) - 0.5));
     };
@@ -111,16 +113,15 @@ void Picture::fill(const tind& t, const ColorAt& colorAt) {
                 weight[i] = ((x[j] - px) * (y[k] - py) - (x[k] - px) * (y[j] - py)) / area2;
             }
             if (weight[0] < 0 || weight[1] < 0 || weight[2] < 0) { continue; }
-            const double height = weight[0] * t.vertex[0][2] + weight[1] * t.vertex[1][2] +
-                                  weight[2] * t.vertex[2][2];
+            const double height = weight[0] * z[0] + weight[1] * z[1] + weight[2] * z[2];
             image->setPixel(margin + column, margin + row, rgb(colorAt(height), shade));
         }
     }
 }
 
-void Picture::drawLine(const Pnt3dArray& line, const ZynColor4b& color, double share) {
-    for (int i = 1; i < line.size(); ++i) {
-        const XPnt3d a = line.get(i - 1), b = line.get(i);
+void Picture::drawLine(const Polyline& line, const ZynColor4b& color, double share) {
+    for (std::size_t i = 1; i < line.size(); ++i) {
+        const XPnt3d a = line[i - 1], b = line[i];
         const double x = columnOf(a.x), y = rowOf(a.y);
         const double dx = columnOf(b.x) - x, dy = rowOf(b.y) - y;
         // A point a pixel; the next step draws the last one.
@@ -202,7 +203,9 @@ void Picture::drawPatch(int x, int y, int width, int height, const ZynColor4b& c
     }
 }
 
-bool Picture::save(const std::string& path) const {
+void Picture::save(const std::string& path) const {
     QFile file(QString::fromLocal8Bit(path.c_str()));
-    return file.open(QIODevice::WriteOnly) && image->save(&file, "PNG") && file.flush();
+    if (!file.open(QIODevice::WriteOnly) || !image->save(&file, "PNG") || !file.flush()) {
+        throw std::system_error(std::make_error_code(std::errc::io_error), path);
+    }
 }

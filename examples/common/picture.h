@@ -1,12 +1,9 @@
 // A map of a surface seen from above, north up, with a legend beside it.
 #pragma once
 
-#include "network.h"
-
-#include <zyn/array.h>
 #include <zyn/color.h>
 #include <zyn/envelope.h>
-#include <zyn/tin.h>
+#include <zyn/surface.h>
 
 #include <functional>
 #include <memory>
@@ -20,27 +17,27 @@ public:
     /// White, with room for the surface at the left, a legend of this many letters at the right,
     /// and a scale bar below. A surface narrower than a quarter of its length is stretched to
     /// that, which a line below the bar says.
-    Picture(const Measures& surface, int legendLetters);
+    Picture(const zyn::SurfaceView& surface, int legendLetters);
     ~Picture();
 
     using ColorAt = std::function<zyn::ZynColor4b(double height)>;
     /// Fills the triangle, which faces the light or turns away from it.
-    void fill(const zyn::tind& t, const ColorAt& colorAt);
+    void fill(const zyn::SurfaceTriangle& t, const ColorAt& colorAt);
     /// A polyline, a pixel wide, mixed with what is there by `share` of its colour.
-    void drawLine(const zyn::Pnt3dArray& line, const zyn::ZynColor4b& color, double share);
+    void drawLine(const zyn::Polyline& line, const zyn::ZynColor4b& color, double share);
     /// A bar of the ramp's colours, the last one on top, with these labels along it, from below.
     void drawBar(const zyn::IZynColorRamp& ramp, const std::vector<std::string>& labels);
     /// Entry `row` of a legend, from the top: a patch and a text of capitals, digits, and the
     /// characters . - < > = and %.
     void drawKey(int row, const zyn::ZynColor4b& color, const std::string& text);
 
-    /// Writes a PNG file; false when it cannot be written whole.
-    [[nodiscard]] bool save(const std::string& path) const;
+    /// Writes a PNG file. Throws std::system_error.
+    void save(const std::string& path) const;
 
 private:
     [[nodiscard]] double columnOf(double x) const { return (x - area.minX) * scale.x; }
     [[nodiscard]] double rowOf(double y) const { return (area.maxY - y) * scale.y; }
-    [[nodiscard]] double shadeOf(const zyn::tind& t) const;
+    [[nodiscard]] double shadeOf(const zyn::SurfaceTriangle& t) const;
     void drawScale();
     void mixPixel(int column, int row, const zyn::ZynColor4b& color, double share);
     void drawText(int x, int y, const std::string& text);

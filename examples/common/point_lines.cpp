@@ -7,16 +7,15 @@
 #include <numeric>
 #include <string>
 
-using zyn::Pnt3dArray;
 using zyn::XPnt3d;
 
 namespace {
 
 /// Makes room for a file of lines as long as this one.
-void reserveByLine(const LineReader& file, Pnt3dArray& points) {
+void reserveByLine(const LineReader& file, std::vector<XPnt3d>& points) {
     const std::int64_t lines = file.fileSize() / (std::ssize(file.line()) + 1);
     constexpr std::int64_t most = std::numeric_limits<int>::max();
-    points.reserve(static_cast<int>(std::min(lines + 1, most)));
+    points.reserve(static_cast<std::size_t>(std::min(lines + 1, most)));
 }
 
 /// Throws a Failure for decimal commas, which would shift the columns: one separator holds between
@@ -72,8 +71,8 @@ void PointLines::append() {
         point[axis] = coordinateIn(file, fields[axis]);
     }
     requireOneSeparator(file, separators, rest);
-    if (read->size() == 0) { reserveByLine(file, *read); }
-    read->append(point);
+    if (read.empty()) { reserveByLine(file, read); }
+    read.push_back(point);
     if (maybeNumbers) {
         const bool goesOn = separators.back() == separators.front();
         noteNumber(fields[0], fields[1], fields[2], goesOn ? take() : "");
@@ -91,38 +90,34 @@ void PointLines::noteNumber(std::string_view number, std::string_view x, std::st
         return;
     }
     fourths.push_back(*z);
-    const int last = read->size() - 1;
-    countsUp = countsUp && (last == 0 || read->get(last).x == read->get(last - 1).x + 1);
+    countsUp = countsUp && (read.size() == 1 || read.back().x == read[read.size() - 2].x + 1);
     decimalsInX = decimalsInX || hasDecimals(x);
     decimalsInY = decimalsInY || hasDecimals(y);
 }
 
 bool PointLines::finish() {
     if (!hasNumbers()) { return columns == Columns::numberXyz; }
-    for (int i = 0; i < read->size(); ++i) {
-        XPnt3d& p = read->getRef(i);
-        p = XPnt3d(p.y, p.z, fourths[static_cast<std::size_t>(i)]);
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        read[i] = XPnt3d(read[i].y, read[i].z, fourths[i]);
     }
     return true;
 }
 
 bool PointLines::hasNumbers() const {
-    constexpr int leastCount = 3;
-    return maybeNumbers && ((countsUp && read->size() >= leastCount) ||
+    constexpr std::size_t leastCount = 3;
+    return maybeNumbers && ((countsUp && read.size() >= leastCount) ||
                             (decimalsInX && decimalsInY && eachNumberHasOnePoint()));
 }
 
 /// Whether lines that begin with the same number agree in the next three columns: closed breaklines
 /// repeat a point.
 bool PointLines::eachNumberHasOnePoint() const {
-    std::vector<int> order(fourths.size());
-    std::iota(order.begin(), order.end(), 0);
-    const auto numberOf = [this](int i) { return read->get(i).x; };
+    std::vector<std::size_t> order(fourths.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    const auto numberOf = [this](std::size_t i) { return read[i].x; };
     std::ranges::sort(order, {}, numberOf);
-    const auto contradict = [&](int i, int j) {
-        return numberOf(i) == numberOf(j) &&
-               (read->get(i) != read->get(j) ||
-                fourths[static_cast<std::size_t>(i)] != fourths[static_cast<std::size_t>(j)]);
+    const auto contradict = [&](std::size_t i, std::size_t j) {
+        return numberOf(i) == numberOf(j) && (read[i] != read[j] || fourths[i] != fourths[j]);
     };
     return std::ranges::adjacent_find(order, contradict) == order.end();
 }

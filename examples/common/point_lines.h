@@ -3,7 +3,7 @@
 
 #include "line_reader.h"
 
-#include <zyn/array.h>
+#include <zyn/point.h>
 
 #include <string_view>
 #include <vector>
@@ -29,7 +29,7 @@ public:
     bool finish();
 
     /// The points so far, with the first three columns as x y z until finish() decides.
-    [[nodiscard]] zyn::Pnt3dArray& points() const { return *read; }
+    [[nodiscard]] std::vector<zyn::XPnt3d>& points() { return read; }
 
 private:
     void noteNumber(std::string_view number, std::string_view x, std::string_view y,
@@ -39,7 +39,7 @@ private:
 
     const LineReader& file;
     const Columns columns;
-    const zyn::ref_ptr<zyn::Pnt3dArray> read = zyn::newPnt3dArray();
+    std::vector<zyn::XPnt3d> read;
 
     // What speaks for point numbers and against them.
     bool maybeNumbers;

@@ -3,10 +3,7 @@
 #include "esri_grid.h"
 #include "line_reader.h"
 
-#include <vector>
-
-using zyn::Pnt3dArray;
-using zyn::XPnt3d;
+#include <utility>
 
 namespace {
 
@@ -23,9 +20,9 @@ PointFile readPointLines(LineReader& file, Columns columns) {
             ++skipped;
         }
     } while (file.next());
-    if (lines.points().size() == 0) { file.failWhole(noPoints); }
+    if (lines.points().empty()) { file.failWhole(noPoints); }
     const bool numbered = lines.finish();
-    return {&lines.points(), skipped, numbered};
+    return {std::move(lines.points()), skipped, numbered};
 }
 
 }  // namespace
@@ -37,14 +34,14 @@ PointFile readPoints(const std::string& path, Columns columns) {
     } while (file.line().empty());
     if (!startsEsriGrid(file.line())) { return readPointLines(file, columns); }
     PointFile grid;
-    grid.skipped = readEsriGrid(file, *grid.points);
+    grid.skipped = readEsriGrid(file, grid.points);
     return grid;
 }
 
 BreaklineFile readBreaklines(const std::string& path, Columns columns) {
     LineReader file(path);
     PointLines lines(file, columns);
-    std::vector<int> starts;
+    std::vector<std::ptrdiff_t> starts;
     bool between = true;
     while (file.next()) {
         const std::string_view line = file.line();
@@ -52,23 +49,16 @@ BreaklineFile readBreaklines(const std::string& path, Columns columns) {
             between = true;
             continue;
         }
-        if (between) { starts.push_back(lines.points().size()); }
+        if (between) { starts.push_back(std::ssize(lines.points())); }
         between = false;
         lines.append();
     }
     if (starts.empty()) { file.failWhole(noPoints); }
     BreaklineFile breaklines{.numbered = lines.finish()};
-    starts.push_back(lines.points().size());
+    starts.push_back(std::ssize(lines.points()));
+    const auto first = lines.points().begin();
     for (std::size_t i = 0; i + 1 < starts.size(); ++i) {
-        const zyn::ref_ptr<Pnt3dArray> polyline = zyn::newPnt3dArray();
-        polyline->append(lines.points().data() + starts[i], starts[i + 1] - starts[i]);
-        breaklines.polylines->append(polyline.get());
+        breaklines.polylines.emplace_back(first + starts[i], first + starts[i + 1]);
     }
     return breaklines;
-}
-
-zyn::Enve2d boxAround(Pnt3dArray& points) {
-    zyn::Enve2d box;
-    for (const XPnt3d& p : points) { box.SetBox(p); }
-    return box;
 }

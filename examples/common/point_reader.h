@@ -1,15 +1,15 @@
-// Points and breaklines out of files, and where they lie.
+// Points and breaklines out of files.
 #pragma once
 
 #include "point_lines.h"
 
-#include <zyn/array.h>
-#include <zyn/envelope.h>
+#include <zyn/surface.h>
 
 #include <string>
+#include <vector>
 
 struct PointFile {
-    zyn::ref_ptr<zyn::Pnt3dArray> points = zyn::newPnt3dArray();
+    std::vector<zyn::XPnt3d> points{};
     int skipped = 0;        ///< cells without data, or lines that are not points
     bool numbered = false;  ///< whether its lines begin with a point number
 };
@@ -19,12 +19,9 @@ struct PointFile {
 PointFile readPoints(const std::string& path, Columns columns);
 
 struct BreaklineFile {
-    zyn::ref_ptr<zyn::Pnt3dArrayArray> polylines = zyn::newPnt3dArrayArray();
+    std::vector<zyn::Polyline> polylines{};
     bool numbered = false;
 };
 
 /// Reads polylines. Throws a Failure.
 BreaklineFile readBreaklines(const std::string& path, Columns columns);
-
-/// The box around the points in plan.
-zyn::Enve2d boxAround(zyn::Pnt3dArray& points);

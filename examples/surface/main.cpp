@@ -1,30 +1,29 @@
 // Turns terrain points into a surface: reads them, triangulates them, works the breaklines in,
 // writes the network and reports what came out.
+#include "draft.h"
 #include "failure.h"
 #include "folder.h"
-#include "network.h"
 #include "options.h"
 #include "point_reader.h"
 #include "program.h"
 #include "progress_bar.h"
 #include "rounding.h"
+#include "terminal_progress.h"
 #include "terrain_picture.h"
+#include "tolerance.h"
 
-#include <zyn/geometry.h>
-#include <zyn/network.h>
+#include <zyn/surface.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <string>
-#include <system_error>
 #include <utility>
 
 namespace {
 
-using zyn::IZynDelaunayD;
+using zyn::Surface;
 
 class Stopwatch {
 public:
@@ -44,100 +43,104 @@ constexpr const char* programName = "surface";
 
 struct Input {
     PointFile pointFile;
-    BreaklineFile breaklineFile;
+    BreaklineFile breaklineFile{};
 };
 
 Input readInput(const Options& options) {
-    Input input;
-    input.pointFile = readPoints(options.input, options.columns);
+    Input input{.pointFile = readPoints(options.input, options.columns)};
     if (!options.breaklines.empty()) {
         input.breaklineFile = readBreaklines(options.breaklines, options.columns);
     }
-    const int count = input.pointFile.points->size();
-    if (count < 3) {
+    if (const std::size_t count = input.pointFile.points.size(); count < 3) {
         throw Failure(options.input, "a surface needs three points, not " + std::to_string(count));
     }
     return input;
 }
 
-struct TemporaryFile {
-    std::string path;
-    ~TemporaryFile() {
-        std::error_code ignored;
-        std::filesystem::remove(path, ignored);
-    }
-};
+Surface makeSurface(const Input& input, double tolerance, double maxEdge) {
+    const zyn::ref_ptr<TerminalProgress> progress = new TerminalProgress("triangulating");
+    return Surface(input.pointFile.points,
+                   {.tolerance = tolerance, .maxEdge = maxEdge, .progress = progress.get()});
+}
 
-struct Files {
-    std::string tin, obj, picture;
-};
+/// Puts the breaklines into the surface. One without length only adds its point.
+zyn::BreaklineReport addBreaklines(Surface& surface, const Input& input, double tolerance) {
+    const std::vector<zyn::Polyline>& lines = input.breaklineFile.polylines;
+    zyn::BreaklineReport added = surface.addBreaklines(lines, {.tolerance = tolerance});
+    for (const int i : added.leftOut) { surface.addPoints(lines[std::size_t(i)]); }
+    return added;
+}
 
-/// Each file appears whole or not at all, and none before all are written.
-void writeFiles(IZynDelaunayD* engine, const Files& files, const Measures& surface,
-                const Options& options) {
-    const TemporaryFile tin{files.tin + ".part"}, picture{files.picture + ".part"};
+void requireTriangles(const Surface& surface, const std::string& path) {
+    if (surface.triangleCount() > 0) { return; }
+    const bool isLimited = surface.withMaxEdge(zyn::anyEdge).triangleCount() > 0;
+    throw Failure(path, isLimited ? "every triangle has an edge longer than --max-edge"
+                                  : "all points lie on one line, or within --tolerance");
+}
+
+/// Returns the names of the files. None appears before all are written.
+std::string writeFiles(const Surface& surface, double interval, const std::filesystem::path& out) {
+    const Draft tin(out / "terrain.tin"), obj(out / "terrain.obj"), picture(out / "terrain.png");
     ProgressBar bar("writing");
     bar.show(0.0);
-    if (!writeBinary(engine, tin.path.c_str())) { throw Failure(files.tin, "cannot be written"); }
+    tin.write([&](const std::string& path) { surface.writeNetwork(path); });
     bar.show(0.3);
-    if (!writePicture(*engine, options, surface, picture.path)) {
-        throw Failure(files.picture, "cannot be written");
-    }
+    picture.write([&](const std::string& path) { writePicture(surface, interval, path); });
     bar.show(0.6);
-    if (!writeObj(engine, files.obj.c_str(), options.maxEdge)) {
-        throw Failure(files.obj, "cannot be written");
-    }
-    for (const auto& [from, to] : {std::pair(tin.path, files.tin), {picture.path, files.picture}}) {
-        std::error_code error;
-        std::filesystem::rename(from, to, error);
-        if (error) { throw Failure(to, error.message()); }
-    }
+    obj.write([&](const std::string& path) { surface.writeObj(path); });
+    for (const Draft* const file : {&tin, &obj, &picture}) { file->publish(); }
+    return tin.path + ", " + obj.path + ", " + picture.path;
 }
 
 /// With four digits at least: degrees make areas and lengths far below 1.
 std::string measured(double value) { return withDecimals(value, decimalsFor(value, 4, 1)); }
 
-std::string heightText(const Measures& surface, double height) {
-    return withDecimals(height, decimalsFor(surface.maxZ - surface.minZ, 4, 3));
+std::string heightText(const zyn::Enve3d& box, double height) {
+    return withDecimals(height, decimalsFor(box.HightZ(), 4, 3));
 }
 
-void report(const Input& input, const Network& network, const Measures& surface) {
+void report(const Input& input, const Surface& surface, const zyn::BreaklineReport& lines) {
     const auto note = [](bool numbered) {
         return numbered ? "; the first column is a point number" : "";
     };
-    std::printf("points      %d read, %d skipped, %d rejected%s\n", input.pointFile.points->size(),
-                input.pointFile.skipped, network.rejectedPoints, note(input.pointFile.numbered));
-    if (const int breaklines = input.breaklineFile.polylines->size(); breaklines > 0) {
-        std::printf("breaklines  %d with %d edges, %d crossings%s\n", breaklines,
-                    network.breaklineEdges, int(network.crossings->size()),
+    std::printf("points      %zu read, %d skipped, %d refused%s\n", input.pointFile.points.size(),
+                input.pointFile.skipped, surface.pointReport().refused,
+                note(input.pointFile.numbered));
+    if (const std::size_t count = input.breaklineFile.polylines.size(); count > 0) {
+        std::printf("breaklines  %zu with %d edges, %d crossings, %d lost, %zu without length%s\n",
+                    count, lines.edges, lines.crossings, lines.lost, lines.leftOut.size(),
                     note(input.breaklineFile.numbered));
     }
-    std::printf("triangles   %d\n", surface.triangles);
-    std::printf("area        %s on the surface, %s in plan\n", measured(surface.area).c_str(),
-                measured(surface.planArea).c_str());
-    std::printf("heights     %s to %s\n", heightText(surface, surface.minZ).c_str(),
-                heightText(surface, surface.maxZ).c_str());
+    const zyn::Enve3d box = surface.bounds();
+    std::printf("triangles   %d\n", surface.triangleCount());
+    std::printf("area        %s on the surface, %s in plan\n", measured(surface.area()).c_str(),
+                measured(surface.planArea()).c_str());
+    std::printf("heights     %s to %s\n", heightText(box, box.minZ).c_str(),
+                heightText(box, box.maxZ).c_str());
 }
 
 /// Earthwork to the middle height, and the way along the middle from west to east.
-void reportShape(IZynDelaunayD* engine, const Measures& surface, double maxEdge) {
-    const double middle = (surface.minZ + surface.maxZ) / 2;
-    const zyn::SurfaceVolume earth = volume(engine, middle, maxEdge);
+void reportShape(const Surface& surface) {
+    const zyn::Enve3d box = surface.bounds();
+    const zyn::XPnt3d middle = box.MidPoint();
+    const zyn::SurfaceVolume earth = surface.volume(middle.z);
     std::printf("volume      %s above %s, %s missing below\n", measured(earth.cut).c_str(),
-                heightText(surface, middle).c_str(), measured(earth.fill).c_str());
-    const zyn::Enve2d& box = surface.area2d;
-    const double y = box.MidPoint().y;
-    const zyn::ref_ptr<zyn::Pnt3dArray> way = profile(engine, {box.minX, y}, {box.maxX, y});
+                heightText(box, middle.z).c_str(), measured(earth.fill).c_str());
+    const zyn::Polyline way = surface.profile({box.minX, middle.y}, {box.maxX, middle.y});
     double length = 0, climb = 0, descent = 0;
-    for (int i = 1; i < way->size(); ++i) {
-        const zyn::XPnt3d step = way->get(i) - way->get(i - 1);
-        if (std::isnan(step.z)) { continue; }  // a gap in the surface
-        length += dist(way->get(i), way->get(i - 1));
+    int edges = 0;
+    bool isOn = false;
+    for (std::size_t i = 1; i < way.size(); ++i) {
+        const zyn::XPnt3d step = way[i] - way[i - 1];
+        const bool wasOn = std::exchange(isOn, !std::isnan(step.z));
+        if (!isOn) { continue; }  // a gap in the surface
+        edges += wasOn ? 1 : 0;
+        length += std::hypot(step.x, step.y, step.z);
         (step.z > 0 ? climb : descent) += std::abs(step.z);
     }
     std::printf("profile     west to east %s, up %s, down %s, across %d edges\n",
                 measured(length).c_str(), measured(climb).c_str(), measured(descent).c_str(),
-                std::max(0, way->size() - 2));
+                edges);
 }
 
 void run(Arguments arguments) {
@@ -147,35 +150,23 @@ void run(Arguments arguments) {
     makeFolder(options.out);
     const double readingTime = watch.lap();
 
-    zyn::Pnt3dArray& points = *input.pointFile.points;
-    const double tolerance = options.tolerance.value_or(defaultTolerance(points));
-    const Network network = triangulate(points, *input.breaklineFile.polylines, tolerance);
-    IZynDelaunayD* const engine = network.engine.get();
-    if (surfaceTriangleCount(engine) == 0) {
-        throw Failure(options.input,
-                      "all points lie on one line, or nearly so, or within --tolerance");
-    }
-    const Measures surface = measure(*engine, options.maxEdge);
-    if (surface.triangles == 0) {
-        throw Failure(options.input, "every triangle has an edge longer than --max-edge");
-    }
+    const double tolerance = options.tolerance.value_or(defaultTolerance(input.pointFile.points));
+    Surface surface = makeSurface(input, tolerance, options.maxEdge);
+    const zyn::BreaklineReport lines = addBreaklines(surface, input, tolerance);
+    requireTriangles(surface, options.input);
     const double networkTime = watch.lap();
-
-    const std::filesystem::path out = options.out;
-    const Files files{out / "terrain.tin", out / "terrain.obj", out / "terrain.png"};
-    writeFiles(engine, files, surface, options);
+    const std::string files = writeFiles(surface, options.contours, options.out);
     const double writingTime = watch.lap();
 
-    if (network.rejectedPoints > 0 && !options.tolerance) {
-        warn(programName, aboutRejected(network, points.size(), tolerance) +
-                              "; with --tolerance 0 only those in one place");
+    if (surface.pointReport().refused > 0 && !options.tolerance) {
+        warn(programName,
+             aboutRefused(surface, tolerance) + "; with --tolerance 0 only those in one place");
     }
-    report(input, network, surface);
-    reportShape(engine, surface, options.maxEdge);
+    report(input, surface, lines);
+    reportShape(surface);
     std::printf("seconds     %.2f reading, %.2f triangulating, %.2f writing\n", readingTime,
                 networkTime, writingTime);
-    std::printf("files       %s, %s, %s\n", files.tin.c_str(), files.obj.c_str(),
-                files.picture.c_str());
+    std::printf("files       %s\n", files.c_str());
 }
 
 }  // namespace

@@ -27,9 +27,12 @@ INPUT is one of these, which the program recognizes:
                         one in three lines or more, or x and y have decimals and no number has two
                         different points
   --breaklines FILE     polylines that become edges of the surface: lines of points like those of
-                        INPUT, with a blank line, or one that begins with # or >, between polylines
-  --max-edge L          leave triangles with an edge longer than L out of terrain.obj, the picture
-                        and the reported areas: bays in the outline, gaps in the data
+                        INPUT, with a blank line, or one that begins with # or >, between polylines.
+                        A point of INPUT takes the height of a breakline's point that falls on it; a
+                        breakline without length is a point
+  --max-edge L          leave triangles with an edge longer than L out of everything but terrain.tin:
+                        bays in the outline, gaps in the data. Without it the surface goes out to
+                        the convex hull
   --tolerance T         refuse a point when x and y are both within T of a point that is there
                         already. Without it T is a ten-millionth of the extent, 0.001 at most, and
                         a warning counts the refused points

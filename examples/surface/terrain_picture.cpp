@@ -3,8 +3,6 @@
 #include "picture.h"
 #include "rounding.h"
 
-#include <zyn/network.h>
-
 #include <algorithm>
 #include <cmath>
 #include <string>
@@ -30,47 +28,45 @@ ref_ptr<IZynColorRamp> terrainRamp() {
 }
 
 /// The multiples of the interval between the lowest and the highest height, a thousand at the most.
-ref_ptr<DoubleArray> contourLevels(const Measures& surface, double interval) {
-    ref_ptr<DoubleArray> levels = newDoubleArray();
-    const double range = surface.maxZ - surface.minZ;
+std::vector<double> contourLevels(const Enve3d& box, double interval) {
+    std::vector<double> levels;
+    const double range = box.HightZ();
     if (!(range > 0)) { return levels; }
     const double step = std::max(interval > 0 ? interval : roundUp(range / 12), range / 1000);
-    for (double n = std::ceil(surface.minZ / step); n * step <= surface.maxZ; ++n) {
-        levels->append(n * step);
+    for (double n = std::ceil(box.minZ / step); n * step <= box.maxZ; ++n) {
+        levels.push_back(n * step);
     }
     return levels;
 }
 
 /// Five heights from the lowest to the highest, with as many decimals as tell them apart.
-std::vector<std::string> barLabels(const Measures& surface) {
+std::vector<std::string> barLabels(const Enve3d& box) {
     constexpr int steps = 4;
-    const double step = (surface.maxZ - surface.minZ) / steps;
+    const double step = box.HightZ() / steps;
     const int decimals = decimalsFor(step, 3, 0);
     std::vector<std::string> labels;
     for (int i = 0; i <= steps; ++i) {
-        labels.push_back(withDecimals(surface.minZ + i * step, decimals));
+        labels.push_back(withDecimals(box.minZ + i * step, decimals));
     }
     return labels;
 }
 
 }  // namespace
 
-bool writePicture(IZynDelaunayD& engine, const Options& options, const Measures& surface,
-                  const std::string& path) {
-    const std::vector<std::string> labels = barLabels(surface);
+void writePicture(const SurfaceView& surface, double interval, const std::string& path) {
+    const Enve3d box = surface.bounds();
+    const std::vector<std::string> labels = barLabels(box);
     const std::size_t letters = std::ranges::max(labels, {}, &std::string::size).size();
     Picture picture(surface, int(letters));
     const ref_ptr<IZynColorRamp> ramp = terrainRamp();
-    const double range = surface.maxZ - surface.minZ;
+    const double range = box.HightZ();
     const auto colorAt = [&](double height) {
-        return ramp->clr(range > 0 ? int(255 * (height - surface.minZ) / range) : 0);
+        return ramp->clr(range > 0 ? int(255 * (height - box.minZ) / range) : 0);
     };
-    forSurface(engine, options.maxEdge, [&](const tind& t) { picture.fill(t, colorAt); });
-    const ref_ptr<DoubleArray> levels = contourLevels(surface, options.contours);
-    const ref_ptr<Pnt3dArrayArray> lines = contours(&engine, levels.get(), options.maxEdge);
-    for (const Pnt3dArray* const line : *lines) {
-        picture.drawLine(*line, ZynColor4b(52, 38, 28, 255), 0.55);
+    for (const SurfaceTriangle& t : surface.triangles()) { picture.fill(t, colorAt); }
+    for (const Polyline& line : surface.contours(contourLevels(box, interval))) {
+        picture.drawLine(line, ZynColor4b(52, 38, 28, 255), 0.55);
     }
     picture.drawBar(*ramp, labels);
-    return picture.save(path);
+    picture.save(path);
 }

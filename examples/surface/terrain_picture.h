@@ -1,12 +1,10 @@
 // The surface as a picture: heights by colour and contours, slopes by shade.
 #pragma once
 
-#include "network.h"
-#include "options.h"
+#include <zyn/surface.h>
 
 #include <string>
 
-/// Writes a PNG file of the triangles without an edge longer than options.maxEdge; false when it
-/// cannot be written whole.
-[[nodiscard]] bool writePicture(zyn::IZynDelaunayD& engine, const Options& options,
-                                const Measures& surface, const std::string& path);
+/// Writes a PNG file with contours at this interval; 0 takes a round one that makes about twelve.
+/// Throws std::system_error.
+void writePicture(const zyn::SurfaceView& surface, double interval, const std::string& path);

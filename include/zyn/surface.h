@@ -258,6 +258,9 @@ public:
     void writeLandXml(const std::string& path, const QString& name,
                       LengthUnit unit = LengthUnit::metre) const;
     /// @}
+    /// Writes the whole network with its frame, as writeBinary() of delaunay.h does. `maxEdge` does not
+    /// count.
+    void writeNetwork(const std::string& path) const;
 
 private:
     friend class Surface;

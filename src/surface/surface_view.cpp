@@ -273,4 +273,9 @@ void SurfaceView::writeLandXml(const std::string& path, const QString& name,
     requireWritten(zyn::writeLandXml(engineBehind(state), path.c_str(), name, unit, maxEdge), path);
 }
 
+void SurfaceView::writeNetwork(const std::string& path) const {
+    errno = 0;
+    requireWritten(writeBinary(engineBehind(state), path.c_str()), path);
+}
+
 }  // namespace zyn

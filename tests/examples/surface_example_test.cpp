@@ -29,7 +29,7 @@ protected:
 TEST_F(SurfaceExample, MakesASurfaceOfTheShippedTerrain) {
     // A grid of 344 x 403 points, 92.474972 m and 74.573157 m apart.
     expectParts(report("'" TERRAIN_FILE "' --out 'new folders/out'"),
-                {"138632 read, 0 skipped, 0 rejected\n", "triangles   275772\n",
+                {"138632 read, 0 skipped, 0 refused\n", "triangles   275772\n",
                  " 950882622.4 in plan\n", "236.000 to 1076.000\n"});
     fs::rename(folder / "new folders/out", folder / "out");
     EXPECT_EQ(outFiles(), "terrain.obj\nterrain.png\nterrain.tin\n");
@@ -69,7 +69,7 @@ TEST_F(SurfaceExample, ReadsLinesOfPointsAndGridsOfCells) {
         "ncols 3\nnrows 2\nxllcorner 100\nyllcenter 205\ncellsize 10\n\n1 2 -9999 4 5 6\n\n",
     };
     for (const char* const input : grids) {
-        expectParts(reportOn(input), {"5 read, 1 skipped, 0 rejected\n"});
+        expectParts(reportOn(input), {"5 read, 1 skipped, 0 refused\n"});
         EXPECT_EQ(objPoints(), "v 105 205 4\nv 105 215 1\nv 115 205 5\nv 115 215 2\nv 125 205 6\n")
             << input;
     }
@@ -80,7 +80,7 @@ TEST_F(SurfaceExample, RecognizesPointNumbers) {
     const std::string said = "; the first column is a point number\n";
     for (const char* const numbered :
          {"7;0.5;0;1\n8;8;0;2\n9;0.5;8.5;3\n", "7 .5 0.0 1 a\n3 8 0 2 b\n\n99 0.5 8.5 3,c\n"}) {
-        expectParts(reportOn(numbered), {"3 read, 0 skipped, 0 rejected" + said});
+        expectParts(reportOn(numbered), {"3 read, 0 skipped, 0 refused" + said});
         EXPECT_EQ(objPoints(), xyz) << numbered;
     }
     // The first column is x if it repeats or has decimals, if a line has three columns or another
@@ -90,21 +90,21 @@ TEST_F(SurfaceExample, RecognizesPointNumbers) {
           "0 .5 1.5 1\n1 8.5 2.5 1\n2 .5 3.5\n", "0 0 1 5\n8 1 2 5\n9 8 3 5\n",
           "0,.5,1.5 1\n1,8.5,2.5 1\n2,.5,3.5 1\n",
           "4 5.1e6 1.5 1\n8 5.2e6 2.5 2\n9 5.2e6 3.5 3\n"}) {
-        expectParts(reportOn(plain), {"3 read, 0 skipped, 0 rejected\n"});
+        expectParts(reportOn(plain), {"3 read, 0 skipped, 0 refused\n"});
     }
     reportOn("0 9 1 1\n1 9 5 2\n2 1 8 3\n", "--columns xyz");
     EXPECT_EQ(objPoints(), "v 0 9 1\nv 1 9 5\nv 2 1 8\n");
     expectParts(
         reportOn("n x y z\nP7 0.5 0 1\n20230401001 8 0 2\nP7 0.5 8.5 3\n", "--columns nxyz"),
-        {"3 read, 1 skipped, 0 rejected" + said});
+        {"3 read, 1 skipped, 0 refused" + said});
     EXPECT_EQ(objPoints(), xyz);
     // A closed breakline comes back to its first number.
     write("ring", "5 1.5 1.5 2\n9 2.5 1.5 2\n7 1.5 2.5 2\n5 1.5 1.5 2\n");
     expectParts(reportOn("0 0 1\n8 0 2\n0 8 3\n", "--breaklines ring"),
-                {"breaklines  1 with 3 edges, 0 crossings" + said});
+                {"breaklines  1 with 3 edges, 0 crossings, 0 lost, 0 without length" + said});
 }
 
-TEST_F(SurfaceExample, TakesDegreesAndWarnsOfRejectedPoints) {
+TEST_F(SurfaceExample, TakesDegreesAndWarnsOfRefusedPoints) {
     // A grid of 20 x 20 points a hundred-thousandth of a degree apart, and a strip of 100 x 1.
     std::string degrees, strip;
     for (int i = 0; i < 400; ++i) {
@@ -112,7 +112,7 @@ TEST_F(SurfaceExample, TakesDegreesAndWarnsOfRejectedPoints) {
                    std::to_string(13000 + i % 20) + " " + std::to_string(500 + i % 7) + "\n";
         if (i < 202) { strip += std::to_string(i / 2) + " " + std::to_string(i % 2) + " 1\n"; }
     }
-    expectParts(reportOn(degrees), {"400 read, 0 skipped, 0 rejected\n", "triangles   722\n",
+    expectParts(reportOn(degrees), {"400 read, 0 skipped, 0 refused\n", "triangles   722\n",
                                     ", 0.00000003610 in plan\n"});
     write("input", degrees + "11.500000000001 48.13 9\n");
     const Result result = run("input --out out");
@@ -131,32 +131,49 @@ TEST_F(SurfaceExample, TakesDegreesAndWarnsOfRejectedPoints) {
 
 TEST_F(SurfaceExample, HeedsItsOptions) {
     const std::string doubles = "0 0 1\n8 0 2\n0 8 3\n8.0005 0 4\n0 0 5\n";
-    expectParts(reportOn(doubles, "--tolerance 0"), {"5 read, 0 skipped, 1 rejected\n"});
-    expectParts(reportOn(doubles, "--tolerance 0.001"), {"5 read, 0 skipped, 2 rejected\n"});
+    expectParts(reportOn(doubles, "--tolerance 0"), {"5 read, 0 skipped, 1 refused\n"});
+    expectParts(reportOn(doubles, "--tolerance 0.001"), {"5 read, 0 skipped, 2 refused\n"});
 
     const std::string squareAndFarPoint = "0 0 0\n10 0 0\n0 10 0\n10 10 0\n5 90 7\n";
     expectParts(reportOn(squareAndFarPoint), {"triangles   3\n"});
     expectParts(reportOn(squareAndFarPoint, "--max-edge 15"),
                 {"triangles   2\narea        100.0 on the surface, 100.0 in", "0.000 to 0.000\n"});
     EXPECT_EQ(objCounts(), "4\n2\n");
+    // The network is written whole: 9 vertices with those of the frame, 12 triangles.
+    EXPECT_EQ(fs::file_size(folder / "out/terrain.tin"), 72U + 24 * (9 + 12));
+    // Two squares far apart: the profile leaves out the long triangles between them, as the area does.
+    const std::string islands = "0 0 0\n4 0 0\n0 4 0\n4 4 0\n90 0 0\n94 0 0\n90 4 0\n94 4 0\n";
+    expectParts(
+        reportOn(islands, "--max-edge 6"),
+        {"triangles   4\n", "32.00 in plan\n", "west to east 8.000, up 0.0, down 0.0, across 2"});
+    // The surface goes out to the convex hull, however flat its triangles are there: to y = 0.
+    expectParts(reportOn("0 0 0\n100 0.01 0\n200 0 0\n100 100 0\n"),
+                {"triangles   3\narea        10000.0 on the surface, 10000.0 in plan\n"});
 
     // A pyramid on a square of 4: 32 below 6, of which 4 are above the middle.
     expectParts(reportOn("0 0 0\n4 0 0\n4 4 0\n0 4 0\n2 2 6\n", "--contours 1"),
                 {"volume      4.000 above 3.000, 20.00 missing below\n",
                  "profile     west to east 12.65, up 6.000, down 6.000, across 1"});
+}
 
+TEST_F(SurfaceExample, MakesBreaklinesEdges) {
     // Four points of a rhombus: Delaunay's rule takes the short diagonal, a valley.
     const std::string rhombus = "-10 0 5\n10 0 5\n0 -1 0\n0 1 0\n";
     expectParts(reportOn(rhombus), {"area        22.36 on"});
     write("ridge", "-10 0 5\n10 0 5\n");
     expectParts(reportOn(rhombus, "--breaklines ridge"),
-                {"breaklines  1 with 1 edges, 0 crossings\n", "area        102.0 on"});
-    // The ditch shares a vertex with the ridge, at its height. A breakline of one vertex only adds a
-    // point.
-    write("crossing", "# ridge\n-10 0 5\n10 0 5\n\n> ditch\n0 -1 0\n0 1 0\n\n#\n20 20 9\n");
+                {"breaklines  1 with 1 edges, 0 crossings, 0 lost, 0 without length\n",
+                 "area        102.0 on"});
+    // The ditch shares a vertex with the ridge, at its height, and gives its own heights to the points
+    // at its ends. Breaklines without length only add a point.
+    write("crossing",
+          "# ridge\n-10 0 5\n10 0 5\n\n> ditch\n0 -1 -2\n0 1 -2\n\n#\n20 20 9\n"
+          "#\n30 0 1\n30 0 1\n");
     expectParts(reportOn(rhombus, "--breaklines crossing"),
-                {"breaklines  3 with 4 edges, 1 crossings\n", "4 read, 0 skipped, 0 rejected\n"});
-    EXPECT_EQ(objPoints(), "v -10 0 5\nv 0 -1 0\nv 0 0 5\nv 0 1 0\nv 10 0 5\nv 20 20 9\n");
+                {"breaklines  4 with 4 edges, 1 crossings, 0 lost, 2 without length\n",
+                 "4 read, 0 skipped, 0 refused\n"});
+    EXPECT_EQ(objPoints(),
+              "v -10 0 5\nv 0 -1 -2\nv 0 0 5\nv 0 1 -2\nv 10 0 5\nv 20 20 9\nv 30 0 1\n");
 }
 
 TEST_F(SurfaceExample, NamesTheFileAndTheLineOfBadInput) {
@@ -213,9 +230,12 @@ TEST_F(SurfaceExample, LeavesNothingBehindWhereItCannotWrite) {
     // A limit on the size of files acts like a full disk once its signal is ignored.
     const std::string fullDisk = "trap '' XFSZ; ulimit -f 2048;";
     expectFailure(run("'" TERRAIN_FILE "' --out out", fullDisk), "out/terrain.tin: cannot be");
-    fs::create_directories(folder / "out/terrain.obj");
-    EXPECT_EQ(run("input --out out").exitCode, 1);
-    EXPECT_EQ(outFiles(), "terrain.obj\n") << "the directory of that name";
+    for (const std::string name : {"terrain.obj", "terrain.png"}) {
+        fs::create_directories(folder / "out" / name);
+        EXPECT_EQ(run("input --out out").exitCode, 1);
+        EXPECT_EQ(outFiles(), name + "\n") << "the directory of that name";
+        fs::remove_all(folder / "out");
+    }
 }
 
 }  // namespace

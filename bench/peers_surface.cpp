@@ -10,11 +10,8 @@
 #include <CGAL/Triangulation_hierarchy_2.h>
 #include <CGAL/Triangulation_vertex_base_with_info_2.h>
 
-#include <malloc.h>
-
 #include <cstdio>
 #include <cstdlib>
-#include <limits>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -174,9 +171,6 @@ void printSurfaceHead() {
 }
 
 void printSurface(const char* family, const Points& points, int runs) {
-    // Freed memory stays with the program: who gets the system's fresh pages would decide otherwise.
-    mallopt(M_MMAP_THRESHOLD, std::numeric_limits<int>::max());
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
     const std::size_t n = points.size();
     const ref_ptr<Pnt3dArray> array = arrayOf(points);
     const Box box(points);

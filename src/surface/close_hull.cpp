@@ -1,6 +1,4 @@
 // The surface out to the convex hull of its vertices.
-#include "surface/close_hull.h"
-
 #include <zyn/network.h>
 
 #include "surface/frame_rim.h"
@@ -34,9 +32,9 @@ public:
         : engine(engine_), fixed(fixedEdges), rim(engine_) {}
 
     /// Returns the number of flips; -1 when the frame is not whole.
-    int close(Tri* start) {
+    int close() {
         do {
-            if (!rim.walk(start)) { return -1; }
+            if (!rim.walk()) { return -1; }
             if (rim.first.triangle == nullptr) { return flips; }
         } while (rim.diagonal.triangle != nullptr && flip(rim.diagonal).triangle != nullptr);
         if (rim.diagonal.triangle != nullptr) { return flips; }
@@ -182,24 +180,13 @@ private:
 
 }  // namespace
 
-namespace detail {
-
-template <class Real>
-int closeHull(DelaunayEngine<Real>& engine, const FixedEdges<Real>& fixed, TinRecord<Real>* start) {
-    return HullCloser<Real>(engine, fixed).close(start);
-}
-
-template int closeHull(DelaunayEngine<double>&, const FixedEdges<double>&, tind*);
-
-}  // namespace detail
-
 template <class Real>
 int closeHull(DelaunayInterface<Real>* interface, const VertexArray<Real>* fixedVertices) {
     auto* const engine = engineOf(interface);
     if (engine == nullptr) { return -1; }
     const ref_ptr<VertexArray<Real>> copy = copyOf<Real>(fixedVertices);
     const FixedEdges<Real> fixed(*copy);
-    return detail::closeHull(*engine, fixed, engine->newest());
+    return HullCloser<Real>(*engine, fixed).close();
 }
 
 template int closeHull(DelaunayInterface<float>*, const PFloatArray*);

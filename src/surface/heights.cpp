@@ -18,36 +18,13 @@ bool isAt(const Real* v, Xy q) {
     return double(v[0]) == q.x && double(v[1]) == q.y;
 }
 
-/// Starts to bring a triangle, which may be across two cache lines.
-template <class Real>
-void prefetchTriangle(const TinRecord<Real>* t) {
-    if (t == nullptr) { return; }
-    prefetch(t);
-    prefetch(&t->neighbor[2]);
-}
-
-/// Goes a part of the way from t to q, or all of it. The neighbours are on their way while the corners
-/// are waited for.
-template <class Real>
-TinRecord<Real>* approach(TinRecord<Real>* t, Xy q) {
-    constexpr int mostSteps = 64;
-    bool isInside = false;
-    for (int steps = 0; t != nullptr && steps < mostSteps; ++steps) {
-        for (const TinRecord<Real>* const n : t->neighbor) { prefetchTriangle(n); }
-        TinRecord<Real>* const next = stepTowards(t, q, isInside);
-        if (next == nullptr || next == t) { break; }
-        t = next;
-    }
-    return t;
-}
-
 }  // namespace
 
 namespace detail {
 
 template <class Real>
 TinRecord<Real>* triangleAt(const SurfaceTriangles<Real>& surface, TinRecord<Real>* hint, Xy q) {
-    TinRecord<Real>* const t = surface.network().locateFrom(approach(hint, q), q);
+    TinRecord<Real>* const t = surface.network().locateFrom(hint, q);
     if (t == nullptr || surface.has(t)) { return t; }
     for (int i = 0; i < 3; ++i) {
         if (isAt(t->vertex[i], q)) { return surface.round(t, i); }
@@ -128,7 +105,8 @@ private:
         if (walk.at != nullptr && isUsable(q) && ++walk.steps < mostSteps) {
             Tri* const next = stepTowards(walk.at, q, isInside);
             if (next != nullptr && next != walk.at) {
-                prefetchTriangle(next);
+                prefetch(next);
+                prefetch(&next->neighbor[2]);
                 walk.at = next;
                 return false;
             }

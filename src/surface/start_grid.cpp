@@ -2,19 +2,20 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace zyn {
 
-void StartGrid::lay(const Engine& engine, std::size_t newTriangles, double minX_, double minY_,
-                    double maxX, double maxY) {
+void StartGrid::build(const Engine& engine, double minX_, double minY_, double maxX, double maxY) {
     constexpr std::size_t trianglesPerCell = 8;
+    constexpr std::size_t stride = 3;  // odd, so that no regular order of triangles is met
+    constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
     constexpr double mostColumns = 1e6;
-    starts.clear();  // no grid until there is memory for it
-    numberOf.emplace(engine);
+    triangles = engine.count();
     minX = minX_;
     minY = minY_;
     const double width = maxX - minX, height = maxY - minY;
-    const double cells = std::max(1.0, double(newTriangles / trianglesPerCell));
+    const double cells = std::max(1.0, double(triangles / trianglesPerCell));
     // A strip has one row; its cells stay as few.
     const double side = std::max({std::sqrt(width * height / cells), width / mostColumns,
                                   height / mostColumns, std::max(width, height) / cells});
@@ -22,20 +23,11 @@ void StartGrid::lay(const Engine& engine, std::size_t newTriangles, double minX_
     columns = static_cast<std::size_t>(width * perCell) + 1;
     rows = static_cast<std::size_t>(height * perCell) + 1;
     starts.assign(columns * rows, none);
-    triangles = newTriangles;
-    removals = 0;
-    hasGaps = true;
-    // The lowest number stays: removals take the highest ones first.
-    for (std::size_t n = engine.count(); n-- > 0;) { note(xyOf(engine.at(n)->vertex[0]), n); }
-}
-
-void StartGrid::fillGaps() {
-    if (!hasGaps) { return; }
-    const auto isFilled = [](std::uint32_t start) { return start != none; };
-    const auto first = std::ranges::find_if(starts, isFilled);
-    std::uint32_t latest = first == starts.end() ? 0 : *first;
-    for (std::uint32_t& start : starts) { latest = start = isFilled(start) ? start : latest; }
-    hasGaps = false;
+    for (std::size_t n = 0; n < triangles; n += stride) {
+        starts[cellOf(xyOf(engine.at(n)->vertex[0]))] = static_cast<std::uint32_t>(n);
+    }
+    std::uint32_t latest = 0;
+    for (std::uint32_t& start : starts) { latest = start = start == none ? latest : start; }
 }
 
 std::size_t StartGrid::cellOf(Xy q) const {

@@ -2,7 +2,6 @@
 #include "surface/surface_state.h"
 
 #include "surface/breaklines.h"
-#include "surface/close_hull.h"
 #include "surface/insert.h"
 #include "surface/queries.h"
 #include "surface/restore.h"
@@ -40,39 +39,6 @@ bool SurfaceNetwork::holds(const PlanBox& box) const {
                                         frame.minY < box.minY && box.maxY < frame.maxY));
 }
 
-void SurfaceNetwork::noteNewVertex(const double* v) {
-    tind* const newest = engine->newest();
-    starts.note(xyOf(v), engine->count() - 1);
-    if (isHullOpen) { return; }
-    forRing(newest, newest->index(v), engine->count(), [this](const tind* n, int) {
-        isHullOpen = engine->isFrameTriangle(n);
-        return isHullOpen;
-    });
-}
-
-bool SurfaceNetwork::remove(tind* t, int corner) {
-    double* const v = t->vertex[corner];
-    const auto kept = static_cast<std::int32_t>(engine->count() - 2);
-    std::int32_t beside = -1;  // a triangle that keeps its number
-    bool isOnLine = false, isOnRim = false;
-    forRing(t, corner, engine->count(), [&](const tind* n, int i) {
-        isOnLine = isFixed(v, n->vertex[after[i]]) || isFixed(v, n->vertex[before[i]]);
-        isOnRim = isOnRim || engine->isFrameTriangle(n);
-        if (beside < 0 || beside >= kept) { beside = starts.find(n->neighbor[i]); }
-        return isOnLine;
-    });
-    if (isOnLine || !engine->removeVertex(t, corner)) { return false; }
-    isHullOpen = isHullOpen || isOnRim;
-    starts.noteRemoval(xyOf(v), beside < kept ? beside : -1);
-    return true;
-}
-
-void SurfaceNetwork::closeHull() {
-    if (!isHullOpen) { return; }
-    detail::closeHull(*engine, *fixed, start(xyOf(engine->frameCorner(0))));
-    isHullOpen = false;
-}
-
 /// Gets a network that can hold the points. One that has become too small is made anew.
 void SurfaceState::makeRoom(std::span<const XPnt3d> newPoints) {
     PlanBox box = extent;
@@ -85,14 +51,6 @@ void SurfaceState::makeRoom(std::span<const XPnt3d> newPoints) {
         network = std::move(next);
     }
     extent = box;
-    renewStarts(network.engine->count() + 2 * newPoints.size());
-}
-
-/// Makes the starts of walks fit a network of this many triangles.
-void SurfaceState::renewStarts(std::size_t triangles) {
-    if (!network.starts.isWorn(triangles) || extent.isEmpty()) { return; }
-    network.starts.lay(*network.engine, triangles, extent.minX, extent.minY, extent.maxX,
-                       extent.maxY);
 }
 
 /// Inserts all vertices into a new network, and makes the edges that stay. These do not cross.
@@ -132,7 +90,6 @@ PointReport SurfaceState::insert(std::span<XPnt3d> added, IZynProgress* progress
         if (isNew) {
             vertices[static_cast<std::size_t>(report.first + index)] = true;
             ++report.vertices;
-            network.noteNewVertex(p);
         } else if (other != nullptr && std::isfinite(p.z)) {
             fallen.emplace_back(points.numberOf(other), report.first + index);
         } else {
@@ -141,12 +98,8 @@ PointReport SurfaceState::insert(std::span<XPnt3d> added, IZynProgress* progress
     };
     const int count = static_cast<int>(added.size());
     const Xy firstPlace = added.empty() ? Xy{0, 0} : Xy{added[0].x, added[0].y};
-    const auto insertBeside = [&](auto& fixed) {
-        return insertAll(*network.engine, added.data(), count, options.tolerance, fixed,
-                         network.start(firstPlace), progress, use);
-    };
-    const int offered =
-        network.fixed->isEmpty() ? insertBeside(noFixedEdges) : insertBeside(*network.fixed);
+    const int offered = insertAll(*network.engine, added.data(), count, options.tolerance,
+                                  *network.fixed, network.start(firstPlace), progress, use);
     report.refused = static_cast<int>(fallen.size());
     report.skipped = count - offered;
     vertexCount += report.vertices;
@@ -182,7 +135,6 @@ BreaklineReport SurfaceState::insert(std::span<const Polyline> lines,
     }
     if (wanted.soft) { takeHeights(all); }
     makeRoom(all);
-    network.isHullOpen = true;
     const int first = points.size();
     std::span<XPnt3d> rest = points.append(all);
     vertices.resize(vertices.size() + all.size());
@@ -267,21 +219,30 @@ void SurfaceState::settleHeights(Fallen& fallen, Heights rule, int firstNew) {
 
 bool SurfaceState::remove(int number) {
     if (number < 0 || number >= points.size() || !isVertex(number)) { return false; }
-    renewStarts(network.engine->count());
-    network.starts.fillGaps();
     double* const v = points.at(number);
     tind* const t = network.engine->locateFrom(network.start(xyOf(v)), xyOf(v));
     const int corner = t == nullptr ? 3 : t->index(v);
-    if (corner == 3 || !network.remove(t, corner)) { return false; }
+    if (corner == 3) { return false; }
+    bool isOnLine = false;
+    forRing(t, corner, network.engine->count(), [&](const tind* n, int i) {
+        isOnLine =
+            network.isFixed(v, n->vertex[after[i]]) || network.isFixed(v, n->vertex[before[i]]);
+        return isOnLine;
+    });
+    if (isOnLine || !network.engine->removeVertex(t, corner)) { return false; }
     vertices[static_cast<std::size_t>(number)] = false;
     --vertexCount;
     finish();
     return true;
 }
 
+/// Makes the surface the convex hull again.
 void SurfaceState::finish() {
-    network.starts.fillGaps();
-    network.closeHull();
+    closeHull(static_cast<DelaunayInterface<double>*>(network.engine.get()),
+              network.fixedList.get());
+    if (network.starts.isOutgrown(*network.engine)) {
+        network.starts.build(*network.engine, extent.minX, extent.minY, extent.maxX, extent.maxY);
+    }
 }
 
 }  // namespace zyn

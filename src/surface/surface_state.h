@@ -45,13 +45,6 @@ struct SurfaceNetwork {
     [[nodiscard]] bool isFixed(const double* a, const double* b) const {
         return fixed != nullptr && fixed->contains(a, b);
     }
-    /// Keeps what is known about the network up to date. REQUIRES: v was inserted just now.
-    void noteNewVertex(const double* v);
-    /// Removes the vertex at a corner of t. Returns false, with nothing changed, if a fixed edge ends
-    /// there or the engine keeps it.
-    bool remove(tind* t, int corner);
-    /// Makes the surface the convex hull again, unless all changes were inside of it.
-    void closeHull();
     /// Returns a triangle near q.
     [[nodiscard]] tind* start(Xy q) const { return starts.at(*engine, q); }
 
@@ -60,7 +53,6 @@ struct SurfaceNetwork {
     std::unique_ptr<FixedEdges<double>> fixed;
     StartGrid starts;
     PlanBox frame;
-    bool isHullOpen = true;  // the rim may turn inwards
 };
 
 struct SurfaceState {
@@ -88,7 +80,6 @@ struct SurfaceState {
 
 private:
     void makeRoom(std::span<const XPnt3d> newPoints);
-    void renewStarts(std::size_t triangles);
     void enterVertices(SurfaceNetwork& next);
     void takeHeights(std::span<XPnt3d> of) const;
     void settleHeights(Fallen& fallen, Heights rule, int firstNew);

@@ -68,7 +68,7 @@ struct SurfaceOptions {
     double tolerance = 0;              ///< points this close in x and y fall together; 0 or more
     Heights heights = Heights::first;  ///< where they do
     double maxEdge = anyEdge;          ///< see Surface::setMaxEdge
-    IZynProgress* progress = nullptr;  ///< asked and told on the calling thread only
+    IZynProgress* progress = nullptr;  ///< for the constructor; called on the calling thread only
 };
 
 /// How breaklines become edges.

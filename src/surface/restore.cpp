@@ -96,6 +96,18 @@ void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fix
     });
 }
 
+void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed,
+                   std::vector<tind*> pending) {
+    while (!pending.empty()) {
+        tind* const t = pending.back();
+        pending.pop_back();
+        tind* const n = flipIllegalEdge(t, [&](const tind* next, int i, int) {
+            return isFreeInside(engine, fixed, t, i, next);
+        });
+        if (n != nullptr) { pending.insert(pending.end(), {n, t}); }
+    }
+}
+
 void restoreInsideBySweeps(DelaunayEngine<double>& engine,
                            const FixedEdges<double>& fixed) noexcept {
     for (bool hasFlipped = true; std::exchange(hasFlipped, false);) {

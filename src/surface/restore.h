@@ -4,10 +4,15 @@
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 
+#include <vector>
+
 namespace zyn::detail {
 
 /// Restores the edges between triangles of the surface, and leaves those of frame triangles alone.
 void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed);
+/// Does so where only edges of the given triangles can be illegal.
+void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed,
+                   std::vector<tind*> pending);
 /// Makes the surface the convex hull; see closeHull() of network.h.
 void closeHull(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed);
 

@@ -41,10 +41,14 @@ bool isEndOrBetween(const VertexSegment<Real>& line, const Real* v) {
 /// number of the precision that short products lead to, there is no rounding.
 template <class Real>
 XPnt3<Real> crossingOf(const VertexSegment<Real>& edge, const VertexSegment<Real>& line) {
-    const auto toSide = [&line](const Real* v) {
-        const double a[] = {double(line.from[0]), double(line.from[1])};
-        const double b[] = {double(line.to[0]), double(line.to[1])};
-        const double c[] = {double(v[0]), double(v[1])};
+    // Products of tiny coordinates would vanish; a power of two keeps every digit.
+    const double size = std::max({std::abs(double(line.from[0])), std::abs(double(line.from[1])),
+                                  std::abs(double(line.to[0])), std::abs(double(line.to[1]))});
+    const double unit = size < 0x1p-200 ? 0x1p300 : 1;
+    const auto toSide = [&line, unit](const Real* v) {
+        const double a[] = {unit * double(line.from[0]), unit * double(line.from[1])};
+        const double b[] = {unit * double(line.to[0]), unit * double(line.to[1])};
+        const double c[] = {unit * double(v[0]), unit * double(v[1])};
         return std::abs(orient2dexact(a, b, c));
     };
     const double fromStart = toSide(edge.from);

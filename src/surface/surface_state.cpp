@@ -128,12 +128,36 @@ PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* pr
                                   network.start(firstPlace), progress, use);
     report.refused = static_cast<int>(fallen.size());
     report.skipped = count - offered;
+    if (vertexCount > 0) { restoreAt(report.first, report.vertices); }
     vertexCount += report.vertices;
     const bool isFirstWanted = options.heights == Heights::breakline;
     settleHeights(fallen, isFirstWanted ? Heights::first : options.heights,
                   {report.first, points.size()});
     finish();
     return report;
+}
+
+/// Restores the edges at new vertices. Insertion looks at those opposite to them only, and beside a
+/// closed hull, where frame triangles are not Delaunay, that is not enough.
+void SurfaceState::restoreAt(int first, int count) {
+    constexpr int few = 8;  // of all vertices, one in so many
+    if (count > vertexCount / few) {
+        detail::restoreInside(*network.engine, *network.fixed);
+        return;
+    }
+    std::vector<tind*> pending;
+    for (int number = first; number < points.size(); ++number) {
+        if (!isVertex(number)) { continue; }
+        double* const v = points.at(number);
+        tind* const t = network.engine->locateFrom(network.start(xyOf(v)), xyOf(v));
+        const int corner = t == nullptr ? 3 : t->index(v);
+        if (corner == 3) { continue; }
+        forRing(t, corner, network.engine->count(), [&pending](tind* n, int) {
+            pending.push_back(n);
+            return false;
+        });
+    }
+    detail::restoreInside(*network.engine, *network.fixed, std::move(pending));
 }
 
 namespace {

@@ -94,6 +94,7 @@ private:
     bool removeVertex(int number);
     void makeRoom(std::span<const XPnt3d> newPoints, double tolerance);
     void enterVertices(SurfaceNetwork& next);
+    void restoreAt(int first, int count);
     void takeHeights(std::span<XPnt3d> of) const;
     void settleHeights(Fallen& fallen, Heights rule, Numbers added);
     void finish();

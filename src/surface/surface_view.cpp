@@ -106,9 +106,9 @@ std::vector<std::array<int, 2>> SurfaceView::edges() const {
     triangles.forEach([&](const tind* t, std::size_t) {
         for (int i = 0; i < 3; ++i) {
             const tind* const n = t->neighbor[i];
-            if (triangles.has(n) && std::less<>()(n, t)) { continue; }  // it was there already
-            pairs.push_back({state->points.numberOf(t->vertex[after[i]]),
-                             state->points.numberOf(t->vertex[before[i]])});
+            const int from = state->points.numberOf(t->vertex[after[i]]);
+            const int to = state->points.numberOf(t->vertex[before[i]]);
+            if (from < to || !triangles.has(n)) { pairs.push_back({from, to}); }
         }
     });
     return pairs;

@@ -245,7 +245,7 @@ TEST_P(DiskFailure, Places) {
     fs::create_symlink("../file", folder + "/inner/link");
     expectWhole(folder + "/inner/link");
 
-    const std::string inMemory = "/dev/shm/zyn_disk_failure";
+    const std::string inMemory = "/dev/shm/zyn_disk_failure_" + std::to_string(getpid());
     if (!(std::ofstream(inMemory) << old)) { return; }
     std::ifstream before(inMemory);
     EXPECT_TRUE(write(inMemory));

@@ -189,6 +189,25 @@ private:
     std::size_t next = 0;     // number of the record to look at
 };
 
+/// The triangles of a view, for loops and the algorithms of std::ranges.
+class SurfaceTriangleRange {
+public:
+    /// Returns an iterator to the first triangle.
+    [[nodiscard]] SurfaceTriangleIterator begin() const noexcept { return first; }
+    /// Returns the end.
+    [[nodiscard]] SurfaceTriangleIterator end() const noexcept { return {}; }
+    /// Returns whether there is no triangle.
+    [[nodiscard]] bool empty() const noexcept { return begin() == end(); }
+    /// Returns the first triangle. REQUIRES: there is one.
+    [[nodiscard]] SurfaceTriangle front() const noexcept { return *first; }
+
+private:
+    friend class SurfaceView;
+    explicit SurfaceTriangleRange(const SurfaceTriangleIterator& first_) noexcept : first(first_) {}
+
+    SurfaceTriangleIterator first;
+};
+
 /// What a surface answers: all of it, or what is left without triangles that have a long edge. Copies
 /// are cheap. A view is valid while the surface lives, also when that is moved.
 class ZYN_EXPORT SurfaceView {
@@ -202,8 +221,8 @@ public:
     // Parts
 
     /// Returns the range of the triangles.
-    [[nodiscard]] auto triangles() const {
-        return std::ranges::subrange(firstTriangle(), SurfaceTriangleIterator());
+    [[nodiscard]] SurfaceTriangleRange triangles() const {
+        return SurfaceTriangleRange(firstTriangle());
     }
     /// Returns the number of triangles.
     [[nodiscard]] int triangleCount() const;
@@ -329,3 +348,10 @@ private:
 };
 
 }  // namespace zyn
+
+/// @cond
+template <>
+inline constexpr bool std::ranges::enable_view<zyn::SurfaceTriangleRange> = true;
+template <>
+inline constexpr bool std::ranges::enable_borrowed_range<zyn::SurfaceTriangleRange> = true;
+/// @endcond

@@ -58,7 +58,7 @@ void expectHull(const Surface& s) {
     ASSERT_EQ(s.rim().size(), corners.empty() ? 0U : 1U);
     if (corners.empty()) { return; }
     std::vector<Position> rim = placesOf(s, s.rim()[0]);
-    std::ranges::rotate(rim, std::ranges::min_element(rim, {}, support::keyOf));
+    std::rotate(rim, std::ranges::min_element(rim, {}, support::keyOf));
     double hullArea = 0, size2 = 0;
     for (std::size_t i = 1; i < rim.size(); ++i) {
         const Position o = rim[0], a = rim[i - 1], b = rim[i];

@@ -10,11 +10,8 @@
 #include <CGAL/Triangulation_hierarchy_2.h>
 #include <CGAL/Triangulation_vertex_base_with_info_2.h>
 
-#include <malloc.h>
-
 #include <cstdio>
 #include <cstdlib>
-#include <limits>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -174,9 +171,6 @@ void printSurfaceHead() {
 }
 
 void printSurface(const char* family, const Points& points, int runs) {
-    // Freed memory stays with the program: who gets the system's fresh pages would decide otherwise.
-    mallopt(M_MMAP_THRESHOLD, std::numeric_limits<int>::max());
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
     const std::size_t n = points.size();
     const ref_ptr<Pnt3dArray> array = arrayOf(points);
     const Box box(points);
@@ -193,10 +187,17 @@ void printSurface(const char* family, const Points& points, int runs) {
     }
     const double us = 1e6 / double(n);
     const double e = median(engine.times), m = median(moved.times), c = median(copied.times);
+    const auto ratio = [&engine](const Cost& cost) {  // of neighbours in time
+        std::vector<double> ratios;
+        for (std::size_t i = 0; i < cost.times.size(); ++i) {
+            ratios.push_back(cost.times[i] / engine.times[i]);
+        }
+        return median(ratios);
+    };
     std::printf(
         "| %s | %zu | %.3f | %.3f | %.3f | %.2f | %.2f | %.1f, %.1f | %.1f, %.1f | %.1f, %.1f |\n",
-        family, n, e * us, m * us, c * us, m / e, c / e, engine.peak, engine.kept, moved.peak,
-        moved.kept, copied.peak, copied.kept);
+        family, n, e * us, m * us, c * us, ratio(moved), ratio(copied), engine.peak, engine.kept,
+        moved.peak, moved.kept, copied.peak, copied.kept);
     std::fflush(stdout);
 }
 

@@ -10,7 +10,6 @@ void StartGrid::lay(const Engine& engine, std::size_t newTriangles, double minX_
     constexpr std::size_t trianglesPerCell = 8;
     constexpr double mostColumns = 1e6;
     starts.clear();  // no grid until there is memory for it
-    numberOf.emplace(engine);
     minX = minX_;
     minY = minY_;
     const double width = maxX - minX, height = maxY - minY;
@@ -36,6 +35,15 @@ void StartGrid::fillGaps() {
     std::uint32_t latest = first == starts.end() ? 0 : *first;
     for (std::uint32_t& start : starts) { latest = start = isFilled(start) ? start : latest; }
     hasGaps = false;
+}
+
+std::int32_t StartGrid::find(const Engine& engine, const Tri* t) {
+    // Anew for each block of triangles, so that it costs next to nothing for one.
+    if (!numberOf || engine.count() / Engine::blockSize > numbered / Engine::blockSize) {
+        numberOf.emplace(engine);
+        numbered = engine.count();
+    }
+    return (*numberOf)(t);
 }
 
 std::size_t StartGrid::cellOf(Xy q) const {

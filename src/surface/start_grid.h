@@ -38,8 +38,9 @@ public:
     }
     /// Lets each open cell take the triangle of another cell near it.
     void fillGaps();
-    /// Returns the number of a triangle, or -1 if it is unknown, as for one that is newer than the grid.
-    [[nodiscard]] std::int32_t find(const Tri* t) { return numberOf ? (*numberOf)(t) : -1; }
+    /// Returns the number of a triangle. Returns -1 if it is not known: for null, and for some of the
+    /// newest ones.
+    [[nodiscard]] std::int32_t find(const Engine& engine, const Tri* t);
     /// Returns a triangle near q; null in an empty network.
     [[nodiscard]] Tri* at(const Engine& engine, Xy q) const;
     /// Returns `last` if q is close to it, else a triangle near q.
@@ -58,6 +59,7 @@ private:
     std::size_t removals = 0;           // since then
     bool hasGaps = false;
     std::optional<TriangleNumbers<double>> numberOf;
+    std::size_t numbered = 0;  // of the triangles, those that numberOf knows
 };
 
 }  // namespace zyn

@@ -58,7 +58,7 @@ bool SurfaceNetwork::remove(tind* t, int corner) {
     forRing(t, corner, engine->count(), [&](const tind* n, int i) {
         isOnLine = isFixed(v, n->vertex[after[i]]) || isFixed(v, n->vertex[before[i]]);
         isOnRim = isOnRim || engine->isFrameTriangle(n);
-        if (beside < 0 || beside >= kept) { beside = starts.find(n->neighbor[i]); }
+        if (beside < 0 || beside >= kept) { beside = starts.find(*engine, n->neighbor[i]); }
         return isOnLine;
     });
     if (isOnLine || !engine->removeVertex(t, corner)) { return false; }

@@ -39,11 +39,15 @@ TinRecord<Real>* triangleAt(const SurfaceTriangles<Real>& surface, TinRecord<Rea
     return nullptr;
 }
 
-// A corner has its own height, whatever the plane's rounding.
+// Whatever the planes' rounding, a corner has its own height, and an edge one height for both sides.
 template <class Real>
 double heightIn(const TinRecord<Real>* t, Xy q) {
     for (const Real* const v : t->vertex) {
         if (isAt(v, q)) { return double(v[2]); }
+    }
+    for (int i = 0; i < 3; ++i) {
+        const Real *const a = t->vertex[after[i]], *const b = t->vertex[before[i]];
+        if (orientation(xyOf(a), xyOf(b), q) == 0) { return heightOnEdge(a, b, q); }
     }
     return HeightPlane(t).at(q.x, q.y);
 }
@@ -107,9 +111,11 @@ private:
                 return false;
             }
         }
-        Tri* const t =
-            isInside && surface.has(walk.at) ? walk.at : detail::triangleAt(surface, walk.at, q);
-        p.z = t == nullptr ? std::numeric_limits<double>::quiet_NaN() : detail::heightIn(t, q);
+        const bool isClear = isInside && surface.has(walk.at);
+        Tri* const t = isClear ? walk.at : detail::triangleAt(surface, walk.at, q);
+        p.z = isClear        ? HeightPlane(t).at(q.x, q.y)
+              : t == nullptr ? std::numeric_limits<double>::quiet_NaN()
+                             : detail::heightIn(t, q);
         if (t != nullptr) {
             walk.at = t;
             ++found;

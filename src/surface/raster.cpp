@@ -33,7 +33,7 @@ struct CellAxis {
 
 /// Fills the cells whose centres a triangle holds, row by row. Two triangles see the same crossing
 /// of their edge with a row, so no cell between them is left out; one that both hold gets the same
-/// height twice, but for rounding.
+/// height twice, which is that of heightAt().
 template <class Real>
 class TriangleFill {
 public:
@@ -51,7 +51,7 @@ public:
             highest = std::max(highest, double(v[1]));
         }
         const int spanned = rows.upTo(highest) - rows.upTo(lowest);
-        if (spanned > fewRows && fillSliver(t, plane, spanned)) { return; }
+        if (spanned > fewRows && fillSliver(t, spanned)) { return; }
         // More than the rounding of a crossing, which is some units in the last place.
         const double unclear =
             1e-14 * std::max({std::abs(double(t->vertex[0][0])), std::abs(double(t->vertex[1][0])),
@@ -62,9 +62,6 @@ public:
             if (y > highest) { break; }
             if (y < lowest) { continue; }
             fillRow(t, plane, unclear, row, y);
-            for (const Real* const v : t->vertex) {
-                if (double(v[1]) == y) { setVertex(v, row); }
-            }
         }
     }
 
@@ -73,7 +70,7 @@ private:
 
     /// Fills a triangle that spans many more rows than it holds centres. Returns false and changes
     /// nothing for any other, and where rounding hides the places of the centres.
-    bool fillSliver(const TinRecord<Real>* t, const HeightPlane& plane, int spanned) const {
+    bool fillSliver(const TinRecord<Real>* t, int spanned) const {
         Xy corner[3];
         double farthest = 0;
         for (int i = 0; i < 3; ++i) {
@@ -88,14 +85,8 @@ private:
         if (spanned <= fewRows + 4 * polygon.area()) { return false; }
         polygon.forCells([&](int column, int row) {
             const Xy centre{columns.centre(column), rows.centre(row)};
-            if (isHeldBy(t, centre)) { rowOf(row)[column] = plane.at(centre.x, centre.y); }
+            if (isHeldBy(t, centre)) { rowOf(row)[column] = detail::heightIn(t, centre); }
         });
-        for (const Real* const v : t->vertex) {
-            const int near = rows.upTo(double(v[1]));
-            for (int row = near; row < std::min(near + 2, rows.count); ++row) {
-                if (rows.centre(row) == double(v[1])) { setVertex(v, row); }
-            }
-        }
         return true;
     }
     void fillRow(const TinRecord<Real>* t, const HeightPlane& plane, double unclear, int row,
@@ -107,31 +98,46 @@ private:
             if (b[1] < a[1] || (b[1] == a[1] && b[0] < a[0])) { std::swap(a, b); }
             const double ay = double(a[1]), by = double(b[1]);
             if (y < ay || y > by) { continue; }
+            if (ay == by) { return fillEdge(a, b, row); }
             const double ax = double(a[0]), bx = double(b[0]);
-            const double x = ay == by ? ax : y == by ? bx : ax + (bx - ax) * ((y - ay) / (by - ay));
-            left = std::min({left, x, ay == by ? bx : x});
-            right = std::max({right, x, ay == by ? bx : x});
+            const double x = y == by ? bx : ax + (bx - ax) * ((y - ay) / (by - ay));
+            left = std::min(left, x);
+            right = std::max(right, x);
         }
         // Within a rounding of the ends, exact arithmetic decides.
         left -= unclear;
         right += unclear;
         double* const out = rowOf(row);
         int cell = columns.upTo(left);
-        const auto isIn = [&](double x) {
-            return (x > left + 2 * unclear && x < right - 2 * unclear) || isHeldBy(t, {x, y});
+        const double firstClear = left + 2 * unclear, lastClear = right - 2 * unclear;
+        const auto fillIfHeld = [&](double x) {
+            if (isHeldBy(t, {x, y})) { out[cell] = detail::heightIn(t, {x, y}); }
         };
         for (; cell < columns.count; ++cell) {
             const double x = columns.centre(cell);
-            if (x > right) { return; }
-            if (x >= left && isIn(x)) { break; }
+            if (x > firstClear || x > right) { break; }
+            if (x >= left) { fillIfHeld(x); }
         }
-        for (const int clear = columns.upTo(right - 2 * unclear); cell < clear; ++cell) {
+        for (const int clear = columns.upTo(lastClear); cell < clear; ++cell) {
             out[cell] = plane.at(columns.centre(cell), y);
         }
         for (; cell < columns.count; ++cell) {
             const double x = columns.centre(cell);
-            if (x > right || !isIn(x)) { return; }
-            out[cell] = plane.at(x, y);
+            if (x > right) { return; }
+            if (x < lastClear) {
+                out[cell] = plane.at(x, y);
+            } else {
+                fillIfHeld(x);
+            }
+        }
+    }
+    /// Fills the cells whose centres are on an edge along their row, from left to right.
+    void fillEdge(const Real* a, const Real* b, int row) const {
+        const double y = double(a[1]), left = double(a[0]), right = double(b[0]);
+        for (int cell = columns.upTo(left); cell < columns.count; ++cell) {
+            const double x = columns.centre(cell);
+            if (x > right) { return; }
+            if (x >= left) { rowOf(row)[cell] = heightOnEdge(a, b, {x, y}); }
         }
     }
     static bool isHeldBy(const TinRecord<Real>* t, Xy q) {
@@ -141,13 +147,6 @@ private:
             }
         }
         return true;
-    }
-    /// A vertex at the centre of a cell of its row gives its own height.
-    void setVertex(const Real* v, int row) const {
-        const int near = columns.upTo(double(v[0]));
-        for (int cell = near; cell < std::min(near + 2, columns.count); ++cell) {
-            if (columns.centre(cell) == double(v[0])) { rowOf(row)[cell] = double(v[2]); }
-        }
     }
     [[nodiscard]] double* rowOf(int row) const {
         return cells + std::size_t(row) * std::size_t(columns.count);

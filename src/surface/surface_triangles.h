@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace zyn {
 
@@ -70,6 +71,17 @@ private:
     const double step = to - from;
     return std::isfinite(step) ? (value - from) / step
                                : (value / 2 - from / 2) / (to / 2 - from / 2);
+}
+
+/// Returns the height at q on the edge a-b, the same for b-a.
+template <class Real>
+[[nodiscard]] double heightOnEdge(const Real* a, const Real* b, Xy q) {
+    if (b[0] < a[0] || (b[0] == a[0] && b[1] < a[1])) { std::swap(a, b); }
+    const Xy u = xyOf(b) - xyOf(a), v = q - xyOf(a);
+    const double share = std::abs(u.x) >= std::abs(u.y) ? v.x / u.x : v.y / u.y;
+    if (share >= 1) { return double(b[2]); }
+    const auto [low, high] = std::minmax({double(a[2]), double(b[2])});
+    return std::clamp(between(double(a[2]), double(b[2]), share), low, high);
 }
 
 /// The height over a triangle. Never above its highest corner or below its lowest. Over one that has

@@ -17,6 +17,8 @@
 /// nest. What changes a surface needs it for itself, and ends loops over it.
 /// Errors: std::invalid_argument, with the value in the text, for arguments that make no sense;
 /// std::system_error for files; std::bad_alloc. Points that are not finite are refused and counted.
+/// A change that std::bad_alloc or a progress that throws has ended leaves a sound surface, with a part
+/// of the change: points may be missing or have their first height, and breaklines may lack pieces.
 ///
 /// A point is a vertex number, its place in the order in which points came: those of the constructor
 /// from 0, then those of each call in turn, the points of lines and the vertices at crossings included.
@@ -72,7 +74,7 @@ struct SurfaceOptions {
 struct BreaklineOptions {
     double tolerance = 0;                  ///< as for points, to vertices that are there
     Heights heights = Heights::breakline;  ///< where a point of a line falls on a vertex
-    bool soft = false;     ///< takes all heights from the surface, as it was before the call
+    bool soft = false;     ///< takes all heights from the surface, as it was; vertices keep theirs
     bool giveWay = false;  ///< edges of earlier lines go where a later one crosses them
 };
 

@@ -35,10 +35,14 @@ int addAll(DelaunayInterface<Real>* interface, Polylines&& polylines, Real toler
     if (crossings != nullptr) {
         keep = [crossings](const XPnt3<Real>& p) { return crossings->append(p); };
     }
+    std::optional<FixedEdges<Real>> edges;
     std::optional<Breaklines<Real>> breaklines;
     for (Pnt3Array<Real>* const points : polylines) {
         if (!accepts(*engine, points)) { continue; }
-        if (!breaklines) { breaklines.emplace(*engine, tolerance, list, keep); }
+        if (!breaklines) {
+            edges.emplace(list);
+            breaklines.emplace(*engine, tolerance, *edges, keep);
+        }
         breaklines->add(*points, [](const XPnt3<Real>&, const Real*) {});
     }
     return breaklines ? breaklines->edges() : -1;

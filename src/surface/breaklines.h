@@ -35,13 +35,15 @@ public:
     using Keep = std::function<Pnt*(const Pnt&)>;
 
     /// Without `keep_`, edges of earlier lines give way.
-    Breaklines(DelaunayEngine<Real>& engine_, Real tolerance_, VertexArray<Real>& list, Keep keep_)
+    Breaklines(DelaunayEngine<Real>& engine_, Real tolerance_, FixedEdges<Real>& fixed_, Keep keep_)
         : engine(engine_),
           maker(engine_),
           tolerance(tolerance_),
           snap(tolerance_),
-          fixed(list),
-          keep(std::move(keep_)) {}
+          fixed(fixed_),
+          keep(std::move(keep_)) {
+        fixed.restartCounting();
+    }
 
     /// Makes a polyline part of the network. Calls `use` with each point and the vertex that it became
     /// or fell on. Inserts all vertices first, since each may flip an edge away.
@@ -277,7 +279,7 @@ private:
     Maker maker;
     Real tolerance;
     Snap<Real> snap;
-    FixedEdges<Real> fixed;
+    FixedEdges<Real>& fixed;
     Keep keep;
     Tri* latest = nullptr;                 // where the last point was located
     Segment segment;                       // of the polyline, the one that is being made

@@ -3,6 +3,7 @@
 
 #include "surface/frame_rim.h"
 #include "surface/lawson.h"
+#include "surface/restore.h"
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 #include "triangulation/flip.h"
@@ -31,21 +32,29 @@ public:
     HullCloser(DelaunayEngine<Real>& engine_, const FixedEdges<Real>& fixedEdges)
         : engine(engine_), fixed(fixedEdges), rim(engine_) {}
 
-    /// Returns the number of flips; -1 when the frame is not whole.
+    /// Closes the hull and restores what that makes illegal. Returns the number of flips; -1 when the
+    /// frame is not whole.
     int close() {
-        do {
-            if (!rim.walk()) { return -1; }
-            if (rim.first.triangle == nullptr) { return flips; }
-        } while (rim.diagonal.triangle != nullptr && flip(rim.diagonal).triangle != nullptr);
-        if (rim.diagonal.triangle != nullptr) { return flips; }
-        openFlats();
-        pending.reserve(rim.length);  // so that cutting needs no memory
-        cutPockets();
+        if (!closeOnly(true)) { return -1; }
         restore();
         return flips;
     }
+    /// Closes the hull without memory, and leaves edges that are not Delaunay.
+    void closeWithoutMemory() noexcept { closeOnly(false); }
 
 private:
+    /// Notes in `pending` what may be illegal then, if it may. Returns false when the frame is not whole.
+    bool closeOnly(bool mayAllocate) {
+        do {
+            if (!rim.walk()) { return false; }
+            if (rim.first.triangle == nullptr) { return true; }
+        } while (rim.diagonal.triangle != nullptr && flip(rim.diagonal).triangle != nullptr);
+        if (rim.diagonal.triangle != nullptr) { return true; }
+        openFlats();
+        if (mayAllocate) { pending.reserve(rim.length); }  // cutting takes no more than that
+        cutPockets();
+        return true;
+    }
     static int turnOf(const Real* a, const Real* b, const Real* c) {
         return orientation(xyOf(a), xyOf(b), xyOf(c));
     }
@@ -143,7 +152,7 @@ private:
             const Edge cut = flip({in.triangle, before[in.slot]});
             if (cut.triangle == nullptr) { return false; }
             if (!engine.isFrameVertex(cut.triangle->vertex[cut.slot])) {
-                pending.push_back(cut.triangle);
+                if (pending.size() < pending.capacity()) { pending.push_back(cut.triangle); }
                 return true;
             }
             in = cut;
@@ -188,6 +197,19 @@ int closeHull(DelaunayInterface<Real>* interface, const VertexArray<Real>* fixed
     const FixedEdges<Real> fixed(*copy);
     return HullCloser<Real>(*engine, fixed).close();
 }
+
+namespace detail {
+
+void closeHull(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed) {
+    HullCloser<double>(engine, fixed).close();
+}
+
+void closeHullBySweeps(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed) noexcept {
+    HullCloser<double>(engine, fixed).closeWithoutMemory();
+    restoreInsideBySweeps(engine, fixed);
+}
+
+}  // namespace detail
 
 template int closeHull(DelaunayInterface<float>*, const PFloatArray*);
 template int closeHull(DelaunayInterface<double>*, const PDoubleArray*);

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace zyn {
@@ -78,13 +79,34 @@ int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>*
 }
 
 namespace detail {
+namespace {
+
+bool isFreeInside(const DelaunayEngine<double>& engine, const FixedEdges<double>& fixed,
+                  const tind* t, int i, const tind* n) {
+    return !engine.isFrameTriangle(t) && !engine.isFrameTriangle(n) &&
+           !fixed.contains(t->vertex[after[i]], t->vertex[before[i]]);
+}
+
+}  // namespace
 
 void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed) {
     TriangleNumbers<double> numberOf(engine);
     flipIllegalEdges(engine, numberOf, [&](const auto* t, int i, const auto* n) {
-        return !engine.isFrameTriangle(t) && !engine.isFrameTriangle(n) &&
-               !fixed.contains(t->vertex[after[i]], t->vertex[before[i]]);
+        return isFreeInside(engine, fixed, t, i, n);
     });
+}
+
+void restoreInsideBySweeps(DelaunayEngine<double>& engine,
+                           const FixedEdges<double>& fixed) noexcept {
+    for (bool hasFlipped = true; std::exchange(hasFlipped, false);) {
+        for (std::size_t n = 0; n < engine.count(); ++n) {
+            tind* const t = engine.at(n);
+            const auto mayFlip = [&](const tind* next, int i, int) {
+                return isFreeInside(engine, fixed, t, i, next);
+            };
+            while (flipIllegalEdge(t, mayFlip) != nullptr) { hasFlipped = true; }
+        }
+    }
 }
 
 }  // namespace detail

@@ -8,5 +8,14 @@ namespace zyn::detail {
 
 /// Restores the edges between triangles of the surface, and leaves those of frame triangles alone.
 void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed);
+/// Makes the surface the convex hull; see closeHull() of network.h.
+void closeHull(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed);
+
+/// Do both without memory, in sweeps over all triangles until one finds nothing to flip.
+/// @{
+void restoreInsideBySweeps(DelaunayEngine<double>& engine,
+                           const FixedEdges<double>& fixed) noexcept;
+void closeHullBySweeps(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed) noexcept;
+/// @}
 
 }  // namespace zyn::detail

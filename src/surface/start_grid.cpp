@@ -6,14 +6,12 @@
 
 namespace zyn {
 
-void StartGrid::build(const Engine& engine, double minX_, double minY_, double maxX, double maxY) {
+StartGrid::StartGrid(const Engine& engine, double minX_, double minY_, double maxX, double maxY)
+    : minX(minX_), minY(minY_), triangles(engine.count()) {
     constexpr std::size_t trianglesPerCell = 8;
     constexpr std::size_t stride = 3;  // odd, so that no regular order of triangles is met
     constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
     constexpr double mostColumns = 1e6;
-    triangles = engine.count();
-    minX = minX_;
-    minY = minY_;
     const double width = maxX - minX, height = maxY - minY;
     const double cells = std::max(1.0, double(triangles / trianglesPerCell));
     // A strip has one row; its cells stay as few.

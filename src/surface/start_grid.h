@@ -16,9 +16,11 @@ public:
     using Tri = TinRecord<double>;
     using Engine = DelaunayEngine<double>;
 
-    /// Fills the grid anew, about four vertices a cell.
-    void build(const Engine& engine, double minX, double minY, double maxX, double maxY);
-    /// Builds it if the network has more than twice as many triangles as then.
+    /// A grid without cells. It names the newest triangle.
+    StartGrid() = default;
+    /// A grid over the box, with about four vertices a cell.
+    StartGrid(const Engine& engine, double minX, double minY, double maxX, double maxY);
+    /// Returns whether the network has more than twice as many triangles as when the grid was made.
     [[nodiscard]] bool isOutgrown(const Engine& engine) const {
         return engine.count() > 2 * triangles;
     }
@@ -34,7 +36,7 @@ private:
     double perCell = 0;  // cells in a unit of length
     std::size_t columns = 0, rows = 0;
     std::vector<std::uint32_t> starts;  // numbers of triangles, row by row
-    std::size_t triangles = 0;          // of the network when it was built
+    std::size_t triangles = 0;          // of the network when the grid was made
 };
 
 }  // namespace zyn

@@ -28,7 +28,7 @@ Surface::Surface(std::vector<XPnt3d>&& points, const SurfaceOptions& options)
     requireTolerance(options.tolerance);
     maxEdge = checkedMaxEdge(options.maxEdge);
     state = own.get();
-    own->firstReport = own->insert(own->points.take(std::move(points)), options.progress);
+    own->firstReport = own->addPoints(own->points.take(std::move(points)), options.progress);
 }
 
 Surface::Surface(std::span<const XPnt3d> points, const SurfaceOptions& options)
@@ -50,13 +50,17 @@ Surface::~Surface() = default;
 
 /// A surface that was moved from becomes one without points.
 SurfaceState& Surface::changeable() {
-    if (!own) { *this = Surface(); }
+    if (!own) {
+        const double limit = maxEdge;  // may have been set since
+        *this = Surface();
+        maxEdge = limit;
+    }
     return *own;
 }
 
 PointReport Surface::addPoints(std::span<const XPnt3d> points, IZynProgress* progress) {
     SurfaceState& changed = changeable();
-    return changed.insert(changed.points.append(points), progress);
+    return changed.addPoints(changed.points.append(points), progress);
 }
 
 bool Surface::removePoint(int number) { return changeable().remove(number); }
@@ -64,7 +68,7 @@ bool Surface::removePoint(int number) { return changeable().remove(number); }
 BreaklineReport Surface::addBreaklines(std::span<const Polyline> lines,
                                        const BreaklineOptions& options) {
     requireTolerance(options.tolerance);
-    return changeable().insert(lines, options);
+    return changeable().addLines(lines, options);
 }
 
 void Surface::setMaxEdge(double length) { maxEdge = checkedMaxEdge(length); }

@@ -1,6 +1,8 @@
 // The errors of a Surface, with the value in their text.
 #pragma once
 
+#include "core/text_number.h"
+
 #include <cerrno>
 #include <stdexcept>
 #include <string>
@@ -10,7 +12,9 @@ namespace zyn {
 
 template <class Value>
 [[noreturn]] void throwBad(const std::string& text, Value value) {
-    throw std::invalid_argument("zyn::Surface: " + text + ": " + std::to_string(value));
+    std::string whole = "zyn::Surface: " + text + ": ";
+    appendNumber(whole, value);
+    throw std::invalid_argument(whole);
 }
 inline void requireNumber(int number, int count) {
     if (number < 0 || number >= count) { throwBad("there is no such point", number); }

@@ -20,33 +20,59 @@ constexpr double farthest = 1e90;
 bool isPlaceable(const XPnt3d& p) {
     return std::abs(p.x) <= farthest && std::abs(p.y) <= farthest && std::isfinite(p.z);
 }
+/// Returns a tolerance that has the same effect, and leaves room for a frame.
+double usableTolerance(double tolerance) { return std::min(tolerance, 2 * farthest); }
 
 }  // namespace
 
-SurfaceNetwork::SurfaceNetwork(const PlanBox& box) : fixedList(newVertexArray<double>()) {
+SurfaceNetwork::SurfaceNetwork(const PlanBox& box, double tolerance)
+    : fixedList(newVertexArray<double>()), fixed(std::make_unique<FixedEdges<double>>(*fixedList)) {
     constexpr double extents = 16;
     const double size =
         std::max({std::abs(box.minX), std::abs(box.maxX), std::abs(box.minY), std::abs(box.maxY)});
-    const double margin = std::max(
-        {extents * (box.maxX - box.minX), extents * (box.maxY - box.minY), 1e-6 * size, 1e-200});
+    const double margin =
+        std::max({extents * (box.maxX - box.minX), extents * (box.maxY - box.minY), 1e-6 * size,
+                  2 * tolerance, 1e-200});
     frame = {box.minX - margin, box.minY - margin, box.maxX + margin, box.maxY + margin};
     engine = new delaunayD(0, frame.minX, frame.minY, frame.maxX, frame.maxY);
-    updateEdges();
 }
 
-bool SurfaceNetwork::holds(const PlanBox& box) const {
-    return engine && (box.isEmpty() || (frame.minX < box.minX && box.maxX < frame.maxX &&
-                                        frame.minY < box.minY && box.maxY < frame.maxY));
+bool SurfaceNetwork::holds(const PlanBox& box, double tolerance) const {
+    return engine && (box.isEmpty() ||
+                      (frame.minX < box.minX - tolerance && box.maxX + tolerance < frame.maxX &&
+                       frame.minY < box.minY - tolerance && box.maxY + tolerance < frame.maxY));
+}
+
+/// Makes the change. If that throws, mends the surface.
+template <class Change>
+auto SurfaceState::changeSafely(Change change) {
+    try {
+        return change();
+    } catch (...) {
+        mend();
+        throw;
+    }
+}
+
+PointReport SurfaceState::addPoints(std::span<XPnt3d> added, IZynProgress* progress) {
+    return changeSafely([&] { return insertPoints(added, progress); });
+}
+BreaklineReport SurfaceState::addLines(std::span<const Polyline> lines,
+                                       const BreaklineOptions& wanted) {
+    return changeSafely([&] { return insertLines(lines, wanted); });
+}
+bool SurfaceState::remove(int number) {
+    return changeSafely([&] { return removeVertex(number); });
 }
 
 /// Gets a network that can hold the points. One that has become too small is made anew.
-void SurfaceState::makeRoom(std::span<const XPnt3d> newPoints) {
+void SurfaceState::makeRoom(std::span<const XPnt3d> newPoints, double tolerance) {
     PlanBox box = extent;
     for (const XPnt3d& p : newPoints) {
         if (isPlaceable(p)) { box.include(p); }
     }
-    if (!network.holds(box)) {
-        SurfaceNetwork next(box.isEmpty() ? PlanBox{0, 0, 0, 0} : box);
+    if (!network.holds(box, tolerance)) {
+        SurfaceNetwork next(box.isEmpty() ? PlanBox{0, 0, 0, 0} : box, tolerance);
         enterVertices(next);
         network = std::move(next);
     }
@@ -66,28 +92,28 @@ void SurfaceState::enterVertices(SurfaceNetwork& next) {
         next.engine->insert(&points.at(numbers[static_cast<std::size_t>(i)]), 0);
     }
     if (!network.engine) { return; }
-    Breaklines<double> breaklines(*next.engine, 0, *next.fixedList, nullptr);
+    Breaklines<double> breaklines(*next.engine, 0, *next.fixed, nullptr);
     const PDoubleArray& edges = *network.fixedList;
     for (int i = 0; i + 1 < edges.size(); i += 2) {
         std::array<XPnt3d, 2> ends{XPnt3d(edges[i]), XPnt3d(edges[i + 1])};
         breaklines.add(ends, [](const XPnt3d&, const double*) {});
     }
-    next.updateEdges();
     detail::restoreInside(*next.engine, *next.fixed);
 }
 
-PointReport SurfaceState::insert(std::span<XPnt3d> added, IZynProgress* progress) {
+PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* progress) {
     PointReport report;
-    report.first = static_cast<int>(vertices.size());
-    makeRoom(added);
-    vertices.resize(vertices.size() + added.size());
+    report.first = points.size() - static_cast<int>(added.size());
+    const double tolerance = usableTolerance(options.tolerance);
+    vertices.resize(static_cast<std::size_t>(points.size()));
+    makeRoom(added, tolerance);
     Fallen fallen;
     const auto use = [&](std::int32_t index, bool isNew) {
         const XPnt3d& p = added[static_cast<std::size_t>(index)];
         const double* const other =
-            isNew ? nullptr
-                  : network.engine->inPlaceOf(p, options.tolerance, network.start({p.x, p.y}));
+            isNew ? nullptr : network.engine->inPlaceOf(p, tolerance, network.start({p.x, p.y}));
         if (isNew) {
+            network.fixed->requireMemory();
             vertices[static_cast<std::size_t>(report.first + index)] = true;
             ++report.vertices;
         } else if (other != nullptr && std::isfinite(p.z)) {
@@ -98,13 +124,14 @@ PointReport SurfaceState::insert(std::span<XPnt3d> added, IZynProgress* progress
     };
     const int count = static_cast<int>(added.size());
     const Xy firstPlace = added.empty() ? Xy{0, 0} : Xy{added[0].x, added[0].y};
-    const int offered = insertAll(*network.engine, added.data(), count, options.tolerance,
-                                  *network.fixed, network.start(firstPlace), progress, use);
+    const int offered = insertAll(*network.engine, added.data(), count, tolerance, *network.fixed,
+                                  network.start(firstPlace), progress, use);
     report.refused = static_cast<int>(fallen.size());
     report.skipped = count - offered;
     vertexCount += report.vertices;
     const bool isFirstWanted = options.heights == Heights::breakline;
-    settleHeights(fallen, isFirstWanted ? Heights::first : options.heights, report.first);
+    settleHeights(fallen, isFirstWanted ? Heights::first : options.heights,
+                  {report.first, points.size()});
     finish();
     return report;
 }
@@ -120,9 +147,10 @@ bool isLine(const Polyline& line) {
 
 }  // namespace
 
-BreaklineReport SurfaceState::insert(std::span<const Polyline> lines,
-                                     const BreaklineOptions& wanted) {
+BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
+                                          const BreaklineOptions& wanted) {
     BreaklineReport report;
+    const double tolerance = usableTolerance(wanted.tolerance);
     std::vector<XPnt3d> all;
     std::vector<std::size_t> lengths;
     for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -134,22 +162,24 @@ BreaklineReport SurfaceState::insert(std::span<const Polyline> lines,
         lengths.push_back(lines[i].size());
     }
     if (wanted.soft) { takeHeights(all); }
-    makeRoom(all);
     const int first = points.size();
     std::span<XPnt3d> rest = points.append(all);
-    vertices.resize(vertices.size() + all.size());
+    const Numbers added{first, points.size()};
+    vertices.resize(static_cast<std::size_t>(points.size()));
+    makeRoom(all, tolerance);
 
     Breaklines<double>::Keep keep;
     if (!wanted.giveWay) {
         keep = [&](const XPnt3d& p) {
-            vertices.push_back(true);
+            XPnt3d* const stored = points.append({&p, 1}).data();
+            vertices.resize(static_cast<std::size_t>(points.size()));
+            vertices.back() = true;
             ++report.crossings;
-            return points.append({&p, 1}).data();
+            return stored;
         };
     }
     Fallen fallen;
-    Breaklines<double> breaklines(*network.engine, wanted.tolerance, *network.fixedList,
-                                  std::move(keep));
+    Breaklines<double> breaklines(*network.engine, tolerance, *network.fixed, std::move(keep));
     for (const std::size_t length : lengths) {
         std::span<XPnt3d> line = rest.first(length);
         rest = rest.subspan(length);
@@ -168,9 +198,8 @@ BreaklineReport SurfaceState::insert(std::span<const Polyline> lines,
     report.lost = breaklines.lost();
     report.refused = static_cast<int>(fallen.size());
     vertexCount += report.vertices + report.crossings;
-    const bool isLastWanted = wanted.heights == Heights::breakline;
-    settleHeights(fallen, isLastWanted ? Heights::last : wanted.heights, first);
-    network.updateEdges();
+    const Heights hard = wanted.heights == Heights::breakline ? Heights::last : wanted.heights;
+    settleHeights(fallen, wanted.soft ? Heights::first : hard, added);
     detail::restoreInside(*network.engine, *network.fixed);
     finish();
     return report;
@@ -189,12 +218,13 @@ void SurfaceState::takeHeights(std::span<XPnt3d> of) const {
 }
 
 /// Gives each vertex the height that the rule makes of those of the points that fell on it, in the
-/// order of their numbers. The height of a vertex from before counts as that of its points.
-void SurfaceState::settleHeights(Fallen& fallen, Heights rule, int firstNew) {
+/// order of their numbers. The height of a vertex from before counts as that of its points. Vertices
+/// at crossings have later numbers, but were there before points fell on them.
+void SurfaceState::settleHeights(Fallen& fallen, Heights rule, Numbers added) {
     std::ranges::sort(fallen);
     for (std::size_t i = 0; i < fallen.size();) {
         const int vertex = fallen[i].first;
-        const bool isOld = vertex < firstNew;
+        const bool isOld = !added.contains(vertex);
         std::vector<int> numbers;
         for (; i < fallen.size() && fallen[i].first == vertex; ++i) {
             numbers.push_back(fallen[i].second);
@@ -217,7 +247,7 @@ void SurfaceState::settleHeights(Fallen& fallen, Heights rule, int firstNew) {
     }
 }
 
-bool SurfaceState::remove(int number) {
+bool SurfaceState::removeVertex(int number) {
     if (number < 0 || number >= points.size() || !isVertex(number)) { return false; }
     double* const v = points.at(number);
     tind* const t = network.engine->locateFrom(network.start(xyOf(v)), xyOf(v));
@@ -238,11 +268,25 @@ bool SurfaceState::remove(int number) {
 
 /// Makes the surface the convex hull again.
 void SurfaceState::finish() {
-    closeHull(static_cast<DelaunayInterface<double>*>(network.engine.get()),
-              network.fixedList.get());
-    if (network.starts.isOutgrown(*network.engine)) {
-        network.starts.build(*network.engine, extent.minX, extent.minY, extent.maxX, extent.maxY);
+    detail::closeHull(*network.engine, *network.fixed);
+    if (!extent.isEmpty() && network.starts.isOutgrown(*network.engine)) {
+        network.starts =
+            StartGrid(*network.engine, extent.minX, extent.minY, extent.maxX, extent.maxY);
     }
+}
+
+/// Makes a sound surface of what a change has left when it threw, without memory.
+void SurfaceState::mend() noexcept {
+    if (!network.engine) { return; }
+    detail::closeHullBySweeps(*network.engine, *network.fixed);
+    std::fill(vertices.begin(), vertices.end(), false);
+    for (std::size_t n = 0; n < network.engine->count(); ++n) {
+        for (const double* const v : network.engine->at(n)->vertex) {
+            const int number = points.numberOf(v);
+            if (number >= 0) { vertices[static_cast<std::size_t>(number)] = true; }
+        }
+    }
+    vertexCount = static_cast<int>(std::count(vertices.begin(), vertices.end(), true));
 }
 
 }  // namespace zyn

@@ -35,13 +35,12 @@ struct PlanBox {
 /// The triangles and the edges that stay.
 struct SurfaceNetwork {
     SurfaceNetwork() = default;
-    /// Makes a frame that is far from the box, so that few triangles lean on its corners.
-    explicit SurfaceNetwork(const PlanBox& box);
+    /// Makes a frame that is far from the box, so that few triangles lean on its corners, and farther
+    /// than the tolerance, so that no point falls on one.
+    SurfaceNetwork(const PlanBox& box, double tolerance);
 
-    /// Returns whether the frame has room for the box.
-    [[nodiscard]] bool holds(const PlanBox& box) const;
-    /// Finds the edges of the list again after somebody else has changed it.
-    void updateEdges() { fixed = std::make_unique<FixedEdges<double>>(*fixedList); }
+    /// Returns whether the frame has room for the box, and is farther from it than the tolerance.
+    [[nodiscard]] bool holds(const PlanBox& box, double tolerance) const;
     [[nodiscard]] bool isFixed(const double* a, const double* b) const {
         return fixed != nullptr && fixed->contains(a, b);
     }
@@ -61,29 +60,44 @@ struct SurfaceState {
 
     explicit SurfaceState(const SurfaceOptions& newOptions) : options(newOptions) {}
 
-    /// Makes vertices of points that the store holds, and closes the hull.
-    PointReport insert(std::span<XPnt3d> points, IZynProgress* progress);
-    BreaklineReport insert(std::span<const Polyline> lines, const BreaklineOptions& wanted);
+    // What throws leaves a sound surface, with a part of what was to change.
+
+    /// Makes vertices of points, the last ones of the store, and closes the hull.
+    PointReport addPoints(std::span<XPnt3d> added, IZynProgress* progress);
+    BreaklineReport addLines(std::span<const Polyline> lines, const BreaklineOptions& wanted);
     bool remove(int number);
 
     [[nodiscard]] bool isVertex(int number) const {
-        return vertices[static_cast<std::size_t>(number)];
+        const auto place = static_cast<std::size_t>(number);
+        return place < vertices.size() && vertices[place];
     }
     SurfaceOptions options;
     PointReport firstReport;  // of the constructor's points
     PointStore points;
-    std::vector<bool> vertices;             // by point number
+    std::vector<bool> vertices;             // by point number; the last points may be missing
     std::unordered_map<int, int> standIns;  // vertices by the numbers of points that fell on them
     std::unordered_map<int, int> fallenCount;  // points at a vertex, where there are several
     SurfaceNetwork network;                    // without an engine until there are points
     int vertexCount = 0;
 
 private:
-    void makeRoom(std::span<const XPnt3d> newPoints);
+    /// The numbers of points from `first` up to, but not including, `end`.
+    struct Numbers {
+        int first, end;
+        [[nodiscard]] bool contains(int number) const { return first <= number && number < end; }
+    };
+
+    template <class Change>
+    auto changeSafely(Change change);
+    PointReport insertPoints(std::span<XPnt3d> added, IZynProgress* progress);
+    BreaklineReport insertLines(std::span<const Polyline> lines, const BreaklineOptions& wanted);
+    bool removeVertex(int number);
+    void makeRoom(std::span<const XPnt3d> newPoints, double tolerance);
     void enterVertices(SurfaceNetwork& next);
     void takeHeights(std::span<XPnt3d> of) const;
-    void settleHeights(Fallen& fallen, Heights rule, int firstNew);
+    void settleHeights(Fallen& fallen, Heights rule, Numbers added);
     void finish();
+    void mend() noexcept;
 
     PlanBox extent;  // of all points that could become vertices
 };

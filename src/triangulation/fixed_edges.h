@@ -43,7 +43,7 @@ ref_ptr<typename TinRecord<Real>::RealPtrArray> copyOf(
 }
 
 /// The pairs of vertices of a host's list, found by their ends, and the list kept up to date; among
-/// them those that were added since.
+/// them those that were added since. If allocation fails, both go on together.
 template <class Real>
 class FixedEdges {
 public:
@@ -67,6 +67,11 @@ public:
     }
     /// The number of edges that were added while counting, there already or not, and are still there.
     [[nodiscard]] std::size_t added() const { return own.size(); }
+    /// Counts from 0 again.
+    void restartCounting() {
+        own.clear();
+        isCounting = true;
+    }
     void add(Real* a, Real* b) {
         if (isCounting) { own.insert(edge(a, b)); }
         include(a, b);
@@ -110,8 +115,8 @@ public:
         return true;
     }
     /// Throws std::bad_alloc when the halves of an edge that gave way could not be kept.
-    void requireMemory() const {
-        if (lacksMemory) { throw std::bad_alloc(); }
+    void requireMemory() {
+        if (std::exchange(lacksMemory, false)) { throw std::bad_alloc(); }
     }
 
 private:
@@ -137,9 +142,15 @@ private:
         list.getRef(2 * place + 1) = b;
     }
     void include(Real* a, Real* b) {
-        if (!places.emplace(edge(a, b), list.size() / 2).second) { return; }
-        Real* const ends[] = {a, b};
-        list.append(ends, 2);  // both or, without memory, neither
+        const auto [place, isNew] = places.emplace(edge(a, b), list.size() / 2);
+        if (!isNew) { return; }
+        try {
+            Real* const ends[] = {a, b};
+            list.append(ends, 2);
+        } catch (...) {
+            places.erase(place);
+            throw;
+        }
     }
 
     VertexArray& list;

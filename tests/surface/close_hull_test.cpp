@@ -14,39 +14,18 @@
 #include <utility>
 #include <vector>
 
-#include "exact_signs.h"
+#include "hull_check.h"
 #include "network.h"
 #include "seed.h"
 
 #ifdef ZYN_TEST_CGAL
-#include <CGAL/Delaunay_triangulation_2.h>
-#include <CGAL/Exact_predicates_inexact_constructions_kernel.h>
+#include "cgal_triangles.h"
 #endif
 
 namespace {
 
 using namespace zyn;
 using support::Position;
-
-const auto keyOf = [](Position p) { return std::pair(p.x, p.y); };
-
-/// Andrew's monotone chain, counter-clockwise, with the points on the hull's edges.
-std::vector<Position> hullOf(std::vector<Position> points) {
-    std::ranges::sort(points, {}, keyOf);
-    std::vector<Position> hull;
-    for (std::size_t round = 0, floor = 0; round < 2; ++round, floor = hull.size() - 1) {
-        for (const Position p : points) {
-            while (hull.size() > floor + 1 &&
-                   support::exactOrientation(hull.end()[-2], hull.back(), p) < 0) {
-                hull.pop_back();
-            }
-            if (hull.empty() || keyOf(p) != keyOf(hull.back())) { hull.push_back(p); }
-        }
-        std::ranges::reverse(points);
-    }
-    hull.pop_back();
-    return hull;
-}
 
 template <class Real>
 struct CloseHullTest : testing::Test {
@@ -66,11 +45,7 @@ struct CloseHullTest : testing::Test {
             }
         }
         std::ranges::transform(vertices, std::back_inserter(points), at);
-        if (points.empty()) { return corners.empty() ? "" : "triangles of nothing"; }
-        const std::vector<Position> hull = hullOf(points);
-        const auto most = 2 * points.size() - std::min(2 * points.size(), hull.size() + 2);
-        if (corners.size() != 3 * most) { return "not " + std::to_string(most) + " triangles"; }
-        return support::haveAreaOf(corners, hull) ? "" : "another area";
+        return support::faultOfHull(points, corners);
     }
     /// The network of the points in a frame about them, as far off as `margin` times their extent.
     static Net networkOf(const std::vector<XPnt3d>& points, Pnt3Array<Real>* array, double margin) {
@@ -185,42 +160,32 @@ TYPED_TEST(CloseHullTest, IsClosedAllRoundOrNotAtAll) {
 }
 
 #ifdef ZYN_TEST_CGAL
-// Where four points are on one circle, two triangulations are right.
 TYPED_TEST(CloseHullTest, HasTheTrianglesOfCgal) {
-    using Kernel = CGAL::Exact_predicates_inexact_constructions_kernel;
-    const auto sorted = [](Position a, Position b, Position c) {
-        std::array corners{keyOf(a), keyOf(b), keyOf(c)};
-        std::ranges::sort(corners);
-        return corners;
-    };
     const unsigned seed = support::newSeed();
     for (const std::string_view name : {"RandomOrder", "Circle", "TiltedGrid", "Clusters"}) {
         const auto points = support::makePointSet(name, seed, 5000).points;
         const auto array = support::arrayOf<TypeParam>(points);
         auto net = this->networkOf(points, array.get(), 0.01);
         closeHull(net.engine.get());
-        CGAL::Delaunay_triangulation_2<Kernel> peer;
-        for (const auto& p : *array) { peer.insert({double(p.x), double(p.y)}); }
-        std::set<decltype(sorted({}, {}, {}))> theirs;
-        for (const auto& face : peer.finite_face_handles()) {
-            const auto corner = [&face](int i) -> Position {
-                return {face->vertex(i)->point().x(), face->vertex(i)->point().y()};
-            };
-            theirs.insert(sorted(corner(0), corner(1), corner(2)));
-        }
-        EXPECT_EQ(std::size_t(surfaceTriangleCount(net.engine.get())), theirs.size()) << name;
-        int onCircle = 0, missing = 0;
+        std::vector<Position> places;
+        for (auto& p : *array) { places.push_back(this->at(p)); }
+        std::vector<support::TriangleAndRing> ours;
         for (const auto* const t : net.triangles()) {
-            const Position a = this->at(t->vertex[0]), b = this->at(t->vertex[1]),
-                           c = this->at(t->vertex[2]);
-            if (net.engine->isFrameTriangle(t) || theirs.contains(sorted(a, b, c))) { continue; }
-            const bool isTie = std::ranges::any_of(t->neighbor, [&](const auto* n) {
-                const Position d = this->at(n->vertex[n->index(t)]);
-                return !net.engine->isFrameTriangle(n) && support::exactInCircle(a, b, c, d) == 0;
-            });
-            ++(isTie ? onCircle : missing);
+            if (net.engine->isFrameTriangle(t)) { continue; }
+            const auto& v = t->vertex;
+            auto& across =
+                ours.emplace_back(support::TriangleAndRing{
+                                      {this->at(v[0]), this->at(v[1]), this->at(v[2])}, {}})
+                    .across;
+            for (const auto* const n : t->neighbor) {
+                if (!net.engine->isFrameTriangle(n)) {
+                    across.push_back(this->at(n->vertex[n->index(t)]));
+                }
+            }
         }
-        EXPECT_EQ(missing, 0) << name << ", " << onCircle << " on circles";
+        const auto difference = support::differenceFromCgal(places, ours);
+        EXPECT_EQ(ours.size(), difference.theirs) << name;
+        EXPECT_EQ(difference.missing, 0) << name << ", " << difference.onCircle << " on circles";
     }
 }
 #endif

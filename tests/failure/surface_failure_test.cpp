@@ -1,0 +1,83 @@
+// A Surface that runs out of memory at each of the allocations of a change answers on, is sound, and
+// takes the same change when there is enough again.
+#include <zyn/surface.h>
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <set>
+#include <vector>
+
+#include "expect_harmless.h"
+#include "point_sets.h"
+
+namespace {
+
+using namespace zyn;
+
+const std::vector<Polyline> first{{{1, 1, 0}, {18, 17, 0}}, {{0, 19, 1}, {19, 19, 1}}};
+const std::vector<Polyline> second{{{2, 18, 5}, {17, 3, 5}, {17, 12, 5}}, {{0, 9, 6}, {19, 8, 6}}};
+
+struct Ground {
+    Ground() { surface.addBreaklines(first); }
+    bool isSound() {
+        if (const auto fault = surface.validate()) {
+            ADD_FAILURE() << fault->text;
+            return false;
+        }
+        using Edge = std::array<int, 2>;
+        std::set<Edge> edges;
+        for (const auto& [a, b] : surface.edges()) { edges.insert({{a, b}, {b, a}}); }
+        const auto isEdge = [&edges](const Edge& e) { return edges.contains(e); };
+        EXPECT_TRUE(std::ranges::all_of(surface.breaklineEdges(), isEdge));
+        const std::vector<int> vertices = surface.vertices();
+        EXPECT_EQ(int(vertices.size()), surface.vertexCount());
+        EXPECT_EQ(surface.vertexCount() - int(edges.size()) / 2 + surface.triangleCount(), 1);
+        for (const int v : vertices) {
+            const XPnt3d p = surface.point(v);
+            EXPECT_EQ(surface.vertexOf(v), v);
+            EXPECT_EQ(surface.heightAt(p.x, p.y), p.z);
+        }
+        for (int i = 0; i < surface.pointCount(); ++i) { (void)surface.vertexOf(i); }
+        return !testing::Test::HasFailure();
+    }
+
+    Surface surface{support::makePointSet("RandomOrder", 1, 400).points, {.tolerance = 1e-3}};
+};
+
+void expectSound(const char* name, const std::function<bool(Surface&)>& run) {
+    expectHarmless<Ground>(
+        name, [&run](Ground& g) { return run(g.surface); }, &Ground::isSound);
+}
+
+TEST(SurfaceFailure, LeavesASoundSurface) {
+    // Duplicates of vertices, of each other, and vertices on the first lines.
+    std::vector<XPnt3d> inside = support::makePointSet("Duplicates", 2, 300).points;
+    for (int i = 0; i < 20; ++i) { inside.emplace_back(i, 19, 2); }
+    const auto add = [](const std::vector<XPnt3d>& points) {
+        return [&points](Surface& s) { return s.addPoints(points).notFinite == 0; };
+    };
+    expectSound("addPoints", add(inside));
+    auto wide = inside;
+    for (XPnt3d& p : wide) { p.set(100 * p.x - 900, 100 * p.y, p.z); }
+    expectSound("addPoints beyond the frame", add(wide));
+    const auto round = support::makePointSet("Circle", 3, 120).points;  // a new hull
+    expectSound("addPoints around", add(round));
+    for (const bool giveWay : {false, true}) {
+        expectSound("addBreaklines", [giveWay](Surface& s) {
+            return s.addBreaklines(second, {.giveWay = giveWay}).edges > 0;
+        });
+    }
+    // If closing the hull fails, the vertex is gone already.
+    const int corner = Ground().surface.rim()[0][0];
+    for (const int number : {7, corner}) {
+        expectSound("removePoint",
+                    [=](Surface& s) { return s.removePoint(number) || !s.vertexOf(number); });
+    }
+    expectSound("new", [&inside](Surface& s) {
+        s = Surface(inside, {.heights = Heights::mean});
+        return s.triangleCount() > 0;
+    });
+}
+
+}  // namespace

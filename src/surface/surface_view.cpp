@@ -1,4 +1,5 @@
 // Surface: what it answers.
+#include <zyn/geometry.h>
 #include <zyn/surface.h>
 
 #include "surface/queries.h"
@@ -6,6 +7,7 @@
 #include "surface/surface_state.h"
 #include "triangulation/flip.h"
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -26,11 +28,32 @@ int checkedSlot(int i) {
     return i;
 }
 
-/// Twice the area in plan and in space point along this.
+/// Returns the normal of two sides, as long as twice the area in space. It points upwards, where
+/// rounding could turn that of a needle over.
+XPnt3d upwardNormal(const XPnt3d& u, const XPnt3d& v) {
+    const XPnt3d n = cross(u, v);
+    return {n.x, n.y, std::max(n.z, 0.0)};
+}
 XPnt3d doubleArea(const tind& t) {
     const XPnt3d a = positionOf(t.vertex[0]);
-    const XPnt3d u = positionOf(t.vertex[1]) - a, v = positionOf(t.vertex[2]) - a;
-    return {u.y * v.z - u.z * v.y, u.z * v.x - u.x * v.z, u.x * v.y - u.y * v.x};
+    return upwardNormal(positionOf(t.vertex[1]) - a, positionOf(t.vertex[2]) - a);
+}
+double lengthOf(const XPnt3d& p) { return std::hypot(p.x, p.y, p.z); }
+
+// Heron's formula would be wrong by a millionth on a needle.
+double planAreaOf(const tind& t) { return doubleArea(t).z / 2; }
+double areaOf(const tind& t) {
+    const double area = lengthOf(doubleArea(t)) / 2;
+    return std::isfinite(area) ? area : t.Area();
+}
+
+/// Returns the side in a unit of its own, so that no product overflows or vanishes. A power of two keeps
+/// every digit.
+XPnt3d inOwnUnit(const XPnt3d& side) {
+    const double most = std::max({std::abs(side.x), std::abs(side.y), std::abs(side.z)});
+    if (!(most > 0) || !std::isfinite(most)) { return side; }
+    const int unit = -std::ilogb(most);
+    return {std::scalbn(side.x, unit), std::scalbn(side.y, unit), std::scalbn(side.z, unit)};
 }
 
 }  // namespace
@@ -54,13 +77,15 @@ bool SurfaceTriangle::isBreakline(int i) const {
     return state->network.isFixed(record->vertex[after[slot]], record->vertex[before[slot]]);
 }
 
-double SurfaceTriangle::area() const { return record->Area(); }
+double SurfaceTriangle::area() const { return areaOf(*record); }
 
-double SurfaceTriangle::planArea() const { return record->AreaHorizen(); }
+double SurfaceTriangle::planArea() const { return planAreaOf(*record); }
 
 XPnt3d SurfaceTriangle::normal() const {
-    const XPnt3d n = doubleArea(*record);
-    const double length = std::hypot(n.x, n.y, n.z);
+    const XPnt3d a = corner(0);
+    const XPnt3d n = upwardNormal(inOwnUnit(corner(1) - a), inOwnUnit(corner(2) - a));
+    const double length = lengthOf(n);
+    if (!(length > 0) || !std::isfinite(length)) { return {0, 0, 1}; }
     return {n.x / length, n.y / length, n.z / length};
 }
 
@@ -173,14 +198,14 @@ std::optional<SurfaceTriangle> SurfaceView::triangleAt(double x, double y) const
 
 double SurfaceView::area() const {
     double sum = 0;
-    trianglesOf(state, maxEdge).forEach([&sum](const tind* t, std::size_t) { sum += t->Area(); });
+    trianglesOf(state, maxEdge).forEach([&sum](const tind* t, std::size_t) { sum += areaOf(*t); });
     return sum;
 }
 
 double SurfaceView::planArea() const {
     double sum = 0;
     trianglesOf(state, maxEdge).forEach([&sum](const tind* t, std::size_t) {
-        sum += t->AreaHorizen();
+        sum += planAreaOf(*t);
     });
     return sum;
 }

@@ -7,6 +7,7 @@
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 #include "triangulation/flip.h"
+#include "triangulation/ring.h"
 
 #include <cstddef>
 #include <limits>
@@ -94,6 +95,31 @@ void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fix
     flipIllegalEdges(engine, numberOf, [&](const auto* t, int i, const auto* n) {
         return isFreeInside(engine, fixed, t, i, n);
     });
+}
+
+void restoreRound(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed,
+                  const double* v) {
+    tind* const start = engine.newest();
+    const int corner = start->index(v);
+    bool isAtFrame = false;
+    forRing(start, corner, engine.count(), [&](const tind* t, int) {
+        isAtFrame = engine.isFrameTriangle(t);
+        return isAtFrame;
+    });
+    if (!isAtFrame) { return; }
+    std::vector<tind*> pending;
+    forRing(start, corner, engine.count(), [&pending](tind* t, int) {
+        pending.push_back(t);
+        return false;
+    });
+    while (!pending.empty()) {
+        tind* const t = pending.back();
+        pending.pop_back();
+        tind* const n = flipIllegalEdge(t, [&](const tind* next, int i, int) {
+            return isFreeInside(engine, fixed, t, i, next);
+        });
+        if (n != nullptr) { pending.insert(pending.end(), {n, t}); }
+    }
 }
 
 void restoreInsideBySweeps(DelaunayEngine<double>& engine,

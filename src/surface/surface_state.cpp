@@ -99,6 +99,7 @@ void SurfaceState::enterVertices(SurfaceNetwork& next) {
         breaklines.add(ends, [](const XPnt3d&, const double*) {});
     }
     detail::restoreInside(*next.engine, *next.fixed);
+    next.isClosed = true;
 }
 
 PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* progress) {
@@ -116,6 +117,7 @@ PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* pr
             network.fixed->requireMemory();
             vertices[static_cast<std::size_t>(report.first + index)] = true;
             ++report.vertices;
+            if (network.isClosed) { detail::restoreRound(*network.engine, *network.fixed, p); }
         } else if (other != nullptr && std::isfinite(p.z)) {
             fallen.emplace_back(points.numberOf(other), report.first + index);
         } else {
@@ -268,6 +270,7 @@ bool SurfaceState::removeVertex(int number) {
 
 /// Makes the surface the convex hull again.
 void SurfaceState::finish() {
+    network.isClosed = true;
     detail::closeHull(*network.engine, *network.fixed);
     if (!extent.isEmpty() && network.starts.isOutgrown(*network.engine)) {
         network.starts =
@@ -278,6 +281,7 @@ void SurfaceState::finish() {
 /// Makes a sound surface of what a change has left when it threw, without memory.
 void SurfaceState::mend() noexcept {
     if (!network.engine) { return; }
+    network.isClosed = true;
     detail::closeHullBySweeps(*network.engine, *network.fixed);
     std::fill(vertices.begin(), vertices.end(), false);
     for (std::size_t n = 0; n < network.engine->count(); ++n) {

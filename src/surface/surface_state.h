@@ -50,6 +50,7 @@ struct SurfaceNetwork {
     ref_ptr<delaunayD> engine;
     ref_ptr<PDoubleArray> fixedList;
     std::unique_ptr<FixedEdges<double>> fixed;
+    bool isClosed = false;  // whether frame triangles are other than the engine left them
     StartGrid starts;
     PlanBox frame;
 };

@@ -109,17 +109,27 @@ private:
         right += unclear;
         double* const out = rowOf(row);
         int cell = columns.upTo(left);
-        const auto fillUnclear = [&](double end) {
-            for (; cell < columns.count && columns.centre(cell) <= end; ++cell) {
-                const Xy centre{columns.centre(cell), y};
-                if (isHeldBy(t, centre)) { out[cell] = detail::heightIn(t, centre); }
-            }
+        const double firstClear = left + 2 * unclear, lastClear = right - 2 * unclear;
+        const auto fillIfHeld = [&](double x) {
+            if (isHeldBy(t, {x, y})) { out[cell] = detail::heightIn(t, {x, y}); }
         };
-        fillUnclear(std::min(left + 2 * unclear, right));
-        for (const int clear = columns.upTo(right - 2 * unclear); cell < clear; ++cell) {
+        for (; cell < columns.count; ++cell) {
+            const double x = columns.centre(cell);
+            if (x > firstClear || x > right) { break; }
+            if (x >= left) { fillIfHeld(x); }
+        }
+        for (const int clear = columns.upTo(lastClear); cell < clear; ++cell) {
             out[cell] = plane.at(columns.centre(cell), y);
         }
-        fillUnclear(right);
+        for (; cell < columns.count; ++cell) {
+            const double x = columns.centre(cell);
+            if (x > right) { return; }
+            if (x < lastClear) {
+                out[cell] = plane.at(x, y);
+            } else {
+                fillIfHeld(x);
+            }
+        }
     }
     /// Fills the cells whose centres are on an edge along their row, from left to right.
     void fillEdge(const Real* a, const Real* b, int row) const {

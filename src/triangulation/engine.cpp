@@ -1,11 +1,11 @@
 // The two engines, their factories, and the functions beside their interfaces.
 #include "triangulation/engine.h"
 
-#include "triangulation/engine_enforce.ipp"
-#include "triangulation/engine_insert.ipp"
-#include "triangulation/engine_query.ipp"
-#include "triangulation/engine_remove.ipp"
-#include "triangulation/tin_file.ipp"
+#include "triangulation/engine_enforce.inl"
+#include "triangulation/engine_insert.inl"
+#include "triangulation/engine_query.inl"
+#include "triangulation/engine_remove.inl"
+#include "triangulation/tin_file.inl"
 
 #include <zyn/geometry.h>
 

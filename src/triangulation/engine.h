@@ -4,8 +4,8 @@
 // keep its invariants on every input. The engine guards them: where rounding leaves a decision open,
 // exact predicates decide it; where it does not, the guards change nothing.
 //
-// A point's way in: engine_insert.ipp. The other operations: engine_enforce.ipp, engine_remove.ipp,
-// engine_query.ipp; files: tin_file.ipp. engine.cpp makes the engines of them.
+// A point's way in: engine_insert.inl. The other operations: engine_enforce.inl, engine_remove.inl,
+// engine_query.inl; files: tin_file.inl. engine.cpp makes the engines of them.
 #pragma once
 
 #include <zyn/delaunay.h>
@@ -129,7 +129,7 @@ private:
     };
     struct Star;
 
-    // engine_insert.ipp
+    // engine_insert.inl
     Tri* locateFrom(Tri* start, Xy q, bool& isInside) const;
     Tri* settle(Tri* t, Xy q) const;
     Tri* leaveFlat(Tri* flat, Xy q) const;
@@ -143,7 +143,7 @@ private:
     template <class FixedEdges>
     [[gnu::always_inline]] static inline Corner flipIfIllegal(Corner corner, FixedEdges& fixed);
 
-    // engine_remove.ipp
+    // engine_remove.inl
     bool collectStar(Tri* t, int corner, Star& star, bool mayBeOpen = false) const;
     bool planFan(const Star& star, std::vector<int>& ears) const;
     bool planEars(const Star& star, std::vector<int>& ears) const;
@@ -155,7 +155,7 @@ private:
     void legaliseHole(Star& star, Passes& passes);
     static void openFolds(const Star& star);
 
-    // tin_file.ipp
+    // tin_file.inl
     template <class Sink>
     bool write(const char* path);
     template <class Source>

@@ -57,7 +57,7 @@ def main(root):
         faults += [f"{layer} starts with {name}, which is no file" for name in entry
                    if not (root / "src" / layer / name).is_file()]
 
-        files = [path for path in (root / "src" / layer).rglob("*") if path.suffix in {".h", ".ipp", ".cpp"}]
+        files = [path for path in (root / "src" / layer).rglob("*") if path.suffix in {".h", ".inl", ".cpp"}]
         files += [root / "include/zyn" / header for header in headers & public]
         used, foreign = {}, {}
         for file, name in included_by(files):

@@ -23,7 +23,7 @@
 #include "containers/pool_imp.h"
 #include "expect_harmless.h"
 #include "network.h"
-#include "triangulation/triangle_ring.ipp"
+#include "triangulation/triangle_ring.inl"
 
 namespace {
 

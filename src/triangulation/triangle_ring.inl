@@ -4,7 +4,7 @@
 #include <zyn/tin.h>
 
 #include "triangulation/flip.h"
-#include "triangulation/triangle_walk.ipp"
+#include "triangulation/triangle_walk.inl"
 
 #include <limits>
 

@@ -3,9 +3,9 @@
 
 #include "triangulation/cycle.h"
 #include "triangulation/engine.h"
-#include "triangulation/engine_insert.ipp"
+#include "triangulation/engine_insert.inl"
 #include "triangulation/flip.h"
-#include "triangulation/triangle_ring.ipp"
+#include "triangulation/triangle_ring.inl"
 
 #include <algorithm>
 #include <cmath>

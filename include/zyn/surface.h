@@ -1,8 +1,8 @@
 /// @file
 /// Terrain surfaces: points in, a surface out.
 ///
-/// A Surface is the exact Delaunay triangulation of its points in the plane, out to their convex hull,
-/// with breaklines as constrained edges. Between the vertices the height is linear.
+/// A Surface is the exact Delaunay triangulation of its points in the plane, out to their convex
+/// hull, with breaklines as constrained edges. Between the vertices the height is linear.
 ///
 ///     Surface ground(points, {.tolerance = 0.001, .heights = Heights::lowest});
 ///     const BreaklineReport lines = ground.addBreaklines(roads);
@@ -12,9 +12,9 @@
 ///     ground.writePly("ground.ply");
 ///
 /// Numbers: every point has a number, which counts up from 0 in the order of input. The points of
-/// breaklines and the vertices at crossings count on in turn. A vertex has the number of its point. A
-/// number is never used again, also after removePoint(). Each point that another vertex stands for has
-/// a number too, and vertexOf() leads to that vertex.
+/// breaklines and the vertices at crossings count on in turn. A vertex has the number of its point.
+/// A number is never used again, also after removePoint(). Each point that another vertex stands
+/// for has a number too, and vertexOf() leads to that vertex.
 ///
 /// Ownership: a surface owns its points, and its results are values. A view is valid as long as the
 /// surface, and its triangles and ranges until the surface changes.
@@ -23,9 +23,9 @@
 /// surface must run alone.
 ///
 /// Errors: bad arguments throw std::invalid_argument, and files that cannot be written throw
-/// std::system_error. If allocation fails or a progress throws, the exception leaves a sound surface
-/// with a part of the change: points and pieces of breaklines may be missing, and vertices may have
-/// the height of their first point. Points that are not finite are left out and counted.
+/// std::system_error. If allocation fails or a progress throws, the exception leaves a sound
+/// surface with a part of the change: points and pieces of breaklines may be missing, and vertices
+/// may have the height of their first point. Points that are not finite are left out and counted.
 ///
 /// network.h has the same operations for programs that hold an engine.
 #pragma once
@@ -67,8 +67,8 @@ enum class Heights {
 
 /// How points become a surface.
 struct SurfaceOptions {
-    /// A point becomes no vertex if a corner of the triangle that holds it is this close in x and y.
-    /// That vertex then stands for it. With 0, this holds only for points in exactly one place.
+    /// A point becomes no vertex if a corner of the triangle that holds it is this close in x and
+    /// y. That vertex then stands for it. With 0, this holds only for points in exactly one place.
     double tolerance = 0;
     Heights heights = Heights::first;  ///< the height of a vertex that stands for several points
     double maxEdge = anyEdge;          ///< see Surface::setMaxEdge
@@ -79,8 +79,9 @@ struct SurfaceOptions {
 struct BreaklineOptions {
     double tolerance = 0;                  ///< as for points, and for crossings close to a vertex
     Heights heights = Heights::breakline;  ///< where a point of a line falls on a vertex
-    /// Gives all points of lines the height of the surface before the call, and keeps the heights of
-    /// vertices. A point off the surface keeps its own height. Between its points a line is straight.
+    /// Gives all points of lines the height of the surface before the call, and keeps the heights
+    /// of vertices. A point off the surface keeps its own height. Between its points a line is
+    /// straight.
     bool soft = false;
     /// Lets edges of earlier lines go where a later line crosses them, instead of making a vertex.
     bool giveWay = false;
@@ -127,8 +128,8 @@ struct Raster {
     std::vector<double> values;  ///< the heights at the centres of the cells; NaN off the surface
 };
 
-/// A triangle of a surface. Its corners 0, 1 and 2 are counter-clockwise, seen from above. Edge `i` is
-/// the one opposite corner `i`. Any other `i` throws std::invalid_argument.
+/// A triangle of a surface. Its corners 0, 1 and 2 are counter-clockwise, seen from above. Edge `i`
+/// is the one opposite corner `i`. Any other `i` throws std::invalid_argument.
 class ZYN_EXPORT SurfaceTriangle {
 public:
     /// Returns corner `i`.
@@ -220,8 +221,8 @@ class ZYN_EXPORT SurfaceView {
 public:
     /// Makes a view without triangles.
     SurfaceView() = default;
-    /// Returns a view of the triangles whose edges have at most this length in space; `anyEdge` keeps
-    /// all triangles. Throws std::invalid_argument for NaN.
+    /// Returns a view of the triangles whose edges have at most this length in space; `anyEdge`
+    /// keeps all triangles. Throws std::invalid_argument for NaN.
     [[nodiscard]] SurfaceView withMaxEdge(double length) const;
 
     // Triangles, edges and vertices
@@ -238,12 +239,12 @@ public:
     [[nodiscard]] std::vector<std::array<int, 2>> edges() const;
     /// Returns those edges that are pieces of breaklines.
     [[nodiscard]] std::vector<std::array<int, 2>> breaklineEdges() const;
-    /// Returns the closed outlines as lists of vertex numbers. Outer ones are counter-clockwise, those
-    /// of gaps clockwise. Without a limit of edges there is one: the convex hull, with all vertices on
-    /// it.
+    /// Returns the closed outlines as lists of vertex numbers. Outer ones are counter-clockwise,
+    /// those of gaps clockwise. Without a limit of edges there is one: the convex hull, with all
+    /// vertices on it.
     [[nodiscard]] std::vector<std::vector<int>> rim() const;
-    /// Returns the triangle that holds (x, y), or nothing off the surface. On an edge or a vertex it is
-    /// one of the triangles there.
+    /// Returns the triangle that holds (x, y), or nothing off the surface. On an edge or a vertex
+    /// it is one of the triangles there.
     [[nodiscard]] std::optional<SurfaceTriangle> triangleAt(double x, double y) const;
 
     // Measures
@@ -259,12 +260,12 @@ public:
 
     // Heights
 
-    /// Returns the height at (x, y), or nothing off the surface. At a vertex it is exactly the height
-    /// of the vertex. Takes about 1 us for a random place among a million points.
+    /// Returns the height at (x, y), or nothing off the surface. At a vertex it is exactly the
+    /// height of the vertex. Takes about 1 us for a random place among a million points.
     [[nodiscard]] std::optional<double> heightAt(double x, double y) const;
-    /// Sets the z of each point to the height there, or to NaN off the surface. Returns the number of
-    /// heights. It is several times faster a point than heightAt(), most of all if points in turn are
-    /// close to each other.
+    /// Sets the z of each point to the height there, or to NaN off the surface. Returns the number
+    /// of heights. It is several times faster a point than heightAt(), most of all if points in
+    /// turn are close to each other.
     int heightsAt(std::span<XPnt3d> points) const;
     /// Returns the surface along the straight line from a to b; see profile() of network.h.
     [[nodiscard]] Polyline profile(const XPnt2d& a, const XPnt2d& b) const;
@@ -329,23 +330,24 @@ public:
 
     // Changes
 
-    /// Adds points, with the tolerance and the heights of the constructor's options. Breaklines stay.
+    /// Adds points, with the tolerance and the heights of the constructor's options. Breaklines
+    /// stay.
     /// @{
     PointReport addPoints(std::span<const XPnt3d> points, IZynProgress* progress = nullptr);
     PointReport addPoints(std::initializer_list<XPnt3d> points) {
         return addPoints(std::span(points.begin(), points.size()));
     }
     /// @}
-    /// Removes a vertex, also one on the hull. Returns false and changes nothing if no vertex has this
-    /// number, or if a breakline goes through it.
+    /// Removes a vertex, also one on the hull. Returns false and changes nothing if no vertex has
+    /// this number, or if a breakline goes through it.
     bool removePoint(int number);
-    /// Makes polylines edges of the surface, in turn. Where lines cross, they share a new vertex, with
-    /// the height of the earlier line; see addBreakline() of network.h. Throws std::invalid_argument
-    /// if the tolerance is negative or NaN.
+    /// Makes polylines edges of the surface, in turn. Where lines cross, they share a new vertex,
+    /// with the height of the earlier line; see addBreakline() of network.h. Throws
+    /// std::invalid_argument if the tolerance is negative or NaN.
     BreaklineReport addBreaklines(std::span<const Polyline> lines,
                                   const BreaklineOptions& options = {});
-    /// Limits every query to triangles whose edges have at most this length in space; `anyEdge` lifts
-    /// the limit. Throws std::invalid_argument for NaN.
+    /// Limits every query to triangles whose edges have at most this length in space; `anyEdge`
+    /// lifts the limit. Throws std::invalid_argument for NaN.
     void setMaxEdge(double length);
 
     // Points
@@ -356,15 +358,16 @@ public:
     [[nodiscard]] int pointCount() const;
     /// Returns the number of vertices.
     [[nodiscard]] int vertexCount() const;
-    /// Returns a point; a vertex has the height that it got. Throws std::invalid_argument if no point
-    /// has this number.
+    /// Returns a point; a vertex has the height that it got. Throws std::invalid_argument if no
+    /// point has this number.
     [[nodiscard]] XPnt3d point(int number) const;
-    /// Returns the number of the vertex that stands for a point, which may be the point itself. Returns
-    /// nothing if the point was not finite or skipped, or if the vertex was removed. Throws
+    /// Returns the number of the vertex that stands for a point, which may be the point itself.
+    /// Returns nothing if the point was not finite or skipped, or if the vertex was removed. Throws
     /// std::invalid_argument if no point has this number.
     [[nodiscard]] std::optional<int> vertexOf(int number) const;
 
-    /// Returns the first broken invariant, or nothing, unless the library has a fault. It checks that:
+    /// Returns the first broken invariant, or nothing, unless the library has a fault. It checks
+    /// that:
     /// - every triangle is counter-clockwise;
     /// - the links between neighbours are mutual;
     /// - every edge that is not constrained is Delaunay;

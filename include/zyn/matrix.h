@@ -264,7 +264,7 @@ public:
     virtual void getMinMax(T& min, T& max) const = 0;
     /// @}
 
-    // Not virtual.
+    // Not virtual
 
     /// Returns whether there is storage.
     [[nodiscard]] bool isValid() const { return data() != nullptr; }

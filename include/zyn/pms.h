@@ -59,7 +59,7 @@ public:
     /// Removes all images, measurements and world points; the interior orientation stays.
     virtual int clear() = 0;
 
-    // Whole blocks.
+    // Whole blocks
 
     /// Returns a new array of the valid world points, in order.
     [[nodiscard]] virtual ref_ptr<Pnt3dArray> getValidWrdPnts() = 0;
@@ -85,7 +85,7 @@ public:
     /// Returns the number of world points, removed ones included.
     [[nodiscard]] virtual int getWrdPntNum() = 0;
 
-    // Cameras and coordinates.
+    // Cameras and coordinates
 
     /// Returns or replaces the interior orientation, which all images share.
     /// @{
@@ -131,7 +131,7 @@ public:
     /// Returns the measurement of the point on the image; an invalid one if there is none.
     [[nodiscard]] virtual XPnt2d getImgPnt(int img, int pnt) = 0;
 
-    // Adding.
+    // Adding
 
     /// Adds a measurement of an existing world point, valid or not, and links the point to it.
     /// - An invalid position is added too. It counts as one of the point's two measurements and as

@@ -104,7 +104,7 @@ public:
     /// does the same.
     virtual void clear() = 0;
 
-    // The cursor over elements.
+    // The cursor over elements
 
     /// Returns the element at the cursor and advances the cursor; returns null at the end.
     [[nodiscard]] virtual E* next() = 0;

@@ -6,8 +6,8 @@
 ///     ref_ptr<StringArray> fields = strSeperator(line, QStringLiteral(" ,\t"));
 ///
 /// The functions print nothing, and throw only std::bad_alloc. Text is in the codec of the locale,
-/// or in Unicode if the file begins with a byte order mark. A progress may be null; see progress.h.
-/// Threads: use an array or a progress on one thread at a time.
+/// or in Unicode if the file begins with a byte order mark. A progress may be null (progress.h);
+/// only writeLines() calls it. Threads: use an array or a progress on one thread at a time.
 #pragma once
 
 #include <zyn/array.h>
@@ -21,7 +21,7 @@ namespace zyn {
 
 class IZynProgress;
 
-// Paths.
+// Paths
 
 /// Returns the absolute path of the directory of `path`.
 [[nodiscard]] ZYN_EXPORT QString getFileDir(QString path);
@@ -32,7 +32,7 @@ class IZynProgress;
 /// Returns whether `path` is an existing file; false for a directory.
 [[nodiscard]] ZYN_EXPORT bool isFileExist(QString path);
 
-// Files of lines.
+// Files of lines
 
 /// Returns the number of line feeds, limited to the largest std::int32_t. Returns 0 if there is no
 /// file that can be read to its end.
@@ -54,10 +54,10 @@ ZYN_EXPORT bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgres
 /// `pnts` unchanged if there is no line, or if the file cannot be read to its end.
 ZYN_EXPORT bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress* progress);
 /// Writes such a file with the six significant digits of XPnt2d::toString(): 432100.125 becomes
-/// 432100. Returns false for an empty path and for null only. Does not call the progress.
+/// 432100. Returns false for an empty path and for null only.
 ZYN_EXPORT bool savePnt2dArray(QString path, ref_ptr<Pnt2dArray> pnts, IZynProgress* progress);
 
-// Strings.
+// Strings
 
 /// Returns the pieces of `str` between characters of `seps`, without empty pieces.
 [[nodiscard]] ZYN_EXPORT ref_ptr<StringArray> strSeperator(QString str, QString seps);
@@ -66,7 +66,7 @@ ZYN_EXPORT bool savePnt2dArray(QString path, ref_ptr<Pnt2dArray> pnts, IZynProgr
 /// Returns whether `c` is among the first `count` of `chars`.
 [[nodiscard]] ZYN_EXPORT bool isCharInArray(QChar c, const QChar* chars, int count) noexcept;
 
-// Numbers as text, independent of the locale.
+// Numbers as text, independent of the locale
 
 /// Returns the number; 0 for text that is not a number or is out of range.
 /// @{

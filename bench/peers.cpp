@@ -1,10 +1,12 @@
 // Compares surfaces in bulk with CGAL's Delaunay triangulation and the mesh generator, in one run.
 //
-// usage: bench_peers [POINTS [RUNS [PART]]] PART is one of the following; default: all.
+// usage: bench_peers [POINTS [RUNS [PART]]]
+//
+// PART is one of these; default: all.
 // - uniform, clusters, grid, rows, scan, terrain: one family of points;
 // - surface: class Surface on all families;
 // - singles: single queries and changes of a Surface;
-// - queries.
+// - queries: heights, contours, rasters, cut and fill.
 //
 // All libraries get the same points, shuffled unless the family defines an order. They take turns;
 // the medians of the runs are compared.

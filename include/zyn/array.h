@@ -170,7 +170,7 @@ public:
         requires(!std::is_pointer_v<E>)
     = delete;
     /// @}
-    /// Refuses a null pointer, which is no array.
+    /// Refuses a null pointer: it is not an array.
     int assign(std::nullptr_t) = delete;
 };
 
@@ -205,7 +205,7 @@ ZYN_ARRAY(TagPnt2dArray, TagPnt2d);
 ZYN_ARRAY(TagPnt3dArray, TagPnt3d);
 ZYN_ARRAY(EllipseArray, ZynEllipse);
 
-// Raw pointers, which are not counted.
+// Raw pointers, which are not counted
 
 ZYN_ARRAY(PCharArray, char*);
 ZYN_ARRAY(PByteArray, unsigned char*);

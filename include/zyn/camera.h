@@ -74,9 +74,10 @@ struct ZYN_EXPORT zynCamOutParam {
     [[nodiscard]] DoubleArray* toArray() const;
 };
 
-/// Everything about one camera. The coefficients are those of the direct linear transformation in
-/// the form x + (L1 X + L2 Y + L3 Z + L4) / (L9 X + L10 Y + L11 Z + 1) = 0 and
-/// y + (L5 X + L6 Y + L7 Z + L8) / (L9 X + L10 Y + L11 Z + 1) = 0.
+/// Everything about one camera. The coefficients are those of the direct linear transformation:
+///
+///     x + (L1 X + L2 Y + L3 Z + L4) / (L9 X + L10 Y + L11 Z + 1) = 0
+///     y + (L5 X + L6 Y + L7 Z + L8) / (L9 X + L10 Y + L11 Z + 1) = 0
 struct ZYN_EXPORT zynCamParam {
     zynCamInParam in;                                     ///< interior orientation
     zynCamOutParam out;                                   ///< exterior orientation

@@ -184,34 +184,34 @@ public:
     // cosine and HSL forms return black. The HSL forms reach their end colour within one step of
     // each channel. The functions are in the order of the modes.
 
-    /// Mode 0: blends the channels linearly.
+    /// Blends the channels linearly (mode 0).
     static std::uint32_t InterpolateLinear(std::uint32_t c0, std::uint32_t c1, float pos,
                                            float start, float end) noexcept;
-    /// Mode 1: returns c0.
+    /// Returns c0 (mode 1).
     static std::uint32_t InterpolateFlatStart(std::uint32_t c0, std::uint32_t c1, float pos,
                                               float start, float end) noexcept;
-    /// Mode 2: returns the mean of both.
+    /// Returns the mean of both (mode 2).
     static std::uint32_t InterpolateFlatMid(std::uint32_t c0, std::uint32_t c1, float pos,
                                             float start, float end) noexcept;
-    /// Mode 3: returns c1.
+    /// Returns c1 (mode 3).
     static std::uint32_t InterpolateFlatEnd(std::uint32_t c0, std::uint32_t c1, float pos,
                                             float start, float end) noexcept;
-    /// Mode 4: blends by a cosine, which changes slowly at both ends.
+    /// Blends by a cosine, which changes slowly at both ends (mode 4).
     static std::uint32_t InterpolateCosine(std::uint32_t c0, std::uint32_t c1, float pos,
                                            float start, float end) noexcept;
-    /// Mode 5: blends hue, saturation and lightness, with rising hue.
+    /// Blends hue, saturation and lightness, with rising hue (mode 5).
     static std::uint32_t InterpolateHSLClockwise(std::uint32_t c0, std::uint32_t c1, float pos,
                                                  float start, float end) noexcept;
-    /// Mode 6: blends them with falling hue to a lower hue, and with rising hue to a higher one.
+    /// Blends them with falling hue to a lower hue, with rising hue to a higher one (mode 6).
     static std::uint32_t InterpolateHSLAntiClockwise(std::uint32_t c0, std::uint32_t c1, float pos,
                                                      float start, float end) noexcept;
-    /// Mode 7: blends them the short way round the hues.
+    /// Blends them the short way round the hues (mode 7).
     static std::uint32_t InterpolateHSLShortest(std::uint32_t c0, std::uint32_t c1, float pos,
                                                 float start, float end) noexcept;
-    /// Mode 8: blends them the long way round.
+    /// Blends them the long way round the hues (mode 8).
     static std::uint32_t InterpolateHSLLongest(std::uint32_t c0, std::uint32_t c1, float pos,
                                                float start, float end) noexcept;
-    /// Mode 9: blends the channels linearly from c1 to c0.
+    /// Blends the channels linearly from c1 to c0 (mode 9).
     static std::uint32_t InterpolateReverse(std::uint32_t c0, std::uint32_t c1, float pos,
                                             float start, float end) noexcept;
 

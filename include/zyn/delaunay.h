@@ -26,14 +26,16 @@
 /// records. A record keeps its address until deleteTriangle or removePoint moves one, or a read
 /// replaces them all.
 ///
-/// Validity: the network is valid after every call. Its triangles are counter-clockwise by exact
-/// arithmetic, and its links are symmetric. Zero-area triangles occur only along the frame or an
-/// open hull, and next to duplicate points. A read checks the numbers in a file, but not the
-/// geometry. Even on a network from a damaged file every call ends, and accesses no foreign memory.
+/// Validity: the network is valid after every call, except that triangulate may fold triangles. Its
+/// triangles are counter-clockwise by exact arithmetic, and its links are symmetric. Zero-area
+/// triangles occur only along the frame or an open hull, and next to duplicate points. A read
+/// checks the numbers in a file, but not the geometry. Even on a network from a damaged file every
+/// call ends, and accesses no foreign memory.
 ///
-/// Errors: if allocation fails, throws std::bad_alloc and leaves the network unchanged, except in:
-/// - enforceEdge: some edges may have been flipped;
-/// - a read: the network may be empty.
+/// Errors: if allocation fails, a call throws std::bad_alloc and leaves the network unchanged,
+/// except:
+/// - after enforceEdge some edges may have been flipped;
+/// - after a read the network may be empty.
 ///
 /// Threads: use an engine on one thread at a time. Different engines share nothing.
 #pragma once

@@ -5,7 +5,7 @@
 ///     ref_ptr<IZynLasDrawParam> param = newZynLasDrawParam();
 ///     param->ramp = newZynColorRamp();
 ///     param->classes[2].value = 2;                        // the application knows class 2
-///     param->assignPntClass(read);                        // takes colour, name, visibility from it
+///     param->assignPntClass(read);                        // copies colour, name, visibility
 #pragma once
 
 #include <zyn/array.h>

@@ -14,11 +14,11 @@
 ///     setImgNum(table.get(), 3);
 ///     cam.imageIndex = 0;                                     // before the record is set
 ///     table->setCamOutParam(0, cam);
-///     ref_ptr<Pnt2dArray> seen = newPnt2dArray();             // one entry an image,
-///     seen->resize(3);                                        // invalid where it is not seen
+///     ref_ptr<Pnt2dArray> seen = newPnt2dArray();             // one entry per image,
+///     seen->resize(3);                                        // invalid if it is not seen
 ///     seen->getRef(0).set(0.001, 0.002);
 ///     seen->getRef(2).set(0.003, 0.002);
-///     const int pnt = table->getWrdPntNum();                  // the index that comes next
+///     const int pnt = table->getWrdPntNum();                  // the index of the next point
 ///     if (table->addWrdPnt(seen) == 0 && table->getWrdPntNum() > pnt) {
 ///         table->getWrdPntObservations(pnt, pnts.get(), cams.get());
 ///         table->setWrdPnt(pnt, intersection);

@@ -129,7 +129,7 @@ public:
     /// Returns "x,y", each with six significant digits; ignores the argument.
     [[nodiscard]] ZYN_EXPORT QString toString(int) const
         requires std::same_as<T, double>;
-    /// Reads two numbers, parted by the first comma. Returns false and changes nothing unless each
+    /// Reads two numbers, separated by the first comma. Returns false and changes nothing unless each
     /// part is a number as a whole.
     ZYN_EXPORT bool frString(QString text)
         requires std::same_as<T, double>;

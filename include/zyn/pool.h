@@ -3,7 +3,7 @@
 ///
 /// A pool is a chain of blocks of 65536 elements, and grows at its end. The address of an element
 /// stays valid until the pool is emptied. All pool classes have the same operations in the same
-/// order (TypedPool), and each has a factory, which makes it with count 0.
+/// order (TypedPool). Each except the pools of pools has a factory, which makes it with count 0.
 ///
 ///     auto pool = make<Pnt3dPool>();                        // a ref_ptr
 ///     XPnt3d* first = pool->append(XPnt3d(1, 2, 3));        // stays where it is
@@ -176,7 +176,7 @@ ZYN_POOL(Pnt2dPool, XPnt2d);
 ZYN_POOL(Pnt3fPool, XPnt3f);
 ZYN_POOL(Pnt3dPool, XPnt3d);
 
-// Raw pointers, which are not counted.
+// Raw pointers, which are not counted
 
 ZYN_POOL(PBytePool, unsigned char*);
 ZYN_POOL(PCharPool, char*);
@@ -189,7 +189,7 @@ ZYN_POOL(PPnt2dPool, XPnt2d*);
 ZYN_POOL(PPnt3fPool, XPnt3f*);
 ZYN_POOL(PPnt3dPool, XPnt3d*);
 
-// Pools of pools. The library has no implementation of these.
+// Pools of pools, which the library does not implement
 
 ZYN_POOL_CLASS(PPnt3dPoolPool, PPnt3dPool*);
 ZYN_POOL_CLASS(PPnt3fPoolPool, PPnt3fPool*);

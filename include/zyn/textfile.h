@@ -47,8 +47,8 @@ class IZynProgress;
 /// the lines, or after each if there are fewer than 20.
 ZYN_EXPORT bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgress* progress);
 
-// Text point files: one point per line, in the first two fields. Blanks, commas or tabs part
-// fields.
+// Text point files: one point per line, in the first two fields. Blanks, commas or tabs
+// separate fields.
 
 /// Puts the points into a new array, and skips lines without a point. Returns false and leaves
 /// `pnts` unchanged if there is no line, or if the file cannot be read to its end.

@@ -18,7 +18,7 @@
 ///     }
 ///
 /// Use the float record for small extents near the origin, and the double one for coordinates on
-/// the ground. The float record computes some results in double, where its comments say so.
+/// the ground. The float record measures in float, except in ray_intersect3d.
 ///
 /// Ownership: a record owns neither its corners nor its neighbours; the engine (delaunay.h) owns
 /// the records of its network.

@@ -99,7 +99,7 @@ public:
     /// Inserts the point, which becomes a vertex by its address. Returns false and changes no
     /// triangle if:
     /// - the point is outside the frame, is not finite, or x or y is beyond 1e100;
-    /// - both x and y are within `tolerance` of a corner of the triangle that holds it;
+    /// - both x and y are within `tolerance` of a corner of the triangle that contains it;
     /// - the same object is a vertex already, whatever the tolerance;
     /// - `tolerance` is not a number, or `p` is null.
     ///
@@ -160,7 +160,7 @@ public:
     /// Returns true without new triangles if the rounded points are all equal or collinear. Returns
     /// false and changes nothing if:
     /// - the engine holds anything other than its two frame triangles;
-    /// - `points` is null, or has fewer than three points;
+    /// - `points` is null, or `count` is below 3;
     /// - a coordinate is not finite as a float;
     /// - the build is without the generator.
     ///

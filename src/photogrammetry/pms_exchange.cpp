@@ -72,7 +72,7 @@ int CZynPMSDataTable::exportData(const ref_ptr<Pnt2dArrayArray>& imgPnts,
         columns.push_back({img, found != nullptr ? found->pnts->data() : nullptr});
     }
     // In tiles of points, so that each column is written in runs.
-    const auto forLinks = [&](auto use) {
+    const auto forEachLink = [&](auto use) {
         constexpr int tile = 64;
         std::array<std::span<const int>, tile> links;
         for (int first = 0; first < kept.size(); first += tile) {
@@ -90,14 +90,14 @@ int CZynPMSDataTable::exportData(const ref_ptr<Pnt2dArrayArray>& imgPnts,
             }
         }
     };
-    forLinks([](Column& column, int, int) { ++column.count; });
+    forEachLink([](Column& column, int, int) { ++column.count; });
     for (Column& column : columns) {
         column.pnts->resize(column.count);
         column.ids->resize(column.count);
         column.xy = column.pnts->data();
         column.id = column.ids->data();
     }
-    forLinks([](Column& column, int idx, int number) {
+    forEachLink([](Column& column, int idx, int number) {
         *column.xy++ = column.measured[idx];
         *column.id++ = number;
     });

@@ -78,7 +78,7 @@ private:
     /// The record of an image of the table, or null.
     const _ZynImgPntsData* record(int img) const;
     template <class Use>
-    void forLinked(int img, Use use) const;
+    void forEachLinked(int img, Use use) const;
     /// The measurement of a point on an image of the table, or -1.
     int linkOn(int img, int pnt) const;
     bool areTwoPoints(int a, int b) const;

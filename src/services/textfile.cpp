@@ -87,7 +87,7 @@ std::int64_t lineFeeds(std::string_view text) {
 /// Calls use(line, isEnded) for each line of the file that is not empty, without carriage returns; only
 /// the last one may lack its end. Whether the file could be read to its end.
 template <class Use>
-bool forLines(QFile& file, Use use) {
+bool forEachLine(QFile& file, Use use) {
     constexpr std::size_t blockSize = std::size_t(1) << 18;
     std::vector<char> buffer;
     for (bool atEnd = false; !atEnd;) {
@@ -212,7 +212,7 @@ bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress*) {
             return isEnded ? codec->toUnicode(line.data(), size)
                            : codec->toUnicode(line.data(), size, &cutOff);
         };
-        const bool isWhole = forLines(file, [&](std::string_view line, bool isEnded) {
+        const bool isWhole = forEachLine(file, [&](std::string_view line, bool isEnded) {
             if (isPlain(line)) {
                 hasLine = true;
                 if (toPoint(line, point)) { points->append(point); }

@@ -88,7 +88,7 @@ private:
         if (!engine.insert(&p, tolerance, hint(), fixed)) { return false; }
         if constexpr (DelaunayEngine<Real>::isDouble) { engine.number(&p, 1); }
         Real* const v = p;
-        forRing(engine.newest(), engine.newest()->index(v), engine.count(),
+        forEachAround(engine.newest(), engine.newest()->index(v), engine.count(),
                 [this, v](Tri* t, int i) {
                     fixed.giveWay(t->vertex[after[i]], t->vertex[before[i]], v);
                     return false;
@@ -112,7 +112,7 @@ private:
             places.pop_back();
             const int slot = start == nullptr ? 3 : start->index(v);
             if (slot == 3) { continue; }
-            forRing(start, slot, engine.count(), [&, v = v](Tri* t, int i) {
+            forEachAround(start, slot, engine.count(), [&, v = v](Tri* t, int i) {
                 for (Real* const w : {t->vertex[after[i]], t->vertex[before[i]]}) {
                     if (fixed.contains(v, w) &&
                         planeDistance(w, line.to) < planeDistance(v, line.to) + snap.reach(line) &&
@@ -213,7 +213,7 @@ private:
         Real* const v = t->vertex[i];
         if (!snap.isClose(line, v) || !isBetween(line, v)) { return nullptr; }
         bool isOnFixed = false;
-        forRing(t, i, engine.count(), [&](const Tri* n, int at) {
+        forEachAround(t, i, engine.count(), [&](const Tri* n, int at) {
             isOnFixed =
                 fixed.contains(v, n->vertex[after[at]]) || fixed.contains(v, n->vertex[before[at]]);
             return isOnFixed;

@@ -152,7 +152,7 @@ void SurfaceState::restoreAt(int first, int count) {
         tind* const t = network.engine->locateFrom(network.start(xyOf(v)), xyOf(v));
         const int corner = t == nullptr ? 3 : t->index(v);
         if (corner == 3) { continue; }
-        forRing(t, corner, network.engine->count(), [&pending](tind* n, int) {
+        forEachAround(t, corner, network.engine->count(), [&pending](tind* n, int) {
             pending.push_back(n);
             return false;
         });
@@ -278,7 +278,7 @@ bool SurfaceState::removeVertex(int number) {
     const int corner = t == nullptr ? 3 : t->index(v);
     if (corner == 3) { return false; }
     bool isOnLine = false;
-    forRing(t, corner, network.engine->count(), [&](const tind* n, int i) {
+    forEachAround(t, corner, network.engine->count(), [&](const tind* n, int i) {
         isOnLine =
             network.isFixed(v, n->vertex[after[i]]) || network.isFixed(v, n->vertex[before[i]]);
         return isOnLine;

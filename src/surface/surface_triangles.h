@@ -40,7 +40,7 @@ public:
     /// A triangle of the surface round the vertex at corner `i` of t, or null.
     [[nodiscard]] Tri* round(Tri* t, int i) const {
         Tri* found = nullptr;
-        forRing(t, i, engine->count(), [this, &found](Tri* n, int) {
+        forEachAround(t, i, engine->count(), [this, &found](Tri* n, int) {
             if (has(n)) { found = n; }
             return found != nullptr;
         });

@@ -114,7 +114,7 @@ public:
 protected:
     /// Calls `use(t)` for every triangle of the surface, in pool order.
     template <class Use>
-    void forSurface(Use use) const {
+    void forEachSurfaceTriangle(Use use) const {
         for (std::size_t n = 0; n < Pool::count(); ++n) {
             if (const Tri* const t = Pool::at(n); !isFrameTriangle(t)) { use(t); }
         }
@@ -131,8 +131,8 @@ private:
 
     // engine_insert.inl
     Tri* locateFrom(Tri* start, Xy q, bool& isInside) const;
-    Tri* settle(Tri* t, Xy q) const;
-    Tri* leaveFlat(Tri* flat, Xy q) const;
+    Tri* finishExactly(Tri* t, Xy q) const;
+    Tri* leaveDegenerate(Tri* flat, Xy q) const;
     Tri* searchPool(Xy q) const;
     static Real* cornerWithin(const Tri* t, const Pnt& p, Real tolerance);
     void noteFlatTriangles(const Tri* t, Real* p);

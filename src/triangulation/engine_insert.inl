@@ -57,7 +57,7 @@ TinRecord<Real>* DelaunayEngine<Real>::locateFrom(Tri* start, Xy q, bool& isInsi
     const WalkEnd end =
         walk(t, [q, &isInside](Tri* from) { return stepTowards(from, q, isInside); });
     if (end == WalkEnd::circling) { return searchPool(q); }
-    return isInside ? t : settle(t, q);
+    return isInside ? t : finishExactly(t, q);
 }
 
 template <class Real>
@@ -78,7 +78,7 @@ TinRecord<Real>* DelaunayEngine<Real>::sample(Xy q) const {
 
 /// Goes on by exact orientation, from where rounding may have stopped the walk too early.
 template <class Real>
-TinRecord<Real>* DelaunayEngine<Real>::settle(Tri* t, Xy q) const {
+TinRecord<Real>* DelaunayEngine<Real>::finishExactly(Tri* t, Xy q) const {
     const auto step = [q](Tri* from) -> Tri* {
         const Xy a = xyOf(from->vertex[0]), b = xyOf(from->vertex[1]), c = xyOf(from->vertex[2]);
         if (orientation(a, b, q) < 0) { return from->neighbor[2]; }
@@ -93,7 +93,7 @@ TinRecord<Real>* DelaunayEngine<Real>::settle(Tri* t, Xy q) const {
     }
     return orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) > 0
                ? t
-               : leaveFlat(t, q);
+               : leaveDegenerate(t, q);
 }
 
 /// False for null too.
@@ -114,7 +114,7 @@ bool holds(const TinRecord<Real>* t, Xy q) {
 /// How promising it is to cross edge i of a triangle of no area on the way to q on its line: first
 /// an edge that q lies on, then the longest, beyond which the triangles reach farther.
 template <class Real>
-int promise(const TinRecord<Real>* flat, int i, Xy q) {
+int crossingRank(const TinRecord<Real>* flat, int i, Xy q) {
     const Xy a = xyOf(flat->vertex[after[i]]), b = xyOf(flat->vertex[before[i]]);
     const Xy c = xyOf(flat->vertex[i]);
     const auto spans = [a, b](Xy p) {
@@ -127,7 +127,7 @@ int promise(const TinRecord<Real>* flat, int i, Xy q) {
 /// From a triangle of no area, which holds every point of its line or none: the triangle with an
 /// area beside it and its like that really holds q.
 template <class Real>
-TinRecord<Real>* DelaunayEngine<Real>::leaveFlat(Tri* flat, Xy q) const {
+TinRecord<Real>* DelaunayEngine<Real>::leaveDegenerate(Tri* flat, Xy q) const {
     std::vector<Tri*> toVisit{flat};
     std::unordered_set<const Tri*> seen{flat};
     while (!toVisit.empty()) {
@@ -136,7 +136,7 @@ TinRecord<Real>* DelaunayEngine<Real>::leaveFlat(Tri* flat, Xy q) const {
         for (int wanted = 0; wanted < 3; ++wanted) {  // what is pushed last is visited first
             for (int i = 0; i < 3; ++i) {
                 Tri* const n = t->neighbor[i];
-                if (n == nullptr || promise(t, i, q) != wanted || !seen.insert(n).second) {
+                if (n == nullptr || crossingRank(t, i, q) != wanted || !seen.insert(n).second) {
                     continue;
                 }
                 if (holds(n, q)) { return n; }

@@ -43,7 +43,7 @@ bool DelaunayEngine<Real>::bounds(Real& minX, Real& minY, Real& minZ, Real& maxX
                                   Real& maxZ) const {
     Pnt low, high;
     bool isFirst = true;
-    forSurface([&](const Tri* t) {
+    forEachSurfaceTriangle([&](const Tri* t) {
         for (const Real* const v : t->vertex) {
             const Pnt p(v);
             low = isFirst ? p : low.set_min(p);
@@ -84,28 +84,28 @@ int DelaunayEngine<Real>::vertexCount() const {
 template <class Real>
 int DelaunayEngine<Real>::surfaceTriangleCount() const {
     int count = 0;
-    forSurface([&count](const Tri*) { ++count; });
+    forEachSurfaceTriangle([&count](const Tri*) { ++count; });
     return count;
 }
 
 template <class Real>
 Real DelaunayEngine<Real>::surfaceArea() const {
     Real area = 0;
-    forSurface([&area](const Tri* t) { area += t->Area(); });
+    forEachSurfaceTriangle([&area](const Tri* t) { area += t->Area(); });
     return area;
 }
 
 template <class Real>
 Real DelaunayEngine<Real>::surfaceAreaHorizen() const {
     Real area = 0;
-    forSurface([&area](const Tri* t) { area += t->AreaHorizen(); });
+    forEachSurfaceTriangle([&area](const Tri* t) { area += t->AreaHorizen(); });
     return area;
 }
 
 template <class Real>
 int DelaunayEngine<Real>::compactVertices() {
     VertexNumbers<Real> numbers(Pool::count());
-    forSurface([&numbers](const Tri* t) {
+    forEachSurfaceTriangle([&numbers](const Tri* t) {
         for (Real* const v : t->vertex) { numbers(v); }
     });
     const std::vector<Real*>& vertices = numbers.vertices();

@@ -347,14 +347,14 @@ void DelaunayEngine<Real>::legaliseHole(Star& star, Passes& passes) {
         return std::less<>()(a.first, b.first);
     };
     std::sort(numbers.begin(), numbers.end(), isBefore);
-    const auto numberOf = [&](const Tri* t) {
+    const auto triangleIndex = [&](const Tri* t) {
         const auto found = std::lower_bound(numbers.begin(), numbers.end(),
                                             std::pair(t, std::size_t{0}), isBefore);
         return found != numbers.end() && found->first == t ? found->second : inner.size();
     };
     const auto isIllegal = [&](const Tri* t, int slot) {
         Tri* const n = t->neighbor[slot];
-        if (numberOf(n) == inner.size()) { return false; }
+        if (triangleIndex(n) == inner.size()) { return false; }
         const int j = n->index(t);
         return j != 3 && inCircle(t->vertex[slot], t->vertex[after[slot]], t->vertex[before[slot]],
                                   n->vertex[j]) > 0;
@@ -366,8 +366,8 @@ void DelaunayEngine<Real>::legaliseHole(Star& star, Passes& passes) {
             Tri* const n = t->neighbor[slot];
             flipIfIllegal({t, slot});
             for (const Tri* const changed : {t, n}) {
-                passes.add(numberOf(changed));
-                for (const Tri* const beside : changed->neighbor) { passes.add(numberOf(beside)); }
+                passes.add(triangleIndex(changed));
+                for (const Tri* const beside : changed->neighbor) { passes.add(triangleIndex(beside)); }
             }
         }
     }

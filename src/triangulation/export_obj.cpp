@@ -10,7 +10,7 @@ namespace zyn {
 namespace {
 
 /// The number that addPoint gave to the point behind a vertex.
-int numberOf(const double* vertex) { return reinterpret_cast<const XPnt3d*>(vertex)->inten; }
+int pointNumberOf(const double* vertex) { return reinterpret_cast<const XPnt3d*>(vertex)->inten; }
 
 class ObjLines : public tin_file::Writer {
 public:
@@ -56,7 +56,7 @@ bool delaunayD::exportObj(std::span<const XPnt3d> points, const char* path, doub
             continue;
         }
         file.face(
-            {numberOf(t->vertex[0]) + 1, numberOf(t->vertex[1]) + 1, numberOf(t->vertex[2]) + 1});
+            {pointNumberOf(t->vertex[0]) + 1, pointNumberOf(t->vertex[1]) + 1, pointNumberOf(t->vertex[2]) + 1});
     }
     std::printf("Done!");
     return file.commit();

@@ -11,7 +11,7 @@ namespace zyn {
 /// i: round to `start` again, or from there to an open edge either way, until `use` gives true. No more
 /// than `most` of them: links of a damaged network may circle.
 template <class Real, class Use>
-void forRing(TinRecord<Real>* start, int slot, std::size_t most, Use use) {
+void forEachAround(TinRecord<Real>* start, int slot, std::size_t most, Use use) {
     const Real* const v = start->vertex[slot];
     if (use(start, slot)) { return; }
     for (const auto& side : {after, before}) {

@@ -89,10 +89,10 @@ private:
         if constexpr (DelaunayEngine<Real>::isDouble) { engine.number(&p, 1); }
         Real* const v = p;
         forEachAround(engine.newest(), engine.newest()->index(v), engine.count(),
-                [this, v](Tri* t, int i) {
-                    fixed.giveWay(t->vertex[after[i]], t->vertex[before[i]], v);
-                    return false;
-                });
+                      [this, v](Tri* t, int i) {
+                          fixed.giveWay(t->vertex[after[i]], t->vertex[before[i]], v);
+                          return false;
+                      });
         fixed.requireMemory();
         return true;
     }

@@ -367,7 +367,9 @@ void DelaunayEngine<Real>::legaliseHole(Star& star, Passes& passes) {
             flipIfIllegal({t, slot});
             for (const Tri* const changed : {t, n}) {
                 passes.add(triangleIndex(changed));
-                for (const Tri* const beside : changed->neighbor) { passes.add(triangleIndex(beside)); }
+                for (const Tri* const beside : changed->neighbor) {
+                    passes.add(triangleIndex(beside));
+                }
             }
         }
     }

@@ -55,8 +55,8 @@ bool delaunayD::exportObj(std::span<const XPnt3d> points, const char* path, doub
         if (isFrameTriangle(t) || (maxEdge < noFilter && longestEdge2(t) > maxEdge * maxEdge)) {
             continue;
         }
-        file.face(
-            {pointNumberOf(t->vertex[0]) + 1, pointNumberOf(t->vertex[1]) + 1, pointNumberOf(t->vertex[2]) + 1});
+        file.face({pointNumberOf(t->vertex[0]) + 1, pointNumberOf(t->vertex[1]) + 1,
+                   pointNumberOf(t->vertex[2]) + 1});
     }
     std::printf("Done!");
     return file.commit();

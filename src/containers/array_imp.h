@@ -21,7 +21,7 @@
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Throws std::out_of_range, "invalid vector<T> subscript".
 [[noreturn]] void throwInvalidSubscript();
@@ -228,4 +228,4 @@ private:
     }
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Gauss-Jordan elimination with full pivoting, on the n x n elements at `a`, row by row.
 template <class T>
@@ -91,4 +91,4 @@ private:
     Pivot* pivots;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -9,6 +9,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 namespace {
 
 constexpr std::size_t headSize = 3 * sizeof(float) + sizeof(std::int16_t);

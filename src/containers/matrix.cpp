@@ -8,6 +8,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 using wrapping::plus;
 using wrapping::times;
 

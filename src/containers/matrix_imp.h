@@ -3,7 +3,7 @@
 
 #include <zyn/matrix.h>
 
-namespace zyn {
+namespace zyn::detail {
 
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"  // as in matrix<T>
@@ -73,4 +73,4 @@ private:
 
 #pragma GCC diagnostic pop
 
-}  // namespace zyn
+}  // namespace zyn::detail

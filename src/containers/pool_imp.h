@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 inline constexpr std::size_t poolBlockSize = 65536;
 
@@ -153,4 +153,4 @@ private:
     std::size_t walkedBlock = 0;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,7 +1,7 @@
 // Telling the processor what will be read soon.
 #pragma once
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Starts to bring the cache line of `address` into the cache. Changes nothing; where the compiler has
 /// no way to say so, does nothing.
@@ -13,4 +13,4 @@ inline void prefetch([[maybe_unused]] const void* address) {
 #endif
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

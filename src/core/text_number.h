@@ -4,7 +4,7 @@
 #include <charconv>
 #include <string>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Appends `value` in the form that `arguments` of std::to_chars ask for: nothing for the fewest
 /// digits that bring back the same number, or a std::chars_format and a precision.
@@ -15,4 +15,4 @@ void appendNumber(std::string& text, Number value, Arguments... arguments) {
     text.append(digits, end);
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

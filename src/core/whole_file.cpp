@@ -7,7 +7,7 @@
 #include <climits>
 #include <string_view>
 
-namespace zyn {
+namespace zyn::detail {
 
 namespace {
 
@@ -153,4 +153,4 @@ void WholeFile::drop() {
 
 WholeFile::~WholeFile() { drop(); }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -12,7 +12,7 @@
 #include <string>
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -100,4 +100,4 @@ bool WholeFile::write(Put put) {
     return isOpen() && text.status() == QTextStream::Ok;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

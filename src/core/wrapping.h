@@ -4,7 +4,7 @@
 
 #include <concepts>
 
-namespace zyn::wrapping {
+namespace zyn::detail::wrapping {
 
 /// Integers as unsigned ones of at least 32 bits; floats as they are.
 template <class T>
@@ -32,4 +32,4 @@ constexpr T negated(T a) noexcept {
     return static_cast<T>(-widened(a));
 }
 
-}  // namespace zyn::wrapping
+}  // namespace zyn::detail::wrapping

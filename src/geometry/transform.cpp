@@ -9,6 +9,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 namespace {
 
 constexpr double invalidComponent = invalidCoordinate<double>;

@@ -15,6 +15,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 namespace {
 
 void unsetOrientation(zynCamOutParam& cam) {

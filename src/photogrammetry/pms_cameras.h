@@ -3,7 +3,7 @@
 
 #include <zyn/camera.h>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// One record an image. Its imageIndex is the image's liveness: -1 is a removed one.
 class CZynPMSCamParaTable final {
@@ -28,4 +28,4 @@ private:
     ref_ptr<CamParaArray> cameras;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 namespace {
 
@@ -147,4 +147,4 @@ int CZynPMSDataTable::importData(const ref_ptr<CamParaArray>& cams, const ref_pt
     return 0;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
 namespace {
 
@@ -99,4 +99,4 @@ void CZynPMSImgPntsTable::setPntId(int img, int idx, int pntId) {
     if (has(record, idx)) { record->ids->getRef(idx) = pntId; }
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -5,7 +5,7 @@
 
 #include <map>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// The measurements of one image, in order of arrival. A removed one is an invalid point.
 class _ZynImgPntsData final : public ZynReferenced {  // NOLINT(bugprone-reserved-identifier)
@@ -53,4 +53,4 @@ private:
     std::map<int, ref_ptr<_ZynImgPntsData>> records;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

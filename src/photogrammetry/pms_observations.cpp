@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 namespace {
 
@@ -136,4 +136,4 @@ XPnt2d CZynPMSDataTable::getImgPnt(int img, int pnt) {
     return measurements->getPnt(img, linkOn(img, pnt));
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
 CZynPMSDataTable::CZynPMSDataTable()
     : cameras(std::make_unique<CZynPMSCamParaTable>()),
@@ -217,6 +217,12 @@ int CZynPMSDataTable::scale(double factor) {
     }
     return 0;
 }
+
+}  // namespace zyn::detail
+
+namespace zyn {
+
+using namespace detail;
 
 IZynPMSDataTable* newZynPMSDataTable() { return new CZynPMSDataTable; }
 

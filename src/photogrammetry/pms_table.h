@@ -9,7 +9,7 @@
 
 #include <memory>
 
-namespace zyn {
+namespace zyn::detail {
 
 // What keeps measurements and links in step: if a link of world point p says measurement m on image
 // i, then m names p. The reverse holds too, except for measurements that addImgPnt has left behind.
@@ -91,4 +91,4 @@ private:
     std::unique_ptr<CZynPMSWrdPntsTable> points;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

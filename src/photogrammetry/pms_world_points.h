@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <span>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Coordinates and links. A link array has the index of the point's measurement on each image, or
 /// -1; what lies beyond its end reads as -1.
@@ -62,4 +62,4 @@ private:
     ref_ptr<IntArrayArray> links;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

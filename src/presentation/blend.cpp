@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zyn {
+namespace zyn::detail {
 
 namespace {
 
@@ -137,4 +137,4 @@ std::uint32_t Blend::rgbOf(const Hsl& hsl) noexcept {
     return 0;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-namespace zyn {
+namespace zyn::detail {
 
 using BlendMode = IZynColorRamp::Mode;
 inline constexpr int blendModeCount = 10;
@@ -41,4 +41,4 @@ private:
     Hsl from, to;  ///< of the HSL modes; to.h is where the hue goes
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -10,6 +10,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 namespace {
 
 class CZynGradeColor final : public IZynGradeColor {

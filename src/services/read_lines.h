@@ -5,9 +5,9 @@
 
 class QString;
 
-namespace zyn {
+namespace zyn::detail {
 
 /// The lines that are not empty, without carriage returns; null when the file cannot be read to its end.
 ref_ptr<StringArray> readWholeFile(const QString& path);
 
-}  // namespace zyn
+}  // namespace zyn::detail

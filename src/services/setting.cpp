@@ -15,6 +15,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 namespace {
 
 class CZynSetting final : public IZynSetting {

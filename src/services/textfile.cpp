@@ -22,6 +22,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 namespace {
 
 QString pointSeparators() { return QStringLiteral(" ,\t\n"); }
@@ -150,7 +152,7 @@ std::int32_t getTxtFileLineNum(QString path, IZynProgress*) {
     return static_cast<std::int32_t>(std::min(count, most));
 }
 
-ref_ptr<StringArray> readWholeFile(const QString& path) {
+ref_ptr<StringArray> detail::readWholeFile(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) { return nullptr; }
     const ref_ptr<StringArray> lines = newStringArray();

@@ -17,6 +17,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 /// Brings polylines into a network.
 ///
 /// A vertex where two lines cross is rounded, and may replace one within the tolerance: both lines

@@ -12,6 +12,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 /// The part of a triangle that covers a grid. Its unit is the cell: whole numbers are the centres.
 ///
 /// A sliver can cross thousands of rows and columns and hold no centre of a cell. The centres also

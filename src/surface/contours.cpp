@@ -14,6 +14,9 @@
 #include <vector>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// Where a line crosses an edge. A crossing at an end of the edge is that vertex.

@@ -12,6 +12,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 /// Makes the segment between two vertices an edge, or a chain of edges through the vertices that lie on
 /// it. Every sign is exact and every flip leaves two counter-clockwise triangles, so the network is
 /// valid at any time.

@@ -9,6 +9,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 /// A walk round the frame. The rim of the surface is the cycle of edges opposite the corners of the
 /// frame: each is an edge of a triangle with one such corner. It runs counter-clockwise, with the
 /// surface on the left, and needs no memory beside the network.

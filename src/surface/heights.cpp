@@ -11,6 +11,9 @@
 #include <span>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 template <class Real>

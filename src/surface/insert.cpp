@@ -9,6 +9,9 @@
 #include <vector>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// An order of insertion made from one along a curve: rounds, each of every eighth point of the next

@@ -13,6 +13,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 /// Returns the indices of the points in an order of insertion: rounds along a Hilbert curve.
 template <class Real>
 [[nodiscard]] std::vector<std::int32_t> insertionOrder(const XPnt3<Real>* points, int count);

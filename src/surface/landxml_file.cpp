@@ -12,6 +12,9 @@
 #include <string>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// The text as the value of an attribute, in UTF-8, without what XML 1.0 has no way to write:

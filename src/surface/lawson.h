@@ -6,6 +6,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 /// Returns the slot of `n` that leads back to `t` across the edge of slot `i`, or 3. Beside points in
 /// one place, two triangles may share more than one edge.
 template <class Real>

@@ -9,6 +9,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 template <class Real>
 bool writeObj(DelaunayInterface<Real>* engine, const char* path, double maxEdge) {
     SurfaceFile<Real> file(engine, path, maxEdge);

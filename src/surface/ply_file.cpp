@@ -13,6 +13,9 @@
 #include <vector>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 struct Vector {
@@ -54,7 +57,7 @@ std::vector<Vector> vertexNormals(SurfaceFile<Real>& file) {
 
 template <class Number>
 void put(std::string& bytes, Number value) {
-    const auto littleEndian = tin_file::bytesOf(value);
+    const auto littleEndian = detail::tin_file::bytesOf(value);
     bytes.append(littleEndian.data(), littleEndian.size());
 }
 

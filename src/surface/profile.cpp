@@ -12,6 +12,9 @@
 #include <vector>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// Walks along a-b from triangle to triangle. A vertex on the line counts as lying to its left, which

@@ -10,6 +10,9 @@
 #include <limits>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// The centres of cells along one axis.

@@ -14,6 +14,9 @@
 #include <vector>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// Whether no triangle runs clockwise and all links are mutual, across the same edge, and stay in the

@@ -12,6 +12,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 /// A straight piece between two vertices.
 template <class Real>
 struct VertexSegment {

@@ -11,6 +11,9 @@
 #include <utility>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 // The curve. A cell's place is found from its upper bits down: two bits, one of x and one of y, give

@@ -6,6 +6,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 StartGrid::StartGrid(const Engine& engine, double minX_, double minY_, double maxX, double maxY)
     : minX(minX_), minY(minY_), triangles(engine.count()) {
     constexpr std::size_t trianglesPerCell = 8;

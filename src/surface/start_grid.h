@@ -9,6 +9,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 /// A coarse grid over a network. Each cell names a triangle near it. A hint stays good enough as the
 /// network changes; it may be stale, but leads to some triangle. Looking up changes nothing.
 class StartGrid {

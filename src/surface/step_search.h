@@ -9,6 +9,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 /// What is in the way from a vertex a towards a vertex b.
 template <class Real>
 struct StepTowards {

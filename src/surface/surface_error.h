@@ -10,6 +10,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 template <class Value>
 [[noreturn]] void throwBad(const std::string& text, Value value) {
     std::string whole = "zyn::Surface: " + text + ": ";

@@ -14,8 +14,10 @@
 
 namespace zyn {
 
+using namespace detail;
+
 template <class Real>
-class SurfaceFile : public tin_file::Writer {
+class SurfaceFile : public detail::tin_file::Writer {
 public:
     /// The numbers of the corners, from 0.
     using Face = std::int32_t[3];

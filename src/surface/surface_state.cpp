@@ -12,6 +12,9 @@
 #include <cmath>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// Frames stay within what the predicates take.

@@ -19,6 +19,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 /// A box in the plane, empty at first.
 struct PlanBox {
     double minX = HUGE_VAL, minY = HUGE_VAL, maxX = -HUGE_VAL, maxY = -HUGE_VAL;

@@ -15,6 +15,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 /// Which triangles of an engine make up its surface.
 template <class Real>
 class SurfaceTriangles {

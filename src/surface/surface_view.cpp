@@ -15,6 +15,9 @@
 #include <utility>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 using Triangles = SurfaceTriangles<double>;

@@ -9,6 +9,9 @@
 #include <limits>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// What a triangle of plan area `area` has on either side of the plane, by the heights of its corners

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// The numbers from 0 to count - 1 in a circle, from which each can be taken out.
 class Cycle {
@@ -29,4 +29,4 @@ private:
     std::vector<Links> links;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

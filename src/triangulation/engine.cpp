@@ -11,7 +11,7 @@
 
 #include <algorithm>
 
-namespace zyn {
+namespace zyn::detail {
 
 template <class Real>
 DelaunayEngine<Real>::DelaunayEngine(Real z, Real minX, Real minY, Real maxX, Real maxY)
@@ -61,6 +61,12 @@ bool delaunayF::rayNearest(const XPnt3f& p1, const XPnt3f& p2, float* t) {
     *t = nearest;
     return true;
 }
+
+}  // namespace zyn::detail
+
+namespace zyn {
+
+using namespace detail;
 
 IZynDelaunay* newZynDelaunay(float z, float minX, float minY, float maxX, float maxY) {
     return new delaunayF(z, minX, minY, maxX, maxY);
@@ -152,9 +158,9 @@ bool readText(DelaunayInterface<Real>& engine, const char* path) {
     return onEngine(&engine, [path](auto& e) { return e.readText(path); });
 }
 
-template class DelaunayEngine<float>;
-template bool DelaunayEngine<float>::insert(Pnt*, float, Tri*, NoFixedEdges&);
-template bool DelaunayEngine<float>::insert(Pnt*, float, Tri*, FixedEdges<float>&);
+template class detail::DelaunayEngine<float>;
+template bool detail::DelaunayEngine<float>::insert(Pnt*, float, Tri*, NoFixedEdges&);
+template bool detail::DelaunayEngine<float>::insert(Pnt*, float, Tri*, FixedEdges<float>&);
 template int vertexCount(DelaunayInterface<float>*);
 template int allVertexCount(DelaunayInterface<float>*);
 template int surfaceTriangleCount(DelaunayInterface<float>*);
@@ -169,9 +175,9 @@ template bool readText(DelaunayInterface<float>*, const char*, float*&, int&);
 template bool readBinary(DelaunayInterface<float>&, const char*);
 template bool readText(DelaunayInterface<float>&, const char*);
 
-template class DelaunayEngine<double>;
-template bool DelaunayEngine<double>::insert(Pnt*, double, Tri*, NoFixedEdges&);
-template bool DelaunayEngine<double>::insert(Pnt*, double, Tri*, FixedEdges<double>&);
+template class detail::DelaunayEngine<double>;
+template bool detail::DelaunayEngine<double>::insert(Pnt*, double, Tri*, NoFixedEdges&);
+template bool detail::DelaunayEngine<double>::insert(Pnt*, double, Tri*, FixedEdges<double>&);
 template int vertexCount(DelaunayInterface<double>*);
 template int allVertexCount(DelaunayInterface<double>*);
 template int surfaceTriangleCount(DelaunayInterface<double>*);

@@ -22,7 +22,7 @@
 #include <unordered_set>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 template <class Real>
 class DelaunayEngine
@@ -209,4 +209,4 @@ public:
     bool exportObj(std::span<const XPnt3d> points, const char* path, double maxEdge) override;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -4,7 +4,7 @@
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
 
-namespace zyn {
+namespace zyn::detail {
 namespace {
 
 /// The triangles from `from`, which holds a, to the one that holds b. Longer than `limit` only in a
@@ -63,4 +63,4 @@ TinRecord<Real>* DelaunayEngine<Real>::enforceEdge(Real* a, Real* b, Tri* hint) 
     return start;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

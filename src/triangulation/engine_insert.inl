@@ -11,7 +11,7 @@
 #include <unordered_set>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 template <class Real>
 bool DelaunayEngine<Real>::addPoint(Pnt* p, Real tolerance) {
@@ -283,4 +283,4 @@ inline auto DelaunayEngine<Real>::flipIfIllegal(Corner corner, FixedEdges& fixed
     return {n, before[j]};
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

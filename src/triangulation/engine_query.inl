@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace zyn {
+namespace zyn::detail {
 
 template <class Real>
 TinRecord<Real>* DelaunayEngine<Real>::nextTriangle() {
@@ -128,4 +128,4 @@ int DelaunayEngine<Real>::compactVertices() {
     return static_cast<int>(vertices.size());
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

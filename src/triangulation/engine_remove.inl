@@ -12,7 +12,7 @@
 #include <queue>
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
 template <class Real>
 bool DelaunayEngine<Real>::deleteTriangle(Tri* t) {
@@ -105,7 +105,7 @@ bool DelaunayEngine<Real>::removeVertex(Tri* t, int corner) {
 /// - the ring does not close, or is longer than the record follows one.
 template <class Real>
 bool DelaunayEngine<Real>::collectStar(Tri* t, int corner, Star& star, bool mayBeOpen) const {
-    constexpr auto longest = static_cast<std::size_t>(tin_detail::ringSteps<Real>);
+    constexpr auto longest = static_cast<std::size_t>(record::ringSteps<Real>);
     star.centre = t->vertex[corner];
     Tri* current = t;
     do {
@@ -375,4 +375,4 @@ void DelaunayEngine<Real>::legaliseHole(Star& star, Passes& passes) {
     }
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Takes values for ascending places and turns them into digits.
 class ExactInteger::Builder {
@@ -129,4 +129,4 @@ int compareProducts(const ExactInteger& a, const ExactInteger& b, const ExactInt
     return (a * b - c * d).sign();
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

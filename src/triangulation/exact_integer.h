@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// A sum of signed digits times powers of 2^32. Each digit is at least -2^31 and below 2^31, so
 /// that the difference of a large number and a small one has few digits, with none between them.
@@ -51,4 +51,4 @@ private:
     std::array<Digit, capacity> digit;  // ascending places
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -6,7 +6,7 @@
 
 #include <cstddef>
 
-namespace zyn::expansion {
+namespace zyn::detail::expansion {
 
 /// 2^27 + 1: splits a double into two halves of 26 bits.
 inline constexpr double splitter = 134217729.0;
@@ -129,4 +129,4 @@ Expansion<2 * N * M> product(const Expansion<N>& e, const Expansion<M>& f) {
     return result;
 }
 
-}  // namespace zyn::expansion
+}  // namespace zyn::detail::expansion

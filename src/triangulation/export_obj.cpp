@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-namespace zyn {
+namespace zyn::detail {
 namespace {
 
 /// The number that addPoint gave to the point behind a vertex.
@@ -62,4 +62,4 @@ bool delaunayD::exportObj(std::span<const XPnt3d> points, const char* path, doub
     return file.commit();
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -13,7 +13,7 @@
 #include <unordered_set>
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// For networks without such edges; costs nothing.
 struct NoFixedEdges {
@@ -160,4 +160,4 @@ private:
     bool lacksMemory = false;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -3,7 +3,7 @@
 
 #include <zyn/tin.h>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// (i + 1) % 3 and (i + 2) % 3; the entry for 3, "no corner", is that of 0.
 inline constexpr int after[4] = {1, 2, 0, 1};
@@ -44,4 +44,4 @@ template <class Real>
     redirect(y, n, s);
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

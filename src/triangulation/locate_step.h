@@ -8,7 +8,7 @@
 #include <bit>
 #include <cstdint>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// 1 for a number below 0, otherwise 0, -0 included; without a comparison, which compilers turn into
 /// a branch.
@@ -33,4 +33,4 @@ inline TinRecord<Real>* stepTowards(TinRecord<Real>* t, Xy q, bool& isInside) {
     return t;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -12,7 +12,7 @@
 #include <span>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 namespace {
 
 /// x and y of each point as the generator is to see them. They are stored as float and widened in a
@@ -133,4 +133,4 @@ bool delaunayD::triangulate(Pnt3dArray* points) {
     return self->triangulate(pointers->data(), pointers->size());
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

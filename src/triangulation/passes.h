@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Passes over the numbers below `count` in ascending order. The first pass has all of them, a later
 /// one those that were added since their turn. Ends when a pass has none, or after `most` passes.
@@ -56,4 +56,4 @@ private:
     bool hasBegun = false;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

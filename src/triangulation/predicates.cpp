@@ -6,7 +6,7 @@
 #include <array>
 #include <span>
 
-namespace zyn {
+namespace zyn::detail {
 namespace {
 
 using expansion::difference;
@@ -248,4 +248,4 @@ int inCircleExact(const Real* atP, const Real* atA, const Real* atB, const Real*
 template int inCircleExact(const float*, const float*, const float*, const float*);
 template int inCircleExact(const double*, const double*, const double*, const double*);
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -9,7 +9,7 @@
 
 #include <cmath>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// A position in the plane. Floats are widened, so that both precisions share the predicates.
 struct Xy {
@@ -124,4 +124,4 @@ template <class Real>
     return inCircleExact(p, a, b, d);
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Calls `use(t, i)` for the triangles round the vertex at corner `slot` of `start`, where it is corner
 /// i: round to `start` again, or from there to an open edge either way, until `use` gives true. No more
@@ -25,4 +25,4 @@ void forEachAround(TinRecord<Real>* start, int slot, std::size_t most, Use use) 
     }
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

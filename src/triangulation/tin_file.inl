@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace zyn {
+namespace zyn::detail {
 
 template <class Real>
 bool DelaunayEngine<Real>::writeBinary(const char* path) {
@@ -151,4 +151,4 @@ bool DelaunayEngine<Real>::readNetwork(Source& source, std::unique_ptr<Real[]>& 
     return true;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -19,7 +19,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace zyn::tin_file {
+namespace zyn::detail::tin_file {
 
 inline constexpr std::string_view magic = "ZynTINFile10";
 inline constexpr std::size_t binaryHeadSize = 64;
@@ -252,4 +252,4 @@ private:
     }
 };
 
-}  // namespace zyn::tin_file
+}  // namespace zyn::detail::tin_file

@@ -6,6 +6,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 TinArray* newTinArray() { return new ArrayImp<TinArray>; }
 TinDArray* newTinDArray() { return new ArrayImp<TinDArray>; }
 PTinArray* newPTinArray() { return new ArrayImp<PTinArray>; }

@@ -11,7 +11,7 @@
 #include <memory>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Triangles by number, without holes: block n holds the triangles from n * 1024 on. The last
 /// triangle is called the newest. Memory is kept until the pool is cleared: in a network that was
@@ -127,4 +127,4 @@ private:
     Block latest;               // where the last one was found: neighbours lie close together
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -8,8 +8,7 @@
 
 #include <limits>
 
-namespace zyn {
-namespace tin_detail {
+namespace zyn::detail::record {
 
 /// How many triangles a ring is followed through, and what is reserved for it.
 template <class Real>
@@ -56,15 +55,17 @@ private:
     typename TinRecord<Real>::RealPtrArray& found;
 };
 
-}  // namespace tin_detail
+}  // namespace zyn::detail::record
+
+namespace zyn::detail {
 
 /// The corner of `t` that is nearest to p in the plane, nearer than `radius`; 3 if there is none.
 template <class Real>
 int nearestCorner(const TinRecord<Real>* t, const Real* p, Real radius) {
     int nearest = 3;
-    Real best = tin_detail::nearestLimit<Real>;
+    Real best = record::nearestLimit<Real>;
     for (int i = 0; i < 3; ++i) {
-        const Real d = tin_detail::squaredDistance2d(t->vertex[i], p);
+        const Real d = record::squaredDistance2d(t->vertex[i], p);
         if (d < best && d < radius * radius) {
             nearest = i;
             best = d;
@@ -73,10 +74,16 @@ int nearestCorner(const TinRecord<Real>* t, const Real* p, Real radius) {
     return nearest;
 }
 
+}  // namespace zyn::detail
+
+namespace zyn {
+
+using namespace detail;
+
 template <class Real>
 std::int32_t TinRecord<Real>::findCone(int i, RealPtrArray* out) {
     if (i < 0 || i > 2) { return 0; }
-    if constexpr (std::same_as<Real, float>) { out->reserve(tin_detail::ringReserve); }
+    if constexpr (std::same_as<Real, float>) { out->reserve(record::ringReserve); }
     const Real* const centre = vertex[i];
     Real* const last = vertex[after[i]];
     out->append(vertex[before[i]]);
@@ -87,7 +94,7 @@ std::int32_t TinRecord<Real>::findCone(int i, RealPtrArray* out) {
     int steps = 0;
     const auto counterClockwise = [&](TinRecord* from) -> TinRecord* {
         const int k = from->index(centre);
-        if (from == this || k == 3 || steps == tin_detail::ringSteps<Real>) { return from; }
+        if (from == this || k == 3 || steps == record::ringSteps<Real>) { return from; }
         ++steps;
         Real* const next = from->vertex[before[k]];
         out->append(next);
@@ -116,21 +123,21 @@ std::int32_t TinRecord<Real>::findCone(const Real* p, RealPtrArray* out) {
 template <class Real>
 std::int32_t TinRecord<Real>::findCone(int i, Real radius, RealPtrArray* out) {
     if (i < 0 || i > 2) { return 0; }
-    const auto ring = tin_detail::newPointerArray<Real>();
-    const auto pending = tin_detail::newPointerArray<Real>();
-    ring->reserve(tin_detail::ringReserve);
-    pending->reserve(tin_detail::ringReserve);
+    const auto ring = record::newPointerArray<Real>();
+    const auto pending = record::newPointerArray<Real>();
+    ring->reserve(record::ringReserve);
+    pending->reserve(record::ringReserve);
 
-    const tin_detail::MarksUntilEnd<Real> marks(*out);
+    const record::MarksUntilEnd<Real> marks(*out);
     const Real* const centre = vertex[i];
     findCone(i, ring.get());
     for (;;) {
         for (Real* const q : *ring) {
-            if (radius * radius >= tin_detail::squaredDistance2d<Real>(q, centre) && q != centre &&
-                tin_detail::visited(q) != 1) {
+            if (radius * radius >= record::squaredDistance2d<Real>(q, centre) && q != centre &&
+                record::visited(q) != 1) {
                 out->append(q);
                 pending->append(q);
-                tin_detail::visited(q) = 1;
+                record::visited(q) = 1;
             }
         }
         if (pending->size() == 0) { break; }

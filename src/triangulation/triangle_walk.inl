@@ -8,8 +8,7 @@
 
 #include <cmath>
 
-namespace zyn {
-namespace tin_detail {
+namespace zyn::detail::record {
 
 /// What separates the two precisions in locating.
 template <class Real>
@@ -89,7 +88,11 @@ std::int32_t classify(TinRecord<Real>* t, Real x, Real y, TinRecord<Real>*& next
     }
 }
 
-}  // namespace tin_detail
+}  // namespace zyn::detail::record
+
+namespace zyn {
+
+using namespace detail;
 
 template <class Real>
 TinRecord<Real>* TinRecord<Real>::find(Real x, Real y) {
@@ -117,8 +120,7 @@ std::int32_t TinRecord<Real>::find(double x, double y, TinRecord*& tri, std::int
     const WalkEnd end = walk(tri, [&](TinRecord* from) {
         TinRecord* next = nullptr;
         std::int32_t touched = 0;
-        found =
-            tin_detail::classify(from, static_cast<Real>(x), static_cast<Real>(y), next, touched);
+        found = record::classify(from, static_cast<Real>(x), static_cast<Real>(y), next, touched);
         if (found == 0) { return next; }
         if (found > 0 && where != nullptr) { *where = touched; }
         return from;
@@ -129,8 +131,8 @@ std::int32_t TinRecord<Real>::find(double x, double y, TinRecord*& tri, std::int
 
 template <class Real>
 TinRecord<Real>* TinRecord<Real>::_find(Real x, Real y) {
-    for (const auto [from, to, across] : tin_detail::stepOrder) {
-        if (tin_detail::SideProducts<Real>(vertex[from], vertex[to], x, y).isOutside()) {
+    for (const auto [from, to, across] : record::stepOrder) {
+        if (record::SideProducts<Real>(vertex[from], vertex[to], x, y).isOutside()) {
             return neighbor[across];
         }
     }
@@ -139,18 +141,18 @@ TinRecord<Real>* TinRecord<Real>::_find(Real x, Real y) {
 
 template <class Real>
 TinRecord<Real>* TinRecord<Real>::_findRefine(Real x, Real y) {
-    for (const auto [from, to, across] : tin_detail::stepOrder) {
-        const tin_detail::SideProducts<Real> side(vertex[from], vertex[to], x, y);
-        if (side.value() > tin_detail::Locating<Real>::refineTolerance) { return neighbor[across]; }
+    for (const auto [from, to, across] : record::stepOrder) {
+        const record::SideProducts<Real> side(vertex[from], vertex[to], x, y);
+        if (side.value() > record::Locating<Real>::refineTolerance) { return neighbor[across]; }
     }
     return this;
 }
 
 template <class Real>
 TinRecord<Real>* TinRecord<Real>::find(const Real* p, const Real* q) {
-    const auto sign = tin_detail::Locating<Real>::sign;
+    const auto sign = record::Locating<Real>::sign;
     const auto notOneSide = [](int a, int b) { return a != b || a == 0; };
-    for (const auto [from, to, across] : tin_detail::segmentOrder) {
+    for (const auto [from, to, across] : record::segmentOrder) {
         const Real* const u = vertex[from];
         const Real* const w = vertex[to];
         const int sideOfP = sign(u, w, p);

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Numbers addresses in the order in which they first come. A hash table of numbers, whose keys are
 /// in vertices(). Vertices are mostly side by side in the caller's arrays, and looked up with those
@@ -73,4 +73,4 @@ private:
     std::vector<Real*> known;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Position and height of a vertex.
 template <class Real>
@@ -22,4 +22,4 @@ template <class Real>
     return std::max({dist2(a, b), dist2(b, c), dist2(c, a)});
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

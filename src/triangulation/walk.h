@@ -1,7 +1,7 @@
 // Walking through a network one step at a time, with an end.
 #pragma once
 
-namespace zyn {
+namespace zyn::detail {
 
 /// What stopped a walk.
 enum class WalkEnd {
@@ -32,4 +32,4 @@ WalkEnd walk(Tri*& t, Step step) {
     }
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

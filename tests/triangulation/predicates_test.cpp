@@ -14,6 +14,7 @@
 namespace {
 
 using namespace zyn;
+using namespace zyn::detail;
 
 constexpr double infinity = HUGE_VAL;
 

@@ -4,12 +4,7 @@
 #include <array>
 #include <bit>
 
-#include "containers/array_imp.h"
-#include "containers/pool_imp.h"
-
 namespace zyn {
-
-using namespace detail;
 
 namespace {
 
@@ -92,17 +87,5 @@ ref_ptr<PLasPntdArray> PntsToPntArr(PLasPntPoold* source) {
     while (ZynLasPntD** const p = source->next()) { pointers->append(*p); }
     return pointers;
 }
-
-LasPntPool* newLasPntPool() { return new ZynPoolImp<LasPntPool>(poolBlockSize); }
-LasPntPoold* newLasPntPoold() { return new ZynPoolImp<LasPntPoold>(poolBlockSize); }
-PLasPntPool* newPLasPntPool() { return new ZynPoolImp<PLasPntPool>(poolBlockSize); }
-PLasPntPoold* newPLasPntPoold() { return new ZynPoolImp<PLasPntPoold>(poolBlockSize); }
-
-LasPntArray* newLasPntArray() { return new ArrayImp<LasPntArray>; }
-LasPntdArray* newLasPntdArray() { return new ArrayImp<LasPntdArray>; }
-PLasPntArray* newPLasPntArray() { return new ArrayImp<PLasPntArray>; }
-PLasPntdArray* newPLasPntdArray() { return new ArrayImp<PLasPntdArray>; }
-PLasPntArrayArray* newPLasPntArrayArray() { return new ArrayRefPointerImp<PLasPntArrayArray>; }
-PLasPntdArrayArray* newPLasPntdArrayArray() { return new ArrayRefPointerImp<PLasPntdArrayArray>; }
 
 }  // namespace zyn

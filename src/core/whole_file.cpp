@@ -1,11 +1,13 @@
 #include "core/whole_file.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
 #include <climits>
 #include <string_view>
+#include <utility>
 
 namespace zyn::detail {
 

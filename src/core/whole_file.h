@@ -1,45 +1,17 @@
 // A file that takes its place only when it is whole.
 #pragma once
 
+#include "core/descriptor.h"
+
 #include <QFile>
 #include <QTextStream>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <memory>
 #include <string>
-#include <utility>
 
 namespace zyn::detail {
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
-/// Owns a file descriptor of the system; -1 is none.
-class Descriptor {
-public:
-    Descriptor() = default;
-    explicit Descriptor(int handle_) : handle(handle_) {}
-    Descriptor(Descriptor&& other) noexcept : handle(other.release()) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(handle, other.handle);
-        return *this;
-    }
-    ~Descriptor() {
-        if (isOpen()) { close(handle); }
-    }
-
-    [[nodiscard]] bool isOpen() const { return handle >= 0; }
-    [[nodiscard]] int get() const { return handle; }
-    [[nodiscard]] int release() { return std::exchange(handle, -1); }
-
-private:
-    int handle = -1;
-};
 
 /// Writes beside the place of the file, under a name that begins with ".zyn-unfinished-", flushes
 /// to the disk and renames. So a process that is killed leaves at most that file, and of several

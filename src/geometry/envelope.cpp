@@ -234,16 +234,4 @@ bool isCover(double a0, double a1, double b0, double b1) noexcept {
     return !(a0 >= b1 && a1 >= b1) && !(a0 <= b0 && a1 <= b0);
 }
 
-// IZynGeometry
-
-IZynGeometry::~IZynGeometry() = default;
-
-Enve3d IZynGeometry::getEnvelope() const { return Enve3d::invalid(); }
-
-std::int32_t IZynGeometry::relation(const Enve3d&) const { return -1; }
-
-std::int32_t IZynGeometry::move(double, double, double) { return 0; }
-
-std::int32_t IZynGeometry::rotate(const double*, const double*, double) { return 0; }
-
 }  // namespace zyn

@@ -73,6 +73,8 @@ public:
     }
 
 private:
+    struct Export;  // pms_exchange.cpp
+
     bool holdsMeasurement(int img, int idx) const;
     int measurementCount(int img) const;
     /// The record of an image of the table, or null.

@@ -3,6 +3,7 @@
 
 #include "surface/queries.h"
 #include "triangulation/flip.h"
+#include "triangulation/triangle_numbers.h"
 
 #include <algorithm>
 #include <cmath>

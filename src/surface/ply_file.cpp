@@ -1,9 +1,9 @@
 // Surfaces as binary PLY files.
 #include <zyn/network.h>
 
+#include "core/little_endian.h"
 #include "core/text_number.h"
 #include "surface/surface_file.h"
-#include "triangulation/tin_streams.h"
 
 #include <cmath>
 #include <cstddef>
@@ -55,12 +55,6 @@ std::vector<Vector> vertexNormals(SurfaceFile<Real>& file) {
     return normals;
 }
 
-template <class Number>
-void put(std::string& bytes, Number value) {
-    const auto littleEndian = detail::tin_file::bytesOf(value);
-    bytes.append(littleEndian.data(), littleEndian.size());
-}
-
 }  // namespace
 
 template <class Real>
@@ -81,14 +75,14 @@ bool writePly(DelaunayInterface<Real>* engine, const char* path, double maxEdge,
 
     const std::vector<Vector> directions = hasNormals ? vertexNormals(file) : std::vector<Vector>();
     file.forVertices([&, n = std::size_t{0}](const Real* v) mutable {
-        for (int axis = 0; axis < 3; ++axis) { put(text, v[axis]); }
+        for (int axis = 0; axis < 3; ++axis) { appendLittleEndian(text, v[axis]); }
         if (!hasNormals) { return; }
         const Vector& d = directions[n++];
-        for (const double c : {d.x, d.y, d.z}) { put(text, static_cast<float>(c)); }
+        for (const double c : {d.x, d.y, d.z}) { appendLittleEndian(text, static_cast<float>(c)); }
     });
     file.forFaces([&text](const auto& face) {
         text += '\3';
-        for (const std::int32_t n : face) { put(text, n); }
+        for (const std::int32_t n : face) { appendLittleEndian(text, n); }
     });
     return file.commit();
 }

@@ -7,6 +7,7 @@
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 #include "triangulation/flip.h"
+#include "triangulation/triangle_numbers.h"
 
 #include <cstddef>
 #include <limits>

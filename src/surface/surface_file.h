@@ -3,8 +3,8 @@
 
 #include <zyn/network.h>
 
+#include "core/file_writer.h"
 #include "surface/surface_triangles.h"
-#include "triangulation/tin_streams.h"
 #include "triangulation/vertex_numbers.h"
 
 #include <cstddef>
@@ -17,13 +17,13 @@ namespace zyn {
 using namespace detail;
 
 template <class Real>
-class SurfaceFile : public detail::tin_file::Writer {
+class SurfaceFile : public FileWriter {
 public:
     /// The numbers of the corners, from 0.
     using Face = std::int32_t[3];
 
     SurfaceFile(DelaunayInterface<Real>* engine, const char* path, double maxEdge)
-        : Writer(engineOf(engine) == nullptr ? nullptr : path),
+        : FileWriter(engineOf(engine) == nullptr ? nullptr : path),
           surface(engineOf(engine), maxEdge),
           numbers(surface.triangleCount()) {
         if (!isOpen()) { return; }

@@ -6,6 +6,7 @@
 #include "surface/surface_state.h"
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
+#include "triangulation/triangle_numbers.h"
 
 #include <algorithm>
 #include <cmath>

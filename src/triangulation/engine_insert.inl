@@ -1,9 +1,11 @@
 // The engine: a point's way from addPoint to the triangle that it lands in.
 #pragma once
 
+#include "triangulation/between.h"
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
 #include "triangulation/locate_step.h"
+#include "triangulation/triangle_tests.h"
 #include "triangulation/walk.h"
 
 #include <algorithm>
@@ -91,24 +93,7 @@ TinRecord<Real>* DelaunayEngine<Real>::finishExactly(Tri* t, Xy q) const {
     case WalkEnd::circling: return searchPool(q);
     case WalkEnd::arrived: break;
     }
-    return orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) > 0
-               ? t
-               : leaveDegenerate(t, q);
-}
-
-/// False for null too.
-template <class Real>
-bool hasArea(const TinRecord<Real>* t) {
-    return t != nullptr &&
-           orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) > 0;
-}
-
-/// Whether the triangle has an area and holds q, edges included.
-template <class Real>
-bool holds(const TinRecord<Real>* t, Xy q) {
-    const Xy a = xyOf(t->vertex[0]), b = xyOf(t->vertex[1]), c = xyOf(t->vertex[2]);
-    return orientation(a, b, q) >= 0 && orientation(b, c, q) >= 0 && orientation(c, a, q) >= 0 &&
-           orientation(a, b, c) > 0;
+    return hasArea(t) ? t : leaveDegenerate(t, q);
 }
 
 /// How promising it is to cross edge i of a triangle of no area on the way to q on its line: first
@@ -117,11 +102,7 @@ template <class Real>
 int crossingRank(const TinRecord<Real>* flat, int i, Xy q) {
     const Xy a = xyOf(flat->vertex[after[i]]), b = xyOf(flat->vertex[before[i]]);
     const Xy c = xyOf(flat->vertex[i]);
-    const auto spans = [a, b](Xy p) {
-        return std::min(a.x, b.x) <= p.x && p.x <= std::max(a.x, b.x) &&
-               std::min(a.y, b.y) <= p.y && p.y <= std::max(a.y, b.y);
-    };
-    return spans(q) ? 2 : spans(c) ? 1 : 0;
+    return isBetween(a, q, b) ? 2 : isBetween(a, c, b) ? 1 : 0;
 }
 
 /// From a triangle of no area, which holds every point of its line or none: the triangle with an
@@ -139,10 +120,8 @@ TinRecord<Real>* DelaunayEngine<Real>::leaveDegenerate(Tri* flat, Xy q) const {
                 if (n == nullptr || crossingRank(t, i, q) != wanted || !seen.insert(n).second) {
                     continue;
                 }
-                if (holds(n, q)) { return n; }
-                if (orientation(xyOf(n->vertex[0]), xyOf(n->vertex[1]), xyOf(n->vertex[2])) == 0) {
-                    toVisit.push_back(n);
-                }
+                if (contains(n, q)) { return n; }
+                if (orientationOf(n) == 0) { toVisit.push_back(n); }
             }
         }
     }
@@ -152,7 +131,7 @@ TinRecord<Real>* DelaunayEngine<Real>::leaveDegenerate(Tri* flat, Xy q) const {
 template <class Real>
 TinRecord<Real>* DelaunayEngine<Real>::searchPool(Xy q) const {
     for (std::size_t n = 0; n < Pool::count(); ++n) {
-        if (Tri* const t = Pool::record(n); holds(t, q)) { return t; }
+        if (Tri* const t = Pool::record(n); contains(t, q)) { return t; }
     }
     return nullptr;
 }

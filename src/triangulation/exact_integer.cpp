@@ -1,5 +1,7 @@
 #include "triangulation/exact_integer.h"
 
+#include "core/float_parts.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -35,11 +37,7 @@ private:
 };
 
 ExactInteger::ExactInteger(double value) {
-    constexpr int mantissaBits = 53;
-    int exponent = 0;
-    const auto mantissa =
-        static_cast<std::int64_t>(std::ldexp(std::frexp(value, &exponent), mantissaBits));
-    exponent -= mantissaBits;
+    const auto [mantissa, exponent] = partsOf(value);
     const std::int32_t place = exponent >> 5;
     const int shift = exponent - 32 * place;
     // Mantissa times 2^shift, in two steps that fit into 64 bits.

@@ -1,7 +1,7 @@
 // The numbered export of the double engine: text in `v` and `f` lines.
+#include "core/file_writer.h"
 #include "core/text_number.h"
 #include "triangulation/engine.h"
-#include "triangulation/tin_streams.h"
 #include "triangulation/vertex_position.h"
 
 #include <cstdio>
@@ -12,9 +12,9 @@ namespace {
 /// The number that addPoint gave to the point behind a vertex.
 int pointNumberOf(const double* vertex) { return reinterpret_cast<const XPnt3d*>(vertex)->inten; }
 
-class ObjLines : public tin_file::Writer {
+class ObjLines : public FileWriter {
 public:
-    using Writer::Writer;
+    using FileWriter::FileWriter;
 
     void vertex(const XPnt3d& p) {
         text += 'v';

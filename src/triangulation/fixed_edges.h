@@ -3,9 +3,10 @@
 
 #include <zyn/tin.h>
 
+#include "triangulation/between.h"
 #include "triangulation/predicates.h"
+#include "triangulation/vertex_array.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <new>
@@ -23,24 +24,6 @@ struct NoFixedEdges {
     }
 };
 inline NoFixedEdges noFixedEdges;
-
-/// Returns a new array of pointers to vertices.
-template <class Real>
-ref_ptr<typename TinRecord<Real>::RealPtrArray> newVertexArray() {
-    if constexpr (std::same_as<Real, double>) {
-        return newPDoubleArray();
-    } else {
-        return newPFloatArray();
-    }
-}
-
-/// Returns a new array of the same vertices, an empty one for null.
-template <class Real>
-ref_ptr<typename TinRecord<Real>::RealPtrArray> copyOf(
-    const typename TinRecord<Real>::RealPtrArray* vertices) {
-    if (vertices == nullptr) { return newVertexArray<Real>(); }
-    return vertices->clone();
-}
 
 /// The pairs of vertices of a host's list, found by their ends, and the list kept up to date; among
 /// them those that were added since. If allocation fails, both go on together.
@@ -108,7 +91,9 @@ public:
     /// throw: requireMemory() does it afterwards.
     bool giveWay(Real* a, Real* b, Real* p) noexcept {
         if (places.empty() || !contains(a, b)) { return true; }
-        if (orientation(xyOf(p), xyOf(a), xyOf(b)) != 0 || !isBetween(a, p, b)) { return false; }
+        if (orientation(xyOf(p), xyOf(a), xyOf(b)) != 0 || !isBetween(xyOf(a), xyOf(p), xyOf(b))) {
+            return false;
+        }
         try {
             split(a, b, p);
         } catch (...) { lacksMemory = true; }
@@ -129,13 +114,6 @@ private:
     };
     static Edge edge(const Real* a, const Real* b) {
         return std::less<>()(a, b) ? Edge(a, b) : Edge(b, a);
-    }
-    /// Of three points on one line.
-    static bool isBetween(const Real* a, const Real* p, const Real* b) {
-        const auto spans = [=](int axis) {
-            return std::min(a[axis], b[axis]) <= p[axis] && p[axis] <= std::max(a[axis], b[axis]);
-        };
-        return spans(0) && spans(1);
     }
     void put(int place, Real* a, Real* b) {
         list.getRef(2 * place) = a;

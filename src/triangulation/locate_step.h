@@ -3,18 +3,12 @@
 
 #include <zyn/tin.h>
 
+#include "core/float_parts.h"
 #include "triangulation/predicates.h"
 
-#include <bit>
 #include <cstdint>
 
 namespace zyn::detail {
-
-/// 1 for a number below 0, otherwise 0, -0 included; without a comparison, which compilers turn into
-/// a branch.
-inline std::uint64_t signBit(double value) {
-    return std::bit_cast<std::uint64_t>(value + 0.0) >> 63U;
-}
 
 /// The neighbour across the first edge, in the order 01, 20, 12, that q lies strictly outside of by
 /// plain arithmetic, null if there is none; t itself when q lies outside of no edge. `isInside` is

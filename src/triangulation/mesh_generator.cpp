@@ -1,5 +1,6 @@
 // The one-shot triangulation by the mesh generator.
 #include "triangulation/engine.h"
+#include "triangulation/vertex_array.h"
 
 #include <triangle.h>
 
@@ -126,7 +127,7 @@ bool delaunayD::triangulate(double** points, int count) {
 
 bool delaunayD::triangulate(Pnt3dArray* points) {
     if (points == nullptr) { return false; }
-    const ref_ptr<PDoubleArray> pointers = newPDoubleArray();
+    const ref_ptr<PDoubleArray> pointers = newVertexArray<double>();
     pointers->reserve(points->size());
     for (XPnt3d& p : *points) { pointers->append(static_cast<double*>(p)); }
     IZynDelaunayD* const self = this;

@@ -1,5 +1,6 @@
 #include "triangulation/predicates.h"
 
+#include "core/float_parts.h"
 #include "triangulation/exact_integer.h"
 
 #include <algorithm>
@@ -109,8 +110,8 @@ double sizeOf(Xy v) { return std::max(std::abs(v.x), std::abs(v.y)); }
 /// The vector times the power of two that brings `size`, one of its own or larger, to about 1.
 Xy scaled(Xy v, double size) {
     if (size == 0.0) { return v; }
-    const int exponent = -std::ilogb(size);
-    return {std::ldexp(v.x, exponent), std::ldexp(v.y, exponent)};
+    const double unit = powerOfTwoIn(size);
+    return {v.x / unit, v.y / unit};
 }
 Xy scaled(Xy v) { return scaled(v, sizeOf(v)); }
 

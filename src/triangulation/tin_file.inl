@@ -2,7 +2,9 @@
 #pragma once
 
 #include "triangulation/engine.h"
-#include "triangulation/tin_streams.h"
+#include "triangulation/tin_sinks.h"
+#include "triangulation/tin_sources.h"
+#include "triangulation/triangle_numbers.h"
 #include "triangulation/vertex_numbers.h"
 
 #include <algorithm>

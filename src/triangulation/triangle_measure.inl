@@ -4,6 +4,8 @@
 #include <zyn/geometry.h>
 #include <zyn/tin.h>
 
+#include "core/float_parts.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -56,7 +58,7 @@ Real areaOf(XPnt3<Real> a, XPnt3<Real> b, XPnt3<Real> c) {
         most = std::max({most, std::abs(p.x), std::abs(p.y), std::abs(p.z)});
     }
     if (std::isfinite(area) || !std::isfinite(most)) { return area; }
-    const Real unit = std::scalbn(Real(1), std::ilogb(most));
+    const Real unit = powerOfTwoIn(most);
     const Real share = 1 / unit;
     const XPnt3<Real> n = cross(a * share - c * share, b * share - c * share);
     return std::hypot(n.x, n.y, n.z) / 2 * unit * unit;

@@ -5,6 +5,7 @@
 
 #include "triangulation/flip.h"
 #include "triangulation/triangle_walk.inl"
+#include "triangulation/vertex_array.h"
 
 #include <limits>
 
@@ -24,15 +25,6 @@ Real squaredDistance2d(const Real* a, const Real* b) {
     const Real dx = a[0] - b[0];
     const Real dy = a[1] - b[1];
     return dx * dx + dy * dy;
-}
-
-template <class Real>
-ref_ptr<typename TinRecord<Real>::RealPtrArray> newPointerArray() {
-    if constexpr (std::same_as<Real, double>) {
-        return newPDoubleArray();
-    } else {
-        return newPFloatArray();
-    }
 }
 
 /// The `inten` of a vertex, which is a whole point.
@@ -123,8 +115,8 @@ std::int32_t TinRecord<Real>::findCone(const Real* p, RealPtrArray* out) {
 template <class Real>
 std::int32_t TinRecord<Real>::findCone(int i, Real radius, RealPtrArray* out) {
     if (i < 0 || i > 2) { return 0; }
-    const auto ring = record::newPointerArray<Real>();
-    const auto pending = record::newPointerArray<Real>();
+    const auto ring = newVertexArray<Real>();
+    const auto pending = newVertexArray<Real>();
     ring->reserve(record::ringReserve);
     pending->reserve(record::ringReserve);
 

@@ -1,0 +1,16 @@
+// What both encodings of a TIN file have in common.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace zyn::detail::tin_file {
+
+inline constexpr std::string_view magic = "ZynTINFile10";
+inline constexpr std::size_t binaryHeadSize = 64;
+
+/// Three vertices and three neighbours, by number.
+using Record = std::int32_t[6];
+
+}  // namespace zyn::detail::tin_file

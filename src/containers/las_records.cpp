@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t headSize = 3 * sizeof(float) + sizeof(std::int16_t);
 
-/// The bytes that x, y, z and `inten` take in a P, if it begins with them.
+/// Returns the bytes that x, y, z and `inten` occupy in a P that begins with them.
 template <class P>
 constexpr std::array<unsigned char, headSize> headBytes() {
     P p;
@@ -27,8 +27,8 @@ constexpr std::array<unsigned char, headSize> headBytes() {
 static_assert(sizeof(LasPnt) == 28 && alignof(LasPnt) == alignof(XPnt3f));
 static_assert(headBytes<LasPnt>() == headBytes<XPnt3f>());
 
-/// A record read as a point, which its head is by the assertions above. Records live as LasPnt
-/// only, so that the cast stands here alone.
+/// Returns the record as a point, which its first bytes are by the assertions above. Records are
+/// always LasPnt, so this is the only such cast.
 XPnt3f* headOf(LasPnt* record) { return reinterpret_cast<XPnt3f*>(record); }
 
 template <class Source, class AddressAt>

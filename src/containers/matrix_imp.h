@@ -1,4 +1,4 @@
-// The counted matrices over matrix<T>.
+// The counted matrices, built on matrix<T>.
 #pragma once
 
 #include <zyn/matrix.h>

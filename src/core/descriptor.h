@@ -1,4 +1,4 @@
-// Open files, closed by the end of their owner.
+// File handles that close themselves.
 #pragma once
 
 #include <unistd.h>
@@ -14,7 +14,7 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-/// Owns a file descriptor of the system; -1 is none.
+/// Owns a file descriptor of the operating system, or none, which is -1.
 class Descriptor {
 public:
     Descriptor() = default;

@@ -1,4 +1,4 @@
-// Writing a file through a buffer.
+// A writer of whole files through a buffer.
 #pragma once
 
 #include "core/whole_file.h"
@@ -9,7 +9,7 @@
 
 namespace zyn::detail {
 
-/// Writes a whole file through a buffer, and remembers whether every part could be written.
+/// Writes a whole file through a buffer and remembers whether every part could be written.
 class FileWriter {
 public:
     explicit FileWriter(const char* path) : file(path) { text.reserve(bufferSize + 1024); }
@@ -18,14 +18,14 @@ public:
     void flushIfFull() {
         if (text.size() >= bufferSize) { flush(); }
     }
-    /// Puts the file into its place. Returns false, with nothing changed there, if a part could not be
-    /// written.
+    /// Moves the file to its final name. If any part could not be written, returns false and leaves
+    /// that name as it was.
     [[nodiscard]] bool commit() {
         flush();
         return isWritten && file.commit();
     }
 
-    std::string text;  ///< The next bytes of the file.
+    std::string text;  ///< the next bytes of the file
 
 private:
     static constexpr std::size_t bufferSize = std::size_t{1} << 16U;

@@ -1,4 +1,4 @@
-// Floating-point numbers taken apart: sign, digits, power of two.
+// Floating-point numbers split into sign, mantissa and exponent.
 #pragma once
 
 #include <bit>
@@ -8,13 +8,13 @@
 
 namespace zyn::detail {
 
-/// A number as `mantissa` times 2^`exponent`.
+/// Represents the number `mantissa` times 2^`exponent`.
 struct FloatParts {
     std::int64_t mantissa;
     int exponent;
 };
 
-/// Returns the parts of `value`, with a mantissa of 53 bits. REQUIRES: `value` is finite.
+/// Returns the parts of `value`; the mantissa has 53 bits. REQUIRES: `value` is finite.
 [[nodiscard]] inline FloatParts partsOf(double value) {
     constexpr int mantissaBits = 53;
     int exponent = 0;
@@ -22,14 +22,15 @@ struct FloatParts {
     return {static_cast<std::int64_t>(std::ldexp(fraction, mantissaBits)), exponent - mantissaBits};
 }
 
-/// Returns the largest power of two that is not above |value|. REQUIRES: `value` is finite and not 0.
+/// Returns the largest power of two that is not above |value|, and infinity for an infinite value.
+/// REQUIRES: `value` is neither 0 nor NaN.
 template <std::floating_point Real>
 [[nodiscard]] Real powerOfTwoIn(Real value) {
     return std::scalbn(Real(1), std::ilogb(value));
 }
 
-/// Returns 1 for a number below 0, otherwise 0, also for -0. Compares nothing, since compilers turn a
-/// comparison into a branch.
+/// Returns 1 for a number below 0, otherwise 0, also for -0. Avoids a comparison, which compilers
+/// turn into a branch.
 [[nodiscard]] inline std::uint64_t signBit(double value) {
     return std::bit_cast<std::uint64_t>(value + 0.0) >> 63U;
 }

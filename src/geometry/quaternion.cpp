@@ -86,7 +86,7 @@ ZynQuad& ZynQuad::operator=(const double* q) noexcept {
     return *this;
 }
 
-// The component operator has no const form, and its place in the interface is fixed.
+// operator[] has no const overload, and its place in the interface is fixed.
 ZynQuad& ZynQuad::operator=(const ZynQuad& q) noexcept {
     auto& source = const_cast<ZynQuad&>(q);
     setValue(source[0], source[1], source[2], source[3]);

@@ -33,7 +33,7 @@ void setRotation(double* m, const tagZynQuad& q) {
     m[15] = 1;
 }
 
-// From the largest of four times w², x², y² and z², so that nothing small is divided by.
+// Starts from the largest of 4w², 4x², 4y² and 4z², so that no divisor is small.
 tagZynQuad quadOf(const double* m) {
     const double candidates[4] = {1 + m[0] + m[5] + m[10], 1 + m[0] - m[5] - m[10],
                                   1 - m[0] + m[5] - m[10], 1 - m[0] - m[5] + m[10]};

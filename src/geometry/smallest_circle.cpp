@@ -7,7 +7,7 @@ namespace zyn {
 
 namespace {
 
-/// A side of a triangle: where it starts, where it leads, and its squared length.
+/// Describes a side of a triangle: its start, its vector, and its squared length.
 template <class T>
 struct Side {
     XPnt3<T> start;
@@ -15,7 +15,7 @@ struct Side {
     T length2;
 };
 
-/// The longest side; of equal ones bc comes first, then ca.
+/// Returns the longest side. Of equal ones bc comes first, then ca.
 template <class T>
 const Side<T>& longest(const Side<T>& ab, const Side<T>& bc, const Side<T>& ca) {
     if (ab.length2 > bc.length2 && ab.length2 > ca.length2) { return ab; }

@@ -1,4 +1,4 @@
-// A block in compact form, out and back.
+// Export of a block to compact arrays, and import of the adjusted values.
 #include "photogrammetry/pms_table.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace zyn::detail {
 
 namespace {
 
-/// Which places are kept, and their numbers among those that are.
+/// Numbers the places that are kept, from 0 without gaps.
 struct Compact {
     std::vector<int> places;   // of the kept ones, in order
     std::vector<int> numbers;  // of all places; -1 of those left out
@@ -28,7 +28,8 @@ struct Compact {
     int size() const { return static_cast<int>(places.size()); }
 };
 
-/// Whether the map has an entry for each of `count` places, each -1 or below `limit`.
+/// Returns whether the map has an entry for each of `count` places, each of them -1 or below
+/// `limit`.
 bool isMap(IntArray& map, int count, int limit) {
     return map.size() >= count && std::all_of(map.begin(), map.begin() + count, [=](int number) {
                return number >= -1 && number < limit;
@@ -45,11 +46,12 @@ ref_ptr<Pnt3dArray> CZynPMSDataTable::getValidWrdPnts() {
     return valid;
 }
 
-/// A block on its way out, in three steps: what goes out is numbered, its columns are filled, and the
-/// host's arrays take it. Nothing of the host's changes before the last step, whose memory is reserved
-/// first.
+/// Exports a block in three steps. The constructor numbers the images and points that are kept,
+/// fillColumns() collects the measurements, and handOver() changes the arrays of the host. The last
+/// step allocates before it changes anything. So a failed allocation, or one array passed twice,
+/// does no harm.
 struct CZynPMSDataTable::Export {
-    /// The measurements of one image, written through plain pointers.
+    /// Collects the measurements of one image through plain pointers.
     struct Column {
         int img;
         const XPnt2d* measured;  // null without measurements
@@ -118,9 +120,9 @@ void CZynPMSDataTable::Export::fillColumns() {
     });
 }
 
-/// Calls use(column, idx, number) for each measurement `idx` of a column's image that a kept point
-/// links to, with the number of the point. Goes through the points in tiles, so that each column is
-/// written in runs.
+/// Calls use(column, idx, number) for each link of a kept point to the image of a column. `idx` is
+/// the measurement and `number` the new number of the point. Visits the points in tiles, so that
+/// each column is written in runs.
 template <class Use>
 void CZynPMSDataTable::Export::forEachLink(Use use) {
     constexpr int tile = 64;
@@ -148,7 +150,7 @@ void CZynPMSDataTable::Export::handOver(const Host& host) const {
     host.wrdPnts.reserve(points.size());
     host.camMap.reserve(table.cameras->size());
     host.wrdMap.reserve(table.points->size());
-    // The old rows end behind the last change, since a delete handler may call the table.
+    // Keeps the old rows until the last change is done, since a delete handler may call the table.
     const ref_ptr<Pnt2dArrayArray> oldPnts = host.imgPnts.clone();
     const ref_ptr<IntArrayArray> oldIds = host.imgPntIds.clone();
     host.imgPnts.removeAll();

@@ -6,7 +6,7 @@ namespace zyn::detail {
 
 namespace {
 
-/// Whether the record is there and has such a measurement.
+/// Returns whether the record exists and has measurement `idx`.
 bool has(const _ZynImgPntsData* record, int idx) {
     return record != nullptr && idx >= 0 && idx < record->pnts->size() && idx < record->ids->size();
 }

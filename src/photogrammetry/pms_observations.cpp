@@ -1,4 +1,4 @@
-// What a block tells about measurements that belong together.
+// Queries about measurements of the same world point.
 #include "photogrammetry/pms_table.h"
 
 #include <initializer_list>
@@ -80,7 +80,8 @@ int CZynPMSDataTable::getCommonPnts3(int imgA, int imgB, int imgC, Pnt2dArray* a
     return 0;
 }
 
-// A world point is stamped with the number of listed images, from the first on, that all have it.
+// Stamps a world point with the number of images, counted from the first of the list, that all have
+// it.
 ref_ptr<IntArray> CZynPMSDataTable::getCommonWrdPnts(const ref_ptr<IntArray>& imgs) {
     if (!imgs || imgs->size() < 2) { return nullptr; }
     ref_ptr<IntArray> common = newIntArray();
@@ -89,7 +90,7 @@ ref_ptr<IntArray> CZynPMSDataTable::getCommonWrdPnts(const ref_ptr<IntArray>& im
         common->removeAll();
         forEachLinked(imgs->get(n), [&](int, int pnt) {
             int& stamp = seenOn[static_cast<std::size_t>(pnt)];
-            // Twice on one image, it stays twice.
+            // A point that is measured twice on one image appears twice.
             if (stamp == n) { stamp = n + 1; }
             if (stamp == n + 1) { common->append(pnt); }
         });

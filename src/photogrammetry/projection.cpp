@@ -1,6 +1,6 @@
 #include <zyn/camera.h>
 
-// Armadillo writes nothing about systems that it cannot solve.
+// Keeps Armadillo from printing warnings about systems that it cannot solve.
 #define ARMA_WARN_LEVEL 0
 #include <armadillo>
 
@@ -22,8 +22,8 @@ arma::mat33 rotationOf(const zynCamOutParam& cam) {
     return rotation;
 }
 
-/// Solves for the columns of `u`, from the world to the image. Not by inv(), which throws where
-/// there is no inverse.
+/// Rotates the columns of `fromCentre` into the image system by solving for `u`. Does not use
+/// inv(), which throws if there is no inverse.
 bool toImage(arma::mat& u, const arma::mat33& rotation, const arma::mat& fromCentre) {
     return rotation.is_finite() &&
            arma::solve(u, rotation, fromCentre, arma::solve_opts::no_approx);
@@ -47,7 +47,7 @@ XPnt2d project(const zynCamOutParam& cam, double f, const XPnt3d& pnt) {
     return toImage(u, rotationOf(cam), d) ? onImage(u.memptr(), f) : XPnt2d(nan, nan);
 }
 
-// A system is solved for as many points as the nearest cache holds.
+// Solves for as many points at once as fit into the first-level cache.
 std::vector<XPnt2d> projectAll(const zynCamOutParam& cam, double f, std::span<const XPnt3d> pnts) {
     constexpr std::size_t most = 128;
     std::vector<XPnt2d> images(pnts.size(), XPnt2d(nan, nan));

@@ -1,4 +1,4 @@
-// Points as lines of text.
+// Points as lines of text files.
 #include <zyn/textfile.h>
 
 #include "services/read_lines.h"
@@ -24,7 +24,7 @@ QString pointSeparators() { return QStringLiteral(" ,\t\n"); }
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// As QString::toDouble, without a QString for plain numbers.
+/// Converts like QString::toDouble, but plain numbers without a QString.
 bool toNumber(std::string_view field, double& value) {
     if (isDigit(field.back()) && (isDigit(field.front()) || field.front() == '-')) {
         const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), value);
@@ -36,7 +36,7 @@ bool toNumber(std::string_view field, double& value) {
     return converts;
 }
 
-/// Whether all bytes mean themselves in every codec that a locale may have.
+/// Returns whether every byte is the same character in every codec that a locale may have.
 bool isPlain(std::string_view line) {
     return std::all_of(line.begin(), line.end(),
                        [](char c) { return (c >= ' ' && c <= '~') || c == '\t'; });
@@ -61,8 +61,8 @@ bool toPoint(const QString& line, XPnt2d& point) {
     return hasX && hasY;
 }
 
-/// Calls use(line, isEnded) for each line of the file that is not empty, without carriage returns; only
-/// the last one may lack its end. Whether the file could be read to its end.
+/// Calls use(line, isEnded) for each line that is not empty, without carriage returns. `isEnded` is
+/// false for a last line without a line feed. Returns whether the file could be read to its end.
 template <class Use>
 bool forEachLine(QFile& file, Use use) {
     constexpr std::size_t blockSize = std::size_t(1) << 18;
@@ -93,14 +93,14 @@ bool forEachLine(QFile& file, Use use) {
 constexpr int mibUtf8 = 106;
 constexpr const char* byteOrderMark = "\xEF\xBB\xBF";
 
-/// Whether the line may be decoded: as long as a QString, and without a mark, which a codec would
-/// swallow at its start.
+/// Returns whether the line fits into a QString and does not start with a byte order mark, which a
+/// codec would drop.
 bool isDecodable(std::string_view line) {
     return line.size() <= std::size_t(std::numeric_limits<int>::max()) &&
            !line.starts_with(byteOrderMark);
 }
 
-/// Whether the file begins like UTF-16 or UTF-32, in which bytes are not characters.
+/// Returns whether the file begins like UTF-16 or UTF-32, in which a byte is not a character.
 bool isWide(const QByteArray& start) {
     return start.startsWith("\xFF\xFE") || start.startsWith("\xFE\xFF") ||
            start.startsWith(QByteArray("\0\0\xFE\xFF", 4));
@@ -108,7 +108,8 @@ bool isWide(const QByteArray& start) {
 
 }  // namespace
 
-// Lines of plain characters are read as bytes; others take the way over QString.
+// Reads lines of plain characters as bytes, which is fast, and decodes only the others to a
+// QString.
 bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress*) {
     QFile file(path);
     if (!isFileExist(path) || !file.open(QIODevice::ReadOnly)) { return false; }
@@ -127,7 +128,7 @@ bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress*) {
         if (isUtf8) { file.read(3); }
         const QTextCodec* const codec =
             isUtf8 ? QTextCodec::codecForMib(mibUtf8) : QTextCodec::codecForLocale();
-        // A character that the file's end cuts off is no character.
+        // Drops a character that the end of the file cuts off.
         const auto decoded = [codec](std::string_view line, bool isEnded) {
             QTextCodec::ConverterState cutOff(QTextCodec::IgnoreHeader);
             const int size = static_cast<int>(line.size());

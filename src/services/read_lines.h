@@ -1,4 +1,4 @@
-// Lines of a file, all of them or none.
+// Reading all lines of a file, or none.
 #pragma once
 
 #include <zyn/array.h>
@@ -7,7 +7,8 @@ class QString;
 
 namespace zyn::detail {
 
-/// The lines that are not empty, without carriage returns; null when the file cannot be read to its end.
+/// Returns the lines that are not empty, without carriage returns, or null if the file cannot be
+/// read to its end.
 ref_ptr<StringArray> readWholeFile(const QString& path);
 
 }  // namespace zyn::detail

@@ -1,4 +1,4 @@
-// Names of files, and files as lines.
+// Names of files, and files as lists of lines.
 #include <zyn/progress.h>
 #include <zyn/textfile.h>
 
@@ -25,7 +25,7 @@ using namespace detail;
 
 namespace {
 
-/// Counted in bytes, side by side, which compilers turn into wide instructions.
+/// Counts in bytes side by side, which compilers turn into wide instructions.
 std::int64_t lineFeeds(std::string_view text) {
     constexpr std::size_t width = 64, rounds = 255;
     std::int64_t count = 0;
@@ -86,7 +86,7 @@ bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgress* progress
             if (file.isOpen()) { stream << line; }
         }
     });
-    if (isWritten) { (void)file.commit(); }  // not told
+    if (isWritten) { (void)file.commit(); }  // a failure is not reported
     return true;
 }
 

@@ -1,4 +1,4 @@
-// The engines of both precisions and the functions on them.
+// The instantiations of the engines and of the functions on them.
 #include "triangulation/engine_compact.inl"
 #include "triangulation/engine_enforce.inl"
 #include "triangulation/engine_frame.inl"

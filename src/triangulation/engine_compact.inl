@@ -1,4 +1,4 @@
-// The engine: moving the vertices of the surface into memory of its own.
+// DelaunayEngine: copying the vertices of the surface into its own memory.
 #pragma once
 
 #include "triangulation/engine.h"
@@ -28,7 +28,7 @@ int DelaunayEngine<Real>::compactVertices() {
         }
     }
     std::erase_if(flatVertices, [&numbers](Real* v) { return numbers.find(v) >= 0; });
-    // What was compacted before stays: a host may still hold pointers to those vertices.
+    // Earlier copies stay, since a host may still hold pointers to those vertices.
     ownVertices.push_back(std::move(buffer));
     wholePoints = wholePoints && vertices.empty();
     return static_cast<int>(vertices.size());

@@ -1,4 +1,4 @@
-// The engine: how the hole of a removed vertex is cut into triangles.
+// DelaunayEngine: how the hole of a removed vertex is divided into triangles.
 #pragma once
 
 #include "triangulation/cycle.h"
@@ -10,10 +10,12 @@
 
 namespace zyn::detail {
 
-/// A ring longer than this, which the float engine never has, is filled in another order.
+/// Rings that are longer than this are filled in another order. The float engine never has such a
+/// ring.
 inline constexpr int longRing = 64;
 
-/// The power of p with respect to the circle through a, b, c, which run counter-clockwise, rounded.
+/// Returns the power of p with respect to the circle through a, b and c, rounded. REQUIRES: a, b
+/// and c run counter-clockwise.
 inline double powerOf(Xy p, Xy a, Xy b, Xy c) {
     const Xy pa = a - p, pb = b - p, pc = c - p, ab = b - a, ac = c - a;
     const auto cross = [](Xy u, Xy v) { return u.x * v.y - u.y * v.x; };
@@ -24,10 +26,10 @@ inline double powerOf(Xy p, Xy a, Xy b, Xy c) {
     return std::isnan(power) ? -HUGE_VAL : power;
 }
 
-// A hole is filled by cutting off one ear of its ring after the other: the triangle of a vertex and
-// the two beside it that are still there. `ears` names the vertices in the order of cutting.
+// A hole is filled by cutting off ears of its ring. An ear is the triangle of a vertex and its two
+// present neighbours. `ears` lists the vertices in the order of cutting.
 
-/// All triangles at ring[0]: false unless each is counter-clockwise.
+/// Plans a fan of triangles at ring[0]. Returns false unless all are counter-clockwise.
 template <class Real>
 bool DelaunayEngine<Real>::planFan(const Star& star, std::vector<int>& ears) const {
     for (int i = 1; i + 1 < star.size(); ++i) {
@@ -37,9 +39,9 @@ bool DelaunayEngine<Real>::planFan(const Star& star, std::vector<int>& ears) con
     return true;
 }
 
-/// Ears of any hole that can be filled. Every point of the ring is seen from the centre, so an ear is
-/// good if it is convex and does not reach over the centre: nothing else can lie in it, and what
-/// remains is still seen from the centre.
+/// Plans the ears of any hole that can be filled. Every point of the ring is visible from the
+/// centre. So an ear is valid if it is convex and the centre is not inside it: no other point can
+/// be in it, and the rest stays visible from the centre.
 template <class Real>
 bool DelaunayEngine<Real>::planEars(const Star& star, std::vector<int>& ears) const {
     const int n = star.size();
@@ -67,15 +69,15 @@ bool DelaunayEngine<Real>::planEars(const Star& star, std::vector<int>& ears) co
     return rest == 2;
 }
 
-/// The ears of a large hole, in n log n: always the one whose circle has the centre least far
-/// inside, by its power. That makes triangles which obey the Delaunay rule at once, where the
-/// ring's own vertices did; any order would do, since flips follow. Source: Devillers 1999.
+/// Plans the ears of a large hole in O(n log n). Always cuts the ear for whose circle the centre
+/// has the largest power. The triangles are then Delaunay at once if the ring's own vertices were.
+/// Any order would be correct, since flips follow. Source: Devillers 1999.
 template <class Real>
 bool DelaunayEngine<Real>::planEarsByPower(const Star& star, std::vector<int>& ears) const {
     struct Ear {
         double power;
         int vertex;
-        int version;  // of the vertex: outdated when it has new neighbours
+        int version;  // of the vertex; an older one is outdated
         bool operator<(const Ear& other) const { return power < other.power; }
     };
     const int n = star.size();

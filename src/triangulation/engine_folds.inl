@@ -1,4 +1,4 @@
-// The engine: folds, degenerate triangles that only points in one place leave.
+// DelaunayEngine: folds, which are degenerate triangles that coincident points leave behind.
 #pragma once
 
 #include "triangulation/between.h"
@@ -8,12 +8,12 @@
 
 namespace zyn::detail {
 
-// Beside points in one place, a triangle of no area can be left with a corner inside its longest
-// edge: the flip that would take it away needs a triangle with an area beyond that edge. Such a fold
-// can hide another one. The hole of a removed point is filled with triangles that have an area, so
-// that the flips can be made up for.
+// Next to coincident points, a degenerate triangle may remain with a corner inside its longest
+// edge. The flip that would remove it needs a triangle with an area beyond that edge. Such a fold
+// can hide another one. The triangles that fill the hole of a removed vertex have an area, so the
+// missing flips can be made then.
 
-/// Whether corner `i` of t is inside the edge opposite it.
+/// Returns whether corner `i` of t is inside the opposite edge.
 template <class Real>
 bool isFold(const TinRecord<Real>* t, int i) {
     const Xy p = xyOf(t->vertex[i]), a = xyOf(t->vertex[after[i]]), b = xyOf(t->vertex[before[i]]);
@@ -21,8 +21,8 @@ bool isFold(const TinRecord<Real>* t, int i) {
     return isStrictlyBetween(a.x, p.x, b.x) || isStrictlyBetween(a.y, p.y, b.y);
 }
 
-/// Finds the folds that meet the hole with their longest edge, and those behind them. Only triangles
-/// of no area have such neighbours.
+/// Finds the folds whose longest edge is on the hole, and the folds behind them. Only degenerate
+/// triangles have such neighbours.
 template <class Real>
 void DelaunayEngine<Real>::collectFolds(Star& star) const {
     const auto collect = [this, &folds = star.folds](Tri* t, int slot) {
@@ -40,7 +40,7 @@ void DelaunayEngine<Real>::collectFolds(Star& star) const {
     }
 }
 
-/// Flips the longest edge of each fold, from the hole outwards, which leaves no fold.
+/// Flips the longest edge of each fold, starting at the hole. No fold is left then.
 template <class Real>
 void DelaunayEngine<Real>::openFolds(const Star& star) {
     for (Tri* const t : star.folds) {

@@ -1,4 +1,4 @@
-// The engine: its beginning, and its frame.
+// DelaunayEngine: construction and the frame.
 #pragma once
 
 #include "triangulation/engine.h"

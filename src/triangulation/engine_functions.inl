@@ -1,12 +1,12 @@
-// The functions of delaunay.h on an engine behind its interface.
+// The functions of delaunay.h that call an engine behind its interface.
 #pragma once
 
 #include "triangulation/engine.h"
 
 namespace zyn::detail {
 
-/// Returns what `operation` returns for the engine behind the interface, or false or 0 if there is
-/// none.
+/// Returns the result of `operation` for the engine behind the interface, or false or 0 if there is
+/// no engine.
 template <class Real, class Operation>
 auto onEngine(DelaunayInterface<Real>* interface, Operation operation) {
     auto* const engine = engineOf(interface);

@@ -1,4 +1,4 @@
-// The engine: iteration, counts, areas and bounds.
+// DelaunayEngine: iteration, counts, areas and bounds.
 #pragma once
 
 #include "triangulation/engine.h"

@@ -1,4 +1,4 @@
-// The engine: taking triangles and vertices out.
+// DelaunayEngine: removal of triangles and vertices.
 #pragma once
 
 #include "triangulation/cycle.h"
@@ -71,11 +71,12 @@ bool DelaunayEngine<Real>::removeVertex(Tri* t, int corner) {
     return true;
 }
 
-/// Makes the ears of the first triangles of the star, and links them to each other and outwards.
+/// Turns the first triangles of the star into the ears. Links them to each other and to the
+/// triangles outside the hole.
 template <class Real>
 void DelaunayEngine<Real>::fillHole(const Star& star, const std::vector<int>& ears) {
     const std::size_t n = star.ring.size();
-    struct Behind {  // what lies across the open edge from ring vertex i to the next one left
+    struct Behind {  // the triangle across the edge from ring vertex i to the next one left
         Tri* triangle;
         int slot;
     };
@@ -102,8 +103,8 @@ void DelaunayEngine<Real>::fillHole(const Star& star, const std::vector<int>& ea
     }
 }
 
-/// The last two triangles of the star are not needed any more. The newest triangle takes the place
-/// of each, and the star follows it there.
+/// Drops the last two triangles of the star, which the hole does not need. The newest triangle of
+/// the pool moves into the place of each, and the star follows it there.
 template <class Real>
 void DelaunayEngine<Real>::dropSurplus(Star& star) {
     const std::size_t kept = star.triangles.size() - 2;
@@ -119,7 +120,7 @@ void DelaunayEngine<Real>::dropSurplus(Star& star) {
     star.triangles.resize(kept);
 }
 
-/// One forward pass over the fan's inner edges.
+/// Tests the inner edges of the fan in one forward pass.
 template <class Real>
 void DelaunayEngine<Real>::legaliseFan(const Star& star) {
     Tri* flipped = nullptr;
@@ -132,10 +133,13 @@ void DelaunayEngine<Real>::legaliseFan(const Star& star) {
     }
 }
 
-/// Flips inner edges of the hole until none is illegal, in passes over its triangles in ring order.
-/// Strictly: four points on a circle would flip to and fro. An edge that was flipped away does not
-/// come back, so that pairs of vertices bound the flips; only in a damaged network, whose hole may
-/// be linked to itself, are there more. A pass skips triangles beside which nothing has changed.
+/// Flips illegal inner edges of the hole, in passes over its triangles in ring order, until there
+/// are none.
+///
+/// - Four cocircular points do not flip, since they would flip back and forth.
+/// - An edge that was flipped away does not come back, so the number of vertex pairs bounds the
+///   flips. Only a damaged network, whose hole may be linked to itself, could exceed that bound.
+/// - A pass skips triangles whose surroundings have not changed.
 template <class Real>
 void DelaunayEngine<Real>::legaliseHole(Star& star, Passes& passes) {
     const std::vector<Tri*>& inner = star.triangles;

@@ -1,4 +1,4 @@
-// The engine: the triangles round a vertex that is to be removed.
+// DelaunayEngine: the triangles around a vertex that is to be removed.
 #pragma once
 
 #include "triangulation/engine.h"
@@ -11,8 +11,9 @@
 
 namespace zyn::detail {
 
-/// What surrounds a vertex, counter-clockwise: ring[i] to ring[i + 1] is the edge of triangles[i]
-/// opposite the vertex; outer[i] is the triangle across it, and link[i] its slot back.
+/// Describes the surroundings of a vertex, counter-clockwise. The edge from ring[i] to ring[i + 1]
+/// is that of triangles[i] opposite the vertex. outer[i] is the triangle across that edge, and
+/// link[i] is its slot that leads back.
 template <class Real>
 struct DelaunayEngine<Real>::Star {
     Real* centre = nullptr;
@@ -28,8 +29,9 @@ struct DelaunayEngine<Real>::Star {
 };
 
 /// Returns false if:
-/// - the vertex is on the boundary, or an edge of its ring is and may not be;
-/// - the ring does not close, or is longer than the record follows one.
+/// - the vertex is on the boundary;
+/// - an edge of its ring is on the boundary and `mayBeOpen` is false;
+/// - the ring does not close, or is longer than the records follow one.
 template <class Real>
 bool DelaunayEngine<Real>::collectStar(Tri* t, int corner, Star& star, bool mayBeOpen) const {
     constexpr auto longest = static_cast<std::size_t>(record::ringSteps<Real>);

@@ -1,4 +1,4 @@
-// The numbered export of the double engine: text in `v` and `f` lines.
+// The numbered export of the double engine, as `v` and `f` lines of text.
 #include "core/file_writer.h"
 #include "core/text_number.h"
 #include "triangulation/engine.h"
@@ -9,7 +9,7 @@
 namespace zyn::detail {
 namespace {
 
-/// The number that addPoint gave to the point behind a vertex.
+/// Returns the number that addPoint gave to the point of a vertex.
 int pointNumberOf(const double* vertex) { return reinterpret_cast<const XPnt3d*>(vertex)->inten; }
 
 class ObjLines : public FileWriter {

@@ -1,4 +1,4 @@
-// Edges of a network that flips must leave in place.
+// Edges that flips must leave in place.
 #pragma once
 
 #include <zyn/tin.h>
@@ -16,7 +16,7 @@
 
 namespace zyn::detail {
 
-/// For networks without such edges; costs nothing.
+/// Stands in where a network has no fixed edges; costs nothing.
 struct NoFixedEdges {
     template <class Real>
     static bool giveWay(Real*, Real*, Real*) {
@@ -25,14 +25,14 @@ struct NoFixedEdges {
 };
 inline NoFixedEdges noFixedEdges;
 
-/// The pairs of vertices of a host's list, found by their ends, and the list kept up to date; among
-/// them those that were added since. If allocation fails, both go on together.
+/// Finds fixed edges by their ends, and keeps the host's list of vertex pairs up to date. Counts
+/// the edges that are added. If allocation fails, index and list stay consistent.
 template <class Real>
 class FixedEdges {
 public:
     using VertexArray = typename TinRecord<Real>::RealPtrArray;
 
-    /// Takes edges that come twice, and a vertex left over, out of the list.
+    /// Removes duplicate edges and an unpaired last vertex from the list.
     explicit FixedEdges(VertexArray& vertices) : list(vertices) {
         const int pairs = list.size() / 2;
         places.reserve(static_cast<std::size_t>(pairs));
@@ -48,9 +48,10 @@ public:
     [[nodiscard]] bool contains(const Real* a, const Real* b) const {
         return places.contains(edge(a, b));
     }
-    /// The number of edges that were added while counting, there already or not, and are still there.
+    /// Returns the number of edges that were added while counting and are still there. Edges that
+    /// existed before they were added count too.
     [[nodiscard]] std::size_t added() const { return own.size(); }
-    /// Counts from 0 again.
+    /// Restarts the count from 0.
     void restartCounting() {
         own.clear();
         isCounting = true;
@@ -59,12 +60,12 @@ public:
         if (isCounting) { own.insert(edge(a, b)); }
         include(a, b);
     }
-    /// Whether edges that are added from now on count; what was the case before.
+    /// Sets whether edges that are added from now on count. Returns the previous setting.
     bool setCounting(bool newCounting) { return std::exchange(isCounting, newCounting); }
     [[nodiscard]] bool counts(const Real* a, const Real* b) const {
         return own.contains(edge(a, b));
     }
-    /// Takes the edge out; the last one moves into its place.
+    /// Removes the edge, if it is there. The last edge moves into its place.
     void remove(Real* a, Real* b) {
         const auto found = places.find(edge(a, b));
         if (found == places.end()) { return; }
@@ -86,9 +87,9 @@ public:
         add(p, b);
         setCounting(wasCounting);
     }
-    /// Whether edge a-b may be flipped for `p`: always when it is not fixed, and when it is, then only
-    /// because p lies on it: its halves take its place. Half way through an insertion this must not
-    /// throw: requireMemory() does it afterwards.
+    /// Returns whether edge a-b may be flipped for `p`. An edge that is not fixed may be. A fixed
+    /// one may be only if p is on it; its two halves then replace it. Does not throw, since an
+    /// insertion is half done at this point: requireMemory() throws afterwards.
     bool giveWay(Real* a, Real* b, Real* p) noexcept {
         if (places.empty() || !contains(a, b)) { return true; }
         if (orientation(xyOf(p), xyOf(a), xyOf(b)) != 0 || !isBetween(xyOf(a), xyOf(p), xyOf(b))) {
@@ -99,7 +100,7 @@ public:
         } catch (...) { lacksMemory = true; }
         return true;
     }
-    /// Throws std::bad_alloc when the halves of an edge that gave way could not be kept.
+    /// Throws std::bad_alloc if the halves of an edge that gave way could not be stored.
     void requireMemory() {
         if (std::exchange(lacksMemory, false)) { throw std::bad_alloc(); }
     }

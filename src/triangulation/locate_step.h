@@ -1,4 +1,4 @@
-// One step of the walk to the triangle that holds a point.
+// One step of the walk to the triangle that contains a point.
 #pragma once
 
 #include <zyn/tin.h>
@@ -10,13 +10,13 @@
 
 namespace zyn::detail {
 
-/// The neighbour across the first edge, in the order 01, 20, 12, that q lies strictly outside of by
-/// plain arithmetic, null if there is none; t itself when q lies outside of no edge. `isInside` is
-/// then set when the sides leave no doubt.
+/// Returns the neighbour across the first edge, in the order 01, 20, 12, that has q strictly
+/// outside in plain arithmetic, or null if that edge is open. Returns t itself if there is no such
+/// edge; then sets `isInside` if the signs are certain.
 template <class Real>
 inline TinRecord<Real>* stepTowards(TinRecord<Real>* t, Xy q, bool& isInside) {
-    // By the edges that q lies outside of: bit 0 for edge 01, 1 for 20, 2 for 12. Looked up, since a
-    // branch an edge would be mispredicted at every other step.
+    // Indexed by the edges that have q outside: bit 0 for edge 01, bit 1 for 20, bit 2 for 12. A
+    // table, since branches would be mispredicted at every other step.
     static constexpr signed char exit[8] = {3, 2, 1, 2, 0, 2, 1, 2};
     const Xy a = xyOf(t->vertex[0]), b = xyOf(t->vertex[1]), c = xyOf(t->vertex[2]);
     const Side ab(a, b, q), ca(c, a, q), bc(b, c, q);

@@ -1,4 +1,4 @@
-// The one-shot triangulation of a build without the mesh generator.
+// One-shot triangulation in a build without the mesh generator.
 #include "triangulation/engine.h"
 
 namespace zyn::detail {

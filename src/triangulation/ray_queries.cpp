@@ -1,4 +1,4 @@
-// Where a line meets the surface of the float engine.
+// The float engine: where a line meets the surface.
 #include "triangulation/engine.h"
 
 #include <zyn/geometry.h>

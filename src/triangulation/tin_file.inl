@@ -1,4 +1,4 @@
-// The engine: whole networks to a file and back, in both encodings.
+// DelaunayEngine: writing and reading whole networks in both encodings.
 #pragma once
 
 #include "triangulation/engine.h"
@@ -42,7 +42,7 @@ bool DelaunayEngine<Real>::readText(const char* path) {
     return readAndKeep(tin_file::TextSource(path));
 }
 
-/// Vertices are numbered by first appearance in pool order, after the corners of the frame;
+/// Numbers the vertices by first appearance in pool order, after the corners of the frame, and the
 /// triangles by their place in the pool.
 template <class Real>
 template <class Sink>

@@ -1,4 +1,4 @@
-// What both encodings of a TIN file have in common.
+// The parts that both encodings of a TIN file share.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@ namespace zyn::detail::tin_file {
 inline constexpr std::string_view magic = "ZynTINFile10";
 inline constexpr std::size_t binaryHeadSize = 64;
 
-/// Three vertices and three neighbours, by number.
+/// Holds the indices of three vertices and three neighbours.
 using Record = std::int32_t[6];
 
 }  // namespace zyn::detail::tin_file

@@ -1,4 +1,4 @@
-// The two encodings of a TIN file as sinks of its parts: head, counts, points, records.
+// Writers of the two encodings of a TIN file, part by part: head, counts, points, records.
 #pragma once
 
 #include "core/file_writer.h"

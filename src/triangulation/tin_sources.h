@@ -1,4 +1,4 @@
-// The two encodings of a TIN file as sources of its parts: head, counts, points, records.
+// Readers of the two encodings of a TIN file, part by part: head, counts, points, records.
 #pragma once
 
 #include "core/descriptor.h"
@@ -17,8 +17,8 @@
 
 namespace zyn::detail::tin_file {
 
-/// Reads a regular file through a buffer. Refuses all others: they have no size, and a pipe could
-/// block.
+/// Reads a regular file through a buffer. Refuses everything else, since it has no size and a pipe
+/// could block.
 class Reader {
 public:
     Reader(const char* path, const char* mode) {
@@ -55,7 +55,7 @@ private:
     bool hasEnded = false;
 };
 
-/// Reads the parts that consist of numbers, each number by `get` of the encoding.
+/// Reads the parts that consist of numbers, each number by the `get` of the encoding.
 template <class Encoding>
 class NumberReader : public Reader {
 public:
@@ -81,7 +81,7 @@ private:
 
 class BinarySource : public NumberReader<BinarySource> {
 public:
-    /// Opens the file in a `mode` of fopen.
+    /// Opens the file. `mode` is that of fopen.
     BinarySource(const char* path, const char* mode) : NumberReader(path, mode) {}
 
     /// Skips the head, which has no meaning in a binary file.
@@ -90,7 +90,7 @@ public:
         skip(binaryHeadSize);
         return complete;
     }
-    /// Returns whether a file of this size can hold so many parts.
+    /// Returns whether a file of this size can hold that many parts.
     template <class Real>
     [[nodiscard]] bool canHold(std::uint64_t points, std::uint64_t records) const {
         return size >= binaryHeadSize + 8 + 3 * sizeof(Real) * points + sizeof(Record) * records;
@@ -114,8 +114,8 @@ public:
     explicit TextSource(const char* path) : NumberReader(path, "r") {}
 
     bool head() { return word() == magic; }
-    /// Returns whether a file of this size can hold so many parts. Every number takes a digit and a
-    /// separator at least, except that the last separator may be missing.
+    /// Returns whether a file of this size can hold that many parts. Every number takes at least a
+    /// digit and a separator; only the last separator may be missing.
     template <class Real>
     [[nodiscard]] bool canHold(std::uint64_t points, std::uint64_t records) const {
         return size + 1 >= magic.size() + 5 + 6 * points + 12 * records;
@@ -128,8 +128,8 @@ private:
 
     static bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-    /// Returns the next word, up to white space; empty at the end of the file and for a word that is too
-    /// long.
+    /// Returns the next word, up to white space. Returns an empty one at the end of the file and
+    /// for a word that is too long.
     std::string_view word() {
         std::string_view text = peek(longestWord + 1);
         while (!text.empty() && isSpace(text.front())) {

@@ -1,4 +1,4 @@
-// Triangle records: corners and edges by index, the local Delaunay test, flips.
+// TinRecord: corners and edges by index, the local Delaunay test, flips.
 #pragma once
 
 #include <zyn/tin.h>
@@ -8,8 +8,8 @@
 
 namespace zyn::detail::record {
 
-/// An edge stays when the sine of the sum of its opposite angles, unscaled, reaches this: four
-/// points on a circle flip in double and stay in float.
+/// Keeps an edge if the unscaled sine of the sum of its opposite angles reaches this value.
+/// Therefore four points on a circle flip in double, but not in float.
 template <class Real>
 inline constexpr double delaunayThreshold = std::same_as<Real, double> ? 1e-8 : 0.0;
 

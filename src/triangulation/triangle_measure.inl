@@ -1,4 +1,4 @@
-// Triangle records: areas, extents, the plane, lines through it.
+// TinRecord: areas, extents, the plane, and lines that cross it.
 #pragma once
 
 #include <zyn/geometry.h>
@@ -11,7 +11,7 @@
 
 namespace zyn::detail::record {
 
-/// What separates the two precisions in measuring.
+/// Holds the constants of measuring in which the two precisions differ.
 template <class Real>
 struct Measuring;
 
@@ -29,10 +29,12 @@ struct Measuring<float> {
     static constexpr double areaTolerance = 1e-5;
 };
 
-/// Below this a normal has no direction, and a plane is vertical.
+/// Separates usable normals from shorter ones, which have no direction. A plane with a smaller z
+/// component counts as vertical.
 inline constexpr double smallestNormal = 1e-10;
 
-/// Heron's formula. On a needle, rounding can take the product below 0: it is held there.
+/// Returns the area by Heron's formula. On a needle, rounding can make the product negative; it is
+/// then taken as 0.
 template <class Real>
 Real heron(Real a, Real b, Real c) {
     const Real s = (a + b + c) * Real(0.5);
@@ -45,8 +47,8 @@ Real length(const Real* p, const Real* q) {
     return std::sqrt(dx * dx + dy * dy + dz * dz);
 }
 
-/// Area by Heron's formula, or by the cross product of two sides in a unit near the largest
-/// coordinate where the formula overflows.
+/// Returns the area by Heron's formula. If that overflows, uses the cross product of two sides, in
+/// a unit near the largest coordinate.
 template <class Real>
 Real areaOf(XPnt3<Real> a, XPnt3<Real> b, XPnt3<Real> c) {
     const auto distance = [](const XPnt3<Real>& p, const XPnt3<Real>& q) {
@@ -70,7 +72,7 @@ Real length2d(const Real* p, const Real* q) {
     return std::sqrt(dx * dx + dy * dy);
 }
 
-/// Largest minus smallest of one coordinate of the corners.
+/// Returns the largest minus the smallest of one coordinate of the corners.
 template <class Real>
 Real extent(const TinRecord<Real>& t, int axis) {
     const auto [low, high] = std::minmax({t.vertex[0][axis], t.vertex[1][axis], t.vertex[2][axis]});
@@ -199,7 +201,8 @@ bool TinRecord<Real>::Z(Real z) const {
     return z < vertex[0][2] || z < vertex[1][2] || z < vertex[2][2];
 }
 
-// In double for both precisions: in float a third of the true hits near the origin are missed.
+// Computes in double for both precisions: float would miss a third of the true hits near the
+// origin.
 template <class Real>
 bool TinRecord<Real>::ray_intersect3d(const Real* p1, const Real* p2, Real* t) const {
     const auto wide = [](const Real* p) {

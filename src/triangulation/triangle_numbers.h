@@ -1,4 +1,4 @@
-// Numbers for the triangles of a pool, found by address.
+// Indices of the triangles of a pool, found by address.
 #pragma once
 
 #include "triangulation/triangle_pool.h"
@@ -11,7 +11,7 @@
 
 namespace zyn::detail {
 
-/// The number of any triangle of a pool from its address.
+/// Finds the index of a triangle in its pool.
 template <class Real>
 class TriangleNumbers {
 public:
@@ -26,7 +26,7 @@ public:
         std::sort(blocks.begin(), blocks.end(),
                   [](const Block& a, const Block& b) { return std::less<>()(a.first, b.first); });
     }
-    /// -1 for null and for a triangle of no block.
+    /// Returns -1 for null and for a triangle outside the pool.
     [[nodiscard]] std::int32_t operator()(const Tri* t) {
         if (t == nullptr) { return -1; }
         if (!holds(latest, t)) {
@@ -50,7 +50,7 @@ private:
     }
 
     std::vector<Block> blocks;  // by address
-    Block latest;               // where the last one was found: neighbours lie close together
+    Block latest;               // the block of the latest find: neighbours are close together
 };
 
 }  // namespace zyn::detail

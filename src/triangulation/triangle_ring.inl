@@ -1,4 +1,4 @@
-// Triangle records: the ring of a vertex, and the flood within a radius.
+// TinRecord: the ring around a vertex, and the flood within a radius.
 #pragma once
 
 #include <zyn/tin.h>
@@ -11,12 +11,12 @@
 
 namespace zyn::detail::record {
 
-/// How many triangles a ring is followed through, and what is reserved for it.
+/// Limits the number of triangles along a ring. `ringReserve` is the capacity reserved for one.
 template <class Real>
 inline constexpr int ringSteps = std::same_as<Real, double> ? std::numeric_limits<int>::max() : 52;
 inline constexpr int ringReserve = 1024;
 
-/// Squared distance in the plane, beyond which no corner is the nearest.
+/// Limits the squared distance in the plane at which a corner can be the nearest.
 template <class Real>
 inline constexpr Real nearestLimit = Real(9999999.0);
 
@@ -27,13 +27,13 @@ Real squaredDistance2d(const Real* a, const Real* b) {
     return dx * dx + dy * dy;
 }
 
-/// The `inten` of a vertex, which is a whole point.
+/// Returns the `inten` of a vertex. REQUIRES: the vertex is a whole point.
 template <class Real>
 std::int16_t& visited(Real* vertex) {
     return reinterpret_cast<XPnt3<Real>*>(vertex)->inten;
 }
 
-/// Clears the marks of all that was found, also when memory for more ran out.
+/// Clears the marks of all vertices that were found, even if allocation failed on the way.
 template <class Real>
 struct MarksUntilEnd {
     explicit MarksUntilEnd(typename TinRecord<Real>::RealPtrArray& out) : found(out) {}
@@ -51,7 +51,8 @@ private:
 
 namespace zyn::detail {
 
-/// The corner of `t` that is nearest to p in the plane, nearer than `radius`; 3 if there is none.
+/// Returns the corner of `t` that is nearest to p in the plane and nearer than `radius`, or 3 if
+/// there is none.
 template <class Real>
 int nearestCorner(const TinRecord<Real>* t, const Real* p, Real radius) {
     int nearest = 3;
@@ -80,8 +81,8 @@ std::int32_t TinRecord<Real>::findCone(int i, RealPtrArray* out) {
     Real* const last = vertex[after[i]];
     out->append(vertex[before[i]]);
 
-    // Counter-clockwise: each step appends a vertex and crosses the edge to it from the centre. The
-    // walk ends at this record, at the boundary, or where the links do not go round the centre.
+    // Counter-clockwise, each step appends a vertex and crosses the edge from the centre to it. The
+    // walk ends at this record, at the boundary, or where the links leave the centre.
     TinRecord* t = neighbor[after[i]];
     int steps = 0;
     const auto counterClockwise = [&](TinRecord* from) -> TinRecord* {

@@ -1,4 +1,4 @@
-// Exact tests of a whole triangle.
+// Exact tests of whole triangles.
 #pragma once
 
 #include <zyn/tin.h>
@@ -7,13 +7,14 @@
 
 namespace zyn::detail {
 
-/// Returns 1 if the corners run counter-clockwise, -1 if clockwise, 0 if the triangle is degenerate.
+/// Returns 1 if the corners run counter-clockwise, -1 if clockwise, 0 if the triangle is
+/// degenerate.
 template <class Real>
 [[nodiscard]] inline int orientationOf(const TinRecord<Real>* t) {
     return orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2]));
 }
 
-/// Returns whether the triangle is there, has an area, and runs counter-clockwise.
+/// Returns whether the triangle exists, has an area, and runs counter-clockwise.
 template <class Real>
 [[nodiscard]] inline bool hasArea(const TinRecord<Real>* t) {
     return t != nullptr && orientationOf(t) > 0;

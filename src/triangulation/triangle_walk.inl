@@ -1,4 +1,4 @@
-// Triangle records: walking to a point and along a segment.
+// TinRecord: walks to a point and along a segment.
 #pragma once
 
 #include <zyn/tin.h>
@@ -10,7 +10,7 @@
 
 namespace zyn::detail::record {
 
-/// What separates the two precisions in locating.
+/// Holds the sign test and the tolerance in which the two precisions differ.
 template <class Real>
 struct Locating;
 
@@ -34,8 +34,8 @@ struct Locating<float> {
     }
 };
 
-/// The two products whose difference tells the side of q against u-w. Differences are taken in
-/// Real, the rest in double.
+/// Holds the two products whose difference is the side of q with respect to u-w. Takes differences
+/// in Real and the rest in double.
 template <class Real>
 struct SideProducts {
     double first;
@@ -44,23 +44,28 @@ struct SideProducts {
     SideProducts(const Real* u, const Real* w, Real x, Real y)
         : first(double(w[0] - x) * double(u[1] - y)), second(double(w[1] - y) * double(u[0] - x)) {}
 
-    /// Positive when q lies strictly to the right, so outside of a counter-clockwise triangle.
+    /// Returns a positive value if q is strictly to the right, which is outside a counter-clockwise
+    /// triangle.
     [[nodiscard]] double value() const { return first - second; }
     [[nodiscard]] bool isOutside() const { return first > second; }
 };
 
-/// Nearer to an edge than this, as a cross product, counts as on it.
+/// Limits the cross product up to which a point counts as on an edge.
 inline constexpr double classifyTolerance = 1e-5;
 
-/// The edges in the order in which a step looks at them: from, to, and the slot across.
+/// Names the ends of an edge and the neighbour across it. The arrays have the order in which a step
+/// tests the edges.
 struct Edge {
     int from, to, across;
 };
 inline constexpr Edge stepOrder[3] = {{0, 1, 2}, {2, 0, 1}, {1, 2, 0}};
 inline constexpr Edge segmentOrder[3] = {{0, 1, 2}, {1, 2, 0}, {2, 0, 1}};
 
-/// Where (x, y) lies in `t` alone: 0 with the triangle to go to in `next`, 1 on the edge opposite
-/// corner `where`, 2 on corner `where`, -1 when all three edges are too close to tell.
+/// Locates (x, y) with respect to `t` alone. Returns:
+/// - 0, and sets `next` to the triangle to continue with, which is `t` if (x, y) is inside;
+/// - 1 if (x, y) is on the edge opposite corner `where`;
+/// - 2 if it is at corner `where`;
+/// - -1 if it is too close to all three edges to decide.
 template <class Real>
 std::int32_t classify(TinRecord<Real>* t, Real x, Real y, TinRecord<Real>*& next,
                       std::int32_t& where) {

@@ -10,9 +10,9 @@
 
 namespace zyn::detail {
 
-/// Returns the neighbour across the first edge, in the order 01, 20, 12, that has q strictly
-/// outside in plain arithmetic, or null if that edge is open. Returns t itself if there is no such
-/// edge; then sets `isInside` if the signs are certain.
+/// Tests the edges 01, 20 and 12 in this order and in plain arithmetic. Returns the neighbour across
+/// the first edge that has q strictly outside, or null if that edge is open. If there is no such
+/// edge, returns t and sets `isInside` if the signs are certain.
 template <class Real>
 inline TinRecord<Real>* stepTowards(TinRecord<Real>* t, Xy q, bool& isInside) {
     // Indexed by the edges that have q outside: bit 0 for edge 01, bit 1 for 20, bit 2 for 12. A

@@ -23,8 +23,8 @@ template <class Real>
     return {double(p[0]), double(p[1])};
 }
 
-/// Limits the coordinates for which the error bounds hold. Points beyond it are rejected like
-/// points that are not finite.
+/// Limits the coordinates for which the error bounds hold. Points beyond this limit are rejected
+/// like points that are not finite.
 inline constexpr double largestCoordinate = 1e100;
 
 [[nodiscard]] inline bool isUsable(Xy q) {
@@ -107,10 +107,11 @@ template <class Real>
 [[nodiscard, gnu::cold]] int inCircleExact(const Real* p, const Real* a, const Real* b,
                                            const Real* d);
 
-/// Returns 1 if d is inside the circle through p, a and b, -1 if it is outside, and 0 if the four
-/// points are on one circle or a coordinate is not finite. On a degenerate triangle, returns 1 if p
-/// is strictly between a and b. REQUIRES: p, a and b do not run clockwise, and no coordinate
-/// exceeds 1e100 in size.
+/// Returns the side of the circle through p, a and b on which d is:
+/// - 1 inside; on a degenerate triangle, 1 if p is strictly between a and b;
+/// - -1 outside;
+/// - 0 if the four points are on one circle, or a coordinate is not finite.
+/// REQUIRES: p, a and b do not run clockwise, and no coordinate exceeds 1e100 in size.
 ///
 /// The result is the negated sign of sin(C + D) = cosD·sinC + sinD·cosC, where C is the angle at p
 /// and D the angle at d. That sum equals the determinant of the published in-circle test in another

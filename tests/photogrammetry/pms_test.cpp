@@ -18,6 +18,7 @@
 namespace {
 
 using namespace zyn;
+using namespace zyn::detail;
 
 constexpr int imageCount = 5;
 using Seen = std::vector<std::pair<int, XPnt2d>>;

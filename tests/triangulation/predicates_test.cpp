@@ -14,6 +14,7 @@
 namespace {
 
 using namespace zyn;
+using namespace zyn::detail;
 
 constexpr double infinity = HUGE_VAL;
 
@@ -30,7 +31,7 @@ const Scale scales[] = {{0, 1, 2},     {1, 1, 1},       {1e15, 64, 1},     {5e5,
 /// Calls `check` with four positions, thousands of times: on a line and on a circle, up to the
 /// rounding and to some units in the last place.
 template <class Check>
-void forQuads(Check check) {
+void forEachQuad(Check check) {
     std::mt19937 random(support::newSeed());
     std::uniform_real_distribution uniform(-1.0, 1.0);
     for (const Scale& scale : scales) {
@@ -69,7 +70,7 @@ int orient2dSign(const Xy& a, const Xy& b, const Xy& c) {
 // A swap negates, a cyclic shift keeps the sign.
 
 TEST(PredicatesTest, OrientationHasTheExactSign) {
-    forQuads([](Xy a, Xy b, Xy c, Xy) {
+    forEachQuad([](Xy a, Xy b, Xy c, Xy) {
         const int turn = support::exactOrientation(at(a), at(b), at(c));
         EXPECT_TRUE(orientation(a, b, c) == turn && orientation(b, c, a) == turn);
         EXPECT_TRUE(orientation(b, a, c) == -turn && orientation(a, c, b) == -turn);
@@ -82,7 +83,7 @@ TEST(PredicatesTest, OrientationHasTheExactSign) {
 }
 
 TEST(PredicatesTest, InCircleHasTheExactSign) {
-    forQuads([](Xy a, Xy b, Xy c, Xy d) {
+    forEachQuad([](Xy a, Xy b, Xy c, Xy d) {
         const int inside = support::exactInCircle(at(a), at(b), at(c), at(d));
         EXPECT_TRUE(insideSign(a, b, c, d) == inside && insideSign(b, c, a, d) == inside);
         EXPECT_TRUE(insideSign(b, a, c, d) == -inside && insideSign(a, b, d, c) == -inside);

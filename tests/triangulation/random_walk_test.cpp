@@ -19,6 +19,7 @@
 namespace {
 
 using namespace zyn;
+using namespace zyn::detail;
 
 /// How many operations a walk has; ZYN_WALK_OPERATIONS says otherwise.
 int operationCount() {

@@ -3,14 +3,13 @@
 
 #include <zyn/network.h>
 
-#include <gtest/gtest.h>
-
 #include <deque>
 #include <type_traits>
 #include <vector>
 
 #include "containers/array_imp.h"
 #include "point_sets.h"
+#include "testing.h"
 
 namespace support {
 

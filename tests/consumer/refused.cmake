@@ -1,5 +1,5 @@
-# The numbered cases of refused.cpp do not compile, each by itself and with the error that stands behind it there, and
-# the file without them does.
+# Checks that each numbered case of refused.cpp fails to compile with the error that is named beside it, and that the
+# file compiles without them.
 include(${CMAKE_CURRENT_LIST_DIR}/../package/package.cmake)
 need_tools(pkg-config)
 
@@ -22,7 +22,7 @@ foreach(number RANGE ${count})
         list(GET cases ${index} case)
         string(REGEX REPLACE ".*// " "" expected "${case}")
         if(NOT errors MATCHES "error: [^\n]*(${expected})")
-            message(SEND_ERROR "Case ${number} gives no error like ${expected}: ${errors}")
+            message(SEND_ERROR "Case ${number} has no error that matches ${expected}: ${errors}")
         endif()
     endif()
 endforeach()

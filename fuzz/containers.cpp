@@ -79,8 +79,8 @@ void runPool(Bytes& bytes) {
     }
 }
 
-/// Returns the determinant of whole numbers. Each division is exact: Bareiss, "Sylvester's identity and
-/// multistep integer-preserving Gaussian elimination", 1968.
+/// Returns the determinant of whole numbers. Each division is exact: Bareiss, "Sylvester's identity
+/// and multistep integer-preserving Gaussian elimination", 1968.
 long long determinant(std::vector<std::vector<long long>> a) {
     long long last = 1, sign = 1;
     for (std::size_t k = 0; k < a.size(); ++k) {

@@ -1,5 +1,5 @@
-// Operations on an engine of either precision. After every few of them the network must be valid. If an
-// earlier operation has left a hole or rounded points, nothing may crash or hang.
+// Operations on an engine of either precision. After every few of them the network must be valid.
+// If an earlier operation has left a hole or rounded points, nothing may crash or hang.
 #include <zyn/network.h>
 
 #include <cmath>
@@ -62,8 +62,8 @@ private:
         unsoundChecks = 0;
     }
 
-    /// Returns mostly numbers of a small lattice, where points coincide and lines cross in vertices, and
-    /// sometimes any number.
+    /// Returns mostly numbers of a small lattice, where points coincide and lines cross in
+    /// vertices, and sometimes any number.
     Real coordinate() {
         const int kind = bytes.take();
         if (kind < 200) { return Real(kind % 17 * scale); }

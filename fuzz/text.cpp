@@ -72,8 +72,8 @@ void writeLog(const QString& message) {
     }
 }
 
-/// Checks that the fast reader finds the same points as the documented way, line by line. In plain text
-/// both also agree on whether there is a line; truncated characters may add or remove one.
+/// Checks that the fast reader finds the same points as the documented way, line by line. In plain
+/// text both also agree on whether there is a line; truncated characters may add or remove one.
 void readFile(const QString& path, bool isPlain, std::int64_t lineFeeds) {
     const ref_ptr<StringArray> lines = readLines(path, nullptr);
     FUZZ_REQUIRE(lines);

@@ -66,7 +66,7 @@ protected:
         expectParts(result.err, {fs::path(program).filename().string() + ": ", message});
         EXPECT_EQ(outFiles(), "") << message;
     }
-    /// Checks --help, which explains the exit codes, --version, and usage that every program refuses.
+    /// Checks --help with its exit codes, --version, and usage that every program refuses.
     void expectHelp() const {
         const std::string name = fs::path(program).filename();
         expectParts(report("--help"), {"usage: " + name + " INPUT", "\nexample: " + name + " data/",

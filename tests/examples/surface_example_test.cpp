@@ -38,8 +38,8 @@ TEST_F(SurfaceExample, MakesASurfaceOfTheShippedTerrain) {
     // The corners of the frame are vertices too.
     constexpr std::uintmax_t vertices = 138632 + 4, triangles = 2 + 2 * 138632;
     EXPECT_EQ(fs::file_size(folder / "out/terrain.tin"), 72 + 24 * (vertices + triangles));
-    // In the picture the colour bar runs from white to green, the highest peak in the south is bright,
-    // and the plain in the east is green. The bar below is 5000 long.
+    // In the picture the colour bar runs from white to green, the highest peak in the south is
+    // bright, and the plain in the east is green. The bar below is 5000 long.
     const QImage picture((folder / "out/terrain.png").c_str());
     ASSERT_EQ(picture.size(), QSize(1000, 967));
     constexpr int barWidth = int(5000 * 900 / (343 * 92.474972) + 0.5);
@@ -146,7 +146,7 @@ TEST_F(SurfaceExample, MaxEdgeLeavesOutLongTriangles) {
     EXPECT_EQ(objCounts(), "4\n2\n");
     // The file has the whole network: 9 vertices with those of the frame, and 12 triangles.
     EXPECT_EQ(fs::file_size(folder / "out/terrain.tin"), 72U + 24 * (9 + 12));
-    // Two squares far apart: the profile leaves out the long triangles between them, as the area does.
+    // Two squares far apart: area and profile leave out the long triangles between them.
     const std::string islands = "0 0 0\n4 0 0\n0 4 0\n4 4 0\n90 0 0\n94 0 0\n90 4 0\n94 4 0\n";
     expectParts(
         reportOn(islands, "--max-edge 6"),
@@ -172,8 +172,8 @@ TEST_F(SurfaceExample, MakesBreaklinesEdges) {
     expectParts(reportOn(rhombus, "--breaklines ridge"),
                 {"breaklines  1 with 1 edges, 0 crossings, 0 lost, 0 without length\n",
                  "area        102.0 on"});
-    // The ditch shares a vertex with the ridge, at the height of the ridge, and sets the heights of the
-    // points at its own ends. Breaklines without length only add a point.
+    // The ditch shares a vertex with the ridge, at the height of the ridge, and sets the heights of
+    // the points at its own ends. Breaklines without length only add a point.
     write("crossing",
           "# ridge\n-10 0 5\n10 0 5\n\n> ditch\n0 -1 -2\n0 1 -2\n\n#\n20 20 9\n"
           "#\n30 0 1\n30 0 1\n");

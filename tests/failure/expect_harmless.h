@@ -15,8 +15,8 @@ inline std::ptrdiff_t openFiles() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
-/// Runs the operation with memory for no allocation, for one, for two and so on until it succeeds. Each
-/// round has a new Object:
+/// Runs the operation with memory for no allocation, for one, for two and so on until it succeeds.
+/// Each round has a new Object:
 /// - The operation throws std::bad_alloc, and then `check` finds the object as it should be.
 /// - With enough memory the operation returns true.
 /// - No memory and no open file is lost.

@@ -1,5 +1,5 @@
-// A Surface that runs out of memory at each allocation of a change stays valid, still answers queries,
-// and accepts the same change once there is enough again.
+// A Surface that runs out of memory at each allocation of a change stays valid, still answers
+// queries, and accepts the same change once there is enough again.
 #include <zyn/surface.h>
 
 #include <functional>

@@ -57,8 +57,9 @@ TYPED_TEST(Queries, DistancesAnglesAndSidesHaveKnownValues) {
     EXPECT_EQ(turned.inten, 7);
 }
 
-/// The nearest point of a triangle: its plane's foot if each side has it on the inner side, and then
-/// `inside`; otherwise the best of the clamped feet on the three sides.
+/// Returns the nearest point of a triangle. It is the foot on the plane, and `inside` is true, if
+/// the foot is on the inner side of each edge; otherwise it is the best clamped foot on the three
+/// edges.
 XPnt3d nearestOfTriangle(const XPnt3d& p, const XPnt3d (&corners)[3], bool& inside) {
     const XPnt3d n = normal(corners[0], corners[1], corners[2]);
     const XPnt3d foot = p - n * dot(p - corners[0], n);

@@ -29,8 +29,8 @@ endif()
 
 run(lintian --fail-on error --tag-display-limit 0 ${runtime} ${development})
 
-# What is installed on the machine counts as installed in the folder, so that dependencies are checked; but the machine's
-# libraries are not indexed anew.
+# The packages of the machine count as installed in the folder, so that dpkg can check dependencies. The libraries of the
+# machine are not indexed again.
 file(COPY /var/lib/dpkg/status DESTINATION ${root}/var/lib/dpkg)
 file(MAKE_DIRECTORY ${root}/var/lib/dpkg/info ${root}/var/lib/dpkg/updates)
 file(WRITE ${packages}/bin/ldconfig "#!/bin/sh\n")

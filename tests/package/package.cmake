@@ -1,17 +1,17 @@
-# What the tests of packages share. They work in WORK_DIR, where `shared` and `static` are installed copies.
+# Functions for the tests of packages. These work in WORK_DIR, where `shared` and `static` are installed copies.
 cmake_minimum_required(VERSION 3.24)
 
 function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-# Runs a command and gives what it prints on standard output.
+# Runs a command and sets the variable to what it prints on standard output.
 function(read_output variable)
     execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
     set(${variable} "${output}" PARENT_SCOPE)
 endfunction()
 
-# Ends the test as skipped where a tool is missing that scripts/setup installs on Debian, where this fails.
+# Checks for tools that scripts/setup installs. If one is missing, the test fails on Debian and is skipped elsewhere.
 macro(need_tools)
     foreach(tool IN ITEMS ${ARGN})
         find_program(path_of_${tool} ${tool})
@@ -55,7 +55,7 @@ function(check_prefix prefix kind build)
 
     set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
     build_project(${project} ${build}/pkg-config -D ZYNBASE_BY_PKG_CONFIG=${kind})
-    # A static copy has nothing there to be loaded.
+    # A static copy has no library there to load.
     set(ENV{LD_LIBRARY_PATH} ${prefix}/${LIBDIR})
     check_consumer(${build}/pkg-config/consumer)
 endfunction()

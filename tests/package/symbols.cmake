@@ -6,8 +6,8 @@ need_tools(nm)
 set(ENV{LC_ALL} C)
 set(stored ${CMAKE_CURRENT_LIST_DIR}/symbols.txt)
 set(found ${WORK_DIR}/symbols.txt)
-# Left out is what a compiler adds as it sees fit: the tables of classes, and members of a record that a `requires`
-# clause denies to its precision, which Clang 14 makes all the same.
+# Leaves out the names that depend on the compiler: the tables of classes, and members of a record that a `requires`
+# clause excludes for its precision, which Clang 14 emits nevertheless.
 set(compilers_choice
     -e "/^(vtable|typeinfo|typeinfo name|VTT) for zyn::/d"
     -e "/^zyn::TinRecord<double>::normal\\(/d"

@@ -17,7 +17,7 @@ int exactOrientation(Position a, Position b, Position c);
 /// a, b, c that run counter-clockwise.
 int exactInCircle(Position a, Position b, Position c, Position d);
 
-/// Returns whether the triangles, three corners each, together have the area of the polygon. Both run
+/// Returns whether the triangles, three corners each, have the area of the polygon. Both run
 /// counter-clockwise.
 bool haveAreaOf(const std::vector<Position>& triangles, const std::vector<Position>& polygon);
 

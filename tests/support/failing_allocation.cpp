@@ -17,7 +17,8 @@ std::atomic<bool> failed = false;
 std::atomic<long> live = 0;
 std::atomic<std::size_t> allocated = 0, peak = 0;
 
-/// Returns whether Qt asks for memory, which it always gets: it does not survive a failure inside it.
+/// Returns whether Qt asks for memory. It always gets memory, because it does not survive a
+/// failure.
 bool isQt(const void* code) {
     Dl_info place = {};
     return dladdr(code, &place) != 0 && std::strstr(place.dli_fname, "libQt") != nullptr;

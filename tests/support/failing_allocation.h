@@ -1,5 +1,5 @@
-// Memory that is counted, and that runs out on demand. A test program that has failing_allocation.cpp
-// among its sources uses its operator new.
+// Memory that is counted, and that runs out on demand. A test program that has
+// failing_allocation.cpp among its sources uses its operator new.
 #pragma once
 
 #include <cstddef>
@@ -21,8 +21,8 @@ public:
 /// Returns the number of blocks that operator new has returned and nobody has released.
 long liveBlocks();
 
-/// Measures the peak of allocated bytes since construction, above those allocated then. Only one object
-/// at a time measures correctly.
+/// Measures the peak of allocated bytes since construction, above those allocated then. Only one
+/// object at a time measures correctly.
 class PeakMemory {
 public:
     PeakMemory();

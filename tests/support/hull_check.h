@@ -13,8 +13,8 @@ namespace support {
 
 inline std::pair<double, double> keyOf(Position p) { return {p.x, p.y}; }
 
-/// Returns the hull, counter-clockwise from the least x, with the points on its edges: Andrew's monotone
-/// chain.
+/// Returns the hull, counter-clockwise from the least x, with the points on its edges: Andrew's
+/// monotone chain.
 inline std::vector<Position> hullOf(std::vector<Position> points) {
     std::ranges::sort(points, {}, keyOf);
     std::vector<Position> hull;
@@ -32,7 +32,7 @@ inline std::vector<Position> hullOf(std::vector<Position> points) {
     return hull;
 }
 
-/// Checks the number and the area of triangles, three corners each. Returns the fault, or an empty text.
+/// Checks the number and the area of triangles, three corners each. Returns the fault, or "".
 inline std::string faultOfHull(const std::vector<Position>& points,
                                const std::vector<Position>& corners) {
     if (points.empty()) { return corners.empty() ? "" : "triangles without points"; }

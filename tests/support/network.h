@@ -54,7 +54,7 @@ struct Network {
     }
     Real* vertex(std::size_t i) { return points[i]; }
 
-    /// Return all records in pool order, and copies of them, which stay equal while nothing changes.
+    /// Return all records in pool order, and copies of them, which are equal if nothing changes.
     /// @{
     std::vector<Tri*> triangles() {
         std::vector<Tri*> result;

@@ -15,8 +15,8 @@ struct Expected {
     std::optional<int> vertices = {};  ///< the corners of the frame included
 };
 
-/// Returns the first broken promise with the number of its triangle in pool order, or an empty text.
-/// Moves the cursor. The promises:
+/// Returns the first broken promise with the number of its triangle in pool order, or "". Moves the
+/// cursor. The promises:
 /// - Every triangle runs counter-clockwise; degenerate ones occur only along a side of the frame.
 /// - Links are symmetric.
 /// - The network is one disc that ends at the frame.

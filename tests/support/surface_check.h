@@ -19,7 +19,7 @@ inline std::set<NumberPair> sorted(std::vector<NumberPair> pairs) {
     return {pairs.begin(), pairs.end()};
 }
 
-/// Returns the first fault of the whole surface, whatever its maxEdge, or an empty text.
+/// Returns the first fault of the whole surface, whatever its maxEdge, or "".
 inline std::string faultOf(const zyn::Surface& surface) {
     if (const auto fault = surface.validate()) { return fault->text; }
     const zyn::SurfaceView all = surface.withMaxEdge(zyn::anyEdge);

@@ -1,5 +1,5 @@
-// GoogleTest with its matchers, and printers for the library's values: without them a failed assertion
-// would print bytes and addresses.
+// GoogleTest with its matchers, and printers for the library's values: without them a failed
+// assertion would print bytes and addresses.
 #pragma once
 
 #include <zyn/color.h>

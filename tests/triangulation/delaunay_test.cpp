@@ -22,7 +22,7 @@ using namespace zyn;
 using support::PointSet;
 using support::Scale;
 
-/// Returns how many points are finite and in the frame. Duplicates count only if the set keeps them.
+/// Returns how many points are finite and in the frame, with duplicates only if the set keeps them.
 template <class Real>
 int countOfValid(const PointSet& set) {
     const Real minX = Real(set.minX), minY = Real(set.minY), maxX = Real(set.maxX),

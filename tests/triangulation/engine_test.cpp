@@ -129,7 +129,7 @@ TYPED_TEST(Engine, RemovePointClosesTheHoleOrChangesNothing) {
 }
 
 TYPED_TEST(Engine, RemovePointFillsAHoleThatNoFanFills) {
-    // A wheel, or a star if the inner radius is smaller. A float engine refuses above 53 neighbours.
+    // A wheel, or a star if the inner radius is smaller. A float engine allows 53 neighbours.
     for (const auto& [count, inner] :
          {std::pair(8, 1), {10, 1}, {24, 1}, {53, 4}, {54, 4}, {100, 2}}) {
         SCOPED_TRACE(count);

@@ -42,8 +42,8 @@ TEST(OneShot, TriangulatesTheConvexHullOnce) {
 }
 
 TEST(OneShot, RoundsPointsToFloat) {
-    // Pairs differ by less than float resolves, so one point of each stays out. An optimizer must not
-    // drop the rounding.
+    // Pairs differ by less than float resolves, so one point of each stays out. An optimizer must
+    // not drop the rounding.
     std::vector<XPnt3d> points;
     for (int i = 0; i < 64; ++i) {
         points.emplace_back(1 + i % 8 + 1e-12 * (i % 2), 1 + i / 8, i);

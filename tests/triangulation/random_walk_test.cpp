@@ -114,7 +114,7 @@ private:
         EXPECT_GE(addBreakline<Real>(this->engine.get(), somePoints(2 + pick(3)), 0), 0);
         collect();
     }
-    /// Adds lines that almost coincide, all of them twice. The second round must make no new crossing.
+    /// Adds lines that almost coincide, twice. The second round must make no new crossing.
     void addOverlappingLines() {
         std::vector<XPnt3d> places;
         const XPnt3d a(position(), position()), b(position(), position());

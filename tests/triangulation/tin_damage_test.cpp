@@ -1,5 +1,5 @@
-// Networks in files: their bytes, reading them back, and damage. A damaged file reads as a network that
-// can be used, or as nothing. Reading takes no more memory than the size of the file allows.
+// Networks in files: their bytes, reading them back, and damage. A damaged file reads as a network
+// that can be used, or as nothing. Reading takes no more memory than the size of the file allows.
 #include <zyn/network.h>
 
 #include <sys/stat.h>
@@ -228,8 +228,8 @@ protected:
         std::memcpy(&damaged[at], &n, sizeof n);
         return damaged;
     }
-    /// Returns the text file with another word `at`. Word 0 is the head, words 1 and 2 are counts and
-    /// words 3 to 20 coordinates; the records follow.
+    /// Returns the text file with another word `at`. Word 0 is the head, words 1 and 2 are counts
+    /// and words 3 to 20 coordinates; the records follow.
     std::string withWord(std::size_t at, const std::string& word) {
         std::string damaged;
         for (std::size_t n = 0; n < words.size(); ++n) {

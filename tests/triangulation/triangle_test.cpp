@@ -180,9 +180,9 @@ TYPED_TEST(Triangle, AdjustFlipsEdgesThatAreNotDelaunay) {
 TYPED_TEST(Triangle, IntersectFlipsOnlyEdgesThatTheSegmentNeedsFlipped) {
     using Real = TypeParam;
     // The corners opposite the edge from (0, -2) to (0, 2), the segment, and whether the edge
-    // flips. It stays where the segment passes beside it, ends on it or goes through its end,
-    // where the four corners are not convex or three lie on a line, and where the segment
-    // crosses the new diagonal as well; in the last case only its line does.
+    // flips. It stays where the segment passes beside it, ends on it or goes through its end, where
+    // the four corners are not convex or three lie on a line, and where the segment crosses the new
+    // diagonal as well; in the last case only its line does.
     constexpr Real cases[][9] = {
         {-3, 0, 3, 0, -3, 0, 3, 0, true}, {-3, 1, 3, 1, -6, 0, 6, 0, true},
         {-3, 0, 3, 0, -3, 0, 3, 9},       {-3, 0, 3, 0, -3, 0, 0, 0},

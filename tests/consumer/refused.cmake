@@ -1,5 +1,5 @@
-# Checks that each numbered case of refused.cpp fails to compile with the error that is named beside it, and that the
-# file compiles without them.
+# Checks that each numbered case of refused.cpp fails to compile with the error named after it there,
+# and that the file without them compiles.
 include(${CMAKE_CURRENT_LIST_DIR}/../package/package.cmake)
 need_tools(pkg-config)
 
@@ -22,7 +22,7 @@ foreach(number RANGE ${count})
         list(GET cases ${index} case)
         string(REGEX REPLACE ".*// " "" expected "${case}")
         if(NOT errors MATCHES "error: [^\n]*(${expected})")
-            message(SEND_ERROR "Case ${number} has no error that matches ${expected}: ${errors}")
+            message(SEND_ERROR "Case ${number} gives no error like ${expected}: ${errors}")
         endif()
     endif()
 endforeach()

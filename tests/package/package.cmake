@@ -1,17 +1,18 @@
-# Functions for the tests of packages. These work in WORK_DIR, where `shared` and `static` are installed copies.
+# Functions of the package tests. They work in WORK_DIR, where `shared` and `static` are installed
+# copies.
 cmake_minimum_required(VERSION 3.24)
 
 function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-# Runs a command and sets the variable to what it prints on standard output.
+# Runs a command and gives what it prints on standard output.
 function(read_output variable)
     execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
     set(${variable} "${output}" PARENT_SCOPE)
 endfunction()
 
-# Checks for tools that scripts/setup installs. If one is missing, the test fails on Debian and is skipped elsewhere.
+# Skips the test if a tool is missing. On Debian, where scripts/setup installs the tools, fails it.
 macro(need_tools)
     foreach(tool IN ITEMS ${ARGN})
         find_program(path_of_${tool} ${tool})
@@ -25,7 +26,8 @@ macro(need_tools)
     endforeach()
 endmacro()
 
-# Configures and builds a project as its user does, in BUILD, with further arguments for the configuration.
+# Configures and builds a project in BUILD, as its user does, with further arguments for the
+# configuration.
 function(build_project source build)
     run(${CMAKE_COMMAND} -S ${source} -B ${build} -G ${GENERATOR} -D CMAKE_CXX_COMPILER=${CXX}
         -D CMAKE_CXX_FLAGS=${CXX_FLAGS} -D CMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER} ${ARGN})
@@ -55,7 +57,7 @@ function(check_prefix prefix kind build)
 
     set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
     build_project(${project} ${build}/pkg-config -D ZYNBASE_BY_PKG_CONFIG=${kind})
-    # A static copy has no library there to load.
+    # A static copy has nothing there to be loaded.
     set(ENV{LD_LIBRARY_PATH} ${prefix}/${LIBDIR})
     check_consumer(${build}/pkg-config/consumer)
 endfunction()

@@ -50,7 +50,11 @@
 namespace zyn {
 
 class SurfaceView;
+/// @cond
+namespace detail {
 struct SurfaceState;
+}
+/// @endcond
 
 /// A line in space, from point to point. A closed one ends with its first point.
 using Polyline = std::vector<XPnt3d>;
@@ -156,10 +160,11 @@ private:
     friend class SurfaceView;
     friend class SurfaceTriangleIterator;
     SurfaceTriangle() = default;
-    SurfaceTriangle(const SurfaceState* state_, double maxEdge_, const tind* record_) noexcept
+    SurfaceTriangle(const detail::SurfaceState* state_, double maxEdge_,
+                    const tind* record_) noexcept
         : state(state_), maxEdge(maxEdge_), record(record_) {}
 
-    const SurfaceState* state = nullptr;
+    const detail::SurfaceState* state = nullptr;
     double maxEdge = anyEdge;
     const tind* record = nullptr;
 };
@@ -190,7 +195,7 @@ public:
 
 private:
     friend class SurfaceView;
-    const SurfaceState* state = nullptr;
+    const detail::SurfaceState* state = nullptr;
     double maxEdge = anyEdge;
     SurfaceTriangle current;  // without a record behind the last one
     std::size_t next = 0;     // number of the record to look at
@@ -301,7 +306,7 @@ private:
     friend class Surface;
     [[nodiscard]] SurfaceTriangleIterator firstTriangle() const;
 
-    const SurfaceState* state = nullptr;
+    const detail::SurfaceState* state = nullptr;
     double maxEdge = anyEdge;
 };
 
@@ -383,9 +388,9 @@ public:
     SurfaceView withMaxEdge(double length) && = delete;
 
 private:
-    SurfaceState& changeable();
+    detail::SurfaceState& changeable();
 
-    std::unique_ptr<SurfaceState> own;
+    std::unique_ptr<detail::SurfaceState> own;
 };
 
 }  // namespace zyn

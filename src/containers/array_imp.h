@@ -1,11 +1,11 @@
-// The implementations behind the typed arrays, reached through virtual calls only. A family stamps
-// its factories from them, one line each:
+// The implementations behind the typed arrays, which callers reach through virtual calls only. A
+// family creates its factories from them, one line each:
 //
 //     IntArray* newIntArray() { return new ArrayImp<IntArray>; }
 //     ByteArrayArray* newByteArrayArray() { return new ArrayRefPointerImp<ByteArrayArray>; }
 //
-// Failure: whatever an operation needs is allocated first, and copies of elements do not throw, so
-// an operation that throws leaves the array as it was.
+// An operation that throws leaves the array as it was: it allocates everything first, and copies of
+// elements do not throw.
 #pragma once
 
 #include <zyn/array.h>
@@ -21,7 +21,7 @@
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Throws std::out_of_range, "invalid vector<T> subscript".
 [[noreturn]] void throwInvalidSubscript();
@@ -32,8 +32,8 @@ template <class E>
 concept CountedPointer =
     std::is_pointer_v<E> && std::derived_from<std::remove_pointer_t<E>, ZynReferenced>;
 
-/// What both kinds of array do alike. `Self` is the final class; its `retain` is called for each
-/// element that the array is about to own, and it removes the elements.
+/// Implements what both kinds of array have in common. `Self` is the final class. It removes the
+/// elements, and its `retain` is called for each element that the array is about to own.
 template <class Self, class Derived>
 class ArrayStorage : public Derived {
 public:
@@ -82,8 +82,8 @@ public:
     int assign(const Derived* other) final {
         return other == this ? size() : assign(other->data(), other->size());
     }
-    // The new elements are owned before the old ones go, as in ref_ptr: they may be rows that only
-    // this array keeps alive.
+    // The array owns the new elements before it releases the old ones, as in ref_ptr: the new
+    // elements may be rows that only this array keeps alive.
     int assign(const E* source, int count) final {
         reserve(count);
         retainAll(source, count);
@@ -101,7 +101,7 @@ public:
 protected:
     ArrayStorage() = default;
 
-    /// Gives `index` as an index of `items`, or throws.
+    /// Returns `index` as an index into `items`, or throws.
     std::size_t checked(int index) const {
         if (index < 0 || index >= size()) { throwInvalidSubscript(); }
         return static_cast<std::size_t>(index);
@@ -112,10 +112,10 @@ protected:
 private:
     static constexpr int maxSize = std::numeric_limits<int>::max();
 
-    /// Throws for a negative count.
+    /// Returns `count` as a size; throws if it is negative.
     static std::size_t asSize(int count) {
         if (count < 0) {
-            // Elements of one byte are limited by the address space alone.
+            // Only the address space limits elements of one byte.
             if constexpr (sizeof(E) == 1) { throw std::bad_alloc(); }
             throwTooLong();
         }
@@ -126,7 +126,7 @@ private:
         return static_cast<int>(std::min<std::int64_t>(room + room / 2, maxSize));
     }
 
-    /// Grows to the capacity that appending `more` elements one at a time arrives at.
+    /// Grows to the same capacity as appending `more` elements one at a time.
     void makeRoom(int more) {
         if (more <= capacity() - size()) { return; }
         if (more > maxSize - size()) { throwTooLong(); }
@@ -136,8 +136,9 @@ private:
         reserve(room);
     }
 
-    /// Appends an array after it was read: this one, or one of the application's own making. The
-    /// latter may throw, change its size and change this array while it is read.
+    /// Copies the elements of `other` before it appends them. `other` may be this array. It may
+    /// also be a class of the application, which may throw, change its size, or change this array
+    /// while it is read.
     int appendRead(const Derived& other) {
         std::vector<E> read;
         read.reserve(static_cast<std::size_t>(std::max(other.size(), 0)));
@@ -174,9 +175,9 @@ private:
     using ArrayStorage<ArrayImp, Derived>::items;
 };
 
-/// Holds pointers to counted objects, and one count of each that is not null. A row leaves the
-/// array before its count goes: its destructor or a delete handler may look at this array, and
-/// change it.
+/// Holds pointers to counted objects and one count of each pointer that is not null. A row leaves
+/// the array before its count is released, because its destructor or a delete handler may read and
+/// change this array.
 template <class Derived>
 class ArrayRefPointerImp final : public ArrayStorage<ArrayRefPointerImp<Derived>, Derived> {
 public:
@@ -185,8 +186,8 @@ public:
 
     ~ArrayRefPointerImp() override { removeAll(); }
 
-    // Rows become null in place, since nothing may be allocated here. A second round is for what a
-    // row's destructor moved or added behind the loop.
+    // Sets the rows to null in place, since nothing may be allocated here. Repeats as long as the
+    // destructor of a row moves or adds rows behind the loop.
     void removeAll() override {
         while (std::ranges::any_of(items, [](E row) { return row != nullptr; })) {
             for (std::size_t i = 0; i < items.size(); ++i) {
@@ -228,4 +229,4 @@ private:
     }
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,4 +1,4 @@
-// Inversion of a square matrix in place.
+// In-place inversion of a square matrix.
 #pragma once
 
 #include "core/wrapping.h"
@@ -9,9 +9,9 @@
 #include <cstdio>
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// Gauss-Jordan elimination with full pivoting, on the n x n elements at `a`, row by row.
+/// Inverts the n x n elements at `a`, row by row, by Gauss-Jordan elimination with full pivoting.
 template <class T>
 class GaussJordan {
 public:
@@ -19,11 +19,11 @@ public:
         int row, col;
     };
 
-    /// `pivots`: room for n.
+    /// REQUIRES: `pivots` has room for n.
     GaussJordan(T* a_, int n_, Pivot* pivots_) : a(a_), n(n_), pivots(pivots_) {}
 
-    /// False, with a message and the elements as the elimination left them, when every remaining
-    /// pivot is exactly 0.
+    /// Returns false and prints a message if every remaining pivot is exactly 0. The elements then
+    /// stay as the elimination left them.
     bool invert() {
         for (int k = 0; k < n; ++k) {
             if (!bringPivot(k)) {
@@ -42,7 +42,7 @@ public:
 private:
     T* row(int r) const { return a + static_cast<std::ptrdiff_t>(r) * n; }
 
-    /// Brings the largest of the remaining elements, of equal ones the first, to (k, k).
+    /// Moves the largest of the remaining elements to (k, k); among equal ones, the first.
     bool bringPivot(int k) {
         double largest = 0.0;
         for (int r = k; r < n; ++r) {
@@ -91,4 +91,4 @@ private:
     Pivot* pivots;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

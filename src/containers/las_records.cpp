@@ -4,16 +4,13 @@
 #include <array>
 #include <bit>
 
-#include "containers/array_imp.h"
-#include "containers/pool_imp.h"
-
 namespace zyn {
 
 namespace {
 
 constexpr std::size_t headSize = 3 * sizeof(float) + sizeof(std::int16_t);
 
-/// The bytes that x, y, z and `inten` take in a P, if it begins with them.
+/// Returns the bytes that x, y, z and `inten` occupy in a P that begins with them.
 template <class P>
 constexpr std::array<unsigned char, headSize> headBytes() {
     P p;
@@ -30,8 +27,8 @@ constexpr std::array<unsigned char, headSize> headBytes() {
 static_assert(sizeof(LasPnt) == 28 && alignof(LasPnt) == alignof(XPnt3f));
 static_assert(headBytes<LasPnt>() == headBytes<XPnt3f>());
 
-/// A record read as a point, which its head is by the assertions above. Records live as LasPnt
-/// only, so that the cast stands here alone.
+/// Returns the record as a point, which its first bytes are by the assertions above. Records are
+/// always LasPnt, so this is the only such cast.
 XPnt3f* headOf(LasPnt* record) { return reinterpret_cast<XPnt3f*>(record); }
 
 template <class Source, class AddressAt>
@@ -90,17 +87,5 @@ ref_ptr<PLasPntdArray> PntsToPntArr(PLasPntPoold* source) {
     while (ZynLasPntD** const p = source->next()) { pointers->append(*p); }
     return pointers;
 }
-
-LasPntPool* newLasPntPool() { return new ZynPoolImp<LasPntPool>(poolBlockSize); }
-LasPntPoold* newLasPntPoold() { return new ZynPoolImp<LasPntPoold>(poolBlockSize); }
-PLasPntPool* newPLasPntPool() { return new ZynPoolImp<PLasPntPool>(poolBlockSize); }
-PLasPntPoold* newPLasPntPoold() { return new ZynPoolImp<PLasPntPoold>(poolBlockSize); }
-
-LasPntArray* newLasPntArray() { return new ArrayImp<LasPntArray>; }
-LasPntdArray* newLasPntdArray() { return new ArrayImp<LasPntdArray>; }
-PLasPntArray* newPLasPntArray() { return new ArrayImp<PLasPntArray>; }
-PLasPntdArray* newPLasPntdArray() { return new ArrayImp<PLasPntdArray>; }
-PLasPntArrayArray* newPLasPntArrayArray() { return new ArrayRefPointerImp<PLasPntArrayArray>; }
-PLasPntdArrayArray* newPLasPntdArrayArray() { return new ArrayRefPointerImp<PLasPntdArrayArray>; }
 
 }  // namespace zyn

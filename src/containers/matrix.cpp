@@ -8,12 +8,14 @@
 
 namespace zyn {
 
+using namespace detail;
+
 using wrapping::plus;
 using wrapping::times;
 
 namespace {
 
-/// Throws `text` as what handlers of `char*` catch.
+/// Throws `text` as a `char*`, the type that callers catch.
 [[noreturn]] void throwText(char* text) { throw text; }
 
 char mustBeSquare[] = "matrix<T> must be square.";
@@ -258,8 +260,8 @@ matrix<T> matrix<T>::product(const matrix& a, const matrix& b) {
     if (a.colCount != b.rowCount) { throwText(noCommonSize); }
     matrix result(a.rowCount, b.colCount);
     for (int i = 0; i < a.rowCount; ++i) {
-        for (int k = 0; k < a.colCount;
-             ++k) {  // row by row of b: each element still adds k upwards
+        // Row by row of b, which is fast; each element still sums k upwards.
+        for (int k = 0; k < a.colCount; ++k) {
             const T factor = a.get(i, k);
             for (int j = 0; j < b.colCount; ++j) {
                 result.getRef(i, j) = plus(result.get(i, j), times(factor, b.get(k, j)));

@@ -1,9 +1,9 @@
-// The counted matrices over matrix<T>.
+// The counted matrices, built on matrix<T>.
 #pragma once
 
 #include <zyn/matrix.h>
 
-namespace zyn {
+namespace zyn::detail {
 
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"  // as in matrix<T>
@@ -73,4 +73,4 @@ private:
 
 #pragma GCC diagnostic pop
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -4,6 +4,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 CharArray* newCharArray() { return new ArrayImp<CharArray>; }
 ByteArray* newByteArray() { return new ArrayImp<ByteArray>; }
 ShortArray* newShortArray() { return new ArrayImp<ShortArray>; }

@@ -2,6 +2,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 Pnt2dArray* newPnt2dArray() { return new ArrayImp<Pnt2dArray>; }
 Pnt2fArray* newPnt2fArray() { return new ArrayImp<Pnt2fArray>; }
 Pnt2iArray* newPnt2iArray() { return new ArrayImp<Pnt2iArray>; }

@@ -4,7 +4,7 @@ namespace zyn {
 
 namespace {
 
-/// The coordinates of each point of `source`, without its `inten`.
+/// Returns the coordinates of each point of `source`, without its `inten`.
 template <class T, class Array, class Source>
 ref_ptr<Array> coordinatesOf(const Source* source, ref_ptr<Array> result) {
     const int count = source->size();

@@ -2,6 +2,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 PCharArray* newPCharArray() { return new ArrayImp<PCharArray>; }
 PByteArray* newPByteArray() { return new ArrayImp<PByteArray>; }
 PShortArray* newPShortArray() { return new ArrayImp<PShortArray>; }

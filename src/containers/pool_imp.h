@@ -1,5 +1,7 @@
-// The implementation behind the typed pools, reached through virtual calls only. A family stamps its
-// factories from it: IntPool* newIntPool() { return new ZynPoolImp<IntPool>(poolBlockSize); }
+// The implementation behind the typed pools, which callers reach through virtual calls only. A
+// family creates its factories from it, one line each:
+//
+//     IntPool* newIntPool() { return new ZynPoolImp<IntPool>(poolBlockSize); }
 #pragma once
 
 #include <zyn/pool.h>
@@ -12,12 +14,12 @@
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 inline constexpr std::size_t poolBlockSize = 65536;
 
-/// All blocks but the last are full, and there is at least one. Each has room for all its elements
-/// from the start, so that none of them ever moves.
+/// Holds at least one block. All blocks except the last are full. A block has room for all its
+/// elements from the start, so that no element ever moves.
 template <class Derived>
 class ZynPoolImp final : public Derived {
 public:
@@ -35,7 +37,8 @@ public:
     }
     std::size_t blockCount() const override { return blocks.size(); }
 
-    // The cursor of this pool would never reach an end that moves on with each element.
+    // Appending a pool to itself moves its end with each element, so the cursor alone would never
+    // reach it.
     std::size_t append(Derived* other) override {
         const std::size_t count = other->size();
         other->rewind();
@@ -110,7 +113,7 @@ public:
     }
     std::size_t getBlockSize() const override { return blockSize; }
 
-    /// Adds a default element at the end and gives its address.
+    /// Appends a default element and returns its address.
     E* allocate() { return append(E()); }
 
 private:
@@ -125,7 +128,7 @@ private:
     }
     E* endOf(std::size_t block) { return blocks[block].data() + blocks[block].size(); }
 
-    // All memory first: without enough of it the pool stays as it was.
+    // Allocates everything first, so that a failure leaves the pool as it was.
     void appendAll(const E* items, std::size_t count) {
         const std::size_t room = blockSize - blocks.back().size();
         const std::size_t beyond = count > room ? count - room : 0;
@@ -153,4 +156,4 @@ private:
     std::size_t walkedBlock = 0;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -2,6 +2,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 ZynPool::~ZynPool() = default;
 void ZynPool::removeAll() {}
 void ZynPool::trim() {}

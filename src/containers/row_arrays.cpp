@@ -2,6 +2,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 ByteArrayArray* newByteArrayArray() { return new ArrayRefPointerImp<ByteArrayArray>; }
 IntArrayArray* newIntArrayArray() { return new ArrayRefPointerImp<IntArrayArray>; }
 UIntArrayArray* newUIntArrayArray() { return new ArrayRefPointerImp<UIntArrayArray>; }

@@ -24,8 +24,8 @@ private:
 };
 #pragma GCC diagnostic pop
 
-// Initialised without running code, so that no static object of an application is ever earlier,
-// and never destroyed.
+// Initialised at compile time, so that no static object of an application runs before it; never
+// destroyed.
 constinit CZynGlobal moduleGlobal;
 
 }  // namespace

@@ -1,10 +1,10 @@
-// Telling the processor what will be read soon.
+// A hint to the processor about memory that is read soon.
 #pragma once
 
-namespace zyn {
+namespace zyn::detail {
 
-/// Starts to bring the cache line of `address` into the cache. Changes nothing; where the compiler has
-/// no way to say so, does nothing.
+/// Starts to load the cache line of `address`. Does nothing where the compiler has no such
+/// instruction.
 inline void prefetch([[maybe_unused]] const void* address) {
 #ifdef __has_builtin
 #if __has_builtin(__builtin_prefetch)
@@ -13,4 +13,4 @@ inline void prefetch([[maybe_unused]] const void* address) {
 #endif
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -8,7 +8,8 @@ namespace {
 
 constinit DeleteHandler* installedHandler = nullptr;
 
-/// Its end is the module's unload: the handler's code may be gone soon after.
+/// Deletes the handler when the module is unloaded, because the handler's code may disappear soon
+/// after.
 struct HandlerTeardown {
     ~HandlerTeardown() { ZynReferenced::setDeleteHandler(nullptr); }
 } handlerTeardown;
@@ -21,8 +22,8 @@ DeleteHandler* ZynReferenced::getDeleteHandler() noexcept { return installedHand
 
 void ZynReferenced::setDeleteHandler(DeleteHandler* handler) {
     if (handler == installedHandler) { return; }
-    // Without a handler in the slot, what the old one releases in its destructor is deleted at once.
-    // That destructor may install one, which then goes in its turn.
+    // The slot is emptied first, so that objects which the old handler releases in its destructor
+    // are deleted at once. That destructor may install another handler, which is then deleted too.
     while (installedHandler != nullptr) { delete std::exchange(installedHandler, nullptr); }
     installedHandler = handler;
 }

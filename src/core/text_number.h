@@ -1,13 +1,14 @@
-// Numbers as text, in the C locale whatever the host's.
+// Numbers as text, always in the C locale.
 #pragma once
 
 #include <charconv>
 #include <string>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// Appends `value` in the form that `arguments` of std::to_chars ask for: nothing for the fewest
-/// digits that bring back the same number, or a std::chars_format and a precision.
+/// Appends `value` as std::to_chars writes it with `arguments`. Without arguments that is the
+/// shortest text that reads back as the same number; otherwise pass a std::chars_format and a
+/// precision.
 template <class Number, class... Arguments>
 void appendNumber(std::string& text, Number value, Arguments... arguments) {
     char digits[512];  // the largest double in fixed notation has 309 digits before the point
@@ -15,4 +16,4 @@ void appendNumber(std::string& text, Number value, Arguments... arguments) {
     text.append(digits, end);
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

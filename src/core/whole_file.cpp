@@ -1,17 +1,20 @@
 #include "core/whole_file.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
 #include <climits>
 #include <string_view>
+#include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
 namespace {
 
-/// Some disks refuse here for the first time. What cannot be flushed has nothing to refuse.
+/// Returns whether the data reached the disk. Some disks report a failure only here. Files that
+/// cannot be flushed, such as pipes, count as written.
 bool hasArrived(std::FILE* file) {
     return fsync(fileno(file)) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
@@ -25,12 +28,12 @@ bool isOfTheSystem(std::string_view path) {
            (path.starts_with("/dev/") && !path.starts_with("/dev/shm/"));
 }
 
-/// Whether the folder takes no new file at all, or none of that name.
+/// Returns whether `error` means that the folder accepts no new file, or none of that name.
 bool isFolderClosed(int error) {
     return error == EACCES || error == EPERM || error == EROFS || error == ENOENT;
 }
 
-/// Where the link leads to; empty for what is no link.
+/// Returns where the link leads to, or an empty string if `name` is no link.
 std::string targetOf(const Descriptor& folder, const std::string& name) {
     std::string target(PATH_MAX, '\0');
     const ssize_t size = readlinkat(folder.get(), name.c_str(), target.data(), target.size());
@@ -38,7 +41,7 @@ std::string targetOf(const Descriptor& folder, const std::string& name) {
     return target;
 }
 
-/// Another name at each call, as long as the clock goes on.
+/// Returns a different name at each call, as long as the clock advances.
 std::string unfinishedName() {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
     return ".zyn-unfinished-" + std::to_string(std::chrono::nanoseconds(now).count());
@@ -60,8 +63,8 @@ WholeFile::WholeFile(const char* path) {
     }
 }
 
-/// The folder stays open: a temporary file beside the target needs no path that could be too long
-/// or change its meaning.
+/// Keeps the folder open. The temporary file beside the target then needs no path, which could be
+/// too long or change its meaning.
 WholeFile::Place WholeFile::find(std::string path) {
     constexpr int mostLinks = 40;  // as many as the system follows
     Descriptor from(AT_FDCWD);
@@ -79,7 +82,8 @@ WholeFile::Place WholeFile::find(std::string path) {
     return Place();
 }
 
-/// A file that is open and has no name any more can have another one's.
+/// Compares the files themselves: an open file whose name was removed may find another file under
+/// that name.
 bool WholeFile::isAt(const Place& place, const struct stat& file) {
     struct stat there = {};
     return fstatat(place.folder.get(), place.name.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0 &&
@@ -103,7 +107,7 @@ void WholeFile::replace(const char* path, const struct stat& old) {
     openInPlace(path);
 }
 
-/// Returns false if it cannot, with the reason in errno.
+/// Returns false on failure, with the reason in errno.
 bool WholeFile::createBeside(mode_t mode) {
     constexpr int attempts = 100;
     for (int attempt = 0; attempt < attempts; ++attempt) {
@@ -153,4 +157,4 @@ void WholeFile::drop() {
 
 WholeFile::~WholeFile() { drop(); }
 
-}  // namespace zyn
+}  // namespace zyn::detail

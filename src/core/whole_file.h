@@ -1,77 +1,51 @@
-// A file that takes its place only when it is whole.
+// A file that replaces the old one only when it is complete.
 #pragma once
+
+#include "core/descriptor.h"
 
 #include <QFile>
 #include <QTextStream>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <memory>
 #include <string>
-#include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
-/// Owns a file descriptor of the system; -1 is none.
-class Descriptor {
-public:
-    Descriptor() = default;
-    explicit Descriptor(int handle_) : handle(handle_) {}
-    Descriptor(Descriptor&& other) noexcept : handle(other.release()) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(handle, other.handle);
-        return *this;
-    }
-    ~Descriptor() {
-        if (isOpen()) { close(handle); }
-    }
-
-    [[nodiscard]] bool isOpen() const { return handle >= 0; }
-    [[nodiscard]] int get() const { return handle; }
-    [[nodiscard]] int release() { return std::exchange(handle, -1); }
-
-private:
-    int handle = -1;
-};
-
-/// Writes beside the place of the file, under a name that begins with ".zyn-unfinished-", flushes
-/// to the disk and renames. So a process that is killed leaves at most that file, and of several
-/// processes that write one file the last one wins. A new file has the permissions that the process
-/// gives to every file; one that replaces another has its owner and permissions. A link stays: its
-/// target is written.
+/// Writes a temporary file beside the target, flushes it to the disk and renames it.
 ///
-/// What cannot be replaced is written in its place: devices, pipes, what is open under a name of
-/// the system, a file with several names, a file whose owner cannot be kept, and a file in a folder
-/// that is closed to new files.
+/// - A process that is killed leaves at most a file whose name begins with ".zyn-unfinished-".
+/// - If several processes write one file, the last to finish wins.
+/// - A new file gets the default permissions of the process. A replaced one keeps its owner and
+///   permissions.
+/// - A symbolic link stays a link; its target is replaced.
+///
+/// The following cannot be replaced and are written in place: devices, pipes, files opened through
+/// /dev or /proc, files with several names, files whose owner cannot be kept, and files in a folder
+/// that accepts no new file.
 class WholeFile {
 public:
-    /// Opens nothing if `path` is null, is empty, or may not be written.
+    /// Opens nothing if `path` is null or empty, or if the file may not be written.
     explicit WholeFile(const char* path);
     WholeFile(const WholeFile&) = delete;
     WholeFile& operator=(const WholeFile&) = delete;
-    /// Drops what was not committed.
+    /// Discards the file unless it was committed.
     ~WholeFile();
 
     [[nodiscard]] bool isOpen() const { return stream != nullptr; }
-    /// Null when nothing is open.
+    /// Returns null if nothing is open.
     [[nodiscard]] std::FILE* get() const { return stream.get(); }
-    /// Calls `put` with a stream into the file, without a device when nothing is open. Returns
-    /// whether everything could be written.
+    /// Calls `put` with a text stream into the file, or with a stream without a device if nothing
+    /// is open. Returns whether everything could be written.
     template <class Put>
     [[nodiscard]] bool write(Put put);
-    /// Closes the file and puts it into its place. Returns false, and leaves what was there before,
-    /// if a part did not arrive.
+    /// Closes the file and moves it to its final name. If any part could not be written, returns
+    /// false and leaves the old file as it was.
     [[nodiscard]] bool commit();
 
 private:
-    /// Where a path leads to, behind its links.
+    /// Describes where a path leads to after all links are followed.
     struct Place {
         Descriptor folder;
         std::string name;  ///< in the folder; empty if the path leads nowhere
@@ -85,11 +59,11 @@ private:
     void drop();
 
     Place place;
-    std::string temporary;  ///< Its name in the folder until it is renamed; empty in place.
+    std::string temporary;  ///< the name in the folder until renamed; empty if in place
     File stream;
 };
 
-// The text stream ends before the file is closed, which it would otherwise use afterwards.
+// The text stream uses the file until its own end, so it must end before the file is closed.
 template <class Put>
 bool WholeFile::write(Put put) {
     QTextStream text;
@@ -100,4 +74,4 @@ bool WholeFile::write(Put put) {
     return isOpen() && text.status() == QTextStream::Ok;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

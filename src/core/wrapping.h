@@ -1,12 +1,12 @@
-// Arithmetic in a number type whatever it is: that of floats, and on integers the one that wraps
-// around without undefined behaviour.
+// Arithmetic for templates over number types. Integers wrap around without undefined behaviour;
+// floats compute as usual.
 #pragma once
 
 #include <concepts>
 
-namespace zyn::wrapping {
+namespace zyn::detail::wrapping {
 
-/// Integers as unsigned ones of at least 32 bits; floats as they are.
+/// Converts an integer to an unsigned one of at least 32 bits; returns a float unchanged.
 template <class T>
 constexpr auto widened(T value) noexcept {
     if constexpr (std::integral<T>) {
@@ -32,4 +32,4 @@ constexpr T negated(T a) noexcept {
     return static_cast<T>(-widened(a));
 }
 
-}  // namespace zyn::wrapping
+}  // namespace zyn::detail::wrapping

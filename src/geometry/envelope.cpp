@@ -10,13 +10,13 @@ namespace {
 
 bool within(double v, double lo, double hi) { return lo <= v && v <= hi; }
 
-/// Whether `e` lies within the bounds of x and y, bounds included.
+/// Returns whether `e` is within the bounds of x and y, bounds included.
 template <class Box>
 bool coversInPlan(const Box& box, const Enve2d& e) {
     return box.minX <= e.minX && e.maxX <= box.maxX && box.minY <= e.minY && e.maxY <= box.maxY;
 }
 
-/// Whether the bounds of x and y overlap with positive width.
+/// Returns whether the bounds of x and y overlap with positive width.
 template <class Box>
 bool overlapsInPlan(const Box& box, const Enve2d& e) {
     return e.maxX > box.minX && box.maxX > e.minX && e.maxY > box.minY && box.maxY > e.minY;
@@ -26,7 +26,7 @@ void order(double& lo, double& hi) {
     if (lo > hi) { std::swap(lo, hi); }
 }
 
-/// The bounds of axis 0, 1 or 2.
+/// Returns the bounds of axis 0, 1 or 2.
 std::pair<double, double> axisBounds(const Enve3d& e, int axis) {
     switch (axis) {
     case 0: return {e.minX, e.maxX};
@@ -35,8 +35,8 @@ std::pair<double, double> axisBounds(const Enve3d& e, int axis) {
     }
 }
 
-/// Whether the whole line a-b passes through a side of `e` across `axis`, once the segment reaches
-/// a bound of that axis.
+/// Returns whether the segment a-b reaches a bound of `axis` and the line through a and b crosses a
+/// side of `e` perpendicular to that axis.
 bool crossesSide(const Enve3d& e, const XPnt3d& a, const XPnt3d& b, int axis) {
     const auto [lo, hi] = axisBounds(e, axis);
     if (!isIntersect(a[axis], b[axis], lo, hi)) { return false; }
@@ -233,17 +233,5 @@ bool isIntersect(double a0, double a1, double b0, double b1) noexcept {
 bool isCover(double a0, double a1, double b0, double b1) noexcept {
     return !(a0 >= b1 && a1 >= b1) && !(a0 <= b0 && a1 <= b0);
 }
-
-// IZynGeometry
-
-IZynGeometry::~IZynGeometry() = default;
-
-Enve3d IZynGeometry::getEnvelope() const { return Enve3d::invalid(); }
-
-std::int32_t IZynGeometry::relation(const Enve3d&) const { return -1; }
-
-std::int32_t IZynGeometry::move(double, double, double) { return 0; }
-
-std::int32_t IZynGeometry::rotate(const double*, const double*, double) { return 0; }
 
 }  // namespace zyn

@@ -11,7 +11,7 @@ void setCoordinates(XPnt3<T>& out, const XPnt3<T>& p) {
     out.set(p.x, p.y, p.z);
 }
 
-/// Takes `end`, whole, if it is nearer to `p` than √best.
+/// Copies the whole point `end` to `out` if it is nearer to `p` than the square root of `best`.
 template <class T>
 bool takeIfCloser(const XPnt3<T>& p, XPnt3<T>& out, const XPnt3<T>& end, T& best) {
     const T d = dist2(p, end);
@@ -21,7 +21,7 @@ bool takeIfCloser(const XPnt3<T>& p, XPnt3<T>& out, const XPnt3<T>& end, T& best
     return true;
 }
 
-/// The foot of the perpendicular from a point on the plane of a triangle.
+/// Describes the foot of the perpendicular from a point to the plane of a triangle.
 template <class T>
 struct PlaneFoot {
     XPnt3<T> e1, e2, normal;  ///< b - a, c - a and their cross product
@@ -42,8 +42,8 @@ PlaneFoot<T> footOnPlane(const XPnt3<T>& p, const XPnt3<T>& a, const XPnt3<T>& b
 
 enum class Nearest { inside, cornerA, cornerB, cornerC, sideAB, sideAC, sideBC };
 
-/// The part of the triangle a, b, c that counts as nearest to a foot on its plane. Weights that are
-/// not numbers, those of a degenerate triangle, lead to side ab.
+/// Returns the part of the triangle a, b, c that counts as nearest to a foot on its plane. The
+/// weights of a degenerate triangle are NaN and lead to side ab.
 template <class T>
 Nearest nearestPart(const PlaneFoot<T>& plane, const XPnt3<T>& a) {
     T wa, wb, wc;
@@ -112,7 +112,8 @@ template <class T>
 bool closer_on_tri(const XPnt3<T>& p, XPnt3<T>& out, const XPnt3<T>& a, const XPnt3<T>& b,
                    const XPnt3<T>& c, Scalar<T>& best) noexcept {
     const PlaneFoot<T> plane = footOnPlane(p, a, b, c);
-    // A degenerate triangle has no plane: its distance is not a number and must go on to its side.
+    // A degenerate triangle has no plane. Its distance is NaN, and the search must continue with
+    // side ab.
     if (plane.dist2 >= best) { return false; }
     switch (nearestPart(plane, a)) {
     case Nearest::inside:

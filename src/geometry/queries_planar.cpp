@@ -25,7 +25,7 @@ bool insideTriangle(Coordinates<T, 2> a, Coordinates<T, 2> b, Coordinates<T, 2> 
            side(b, c, p) == side(b, c, a);
 }
 
-/// Position of `p` between `a` and `b` along the axis on which they are farther apart.
+/// Returns the position of `p` between `a` and `b` along the axis on which they are farther apart.
 double parameterOnLine(const XPnt2d& a, const XPnt2d& b, const XPnt2d& p) {
     const double dx = b.x - a.x;
     const double dy = b.y - a.y;

@@ -9,7 +9,8 @@ namespace zyn {
 
 namespace {
 
-/// Both rounded to float, which may merge what is farther apart than the tolerance.
+/// Compares the numbers rounded to float, which may make equal what is farther apart than the
+/// tolerance.
 bool equalAsFloats(double a, double b) {
     return IsEqual(static_cast<float>(a), static_cast<float>(b));
 }

@@ -6,7 +6,7 @@ namespace zyn {
 
 namespace {
 
-/// The point p + t·dir, and how far it is from `p` in units of `dir`.
+/// Sets `out` to p + at·dir and `t` to its distance from `p` in units of `dir`.
 template <class T>
 void placeOnLine(const XPnt3<T>& p, const XPnt3<T>& dir, T at, XPnt3<T>& out, T& t) {
     out = dir * at + p;

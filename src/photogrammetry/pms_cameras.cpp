@@ -1,6 +1,6 @@
 #include "photogrammetry/pms_cameras.h"
 
-namespace zyn {
+namespace zyn::detail {
 
 CZynPMSCamParaTable::CZynPMSCamParaTable() : cameras(newCamParaArray()) {}
 
@@ -23,4 +23,4 @@ int CZynPMSCamParaTable::set(int img, const zynCamOutParam& camera) {
     return 0;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

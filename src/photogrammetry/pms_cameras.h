@@ -3,21 +3,22 @@
 
 #include <zyn/camera.h>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// One record an image. Its imageIndex is the image's liveness: -1 is a removed one.
+/// Holds one record per image. A record whose imageIndex is -1 belongs to a removed image.
 class CZynPMSCamParaTable final {
 public:
     CZynPMSCamParaTable();
 
-    /// Gives the table `n` records with their positions as imageIndex; -1 for an `n` below 1.
+    /// Resizes the table to `n` records and sets each imageIndex to the record's position. Returns
+    /// -1 if `n` is below 1.
     virtual int setImgNum(int n);
     virtual void clear();
     virtual ref_ptr<CamParaArray> getArray() { return cameras; }
     virtual int size() const { return cameras->size(); }
-    /// An unset record out of range.
+    /// Returns an unset record if `img` is out of range.
     virtual zynCamOutParam get(int img) const;
-    /// -1 out of range.
+    /// Returns -1 if `img` is out of range.
     virtual int set(int img, const zynCamOutParam& camera);
     virtual void clearArray() { clear(); }
 
@@ -28,4 +29,4 @@ private:
     ref_ptr<CamParaArray> cameras;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

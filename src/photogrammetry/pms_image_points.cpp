@@ -2,11 +2,11 @@
 
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
 namespace {
 
-/// Whether the record is there and has such a measurement.
+/// Returns whether the record exists and has measurement `idx`.
 bool has(const _ZynImgPntsData* record, int idx) {
     return record != nullptr && idx >= 0 && idx < record->pnts->size() && idx < record->ids->size();
 }
@@ -99,4 +99,4 @@ void CZynPMSImgPntsTable::setPntId(int img, int idx, int pntId) {
     if (has(record, idx)) { record->ids->getRef(idx) = pntId; }
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

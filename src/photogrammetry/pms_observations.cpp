@@ -1,11 +1,11 @@
-// What a block tells about measurements that belong together.
+// Queries about measurements of the same world point.
 #include "photogrammetry/pms_table.h"
 
 #include <initializer_list>
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 namespace {
 
@@ -27,7 +27,7 @@ const _ZynImgPntsData* CZynPMSDataTable::record(int img) const {
 
 /// Calls use(idx, pnt) for each measurement of the image that has a world point, in order.
 template <class Use>
-void CZynPMSDataTable::forLinked(int img, Use use) const {
+void CZynPMSDataTable::forEachLinked(int img, Use use) const {
     const _ZynImgPntsData* const found = record(img);
     if (found == nullptr) { return; }
     const ref_ptr<IntArray> ids = found->ids;
@@ -43,7 +43,7 @@ int CZynPMSDataTable::linkOn(int img, int pnt) const {
 
 int CZynPMSDataTable::getCommonPntNum(int imgA, int imgB) {
     int count = 0;
-    forLinked(imgA, [&](int, int pnt) { count += linkOn(imgB, pnt) != -1; });
+    forEachLinked(imgA, [&](int, int pnt) { count += linkOn(imgB, pnt) != -1; });
     return count;
 }
 
@@ -53,7 +53,7 @@ int CZynPMSDataTable::getCommonPnts(int imgA, int imgB, Pnt2dArray* a, Pnt2dArra
     const bool withIndices = idxA != nullptr && idxB != nullptr;
     clearAll({a, b});
     if (withIndices) { clearAll({idxA, idxB}); }
-    forLinked(imgA, [&](int idx, int pnt) {
+    forEachLinked(imgA, [&](int idx, int pnt) {
         const int onB = linkOn(imgB, pnt);
         if (onB == -1) { return; }
         a->append(measurements->getPnt(imgA, idx));
@@ -70,7 +70,7 @@ int CZynPMSDataTable::getCommonPnts3(int imgA, int imgB, int imgC, Pnt2dArray* a
                                      Pnt2dArray* c) {
     if (a == nullptr || b == nullptr || c == nullptr) { return -1; }
     clearAll({a, b, c});
-    forLinked(imgB, [&](int idx, int pnt) {
+    forEachLinked(imgB, [&](int idx, int pnt) {
         const int onA = linkOn(imgA, pnt), onC = linkOn(imgC, pnt);
         if (onA == -1 || onC == -1) { return; }
         a->append(measurements->getPnt(imgA, onA));
@@ -80,16 +80,17 @@ int CZynPMSDataTable::getCommonPnts3(int imgA, int imgB, int imgC, Pnt2dArray* a
     return 0;
 }
 
-// A world point is stamped with the number of listed images, from the first on, that all have it.
+// Stamps a world point with the number of images, counted from the first of the list, that all have
+// it.
 ref_ptr<IntArray> CZynPMSDataTable::getCommonWrdPnts(const ref_ptr<IntArray>& imgs) {
     if (!imgs || imgs->size() < 2) { return nullptr; }
     ref_ptr<IntArray> common = newIntArray();
     std::vector<int> seenOn(static_cast<std::size_t>(getWrdPntNum()), 0);
     for (int n = 0; n < imgs->size(); ++n) {
         common->removeAll();
-        forLinked(imgs->get(n), [&](int, int pnt) {
+        forEachLinked(imgs->get(n), [&](int, int pnt) {
             int& stamp = seenOn[static_cast<std::size_t>(pnt)];
-            // Twice on one image, it stays twice.
+            // A point that is measured twice on one image appears twice.
             if (stamp == n) { stamp = n + 1; }
             if (stamp == n + 1) { common->append(pnt); }
         });
@@ -120,7 +121,7 @@ ref_ptr<Pnt2dArray> CZynPMSDataTable::getWrdPntImgPnts(int pnt) {
 ref_ptr<TagPnt2dArray> CZynPMSDataTable::getImgTagPnts(int img) {
     if (!cameras->holds(img)) { return nullptr; }
     ref_ptr<TagPnt2dArray> result = newTagPnt2dArray();
-    forLinked(img, [&](int idx, int pnt) {
+    forEachLinked(img, [&](int idx, int pnt) {
         const XPnt2d xy = measurements->getPnt(img, idx);
         if (xy.isValid()) { result->append(tagged(xy, pnt)); }
     });
@@ -136,4 +137,4 @@ XPnt2d CZynPMSDataTable::getImgPnt(int img, int pnt) {
     return measurements->getPnt(img, linkOn(img, pnt));
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,10 +1,10 @@
-// Filling a block and removing from it.
+// The operations that fill a block and remove from it.
 #include "photogrammetry/pms_table.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
 CZynPMSDataTable::CZynPMSDataTable()
     : cameras(std::make_unique<CZynPMSCamParaTable>()),
@@ -13,7 +13,8 @@ CZynPMSDataTable::CZynPMSDataTable()
     interior.f = -1.0;
 }
 
-// A delete handler may call the table while its parts go: it must find the new ones.
+// Replaces the parts before it deletes them: a delete handler may call the table meanwhile and must
+// find the new parts.
 int CZynPMSDataTable::clear() {
     auto oldCameras = std::make_unique<CZynPMSCamParaTable>();
     auto oldMeasurements = std::make_unique<CZynPMSImgPntsTable>();
@@ -157,7 +158,7 @@ int CZynPMSDataTable::mergeWrdPnts(int a, int b, XPnt3d xyz) {
     if (!areTwoPoints(a, b)) { return -1; }
     const auto [kept, other] = std::minmax({a, b});
     const int images = linkedImages(a, b);
-    // What is replaced ends behind the last change: a delete handler may call the table.
+    // Keeps the old links until the last change is done, since a delete handler may call the table.
     const ref_ptr<IntArray> oldOfKept = points->getIds(kept), oldOfOther = points->getIds(other);
     const ref_ptr<IntArray> merged = newIntArray(), none = newIntArray();
     merged->reserve(images);
@@ -217,6 +218,12 @@ int CZynPMSDataTable::scale(double factor) {
     }
     return 0;
 }
+
+}  // namespace zyn::detail
+
+namespace zyn {
+
+using namespace detail;
 
 IZynPMSDataTable* newZynPMSDataTable() { return new CZynPMSDataTable; }
 

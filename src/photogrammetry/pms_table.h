@@ -1,4 +1,4 @@
-// The table behind IZynPMSDataTable: three sub-tables and the cascades between them.
+// The table behind IZynPMSDataTable: three sub-tables and the operations that keep them consistent.
 #pragma once
 
 #include <zyn/pms.h>
@@ -9,10 +9,10 @@
 
 #include <memory>
 
-namespace zyn {
+namespace zyn::detail {
 
-// What keeps measurements and links in step: if a link of world point p says measurement m on image
-// i, then m names p. The reverse holds too, except for measurements that addImgPnt has left behind.
+// Invariant: if a link of world point p names measurement m on image i, then m names p. The reverse
+// also holds, except for measurements that addImgPnt has replaced.
 class CZynPMSDataTable final : public IZynPMSDataTable {
 public:
     CZynPMSDataTable();
@@ -63,7 +63,7 @@ public:
     Enve3d getEnvelope() override;
     int scale(double factor) override;
 
-    // Behind the interface
+    // Operations outside the interface
 
     virtual int setImgNum(int n);
     int getImgPntNum(int img) const;
@@ -73,16 +73,18 @@ public:
     }
 
 private:
+    struct Export;  // pms_exchange.cpp
+
     bool holdsMeasurement(int img, int idx) const;
     int measurementCount(int img) const;
-    /// The record of an image of the table, or null.
+    /// Returns the record of an image of the table, or null.
     const _ZynImgPntsData* record(int img) const;
     template <class Use>
-    void forLinked(int img, Use use) const;
-    /// The measurement of a point on an image of the table, or -1.
+    void forEachLinked(int img, Use use) const;
+    /// Returns the measurement of a point on an image of the table, or -1.
     int linkOn(int img, int pnt) const;
     bool areTwoPoints(int a, int b) const;
-    /// The number of images that an array of links of `a` or `b` reaches.
+    /// Returns the number of images that the longer of the two link arrays covers.
     int linkedImages(int a, int b) const;
 
     zynCamInParam interior;
@@ -91,4 +93,4 @@ private:
     std::unique_ptr<CZynPMSWrdPntsTable> points;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

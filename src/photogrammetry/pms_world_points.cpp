@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
 CZynPMSWrdPntsTable::CZynPMSWrdPntsTable() : pnts(newPnt3dArray()), links(newIntArrayArray()) {}
 
@@ -95,4 +95,4 @@ void CZynPMSWrdPntsTable::cutTo(int count) {
     while (links->size() > count) { links->removeLast(); }  // needs no memory
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

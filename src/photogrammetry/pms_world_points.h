@@ -6,32 +6,32 @@
 #include <cstddef>
 #include <span>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// Coordinates and links. A link array has the index of the point's measurement on each image, or
-/// -1; what lies beyond its end reads as -1.
+/// Holds coordinates and links. The link array of a point has the index of its measurement on each
+/// image, or -1. Indices beyond its end count as -1.
 class CZynPMSWrdPntsTable final {
 public:
     CZynPMSWrdPntsTable();
 
-    /// Does nothing; 0.
+    /// Does nothing. Returns 0.
     virtual int setImgNum(int n);
     virtual void clear();
     virtual ref_ptr<Pnt3dArray> getPnts() { return pnts; }
     virtual ref_ptr<IntArrayArray> getIdArrays() { return links; }
     virtual int size() const { return pnts->size(); }
-    /// Invalid out of range.
+    /// Returns an invalid point if `pnt` is out of range.
     virtual XPnt3d getPnt(int pnt) const;
-    /// -1 out of range, as the other operations that change a point.
+    /// Returns -1 if `pnt` is out of range, as do the other operations that change a point.
     virtual int setPnt(int pnt, XPnt3d xyz);
     virtual int addPnt(XPnt3d xyz);
     virtual int invalidatePnt(int pnt);
     virtual void clearPnts() { pnts->removeAll(); }
-    /// Null out of range.
+    /// Returns null if `pnt` is out of range.
     virtual ref_ptr<IntArray> getIds(int pnt) const;
-    /// Number of links; -1 out of range.
+    /// Returns the number of links, or -1 if `pnt` is out of range.
     virtual int getValidCount(int pnt) const;
-    /// Takes a count of `ids` in place of the array before.
+    /// Replaces the link array by `ids` and takes a count of it.
     virtual int setIds(int pnt, IntArray* ids);
     virtual int addIds(IntArray* ids);
     virtual int resetIds(int pnt);
@@ -44,17 +44,18 @@ public:
         return {ids.data(), static_cast<std::size_t>(ids.size())};
     }
 
-    // Of an image from 0 on. Only link() may be asked about a point that is not there.
+    // Links to an image. REQUIRES: `img` is 0 or more, and the point exists, except in link().
 
-    /// The measurement of a point on an image; -1 when there is none, or no such point.
+    /// Returns the measurement of a point on an image, or -1 if there is no such point or
+    /// measurement.
     int link(int pnt, int img) const;
-    /// Makes the links of a point reach to an image.
+    /// Extends the link array of a point so that it covers the image.
     void makeRoom(int pnt, int img);
-    /// Where there is room.
+    /// REQUIRES: the link array covers the image.
     void setLink(int pnt, int img, int idx);
     void unlink(int pnt, int img);
     bool hasTwoLinks(int pnt) const;
-    /// Makes `count` the number of points again.
+    /// Removes the last points until `count` are left.
     void cutTo(int count);
 
 private:
@@ -62,4 +63,4 @@ private:
     ref_ptr<IntArrayArray> links;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

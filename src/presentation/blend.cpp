@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-namespace zyn {
+namespace zyn::detail {
 
 namespace {
 
-/// Channel 0, 1 or 2: red, green, blue.
+/// Returns channel 0, 1 or 2: red, green or blue.
 std::uint32_t byteAt(std::uint32_t color, int channel) { return color >> (8 * channel) & 0xFF; }
 float channelAt(std::uint32_t color, int channel) {
     return static_cast<float>(byteAt(color, channel));
@@ -64,7 +64,7 @@ std::uint32_t Blend::at(float pos) const noexcept {
         return mixed(on.c0, on.c1, [m](float v0, float v1) { return v0 * (1.0F - m) + v1 * m; });
     }
     case IZynColorRamp::Reverse:
-        // Without length, the first colour stays the first.
+        // On an interval without length the first colour must not become the second.
         if (on.start == on.end) { return on.c0; }
         return straight(on.c1, on.c0, pos, on.start, on.end);
     default: return throughHsl(pos);
@@ -137,4 +137,4 @@ std::uint32_t Blend::rgbOf(const Hsl& hsl) noexcept {
     return 0;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

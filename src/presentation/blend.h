@@ -1,11 +1,12 @@
-// The colour between two, by any of the ten modes, prepared for many places on one stretch.
+// Interpolation between two colours in any of the ten modes, prepared for many positions on one
+// interval.
 #pragma once
 
 #include <zyn/color.h>
 
 #include <cstdint>
 
-namespace zyn {
+namespace zyn::detail {
 
 using BlendMode = IZynColorRamp::Mode;
 inline constexpr int blendModeCount = 10;
@@ -17,14 +18,14 @@ struct Stretch {
     friend bool operator==(const Stretch&, const Stretch&) = default;
 };
 
-/// A channel's byte: truncated, the low 8 bits; 0 for NaN and beyond the range of int, where those
-/// bits of a float are 0 anyhow.
+/// Returns the low 8 bits of the truncated value. Returns 0 for NaN and beyond the range of int,
+/// where a float has no such bits.
 [[nodiscard]] std::uint32_t channelByte(float value) noexcept;
 
 class Blend {
 public:
     Blend(BlendMode mode, const Stretch& stretch) noexcept;
-    /// The packed colour at `pos`. All arithmetic is in float.
+    /// Returns the packed colour at `pos`. Computes in float only.
     [[nodiscard]] std::uint32_t at(float pos) const noexcept;
 
 private:
@@ -38,7 +39,7 @@ private:
 
     BlendMode mode;
     Stretch on;
-    Hsl from, to;  ///< of the HSL modes; to.h is where the hue goes
+    Hsl from, to;  ///< used by the HSL modes; to.h is the target hue
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

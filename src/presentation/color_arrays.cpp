@@ -4,6 +4,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 Color3bArray* newColor3bArray() { return new ArrayImp<Color3bArray>; }
 Color4bArray* newColor4bArray() { return new ArrayImp<Color4bArray>; }
 Color3cArray* newColor3cArray() { return new ArrayImp<Color3cArray>; }

@@ -8,6 +8,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 PntClass::PntClass(std::int32_t value_, bool visible_, ZynColor4b color_, QString name_)
     : value(value_), visible(visible_), color(color_), name(std::move(name_)) {}
 

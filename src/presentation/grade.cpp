@@ -10,6 +10,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 namespace {
 
 class CZynGradeColor final : public IZynGradeColor {
@@ -85,7 +87,8 @@ int CZynGradeColor::setPeg(int index, std::uint32_t color, float pos) {
     const auto peg = pegs.begin() + index;
     peg->color = color;
     peg->pos = within(pos);
-    // To its place, before those at the same place on the right and behind those on the left.
+    // The peg moves to its place: to the right, it stops before pegs at the same position; to the
+    // left, behind them.
     if (peg != pegs.begin() && isBelow(*peg, *(peg - 1))) {
         const auto place = std::upper_bound(pegs.begin(), peg, *peg, isBelow);
         std::rotate(place, peg, peg + 1);
@@ -117,7 +120,7 @@ int CZynGradeColor::findSegment(float pos) {
     return pegs.size() > 1 && upper->pos == pos ? 0 : -1;
 }
 
-/// The middle of the band that `t` is in, or `t`.
+/// Returns the middle of the band that contains `t`, or `t` if there are no bands.
 float CZynGradeColor::banded(float t) const {
     if (steps < 1) { return t; }
     const auto count = static_cast<float>(steps);

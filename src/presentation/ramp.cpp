@@ -4,6 +4,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 IZynColorRamp::IZynColorRamp() noexcept {
     for (int i = 0; i < 256; ++i) {
         const auto grey = static_cast<unsigned char>(i);

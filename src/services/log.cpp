@@ -44,7 +44,7 @@ private:
     void write(const char* mark, const QString& message) {
         const QString time = getTimeSystem();
         if (file.isOpen()) {
-            stream.resetStatus();  // after a failure the stream would only gather what follows
+            stream.resetStatus();  // after a failure the stream would only buffer what follows
             stream << mark << time << ' ' << name << ' ' << message << '\n';
         }
         if (!file.isOpen() || echo) {
@@ -53,7 +53,7 @@ private:
         }
     }
 
-    QFile file;  // before the stream, which ends first
+    QFile file;  // before the stream, which uses it until its own end
     QTextStream stream;
     QString name;
     QString paramA, paramB;

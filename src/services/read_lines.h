@@ -1,13 +1,14 @@
-// Lines of a file, all of them or none.
+// Reading all lines of a file, or none.
 #pragma once
 
 #include <zyn/array.h>
 
 class QString;
 
-namespace zyn {
+namespace zyn::detail {
 
-/// The lines that are not empty, without carriage returns; null when the file cannot be read to its end.
+/// Returns the lines that are not empty, without carriage returns, or null if the file cannot be
+/// read to its end.
 ref_ptr<StringArray> readWholeFile(const QString& path);
 
-}  // namespace zyn
+}  // namespace zyn::detail

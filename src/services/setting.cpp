@@ -15,6 +15,8 @@
 
 namespace zyn {
 
+using namespace detail;
+
 namespace {
 
 class CZynSetting final : public IZynSetting {
@@ -26,9 +28,10 @@ public:
     }
 
     int open(QString newPath) override {
-        // Without memory to read the file whole it is not remembered: saving would cut it.
+        // The path is kept only after the file was read: if memory runs out while reading, a later
+        // save would truncate the file.
         const bool isThere = isFileExist(newPath);
-        // What could not be read is not to be cut by an end that nobody asked for.
+        // A file that could not be read must not be truncated when the object is destroyed.
         isRead = isThere ? read(newPath) : create(newPath);
         path = std::move(newPath);
         return isRead && isFileExist(path) ? 0 : -1;
@@ -57,8 +60,9 @@ public:
 private:
     using Values = std::map<QString, QString>;
 
-    /// Makes an empty file where nothing is, and cuts none that comes meanwhile. Returns false for
-    /// what is no file, such as a pipe: opening it could wait for ever, now and at the end.
+    /// Creates an empty file if there is none, without truncating one that appears meanwhile.
+    /// Returns false for what is not a regular file: opening a pipe could wait for ever, both now
+    /// and when saving.
     [[nodiscard]] static bool create(const QString& file) {
         if (QFileInfo::exists(file)) { return false; }
         if (!file.isEmpty()) { QFile(file).open(QIODevice::Append); }
@@ -80,7 +84,7 @@ private:
 
     Values values;
     QString path;
-    bool isRead = true;  ///< What the file held when it was opened is in the values.
+    bool isRead = true;  ///< whether `values` has what the file held when opened
 };
 
 }  // namespace

@@ -44,7 +44,7 @@ QString tostring(int value, int base) {
 
 QString tostring(double value) {
     constexpr int digitsBehindFirst = 14;
-    // d.dddddddddddddd e+dd: the exponent is that after rounding.
+    // The text has the form d.dddddddddddddde+dd; its exponent is the one after rounding.
     QString text = QString::number(value, 'e', digitsBehindFirst);
     const int e = text.indexOf(QLatin1Char('e'));
     if (e < 0) { return text; }  // nan, inf

@@ -1,3 +1,4 @@
+// Names of files, and files as lists of lines.
 #include <zyn/progress.h>
 #include <zyn/textfile.h>
 
@@ -7,65 +8,24 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTextCodec>
 #include <QTextStream>
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <numeric>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 namespace zyn {
 
+using namespace detail;
+
 namespace {
 
-QString pointSeparators() { return QStringLiteral(" ,\t\n"); }
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
-/// As QString::toDouble, without a QString for plain numbers.
-bool toNumber(std::string_view field, double& value) {
-    if (isDigit(field.back()) && (isDigit(field.front()) || field.front() == '-')) {
-        const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), value);
-        if (error == std::errc() && end == field.data() + field.size()) { return true; }
-    }
-    bool converts = false;
-    if (field.size() > std::size_t(std::numeric_limits<int>::max())) { return false; }
-    value = QString::fromLatin1(field.data(), static_cast<int>(field.size())).toDouble(&converts);
-    return converts;
-}
-
-/// Whether all bytes mean themselves in every codec that a locale may have.
-bool isPlain(std::string_view line) {
-    return std::all_of(line.begin(), line.end(),
-                       [](char c) { return (c >= ' ' && c <= '~') || c == '\t'; });
-}
-
-bool toPoint(std::string_view line, XPnt2d& point) {
-    double* const coordinates[] = {&point.x, &point.y};
-    for (double* const coordinate : coordinates) {
-        line.remove_prefix(std::min(line.find_first_not_of(" ,\t"), line.size()));
-        const std::string_view field = line.substr(0, line.find_first_of(" ,\t"));
-        if (field.empty() || !toNumber(field, *coordinate)) { return false; }
-        line.remove_prefix(field.size());
-    }
-    return true;
-}
-
-bool toPoint(const QString& line, XPnt2d& point) {
-    const ref_ptr<StringArray> fields = strSeperator(line, pointSeparators());
-    if (fields->size() < 2) { return false; }
-    bool hasX = false, hasY = false;
-    point.set(fields->get(0).toDouble(&hasX), fields->get(1).toDouble(&hasY));
-    return hasX && hasY;
-}
-
-/// Counted in bytes, side by side, which compilers turn into wide instructions.
+/// Counts in bytes side by side, which compilers turn into wide instructions.
 std::int64_t lineFeeds(std::string_view text) {
     constexpr std::size_t width = 64, rounds = 255;
     std::int64_t count = 0;
@@ -82,51 +42,6 @@ std::int64_t lineFeeds(std::string_view text) {
         text.remove_prefix(part * width);
     }
     return count + std::count(text.begin(), text.end(), '\n');
-}
-
-/// Calls use(line, isEnded) for each line of the file that is not empty, without carriage returns; only
-/// the last one may lack its end. Whether the file could be read to its end.
-template <class Use>
-bool forLines(QFile& file, Use use) {
-    constexpr std::size_t blockSize = std::size_t(1) << 18;
-    std::vector<char> buffer;
-    for (bool atEnd = false; !atEnd;) {
-        const std::size_t kept = buffer.size();
-        buffer.resize(kept + blockSize);
-        const qint64 size = file.read(buffer.data() + kept, qint64(blockSize));
-        if (size < 0) { return false; }
-        atEnd = size == 0;
-        buffer.resize(kept + std::size_t(size));
-        buffer.erase(std::remove(buffer.begin() + std::ptrdiff_t(kept), buffer.end(), '\r'),
-                     buffer.end());
-        std::string_view text(buffer.data(), buffer.size());
-        for (std::size_t from = kept;;) {
-            const std::size_t end = text.find('\n', from);
-            if (end == std::string_view::npos && !(atEnd && !text.empty())) { break; }
-            const std::string_view line = text.substr(0, end);
-            if (!line.empty()) { use(line, end != std::string_view::npos); }
-            text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-            from = 0;
-        }
-        buffer.erase(buffer.begin(), buffer.end() - std::ptrdiff_t(text.size()));
-    }
-    return true;
-}
-
-constexpr int mibUtf8 = 106;
-constexpr const char* byteOrderMark = "\xEF\xBB\xBF";
-
-/// Whether the line may be decoded: as long as a QString, and without a mark, which a codec would
-/// swallow at its start.
-bool isDecodable(std::string_view line) {
-    return line.size() <= std::size_t(std::numeric_limits<int>::max()) &&
-           !line.starts_with(byteOrderMark);
-}
-
-/// Whether the file begins like UTF-16 or UTF-32, in which bytes are not characters.
-bool isWide(const QByteArray& start) {
-    return start.startsWith("\xFF\xFE") || start.startsWith("\xFE\xFF") ||
-           start.startsWith(QByteArray("\0\0\xFE\xFF", 4));
 }
 
 }  // namespace
@@ -150,17 +65,6 @@ std::int32_t getTxtFileLineNum(QString path, IZynProgress*) {
     return static_cast<std::int32_t>(std::min(count, most));
 }
 
-ref_ptr<StringArray> readWholeFile(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) { return nullptr; }
-    const ref_ptr<StringArray> lines = newStringArray();
-    QTextStream stream(&file);
-    for (QString line; stream.readLineInto(&line);) {
-        if (!line.isEmpty()) { lines->append(line); }
-    }
-    return file.error() == QFileDevice::NoError ? lines : nullptr;
-}
-
 ref_ptr<StringArray> readLines(QString path, IZynProgress*) {
     if (!isFileExist(path)) { return nullptr; }
     const ref_ptr<StringArray> lines = readWholeFile(path);
@@ -182,61 +86,8 @@ bool writeLines(QString path, ref_ptr<StringArray> lines, IZynProgress* progress
             if (file.isOpen()) { stream << line; }
         }
     });
-    if (isWritten) { (void)file.commit(); }  // not told
+    if (isWritten) { (void)file.commit(); }  // a failure is not reported
     return true;
-}
-
-// Lines of plain characters are read as bytes; others take the way over QString.
-bool readPnt2dArray(QString path, ref_ptr<Pnt2dArray>& pnts, IZynProgress*) {
-    QFile file(path);
-    if (!isFileExist(path) || !file.open(QIODevice::ReadOnly)) { return false; }
-    const ref_ptr<Pnt2dArray> points = newPnt2dArray();
-    XPnt2d point;
-    bool hasLine = false;
-    if (isWide(file.peek(4))) {
-        const ref_ptr<StringArray> lines = readWholeFile(path);
-        if (!lines) { return false; }
-        for (const QString& line : *lines) {
-            hasLine = true;
-            if (toPoint(line, point)) { points->append(point); }
-        }
-    } else {
-        const bool isUtf8 = file.peek(3) == byteOrderMark;
-        if (isUtf8) { file.read(3); }
-        const QTextCodec* const codec =
-            isUtf8 ? QTextCodec::codecForMib(mibUtf8) : QTextCodec::codecForLocale();
-        // A character that the file's end cuts off is no character.
-        const auto decoded = [codec](std::string_view line, bool isEnded) {
-            QTextCodec::ConverterState cutOff(QTextCodec::IgnoreHeader);
-            const int size = static_cast<int>(line.size());
-            return isEnded ? codec->toUnicode(line.data(), size)
-                           : codec->toUnicode(line.data(), size, &cutOff);
-        };
-        const bool isWhole = forLines(file, [&](std::string_view line, bool isEnded) {
-            if (isPlain(line)) {
-                hasLine = true;
-                if (toPoint(line, point)) { points->append(point); }
-                return;
-            }
-            const bool hasText = isDecodable(line);
-            const QString text = hasText ? decoded(line, isEnded) : QString();
-            hasLine = hasLine || isEnded || !hasText || !text.isEmpty();
-            if (toPoint(text, point)) { points->append(point); }
-        });
-        if (!isWhole) { return false; }
-    }
-    if (!hasLine) { return false; }
-    pnts = points;
-    return true;
-}
-
-bool savePnt2dArray(QString path, ref_ptr<Pnt2dArray> pnts, IZynProgress*) {
-    if (path.isEmpty() || !pnts) { return false; }
-    constexpr int decimals = 10;
-    const ref_ptr<StringArray> lines = newStringArray();
-    lines->reserve(pnts->size());
-    for (const XPnt2d& p : *pnts) { lines->append(p.toString(decimals) + QLatin1Char('\n')); }
-    return writeLines(path, lines, nullptr);
 }
 
 }  // namespace zyn

@@ -9,6 +9,9 @@
 #include <optional>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// Whether all points can become vertices.

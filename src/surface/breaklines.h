@@ -16,7 +16,7 @@
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Brings polylines into a network.
 ///
@@ -101,7 +101,7 @@ private:
         latest = engine.newest();
         if constexpr (DelaunayEngine<Real>::isDouble) { engine.number(&p, 1); }
         Real* const v = p;
-        forRing(latest, latest->index(v), engine.count(), [this, v](Tri* t, int i) {
+        forEachAround(latest, latest->index(v), engine.count(), [this, v](Tri* t, int i) {
             fixed.giveWay(t->vertex[after[i]], t->vertex[before[i]], v);
             noteChange(t);
             return false;
@@ -128,7 +128,7 @@ private:
             places.pop_back();
             const int slot = beside == nullptr ? 3 : beside->index(v);
             if (slot == 3) { continue; }
-            forRing(beside, slot, engine.count(), [&, v = v](Tri* t, int i) {
+            forEachAround(beside, slot, engine.count(), [&, v = v](Tri* t, int i) {
                 for (Real* const w : {t->vertex[after[i]], t->vertex[before[i]]}) {
                     if (fixed.contains(v, w) &&
                         planeDistance(w, line.to) < planeDistance(v, line.to) + snap.reach(line) &&
@@ -231,7 +231,7 @@ private:
         Real* const v = t->vertex[i];
         if (!snap.isClose(line, v) || !isBetween(line, v)) { return nullptr; }
         bool isOnFixed = false;
-        forRing(t, i, engine.count(), [&](const Tri* n, int at) {
+        forEachAround(t, i, engine.count(), [&](const Tri* n, int at) {
             isOnFixed =
                 fixed.contains(v, n->vertex[after[at]]) || fixed.contains(v, n->vertex[before[at]]);
             return isOnFixed;
@@ -308,4 +308,4 @@ private:
     int lostEdges = 0;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// The part of a triangle that covers a grid. Its unit is the cell: whole numbers are the centres.
 ///
@@ -44,7 +44,7 @@ public:
     /// Calls `use(column, row)` for all cells whose centres the polygon holds, and for some beside
     /// it.
     template <class Use>
-    void forCells(Use use) const {
+    void forEachCell(Use use) const {
         if (size == 0) { return; }
         const auto [across, along] = reducedBasis();
         Range lines = rangeOf(across);
@@ -163,4 +163,4 @@ private:
     double unclear;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

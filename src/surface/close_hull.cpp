@@ -15,6 +15,9 @@
 #include <vector>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// Flips the edges to the corners of the frame away from each vertex at which the rim turns inwards,

@@ -3,6 +3,7 @@
 
 #include "surface/queries.h"
 #include "triangulation/flip.h"
+#include "triangulation/triangle_numbers.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,6 +15,9 @@
 #include <vector>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// Where a line crosses an edge. A crossing at an end of the edge is that vertex.
@@ -54,7 +58,7 @@ public:
     using Tri = TinRecord<Real>;
 
     explicit ContourTracer(const SurfaceTriangles<Real>& surface)
-        : numberOf(surface.network()), belongs(surface.triangleCount()) {
+        : triangleIndex(surface.network()), belongs(surface.triangleCount()) {
         surface.forEach([this](const Tri* t, std::size_t number) {
             belongs[number] = true;
             const auto [low, high] = std::minmax(
@@ -81,12 +85,12 @@ private:
 
     [[nodiscard]] bool isAbove(const Real* v) const { return double(v[2]) >= level; }
     [[nodiscard]] bool isDone(const Tri* t) {
-        return lastLevelOf[std::size_t(numberOf(t))] == levelNumber;
+        return lastLevelOf[std::size_t(triangleIndex(t))] == levelNumber;
     }
     /// The neighbour across the edge opposite corner `i`, null at the rim of the surface.
     [[nodiscard]] const Tri* beyond(const Tri* t, int i) {
         const Tri* const n = t->neighbor[i];
-        const std::int32_t number = numberOf(n);
+        const std::int32_t number = triangleIndex(n);
         return number >= 0 && belongs[std::size_t(number)] ? n : nullptr;
     }
     /// The edge by which a line, with higher ground on its left, comes into t or leaves it: seen from
@@ -142,7 +146,7 @@ private:
         line.nodes.push_back(crossing(start, crossedEdge(start, false)));
         const Tri* last = nullptr;
         for (const Tri* n = start; n != nullptr; n = next(n, true)) {
-            lastLevelOf[std::size_t(numberOf(n))] = levelNumber;
+            lastLevelOf[std::size_t(triangleIndex(n))] = levelNumber;
             line.isRidge.push_back(isRidgeStep(n));
             line.nodes.push_back(crossing(n, crossedEdge(n, true)));
             last = n;
@@ -167,7 +171,7 @@ private:
         end();
     }
 
-    TriangleNumbers<Real> numberOf;
+    TriangleNumbers<Real> triangleIndex;
     std::vector<bool> belongs;
     std::vector<Slanted> slanted;
     std::vector<std::uint32_t> lastLevelOf;  // by number of triangle: the latest level seen there
@@ -216,8 +220,8 @@ void join(std::vector<std::vector<Node<Real>>>& pieces) {
 namespace detail {
 
 template <class Real>
-void forContours(const SurfaceTriangles<Real>& surface, std::span<const double> levels,
-                 const std::function<void(std::span<const XPnt3d>)>& use) {
+void forEachContour(const SurfaceTriangles<Real>& surface, std::span<const double> levels,
+                    const std::function<void(std::span<const XPnt3d>)>& use) {
     if (!surface.hasEngine()) { return; }
     ContourTracer<Real> tracer(surface);
     std::vector<std::vector<Node<Real>>> pieces;
@@ -234,8 +238,8 @@ void forContours(const SurfaceTriangles<Real>& surface, std::span<const double> 
     }
 }
 
-template void forContours(const SurfaceTriangles<double>&, std::span<const double>,
-                          const std::function<void(std::span<const XPnt3d>)>&);
+template void forEachContour(const SurfaceTriangles<double>&, std::span<const double>,
+                             const std::function<void(std::span<const XPnt3d>)>&);
 
 }  // namespace detail
 
@@ -246,7 +250,7 @@ ref_ptr<Pnt3dArrayArray> contours(DelaunayInterface<Real>* interface, const Doub
     if (levels == nullptr) { return lines; }
     const SurfaceTriangles<Real> surface(engineOf(interface), maxEdge);
     const std::span<const double> all(levels->data(), static_cast<std::size_t>(levels->size()));
-    detail::forContours(surface, all, [&lines](std::span<const XPnt3d> points) {
+    detail::forEachContour(surface, all, [&lines](std::span<const XPnt3d> points) {
         const ref_ptr<Pnt3dArray> line = newPnt3dArray();
         line->append(points.data(), static_cast<int>(points.size()));
         lines->append(line.get());

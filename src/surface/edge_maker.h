@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Makes the segment between two vertices an edge, or a chain of edges through the vertices that lie on
 /// it. Every sign is exact and every flip leaves two counter-clockwise triangles, so the network is
@@ -223,4 +223,4 @@ private:
     std::list<Crossing> crossings;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

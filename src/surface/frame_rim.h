@@ -7,7 +7,7 @@
 
 #include <cstddef>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// A walk round the frame. The rim of the surface is the cycle of edges opposite the corners of the
 /// frame: each is an edge of a triangle with one such corner. It runs counter-clockwise, with the
@@ -131,4 +131,4 @@ private:
     DelaunayEngine<Real>& engine;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

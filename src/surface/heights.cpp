@@ -11,6 +11,9 @@
 #include <span>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 template <class Real>
@@ -27,7 +30,7 @@ TinRecord<Real>* triangleAt(const SurfaceTriangles<Real>& surface, TinRecord<Rea
     TinRecord<Real>* const t = surface.network().locateFrom(hint, q);
     if (t == nullptr || surface.has(t)) { return t; }
     for (int i = 0; i < 3; ++i) {
-        if (isAt(t->vertex[i], q)) { return surface.round(t, i); }
+        if (isAt(t->vertex[i], q)) { return surface.triangleAround(t, i); }
     }
     for (int i = 0; i < 3; ++i) {
         TinRecord<Real>* const n = t->neighbor[i];

@@ -9,6 +9,7 @@
 #include <vector>
 
 namespace zyn {
+namespace detail {
 namespace {
 
 /// An order of insertion made from one along a curve: rounds, each of every eighth point of the next
@@ -41,6 +42,13 @@ std::vector<std::int32_t> insertionOrder(const XPnt3<Real>* points, int count) {
     return inRounds(hilbertOrder<Real>(points, count));
 }
 
+template std::vector<std::int32_t> insertionOrder(const XPnt3f*, int);
+template std::vector<std::int32_t> insertionOrder(const XPnt3d*, int);
+
+}  // namespace detail
+
+using namespace detail;
+
 template <class Real>
 int addPoints(DelaunayInterface<Real>* interface, Pnt3Array<Real>* points,
               std::type_identity_t<Real> tolerance, IZynProgress* progress, IntArray* rejected) {
@@ -63,8 +71,6 @@ int addPoints(DelaunayInterface<Real>* interface, Pnt3Array<Real>* points,
     return offered - static_cast<int>(refused.size());
 }
 
-template std::vector<std::int32_t> insertionOrder(const XPnt3f*, int);
-template std::vector<std::int32_t> insertionOrder(const XPnt3d*, int);
 template int addPoints(DelaunayInterface<float>*, Pnt3fArray*, float, IZynProgress*, IntArray*);
 template int addPoints(DelaunayInterface<double>*, Pnt3dArray*, double, IZynProgress*, IntArray*);
 

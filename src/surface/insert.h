@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Returns the indices of the points in an order of insertion: rounds along a Hilbert curve.
 template <class Real>
@@ -42,4 +42,4 @@ int insertAll(const DelaunayEngine<Real>& engine, const XPnt3<Real>* first, int 
     return done;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

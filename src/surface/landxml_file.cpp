@@ -12,6 +12,9 @@
 #include <string>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// The text as the value of an attribute, in UTF-8, without what XML 1.0 has no way to write:
@@ -93,7 +96,7 @@ bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, QString nam
     if (!file.isOpen()) { return false; }
     std::string& text = file.text;
     text = headOf(name, units);
-    file.forVertices([&text, id = 0](const Real* v) mutable {
+    file.forEachVertex([&text, id = 0](const Real* v) mutable {
         text += "<P id=\"";
         appendNumber(text, ++id);
         text += "\">";
@@ -104,7 +107,7 @@ bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, QString nam
         text += "</P>\n";
     });
     text += "</Pnts>\n<Faces>\n";
-    file.forFaces([&text](const auto& face) {
+    file.forEachFace([&text](const auto& face) {
         text += "<F>";
         for (const int i : {0, 1, 2}) {
             if (i != 0) { text += ' '; }

@@ -4,7 +4,7 @@
 #include "triangulation/flip.h"
 #include "triangulation/predicates.h"
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Returns the slot of `n` that leads back to `t` across the edge of slot `i`, or 3. Beside points in
 /// one place, two triangles may share more than one edge.
@@ -39,4 +39,4 @@ TinRecord<Real>* flipIllegalEdge(TinRecord<Real>* t, MayFlip mayFlip) {
     return nullptr;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -9,12 +9,14 @@
 
 namespace zyn {
 
+using namespace detail;
+
 template <class Real>
 bool writeObj(DelaunayInterface<Real>* engine, const char* path, double maxEdge) {
     SurfaceFile<Real> file(engine, path, maxEdge);
     if (!file.isOpen()) { return false; }
     std::string& text = file.text;
-    file.forVertices([&text](const Real* v) {
+    file.forEachVertex([&text](const Real* v) {
         text += 'v';
         for (int axis = 0; axis < 3; ++axis) {
             text += ' ';
@@ -22,7 +24,7 @@ bool writeObj(DelaunayInterface<Real>* engine, const char* path, double maxEdge)
         }
         text += '\n';
     });
-    file.forFaces([&text](const auto& face) {
+    file.forEachFace([&text](const auto& face) {
         text += 'f';
         for (const std::int32_t n : face) {
             text += ' ';

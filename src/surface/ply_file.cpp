@@ -1,9 +1,9 @@
 // Surfaces as binary PLY files.
 #include <zyn/network.h>
 
+#include "core/little_endian.h"
 #include "core/text_number.h"
 #include "surface/surface_file.h"
-#include "triangulation/tin_streams.h"
 
 #include <cmath>
 #include <cstddef>
@@ -13,6 +13,9 @@
 #include <vector>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 struct Vector {
@@ -40,7 +43,7 @@ Vector directionOf(const Vector& v) {
 template <class Real>
 std::vector<Vector> vertexNormals(SurfaceFile<Real>& file) {
     std::vector<Vector> normals(file.vertices().size());
-    file.forFaces([&](const auto& face) {
+    file.forEachFace([&](const auto& face) {
         const auto corner = [&](int i) { return file.vertices()[std::size_t(face[i])]; };
         const Vector cross = crossOf(corner(0), corner(1), corner(2));
         for (const std::int32_t n : face) {
@@ -50,12 +53,6 @@ std::vector<Vector> vertexNormals(SurfaceFile<Real>& file) {
     });
     for (Vector& normal : normals) { normal = directionOf(normal); }
     return normals;
-}
-
-template <class Number>
-void put(std::string& bytes, Number value) {
-    const auto littleEndian = tin_file::bytesOf(value);
-    bytes.append(littleEndian.data(), littleEndian.size());
 }
 
 }  // namespace
@@ -77,15 +74,15 @@ bool writePly(DelaunayInterface<Real>* engine, const char* path, double maxEdge,
     text += "\nproperty list uchar int vertex_indices\nend_header\n";
 
     const std::vector<Vector> directions = hasNormals ? vertexNormals(file) : std::vector<Vector>();
-    file.forVertices([&, n = std::size_t{0}](const Real* v) mutable {
-        for (int axis = 0; axis < 3; ++axis) { put(text, v[axis]); }
+    file.forEachVertex([&, n = std::size_t{0}](const Real* v) mutable {
+        for (int axis = 0; axis < 3; ++axis) { appendLittleEndian(text, v[axis]); }
         if (!hasNormals) { return; }
         const Vector& d = directions[n++];
-        for (const double c : {d.x, d.y, d.z}) { put(text, static_cast<float>(c)); }
+        for (const double c : {d.x, d.y, d.z}) { appendLittleEndian(text, static_cast<float>(c)); }
     });
-    file.forFaces([&text](const auto& face) {
+    file.forEachFace([&text](const auto& face) {
         text += '\3';
-        for (const std::int32_t n : face) { put(text, n); }
+        for (const std::int32_t n : face) { appendLittleEndian(text, n); }
     });
     return file.commit();
 }

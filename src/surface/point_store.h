@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Points by number, in the order in which they came. An address is valid until the store ends. Points
 /// that come together are side by side.
@@ -87,4 +87,4 @@ private:
     int count = 0;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -12,6 +12,9 @@
 #include <vector>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// Walks along a-b from triangle to triangle. A vertex on the line counts as lying to its left, which
@@ -182,7 +185,7 @@ private:
         const XPnt3d p = positionOf(t->vertex[left]);
         const bool isInside = along(p) > 0 && along(p) < 1 && !isLast(p);
         if (isInside && touched.insert(t->vertex[left]).second &&
-            surface.round(t, left) != nullptr) {
+            surface.triangleAround(t, left) != nullptr) {
             add(p);
             isInterrupted = true;
         }

@@ -52,8 +52,8 @@ void fillCells(const SurfaceTriangles<Real>& surface, const Enve2d& envelope, in
 
 /// Calls `use` with each line in turn; see contours().
 template <class Real>
-void forContours(const SurfaceTriangles<Real>& surface, std::span<const double> levels,
-                 const std::function<void(std::span<const XPnt3d>)>& use);
+void forEachContour(const SurfaceTriangles<Real>& surface, std::span<const double> levels,
+                    const std::function<void(std::span<const XPnt3d>)>& use);
 
 template <class Real>
 [[nodiscard]] SurfaceVolume volumeOf(const SurfaceTriangles<Real>& surface, double level);

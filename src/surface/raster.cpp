@@ -10,6 +10,9 @@
 #include <limits>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// The centres of cells along one axis.
@@ -83,7 +86,7 @@ private:
         const CellPolygon polygon(corner[0], corner[1], corner[2], columns.count, rows.count,
                                   unclear);
         if (spanned <= fewRows + 4 * polygon.area()) { return false; }
-        polygon.forCells([&](int column, int row) {
+        polygon.forEachCell([&](int column, int row) {
             const Xy centre{columns.centre(column), rows.centre(row)};
             if (isHeldBy(t, centre)) { rowOf(row)[column] = detail::heightIn(t, centre); }
         });

@@ -7,6 +7,7 @@
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 #include "triangulation/flip.h"
+#include "triangulation/triangle_numbers.h"
 
 #include <cstddef>
 #include <limits>
@@ -14,12 +15,15 @@
 #include <vector>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// Whether no triangle runs clockwise and all links are mutual, across the same edge, and stay in the
 /// network: then every flip lowers the surface over the paraboloid, and flipping ends.
 template <class Real>
-bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& numberOf) {
+bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& triangleIndex) {
     for (std::size_t n = 0; n < engine.count(); ++n) {
         const TinRecord<Real>* const t = engine.at(n);
         const auto& v = t->vertex;
@@ -28,7 +32,7 @@ bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& numberOf) {
             const TinRecord<Real>* const next = t->neighbor[i];
             if (next == nullptr) { continue; }
             const int back = next->index(v[after[i]], v[before[i]]);
-            if (back < 0 || next->neighbor[back] != t || numberOf(next) < 0) { return false; }
+            if (back < 0 || next->neighbor[back] != t || triangleIndex(next) < 0) { return false; }
         }
     }
     return true;
@@ -37,13 +41,13 @@ bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& numberOf) {
 /// Flips edges that fail the in-circle test and for which `mayFlip(t, i, n)` holds until none is left.
 /// Returns the number of flips.
 template <class Real, class MayFlip>
-int flipIllegalEdges(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& numberOf,
+int flipIllegalEdges(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& triangleIndex,
                      MayFlip mayFlip) {
     std::vector<TinRecord<Real>*> pending;  // each triangle once
     std::vector<bool> isPending(engine.count(), true);
     for (std::size_t n = engine.count(); n-- > 0;) { pending.push_back(engine.at(n)); }
     const auto lookAgainAt = [&](TinRecord<Real>* t) {
-        const auto number = static_cast<std::size_t>(numberOf(t));
+        const auto number = static_cast<std::size_t>(triangleIndex(t));
         if (!isPending[number]) { pending.push_back(t); }
         isPending[number] = true;
     };
@@ -51,7 +55,7 @@ int flipIllegalEdges(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& number
     while (!pending.empty()) {
         TinRecord<Real>* const t = pending.back();
         pending.pop_back();
-        isPending[static_cast<std::size_t>(numberOf(t))] = false;
+        isPending[static_cast<std::size_t>(triangleIndex(t))] = false;
         TinRecord<Real>* const n = flipIllegalEdge(
             t,
             [&mayFlip, t](const TinRecord<Real>* next, int i, int) { return mayFlip(t, i, next); });
@@ -69,11 +73,11 @@ template <class Real>
 int restoreDelaunay(DelaunayInterface<Real>* interface, const VertexArray<Real>* fixedVertices) {
     auto* const engine = engineOf(interface);
     if (engine == nullptr) { return -1; }
-    TriangleNumbers<Real> numberOf(*engine);
-    if (!isOriented(*engine, numberOf)) { return -1; }
+    TriangleNumbers<Real> triangleIndex(*engine);
+    if (!isOriented(*engine, triangleIndex)) { return -1; }
     const ref_ptr<VertexArray<Real>> copy = copyOf<Real>(fixedVertices);
     const FixedEdges<Real> fixed(*copy);
-    return flipIllegalEdges(*engine, numberOf, [&fixed](const auto* t, int i, const auto*) {
+    return flipIllegalEdges(*engine, triangleIndex, [&fixed](const auto* t, int i, const auto*) {
         return !fixed.contains(t->vertex[after[i]], t->vertex[before[i]]);
     });
 }
@@ -90,8 +94,8 @@ bool isFreeInside(const DelaunayEngine<double>& engine, const FixedEdges<double>
 }  // namespace
 
 void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed) {
-    TriangleNumbers<double> numberOf(engine);
-    flipIllegalEdges(engine, numberOf, [&](const auto* t, int i, const auto* n) {
+    TriangleNumbers<double> triangleIndex(engine);
+    flipIllegalEdges(engine, triangleIndex, [&](const auto* t, int i, const auto* n) {
         return isFreeInside(engine, fixed, t, i, n);
     });
 }

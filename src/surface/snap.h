@@ -10,7 +10,7 @@
 #include <cmath>
 #include <limits>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// A straight piece between two vertices.
 template <class Real>
@@ -101,4 +101,4 @@ private:
     double tolerance;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -11,6 +11,8 @@
 #include <utility>
 
 namespace zyn {
+namespace detail {
+
 namespace {
 
 // The curve. A cell's place is found from its upper bits down: two bits, one of x and one of y, give
@@ -218,6 +220,10 @@ std::vector<std::int32_t> hilbertOrder(const XPnt3<Real>* points, int count) {
 
 template std::vector<std::int32_t> hilbertOrder(const XPnt3<float>*, int);
 template std::vector<std::int32_t> hilbertOrder(const XPnt3<double>*, int);
+
+}  // namespace detail
+
+using namespace detail;
 
 void spatialSort(Pnt3dArray* points) {
     sortArray(points, points == nullptr ? nullptr : points->data());

@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// The indices of `count` points in that order; see spatialSort().
 template <class Real>
 [[nodiscard]] std::vector<std::int32_t> hilbertOrder(const XPnt3<Real>* points, int count);
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -9,7 +9,7 @@
 #include <limits>
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 namespace {
 
 constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
@@ -133,7 +133,7 @@ TinRecord<double>* StartTree::near(const Engine& engine, Xy q) const {
 
 TinRecord<double>* StartTree::from(const Engine& engine, Tri* last, Xy q) const {
     constexpr double closeEdges = 8;
-    if (last != nullptr && detail::isWithinEdges(last, q, closeEdges)) { return last; }
+    if (last != nullptr && isWithinEdges(last, q, closeEdges)) { return last; }
     const std::size_t home = cells.empty() ? 0 : cellOf(q);
     for (std::size_t n = 0; n < std::min(cells.size(), side * side); ++n) {
         if (Tri* const start = startAt(engine, home ^ n)) { return start; }
@@ -141,4 +141,4 @@ TinRecord<double>* StartTree::from(const Engine& engine, Tri* last, Xy q) const 
     return last != nullptr ? last : engine.newest();
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// A k-d tree over a sample of the vertices of a network, with a grid of cells in each leaf. A cell
 /// names a triangle near it. The leaves have equal shares of the vertices, whatever their
@@ -75,4 +75,4 @@ private:
     std::uint64_t levelsAlongY = 0;    // by depth, whether nodes are split by y
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstddef>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// What is in the way from a vertex a towards a vertex b.
 template <class Real>
@@ -119,4 +119,4 @@ private:
     bool isSure = false;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

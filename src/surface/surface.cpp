@@ -8,6 +8,9 @@
 #include <utility>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 void requireTolerance(double tolerance) {

@@ -8,7 +8,7 @@
 #include <string>
 #include <system_error>
 
-namespace zyn {
+namespace zyn::detail {
 
 template <class Value>
 [[noreturn]] void throwBad(const std::string& text, Value value) {
@@ -26,4 +26,4 @@ inline void requireWritten(bool isWritten, const std::string& path) {
     throw std::system_error(code, std::generic_category(), "zyn::Surface: cannot write " + path);
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

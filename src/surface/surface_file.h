@@ -3,8 +3,8 @@
 
 #include <zyn/network.h>
 
+#include "core/file_writer.h"
 #include "surface/surface_triangles.h"
-#include "triangulation/tin_streams.h"
 #include "triangulation/vertex_numbers.h"
 
 #include <cstddef>
@@ -12,16 +12,16 @@
 #include <string>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 template <class Real>
-class SurfaceFile : public tin_file::Writer {
+class SurfaceFile : public FileWriter {
 public:
     /// The numbers of the corners, from 0.
     using Face = std::int32_t[3];
 
     SurfaceFile(DelaunayInterface<Real>* engine, const char* path, double maxEdge)
-        : Writer(engineOf(engine) == nullptr ? nullptr : path),
+        : FileWriter(engineOf(engine) == nullptr ? nullptr : path),
           surface(engineOf(engine), maxEdge),
           numbers(surface.triangleCount()) {
         if (!isOpen()) { return; }
@@ -36,7 +36,7 @@ public:
 
     /// Calls `use` with the coordinates of every vertex in turn.
     template <class Use>
-    void forVertices(Use use) {
+    void forEachVertex(Use use) {
         for (const Real* const v : numbers.vertices()) {
             use(v);
             flushIfFull();
@@ -44,7 +44,7 @@ public:
     }
     /// Calls `use` with every Face.
     template <class Use>
-    void forFaces(Use use) {
+    void forEachFace(Use use) {
         surface.forEach([&](const TinRecord<Real>* t, std::size_t) {
             use(Face{numbers(t->vertex[0]), numbers(t->vertex[1]), numbers(t->vertex[2])});
             flushIfFull();
@@ -57,4 +57,4 @@ private:
     int faces = 0;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -11,7 +11,8 @@
 #include <array>
 #include <cmath>
 
-namespace zyn {
+namespace zyn::detail {
+
 namespace {
 
 /// Frames stay within what the predicates take.
@@ -46,7 +47,7 @@ bool SurfaceNetwork::holds(const PlanBox& box, double tolerance) const {
 void SurfaceNetwork::noteNewVertex(const double* v) {
     if (isHullOpen) { return; }
     tind* const newest = engine->newest();
-    forRing(newest, newest->index(v), engine->count(), [this](const tind* n, int) {
+    forEachAround(newest, newest->index(v), engine->count(), [this](const tind* n, int) {
         isHullOpen = engine->isFrameTriangle(n);
         return isHullOpen;
     });
@@ -55,7 +56,7 @@ void SurfaceNetwork::noteNewVertex(const double* v) {
 bool SurfaceNetwork::remove(tind* t, int corner) {
     double* const v = t->vertex[corner];
     bool isOnLine = false, isOnRim = false;
-    forRing(t, corner, engine->count(), [&](const tind* n, int i) {
+    forEachAround(t, corner, engine->count(), [&](const tind* n, int i) {
         isOnLine = isFixed(v, n->vertex[after[i]]) || isFixed(v, n->vertex[before[i]]);
         isOnRim = isOnRim || engine->isFrameTriangle(n);
         return isOnLine;
@@ -149,7 +150,7 @@ void SurfaceState::enterVertices(SurfaceNetwork& next) {
         std::array<XPnt3d, 2> ends{XPnt3d(edges[i]), XPnt3d(edges[i + 1])};
         breaklines.add(ends, [](const XPnt3d&, const double*) {});
     }
-    detail::restoreInside(*next.engine, *next.fixed);
+    restoreInside(*next.engine, *next.fixed);
 }
 
 PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* progress) {
@@ -203,7 +204,7 @@ PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* pr
 void SurfaceState::restoreAt(int first, int count) {
     constexpr int few = 8;  // of all vertices, one in so many
     if (count > vertexCount / few) {
-        detail::restoreInside(*network.engine, *network.fixed);
+        restoreInside(*network.engine, *network.fixed);
         return;
     }
     std::vector<tind*> pending;
@@ -211,12 +212,12 @@ void SurfaceState::restoreAt(int first, int count) {
         if (!isVertex(number)) { continue; }
         const auto [t, corner] = network.triangleAt(points.at(number));
         if (t == nullptr) { continue; }
-        forRing(t, corner, network.engine->count(), [&pending](tind* n, int) {
+        forEachAround(t, corner, network.engine->count(), [&pending](tind* n, int) {
             pending.push_back(n);
             return false;
         });
     }
-    detail::restoreInside(*network.engine, *network.fixed, std::move(pending));
+    restoreInside(*network.engine, *network.fixed, std::move(pending));
 }
 
 namespace {
@@ -295,7 +296,7 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
     vertexCount += report.vertices + report.crossings;
     const Heights hard = wanted.heights == Heights::breakline ? Heights::last : wanted.heights;
     settleHeights(fallen, wanted.soft ? Heights::first : hard, added);
-    detail::restoreInside(*network.engine, *network.fixed, std::move(changed));
+    restoreInside(*network.engine, *network.fixed, std::move(changed));
     network.isHullOpen = true;
     network.closeHull();
     return report;
@@ -307,8 +308,8 @@ void SurfaceState::takeHeights(std::span<XPnt3d> of) const {
     const SurfaceTriangles<double> surface(network.engine.get());
     for (XPnt3d& p : of) {
         const Xy q{p.x, p.y};
-        if (const tind* const t = detail::triangleAt(surface, network.start(q), q)) {
-            p.z = detail::heightIn(t, q);
+        if (const tind* const t = triangleAt(surface, network.start(q), q)) {
+            p.z = heightIn(t, q);
         }
     }
 }
@@ -356,7 +357,7 @@ bool SurfaceState::removeVertex(int number) {
 /// Makes a sound surface of what a change has left when it threw, without memory.
 void SurfaceState::mend() noexcept {
     if (!network.engine) { return; }
-    detail::closeHullBySweeps(*network.engine, *network.fixed);
+    closeHullBySweeps(*network.engine, *network.fixed);
     std::fill(vertices.begin(), vertices.end(), false);
     for (std::size_t n = 0; n < network.engine->count(); ++n) {
         for (const double* const v : network.engine->at(n)->vertex) {
@@ -367,4 +368,4 @@ void SurfaceState::mend() noexcept {
     vertexCount = static_cast<int>(std::count(vertices.begin(), vertices.end(), true));
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

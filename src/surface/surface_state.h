@@ -18,7 +18,7 @@
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// A box in the plane, empty at first.
 struct PlanBox {
@@ -132,4 +132,4 @@ private:
     PlanBox extent;  // of all points that could become vertices
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -13,7 +13,7 @@
 #include <limits>
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
 /// Which triangles of an engine make up its surface.
 template <class Real>
@@ -38,9 +38,9 @@ public:
                (std::isinf(most2) || !(longestEdge2(t) > most2));
     }
     /// A triangle of the surface round the vertex at corner `i` of t, or null.
-    [[nodiscard]] Tri* round(Tri* t, int i) const {
+    [[nodiscard]] Tri* triangleAround(Tri* t, int i) const {
         Tri* found = nullptr;
-        forRing(t, i, engine->count(), [this, &found](Tri* n, int) {
+        forEachAround(t, i, engine->count(), [this, &found](Tri* n, int) {
             if (has(n)) { found = n; }
             return found != nullptr;
         });
@@ -157,4 +157,4 @@ private:
     double unit = 1;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -15,6 +15,9 @@
 #include <utility>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 using Triangles = SurfaceTriangles<double>;
@@ -147,7 +150,7 @@ bool hasTriangleBeside(const Triangles& triangles, const SurfaceNetwork& network
     const auto [t, corner] = network.triangleAt(a);
     bool isFound = false;
     if (t == nullptr) { return false; }
-    forRing(t, corner, network.engine->count(), [&](const tind* n, int) {
+    forEachAround(t, corner, network.engine->count(), [&](const tind* n, int) {
         isFound = triangles.has(n) && n->index(b) != 3;
         return isFound;
     });
@@ -286,7 +289,7 @@ Raster SurfaceView::rasterize(const Enve2d& envelope, int columns, int rows) con
 
 std::vector<Polyline> SurfaceView::contours(std::span<const double> levels) const {
     std::vector<Polyline> lines;
-    detail::forContours<double>(
+    detail::forEachContour<double>(
         trianglesOf(state, maxEdge), levels,
         [&lines](std::span<const XPnt3d> line) { lines.emplace_back(line.begin(), line.end()); });
     return lines;

@@ -6,6 +6,7 @@
 #include "surface/surface_state.h"
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
+#include "triangulation/triangle_numbers.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,6 +19,9 @@
 #include <vector>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 template <class Real>
@@ -30,7 +34,7 @@ public:
 
     /// Edges of `fixed_`, which may be null, need not be Delaunay.
     Validation(DelaunayEngine<Real>& engine_, bool delaunay, const FixedEdges<Real>* fixed_)
-        : engine(engine_), numberOf(engine_), isDelaunayAsked(delaunay), fixed(fixed_) {}
+        : engine(engine_), triangleIndex(engine_), isDelaunayAsked(delaunay), fixed(fixed_) {}
 
     Fault fault() {
         if (engine.count() == 0) { return NetworkFault{Kind::shape, -1, "the network is empty"}; }
@@ -58,7 +62,7 @@ private:
     static constexpr const char* notDelaunay = "has an edge that is not Delaunay";
 
     NetworkFault faultAt(const Tri* t, Kind kind, const char* text) {
-        const int number = numberOf(t);
+        const int number = triangleIndex(t);
         return {kind, number, "triangle " + std::to_string(number) + ' ' + text};
     }
 
@@ -79,7 +83,7 @@ private:
     const char* faultOfEdge(const Tri* t, int i) {
         const Tri* const n = t->neighbor[i];
         if (n == nullptr) { return nullptr; }
-        if (numberOf(n) < 0) { return "has a neighbour that is not in the network"; }
+        if (triangleIndex(n) < 0) { return "has a neighbour that is not in the network"; }
         if (n->index(t) == 3) { return "has a neighbour without a link back"; }
         int back = 0;  // beside points in one place, two triangles may share more than one edge
         while (back < 3 &&
@@ -115,7 +119,7 @@ private:
             isOnRim = onRim.contains(around[n]);
             for (const Tri* const next : around[n]->neighbor) {
                 isOnRim = isOnRim || next == nullptr;
-                if (next != nullptr && numberOf(next) >= 0 && hasNoArea(next) &&
+                if (next != nullptr && triangleIndex(next) >= 0 && hasNoArea(next) &&
                     seen.insert(next).second) {
                     around.push_back(next);
                 }
@@ -160,8 +164,8 @@ private:
             isSeen[first] = true;
             for (std::size_t n = 0; n < part.size(); ++n) {
                 for (const Tri* const next : part[n]->neighbor) {
-                    if (next == nullptr || isSeen[std::size_t(numberOf(next))]) { continue; }
-                    isSeen[std::size_t(numberOf(next))] = true;
+                    if (next == nullptr || isSeen[std::size_t(triangleIndex(next))]) { continue; }
+                    isSeen[std::size_t(triangleIndex(next))] = true;
                     part.push_back(next);
                 }
             }
@@ -189,7 +193,9 @@ private:
             // With mutual links as many open edges start at a corner as end there.
             const Turn turn = turnAt(from, to, rim.at(to).first);
             rounds += turn == Turn::passesEast ? 1 : 0;
-            if (turn == Turn::right && (bay == nullptr || numberOf(t) < numberOf(bay))) { bay = t; }
+            if (turn == Turn::right && (bay == nullptr || triangleIndex(t) < triangleIndex(bay))) {
+                bay = t;
+            }
         }
         if (bay != nullptr) { return faultAt(bay, Kind::rim, "stands at a bay in the rim"); }
         if (rounds != 1) {
@@ -215,7 +221,7 @@ private:
         return !first && second ? Turn::passesEast : Turn::left;
     }
     DelaunayEngine<Real>& engine;
-    TriangleNumbers<Real> numberOf;
+    TriangleNumbers<Real> triangleIndex;
     bool isDelaunayAsked;
     const FixedEdges<Real>* fixed;
     const Tri* illegalAtFrame = nullptr;   // has an edge that is legal only if the hull is closed

@@ -9,14 +9,17 @@
 #include <limits>
 
 namespace zyn {
+
+using namespace detail;
+
 namespace {
 
 /// What a triangle of plan area `area` has on either side of the plane, by the heights of its corners
 /// above it. One corner alone on its side cuts off a tip; the rest is two triangles. Every
 /// piece is the product of its area and its mean height, so that nothing cancels out.
-class Pieces {
+class CutFill {
 public:
-    Pieces(double area, std::array<double, 3> heights) {
+    CutFill(double area, std::array<double, 3> heights) {
         const bool areNumbers = std::none_of(heights.begin(), heights.end(),
                                              [](double height) { return std::isnan(height); });
         if (areNumbers) { std::sort(heights.begin(), heights.end()); }
@@ -62,7 +65,7 @@ SurfaceVolume volumeOf(const SurfaceTriangles<Real>& surface, double level) {
                      least = std::min({a.z, b.z, c.z, level});
         const double unit = most < large && least > -large ? 1 : 8;
         const auto height = [=](const XPnt3d& p) { return p.z / unit - level / unit; };
-        const Pieces pieces(area, {height(a), height(b), height(c)});
+        const CutFill pieces(area, {height(a), height(b), height(c)});
         sum.cut += pieces.volume.cut * unit;
         sum.fill += pieces.volume.fill * unit;
         sum.cutArea += pieces.volume.cutArea;

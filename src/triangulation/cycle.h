@@ -1,12 +1,12 @@
-// A cyclic list of small numbers.
+// A cyclic list of small integers.
 #pragma once
 
 #include <cstddef>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// The numbers from 0 to count - 1 in a circle, from which each can be taken out.
+/// Holds the integers from 0 to count - 1 in a cycle, from which each can be removed.
 class Cycle {
 public:
     explicit Cycle(int count) : links(static_cast<std::size_t>(count)) {
@@ -14,7 +14,7 @@ public:
     }
     [[nodiscard]] int next(int i) const { return links[static_cast<std::size_t>(i)].next; }
     [[nodiscard]] int previous(int i) const { return links[static_cast<std::size_t>(i)].previous; }
-    /// The links of `i` itself stay. REQUIRES: `i` is in the circle.
+    /// Removes `i` but keeps its own links. REQUIRES: `i` is in the cycle.
     void remove(int i) {
         at(previous(i)).next = next(i);
         at(next(i)).previous = previous(i);
@@ -29,4 +29,4 @@ private:
     std::vector<Links> links;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,11 +1,13 @@
-// The Delaunay engine of both precisions: an incremental triangulation by walk, split and flips.
+// The Delaunay engine in both precisions: an incremental triangulation that walks, splits and
+// flips.
 //
-// The walks and flips of the records (tin.h) are plain arithmetic, which alone would neither end nor
-// keep its invariants on every input. The engine guards them: where rounding leaves a decision open,
-// exact predicates decide it; where it does not, the guards change nothing.
+// The walks and flips of the triangle records (tin.h) use plain floating-point arithmetic. Alone
+// they would neither terminate nor keep their invariants on every input. The engine guards them:
+// where rounding leaves a decision open, an exact predicate makes it; elsewhere the guards change
+// nothing.
 //
-// A point's way in: engine_insert.inl. The other operations: engine_enforce.inl, engine_remove.inl,
-// engine_query.inl; files: tin_file.inl. engine.cpp makes the engines of them.
+// The members are in one .inl file per idea; engine_insert.inl has the way of a point into the
+// network. engine.cpp instantiates them.
 #pragma once
 
 #include <zyn/delaunay.h>
@@ -22,7 +24,7 @@
 #include <unordered_set>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 template <class Real>
 class DelaunayEngine
@@ -45,7 +47,7 @@ public:
     std::int32_t move(double, double, double) override { return 0; }
     std::int32_t rotate(const double*, const double*, double) override { return 0; }
 
-    // The interface
+    // IZynDelaunay and IZynDelaunayD
 
     Tri* nextTriangle() override;
     void rewindTriangles() override { cursor = 0; }
@@ -61,39 +63,40 @@ public:
     std::int32_t reservedB() override { return 0; }
     std::int32_t reservedC() override { return 0; }
 
-    // Beside the interface
+    // Operations outside the interface
 
-    /// Corner 0 to 3 of the frame, counter-clockwise from the least x and y.
+    /// Returns corner 0 to 3 of the frame, counter-clockwise from the one with the least x and y.
     [[nodiscard]] const Real* frameCorner(int i) const { return frame[i]; }
-    /// addPoint without its numbering.
+    /// Inserts a point as addPoint does, but does not number it.
     bool insert(Pnt* p, Real tolerance) {
         return insert(p, tolerance, Pool::newest(), noFixedEdges);
     }
-    /// The same, located by a walk from `start`. Flips no fixed edge but one that the point splits.
+    /// Inserts a point that a walk from `start` locates. Flips a fixed edge only if the point
+    /// splits it.
     template <class FixedEdges>
     bool insert(Pnt* p, Real tolerance, Tri* start, FixedEdges& fixed);
-    /// Returns the vertex that keeps the point out of t, which holds it, or null. That is the
-    /// nearest corner in a closed square of `tolerance` about the point, or else the point itself
-    /// if it is a vertex already.
+    /// Returns the vertex that prevents an insertion of `p`, or null. That is the nearest corner
+    /// within the closed square of half-width `tolerance` around `p`. If there is none, it is `p`
+    /// itself if it is a vertex already. REQUIRES: t contains `p`.
     Real* cornerAt(Tri* t, const Pnt& p, Real tolerance) const;
-    /// Returns the vertex that keeps out a point that was refused, or null if none does. Walks from
-    /// `start`.
+    /// Returns the vertex that prevents an insertion of `p`, or null. Walks from `start`.
     Real* inPlaceOf(const Pnt& p, Real tolerance, Tri* start) const {
         Tri* const t = locateFrom(start, {double(p.x), double(p.y)});
         return t == nullptr ? nullptr : cornerAt(t, p, tolerance);
     }
-    /// Removes the vertex at a corner of t and fills the hole with Delaunay triangles. Returns false,
-    /// with nothing changed, for a corner of the frame and a hole that cannot be filled. REQUIRES: no
-    /// points in one place.
+    /// Removes the vertex at a corner of t and fills the hole with Delaunay triangles. Returns
+    /// false and changes nothing for a corner of the frame and for a hole that cannot be filled.
+    /// REQUIRES: no two vertices have the same position.
     bool removeVertex(Tri* t, int corner);
-    /// Numbers the points as so many calls of addPoint would.
+    /// Numbers the points as `count` calls of addPoint would.
     void number(Pnt* points, int count);
-    /// The triangle that holds q, or null outside the network, by a walk from `start`.
+    /// Walks from `start` and returns the triangle that contains q, or null if q is outside the
+    /// network.
     Tri* locateFrom(Tri* start, Xy q) const {
         bool isInside = false;
         return locateFrom(start, q, isInside);
     }
-    /// A triangle whose first corner is nearer to q than those of about sqrt(count()) others; null in
+    /// Returns the nearest to q of about sqrt(count()) triangles, by their first corners; null in
     /// an empty network.
     Tri* sample(Xy q) const;
     int vertexCount() const;
@@ -107,19 +110,19 @@ public:
     bool writeText(const char* path);
     bool readBinary(const char* path, Real*& vertices, int& count);
     bool readText(const char* path, Real*& vertices, int& count);
-    // Keep the vertices.
+    // These keep the vertices in the engine.
     bool readBinary(const char* path);
     bool readText(const char* path);
 
 protected:
     /// Calls `use(t)` for every triangle of the surface, in pool order.
     template <class Use>
-    void forSurface(Use use) const {
+    void forEachSurfaceTriangle(Use use) const {
         for (std::size_t n = 0; n < Pool::count(); ++n) {
             if (const Tri* const t = Pool::at(n); !isFrameTriangle(t)) { use(t); }
         }
     }
-    /// Whether the vertices are whole points with an `inten`, as addPoint takes them.
+    /// Returns whether the vertices are whole points with an `inten`, such as addPoint takes.
     [[nodiscard]] bool verticesArePoints() const { return wholePoints; }
 
 private:
@@ -129,10 +132,13 @@ private:
     };
     struct Star;
 
+    // engine_frame.inl
+    void frameChanged();
+
     // engine_insert.inl
     Tri* locateFrom(Tri* start, Xy q, bool& isInside) const;
-    Tri* settle(Tri* t, Xy q) const;
-    Tri* leaveFlat(Tri* flat, Xy q) const;
+    Tri* finishExactly(Tri* t, Xy q) const;
+    Tri* leaveDegenerate(Tri* flat, Xy q) const;
     Tri* searchPool(Xy q) const;
     static Real* cornerWithin(const Tri* t, const Pnt& p, Real tolerance);
     void noteFlatTriangles(const Tri* t, Real* p);
@@ -143,17 +149,23 @@ private:
     template <class FixedEdges>
     [[gnu::always_inline]] static inline Corner flipIfIllegal(Corner corner, FixedEdges& fixed);
 
-    // engine_remove.inl
+    // engine_star.inl
     bool collectStar(Tri* t, int corner, Star& star, bool mayBeOpen = false) const;
+
+    // engine_ears.inl
     bool planFan(const Star& star, std::vector<int>& ears) const;
     bool planEars(const Star& star, std::vector<int>& ears) const;
     bool planEarsByPower(const Star& star, std::vector<int>& ears) const;
-    void fillHole(const Star& star, const std::vector<int>& ears);
+
+    // engine_folds.inl
     void collectFolds(Star& star) const;
+    static void openFolds(const Star& star);
+
+    // engine_remove.inl
+    void fillHole(const Star& star, const std::vector<int>& ears);
     void dropSurplus(Star& star);
     void legaliseFan(const Star& star);
     void legaliseHole(Star& star, Passes& passes);
-    static void openFolds(const Star& star);
 
     // tin_file.inl
     template <class Sink>
@@ -167,28 +179,27 @@ private:
     template <class Source>
     bool readNetwork(Source& source, std::unique_ptr<Real[]>& vertices, std::int32_t& vertexCount);
 
-    void frameChanged();
-
     Pnt frame[4];  // whole points: a flood through the records may mark their `inten`
     bool frameIsUsable;
     bool wholePoints = true;
     std::uint32_t pointCounter = 0;
     std::size_t cursor = 0;                            // number of the next triangle, or `ended`
-    std::vector<std::unique_ptr<Real[]>> ownVertices;  // compacted or read, all that ever were
-    /// Vertices that have been corners of a triangle of no area. Only one of these can be in the
-    /// network without being a corner of the triangle that a walk to its place ends in.
+    std::vector<std::unique_ptr<Real[]>> ownVertices;  // compacted or read; kept to the end
+    /// Holds vertices that were once corners of a degenerate triangle. A vertex that is no corner
+    /// of the triangle which a walk to its position ends in must be one of these.
     std::unordered_set<Real*> flatVertices;
 
     static constexpr std::size_t ended = static_cast<std::size_t>(-1);
 };
 
-/// The engine behind the interface; null when there is none, or one of another maker.
+/// Returns the engine behind the interface, or null if there is none or another class implements
+/// it.
 template <class Real>
 DelaunayEngine<Real>* engineOf(DelaunayInterface<Real>* interface) {
     return dynamic_cast<DelaunayEngine<Real>*>(interface);
 }
 
-/// The engine behind IZynDelaunay.
+/// Implements IZynDelaunay.
 class delaunayF final : public DelaunayEngine<float> {
 public:
     using DelaunayEngine<float>::DelaunayEngine;
@@ -197,7 +208,7 @@ public:
     bool rayNearest(const XPnt3f& p1, const XPnt3f& p2, float* t) override;
 };
 
-/// The engine behind IZynDelaunayD.
+/// Implements IZynDelaunayD.
 class delaunayD final : public DelaunayEngine<double> {
 public:
     using DelaunayEngine<double>::DelaunayEngine;
@@ -209,4 +220,4 @@ public:
     bool exportObj(std::span<const XPnt3d> points, const char* path, double maxEdge) override;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,14 +1,14 @@
-// The engine: working an edge into the network by flips.
+// DelaunayEngine: enforcing an edge by flips.
 #pragma once
 
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
 
-namespace zyn {
+namespace zyn::detail {
 namespace {
 
-/// The triangles from `from`, which holds a, to the one that holds b. Longer than `limit` only in a
-/// network whose links are damaged: then it is cut off.
+/// Returns the triangles from `from`, which contains a, to the one that contains b. Stops after
+/// `limit` triangles: only damaged links make a path that long.
 template <class Real>
 std::vector<TinRecord<Real>*> pathAlong(TinRecord<Real>* from, const Real* a, const Real* b,
                                         std::size_t limit) {
@@ -19,8 +19,8 @@ std::vector<TinRecord<Real>*> pathAlong(TinRecord<Real>* from, const Real* a, co
     return path;
 }
 
-/// Whether flipping the edge opposite corner `p` leaves two counter-clockwise triangles. The float
-/// records decide by plain products, which rounding can turn.
+/// Returns whether flipping the edge opposite corner `p` leaves two counter-clockwise triangles.
+/// The float records decide this by plain products, and rounding can reverse the result.
 template <class Real>
 bool flipsCleanly(const TinRecord<Real>* t, const Real* p) {
     const int i = t->index(p);
@@ -41,14 +41,14 @@ TinRecord<Real>* DelaunayEngine<Real>::enforceEdge(Real* a, Real* b, Tri* hint) 
     Tri* start = locateFrom(hint != nullptr ? hint : Pool::at(0), xyOf(a));
     if (start == nullptr) { return nullptr; }
 
-    // Each pass starts again from the triangle that the last one started in. In exact arithmetic
-    // every flip takes one crossing edge away, so there are no more passes than crossings; the limit
-    // stands for the float records and for damaged networks.
+    // Each pass starts in the same triangle. In exact arithmetic every flip removes one crossing
+    // edge, so there are at most as many passes as crossings. The limit is for the float records
+    // and for damaged networks.
     for (std::size_t passes = 0, mostPasses = 0; passes <= mostPasses; ++passes) {
         const std::vector<Tri*> path = pathAlong(start, a, b, Pool::count() + 1);
         const std::size_t crossings = path.size() - 1;
         if (passes == 0) { mostPasses = crossings; }
-        if (path.size() > Pool::count()) { break; }  // damaged, and round for ever
+        if (path.size() > Pool::count()) { break; }  // damaged links form a loop
 
         std::vector<Real*> apex(crossings);
         for (std::size_t i = crossings; i-- > 0;) {
@@ -63,4 +63,4 @@ TinRecord<Real>* DelaunayEngine<Real>::enforceEdge(Real* a, Real* b, Tri* hint) 
     return start;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

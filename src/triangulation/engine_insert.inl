@@ -1,9 +1,11 @@
-// The engine: a point's way from addPoint to the triangle that it lands in.
+// DelaunayEngine: the way of a point from addPoint to the triangle that it splits.
 #pragma once
 
+#include "triangulation/between.h"
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
 #include "triangulation/locate_step.h"
+#include "triangulation/triangle_tests.h"
 #include "triangulation/walk.h"
 
 #include <algorithm>
@@ -11,7 +13,7 @@
 #include <unordered_set>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
 template <class Real>
 bool DelaunayEngine<Real>::addPoint(Pnt* p, Real tolerance) {
@@ -48,8 +50,8 @@ TinRecord<Real>* DelaunayEngine<Real>::locate(Real x, Real y) {
     return locateFrom(Pool::newest(), {double(x), double(y)});
 }
 
-/// The triangle that holds q, or null outside the network. The walk is that of TinRecord::find. Where
-/// the last triangle's sides leave no doubt, it is the answer, and `isInside` is set.
+/// Walks like TinRecord::find. Sets `isInside` if the sides of the last triangle leave no doubt;
+/// that triangle is then the result. Returns null if q is outside the network.
 template <class Real>
 TinRecord<Real>* DelaunayEngine<Real>::locateFrom(Tri* start, Xy q, bool& isInside) const {
     if (start == nullptr || !frameIsUsable || !isUsable(q)) { return nullptr; }
@@ -57,7 +59,7 @@ TinRecord<Real>* DelaunayEngine<Real>::locateFrom(Tri* start, Xy q, bool& isInsi
     const WalkEnd end =
         walk(t, [q, &isInside](Tri* from) { return stepTowards(from, q, isInside); });
     if (end == WalkEnd::circling) { return searchPool(q); }
-    return isInside ? t : settle(t, q);
+    return isInside ? t : finishExactly(t, q);
 }
 
 template <class Real>
@@ -76,9 +78,9 @@ TinRecord<Real>* DelaunayEngine<Real>::sample(Xy q) const {
     return nearest;
 }
 
-/// Goes on by exact orientation, from where rounding may have stopped the walk too early.
+/// Continues by exact orientation, since rounding may have stopped the walk too early.
 template <class Real>
-TinRecord<Real>* DelaunayEngine<Real>::settle(Tri* t, Xy q) const {
+TinRecord<Real>* DelaunayEngine<Real>::finishExactly(Tri* t, Xy q) const {
     const auto step = [q](Tri* from) -> Tri* {
         const Xy a = xyOf(from->vertex[0]), b = xyOf(from->vertex[1]), c = xyOf(from->vertex[2]);
         if (orientation(a, b, q) < 0) { return from->neighbor[2]; }
@@ -91,43 +93,23 @@ TinRecord<Real>* DelaunayEngine<Real>::settle(Tri* t, Xy q) const {
     case WalkEnd::circling: return searchPool(q);
     case WalkEnd::arrived: break;
     }
-    return orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) > 0
-               ? t
-               : leaveFlat(t, q);
+    return hasArea(t) ? t : leaveDegenerate(t, q);
 }
 
-/// False for null too.
+/// Returns how soon to cross edge i of a degenerate triangle on the way to q, which is on the
+/// triangle's line: 2 if the edge contains q, 1 for the longest edge, beyond which the triangles
+/// reach farther, and 0 otherwise.
 template <class Real>
-bool hasArea(const TinRecord<Real>* t) {
-    return t != nullptr &&
-           orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) > 0;
-}
-
-/// Whether the triangle has an area and holds q, edges included.
-template <class Real>
-bool holds(const TinRecord<Real>* t, Xy q) {
-    const Xy a = xyOf(t->vertex[0]), b = xyOf(t->vertex[1]), c = xyOf(t->vertex[2]);
-    return orientation(a, b, q) >= 0 && orientation(b, c, q) >= 0 && orientation(c, a, q) >= 0 &&
-           orientation(a, b, c) > 0;
-}
-
-/// How promising it is to cross edge i of a triangle of no area on the way to q on its line: first
-/// an edge that q lies on, then the longest, beyond which the triangles reach farther.
-template <class Real>
-int promise(const TinRecord<Real>* flat, int i, Xy q) {
+int crossingRank(const TinRecord<Real>* flat, int i, Xy q) {
     const Xy a = xyOf(flat->vertex[after[i]]), b = xyOf(flat->vertex[before[i]]);
     const Xy c = xyOf(flat->vertex[i]);
-    const auto spans = [a, b](Xy p) {
-        return std::min(a.x, b.x) <= p.x && p.x <= std::max(a.x, b.x) &&
-               std::min(a.y, b.y) <= p.y && p.y <= std::max(a.y, b.y);
-    };
-    return spans(q) ? 2 : spans(c) ? 1 : 0;
+    return isBetween(a, q, b) ? 2 : isBetween(a, c, b) ? 1 : 0;
 }
 
-/// From a triangle of no area, which holds every point of its line or none: the triangle with an
-/// area beside it and its like that really holds q.
+/// Starts in a degenerate triangle, whose exact sides cannot tell the points of its line apart.
+/// Returns the triangle with an area that contains q, found by way of degenerate neighbours.
 template <class Real>
-TinRecord<Real>* DelaunayEngine<Real>::leaveFlat(Tri* flat, Xy q) const {
+TinRecord<Real>* DelaunayEngine<Real>::leaveDegenerate(Tri* flat, Xy q) const {
     std::vector<Tri*> toVisit{flat};
     std::unordered_set<const Tri*> seen{flat};
     while (!toVisit.empty()) {
@@ -136,13 +118,11 @@ TinRecord<Real>* DelaunayEngine<Real>::leaveFlat(Tri* flat, Xy q) const {
         for (int wanted = 0; wanted < 3; ++wanted) {  // what is pushed last is visited first
             for (int i = 0; i < 3; ++i) {
                 Tri* const n = t->neighbor[i];
-                if (n == nullptr || promise(t, i, q) != wanted || !seen.insert(n).second) {
+                if (n == nullptr || crossingRank(t, i, q) != wanted || !seen.insert(n).second) {
                     continue;
                 }
-                if (holds(n, q)) { return n; }
-                if (orientation(xyOf(n->vertex[0]), xyOf(n->vertex[1]), xyOf(n->vertex[2])) == 0) {
-                    toVisit.push_back(n);
-                }
+                if (contains(n, q)) { return n; }
+                if (orientationOf(n) == 0) { toVisit.push_back(n); }
             }
         }
     }
@@ -152,7 +132,7 @@ TinRecord<Real>* DelaunayEngine<Real>::leaveFlat(Tri* flat, Xy q) const {
 template <class Real>
 TinRecord<Real>* DelaunayEngine<Real>::searchPool(Xy q) const {
     for (std::size_t n = 0; n < Pool::count(); ++n) {
-        if (Tri* const t = Pool::record(n); holds(t, q)) { return t; }
+        if (Tri* const t = Pool::record(n); contains(t, q)) { return t; }
     }
     return nullptr;
 }
@@ -167,7 +147,7 @@ Real* DelaunayEngine<Real>::cornerAt(Tri* t, const Pnt& p, Real tolerance) const
 
 template <class Real>
 Real* DelaunayEngine<Real>::cornerWithin(const Tri* t, const Pnt& p, Real tolerance) {
-    if (tolerance < 0) { return nullptr; }  // far from 0 the square would round to the point
+    if (tolerance < 0) { return nullptr; }  // far from 0, the square would round to a point
     const Real minX = p.x - tolerance, maxX = p.x + tolerance;
     const Real minY = p.y - tolerance, maxY = p.y + tolerance;
     Real* nearest = nullptr;
@@ -184,15 +164,15 @@ Real* DelaunayEngine<Real>::cornerWithin(const Tri* t, const Pnt& p, Real tolera
     return nearest;
 }
 
-/// Notes the corners of the triangles of no area that will be left when p splits t. They arise on
-/// the edges of t that p is on. A flip takes each away unless p is at an end of the edge, or the
-/// edge has no triangle with an area beyond it.
+/// Notes the corners of the degenerate triangles that remain after p splits t. They arise on the
+/// edges of t that contain p. A flip removes each of them unless p is at an end of the edge, or no
+/// triangle with an area is beyond the edge.
 template <class Real>
 void DelaunayEngine<Real>::noteFlatTriangles(const Tri* t, Real* p) {
     const auto isAt = [p](const Real* v) { return v[0] == p[0] && v[1] == p[1]; };
     const bool isOnRim = std::find(t->neighbor, t->neighbor + 3, nullptr) != t->neighbor + 3;
     const bool isAtCorner = std::any_of(t->vertex, t->vertex + 3, isAt);
-    const bool hasNone = flatVertices.empty() && wholePoints;  // a file may hold some
+    const bool hasNone = flatVertices.empty() && wholePoints;  // a file may contain such triangles
     if (!isOnRim && !isAtCorner && hasNone) { return; }
 
     bool isLeft = false;
@@ -207,13 +187,13 @@ void DelaunayEngine<Real>::noteFlatTriangles(const Tri* t, Real* p) {
             isLeft = true;
         }
     }
-    // Last, since p is no vertex if memory runs out.
+    // Comes last, since p is no vertex if the allocations above fail.
     if (isLeft) { flatVertices.insert(p); }
 }
 
-/// Splits t = (P0, P1, P2) at p: t becomes (p, P1, P2), beside it are the new triangles
-/// a = (p, P2, P0) and b = (p, P0, P1). Returns b, the newest. REQUIRES: the pool is prepared for
-/// two triangles.
+/// Splits t = (P0, P1, P2) at p. Then t is (p, P1, P2), and beside it are the new triangles a = (p,
+/// P2, P0) and b = (p, P0, P1). Returns b, which is the newest. REQUIRES: the pool has room for two
+/// triangles.
 template <class Real>
 TinRecord<Real>* DelaunayEngine<Real>::split(Tri* t, Real* p) {
     Real* const p0 = t->vertex[0];
@@ -231,13 +211,15 @@ TinRecord<Real>* DelaunayEngine<Real>::split(Tri* t, Real* p) {
     return b;
 }
 
-/// Makes the edges opposite p Delaunay after a split. The order is that of a stack onto which t, a
-/// and b are pushed, and each triangle of a flip again: once round p, clockwise, from b. Every flip
-/// brings one more triangle to p, so the walk needs a count of those to look at, and no stack.
+/// Makes the edges opposite p Delaunay after a split. The order of the tests is that of a stack
+/// onto which t, a and b are pushed, and both triangles of each flip again. That is once around p,
+/// clockwise from b. Every flip brings one more triangle to p, so a count of those to test replaces
+/// the stack.
 template <class Real>
 template <class FixedEdges>
 void DelaunayEngine<Real>::legalise(Corner corner, Real* p, FixedEdges& fixed) {
-    // No more flips than triangles: a network that was damaged in a file must not circle.
+    // Allows at most as many flips as triangles, so that damaged links from a file cannot cause an
+    // endless loop.
     std::size_t flipsLeft = Pool::count();
     for (int pending = 3; pending > 0;) {
         if (const Corner flipped = flipIfIllegal(corner, fixed); flipped.triangle != nullptr) {
@@ -254,11 +236,10 @@ void DelaunayEngine<Real>::legalise(Corner corner, Real* p, FixedEdges& fixed) {
     }
 }
 
-/// Flips the edge opposite a corner if that is Delaunay's rule, and gives the vertex's corner in the
-/// neighbour of before; none without a flip. Exact: a certain sign of the angle test decides, else
-/// the in-circle determinant. A flip of an edge that is illegal leaves two counter-clockwise
-/// triangles, a flip of four points on a circle does so unless two of them coincide or lie on one
-/// line with a third.
+/// Flips the edge opposite a corner if the Delaunay rule says so. Returns the corner of the same
+/// vertex in the former neighbour, or none without a flip. The decision is exact. Flipping an
+/// illegal edge leaves two counter-clockwise triangles. Flipping among four cocircular points does
+/// so unless two of them coincide, or one is collinear with two others.
 template <class Real>
 template <class FixedEdges>
 inline auto DelaunayEngine<Real>::flipIfIllegal(Corner corner, FixedEdges& fixed) -> Corner {
@@ -273,7 +254,8 @@ inline auto DelaunayEngine<Real>::flipIfIllegal(Corner corner, FixedEdges& fixed
     const int inside = inCircle(p, a, b, d);
     if (inside < 0) { return {}; }
     if (inside == 0) {
-        // On one circle: the double engine's threshold flips, the float engine's does not.
+        // Four points on one circle: the threshold of the double records flips, that of the float
+        // records does not.
         const bool isStrict = orientation(xyOf(p), xyOf(a), xyOf(d)) > 0 &&
                               orientation(xyOf(p), xyOf(d), xyOf(b)) > 0;
         if (!isDouble || !isStrict) { return {}; }
@@ -283,4 +265,4 @@ inline auto DelaunayEngine<Real>::flipIfIllegal(Corner corner, FixedEdges& fixed
     return {n, before[j]};
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,4 +1,4 @@
-// The engine: iteration, frame, counts, areas and bounds, compaction.
+// DelaunayEngine: iteration, counts, areas and bounds.
 #pragma once
 
 #include "triangulation/engine.h"
@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace zyn {
+namespace zyn::detail {
 
 template <class Real>
 TinRecord<Real>* DelaunayEngine<Real>::nextTriangle() {
@@ -15,19 +15,6 @@ TinRecord<Real>* DelaunayEngine<Real>::nextTriangle() {
         return nullptr;
     }
     return Pool::at(cursor++);
-}
-
-template <class Real>
-bool DelaunayEngine<Real>::isFrameVertex(const Real* p) const {
-    const void* const address = p;
-    return !std::less<>()(address, static_cast<const void*>(frame)) &&
-           std::less<>()(address, static_cast<const void*>(std::end(frame)));
-}
-
-template <class Real>
-bool DelaunayEngine<Real>::isFrameTriangle(const Tri* t) const {
-    return t != nullptr && std::any_of(std::begin(t->vertex), std::end(t->vertex),
-                                       [this](const Real* v) { return isFrameVertex(v); });
 }
 
 template <class Real>
@@ -43,7 +30,7 @@ bool DelaunayEngine<Real>::bounds(Real& minX, Real& minY, Real& minZ, Real& maxX
                                   Real& maxZ) const {
     Pnt low, high;
     bool isFirst = true;
-    forSurface([&](const Tri* t) {
+    forEachSurfaceTriangle([&](const Tri* t) {
         for (const Real* const v : t->vertex) {
             const Pnt p(v);
             low = isFirst ? p : low.set_min(p);
@@ -84,48 +71,22 @@ int DelaunayEngine<Real>::vertexCount() const {
 template <class Real>
 int DelaunayEngine<Real>::surfaceTriangleCount() const {
     int count = 0;
-    forSurface([&count](const Tri*) { ++count; });
+    forEachSurfaceTriangle([&count](const Tri*) { ++count; });
     return count;
 }
 
 template <class Real>
 Real DelaunayEngine<Real>::surfaceArea() const {
     Real area = 0;
-    forSurface([&area](const Tri* t) { area += t->Area(); });
+    forEachSurfaceTriangle([&area](const Tri* t) { area += t->Area(); });
     return area;
 }
 
 template <class Real>
 Real DelaunayEngine<Real>::surfaceAreaHorizen() const {
     Real area = 0;
-    forSurface([&area](const Tri* t) { area += t->AreaHorizen(); });
+    forEachSurfaceTriangle([&area](const Tri* t) { area += t->AreaHorizen(); });
     return area;
 }
 
-template <class Real>
-int DelaunayEngine<Real>::compactVertices() {
-    VertexNumbers<Real> numbers(Pool::count());
-    forSurface([&numbers](const Tri* t) {
-        for (Real* const v : t->vertex) { numbers(v); }
-    });
-    const std::vector<Real*>& vertices = numbers.vertices();
-    auto buffer = std::make_unique<Real[]>(3 * vertices.size());
-    ownVertices.reserve(ownVertices.size() + 1);
-    for (std::size_t i = 0; i < vertices.size(); ++i) {
-        std::copy_n(vertices[i], 3, &buffer[3 * i]);
-    }
-    for (std::size_t n = 0; n < Pool::count(); ++n) {
-        for (Real*& v : Pool::at(n)->vertex) {
-            if (const std::int32_t number = numbers.find(v); number >= 0) {
-                v = &buffer[3 * static_cast<std::size_t>(number)];
-            }
-        }
-    }
-    std::erase_if(flatVertices, [&numbers](Real* v) { return numbers.find(v) >= 0; });
-    // What was compacted before stays: a host may still hold pointers to those vertices.
-    ownVertices.push_back(std::move(buffer));
-    wholePoints = wholePoints && vertices.empty();
-    return static_cast<int>(vertices.size());
-}
-
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,11 +1,13 @@
 #include "triangulation/exact_integer.h"
 
+#include "core/float_parts.h"
+
 #include <algorithm>
 #include <cmath>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// Takes values for ascending places and turns them into digits.
+/// Adds values at ascending places and turns them into digits.
 class ExactInteger::Builder {
 public:
     explicit Builder(ExactInteger& result_) : result(result_) {}
@@ -35,14 +37,10 @@ private:
 };
 
 ExactInteger::ExactInteger(double value) {
-    constexpr int mantissaBits = 53;
-    int exponent = 0;
-    const auto mantissa =
-        static_cast<std::int64_t>(std::ldexp(std::frexp(value, &exponent), mantissaBits));
-    exponent -= mantissaBits;
+    const auto [mantissa, exponent] = partsOf(value);
     const std::int32_t place = exponent >> 5;
     const int shift = exponent - 32 * place;
-    // Mantissa times 2^shift, in two steps that fit into 64 bits.
+    // Computes mantissa times 2^shift in two parts that fit into 64 bits.
     const std::int64_t high = mantissa >> 21U, low = mantissa - (high << 21U);
     const std::int64_t shiftedHigh = high << shift;  // times 2^21
     Builder builder(*this);
@@ -57,7 +55,7 @@ ExactInteger& ExactInteger::operator=(const ExactInteger& other) {
     return *this;
 }
 
-/// The lower digits together are less than the value of a 1 in the place of the highest.
+/// The highest digit decides: all lower digits together are less than 1 in its place.
 int ExactInteger::sign() const { return size == 0 ? 0 : digit[size - 1].value > 0 ? 1 : -1; }
 
 double ExactInteger::leading() const {
@@ -129,4 +127,4 @@ int compareProducts(const ExactInteger& a, const ExactInteger& b, const ExactInt
     return (a * b - c * d).sign();
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

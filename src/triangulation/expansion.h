@@ -1,19 +1,21 @@
 // Expansions: exact sums of doubles, after Shewchuk, "Adaptive Precision Floating-Point Arithmetic
 // and Fast Robust Geometric Predicates", 1997. An expansion is a short array of terms that do not
-// overlap, in increasing magnitude, whose sum is the number meant; zero terms are left out. Exact as
-// long as no product overflows or loses bits to underflow, and in round-to-nearest.
+// overlap, in increasing magnitude. It represents the sum of its terms and omits zero terms.
+// Results are exact in round-to-nearest mode as long as no product overflows or loses bits to
+// underflow.
 #pragma once
 
 #include <cstddef>
 
-namespace zyn::expansion {
+namespace zyn::detail::expansion {
 
-/// 2^27 + 1: splits a double into two halves of 26 bits.
+/// Splits a double into two halves of 26 bits: 2^27 + 1.
 inline constexpr double splitter = 134217729.0;
-/// 2^-53: half the distance from 1 to the next double.
+/// Is half the distance from 1 to the next double.
 inline constexpr double epsilon = 0x1p-53;
 
-/// The exact result of an operation on two doubles: `high` is it rounded, `low` what was lost.
+/// Represents the exact result of an operation on two doubles: `high` is the rounded result, `low`
+/// its rounding error.
 struct Two {
     double high;
     double low;
@@ -55,7 +57,8 @@ struct Expansion {
     void push(double t) {
         if (t != 0.0) { term[size++] = t; }
     }
-    /// The largest term, which has the sign of the whole and approximates it; 0 for an empty one.
+    /// Returns the largest term, which has the sign of the sum and approximates it, or 0 for an
+    /// empty expansion.
     [[nodiscard]] double estimate() const { return size == 0 ? 0.0 : term[size - 1]; }
 };
 
@@ -72,7 +75,8 @@ Expansion<N> negated(Expansion<N> e) {
     return e;
 }
 
-/// FAST-EXPANSION-SUM with zero elimination: merges the terms by magnitude and carries upwards.
+/// Implements FAST-EXPANSION-SUM with zero elimination: merges the terms by magnitude and carries
+/// upwards.
 template <std::size_t N, std::size_t M>
 Expansion<N + M> sum(const Expansion<N>& e, const Expansion<M>& f) {
     Expansion<N + M> h;
@@ -100,7 +104,7 @@ Expansion<N + M> difference(const Expansion<N>& e, const Expansion<M>& f) {
     return sum(e, negated(f));
 }
 
-/// SCALE-EXPANSION with zero elimination.
+/// Implements SCALE-EXPANSION with zero elimination.
 template <std::size_t N>
 Expansion<2 * N> scaled(const Expansion<N>& e, double b) {
     Expansion<2 * N> h;
@@ -129,4 +133,4 @@ Expansion<2 * N * M> product(const Expansion<N>& e, const Expansion<M>& f) {
     return result;
 }
 
-}  // namespace zyn::expansion
+}  // namespace zyn::detail::expansion

@@ -1,20 +1,20 @@
-// The numbered export of the double engine: text in `v` and `f` lines.
+// The numbered export of the double engine, as `v` and `f` lines of text.
+#include "core/file_writer.h"
 #include "core/text_number.h"
 #include "triangulation/engine.h"
-#include "triangulation/tin_streams.h"
 #include "triangulation/vertex_position.h"
 
 #include <cstdio>
 
-namespace zyn {
+namespace zyn::detail {
 namespace {
 
-/// The number that addPoint gave to the point behind a vertex.
-int numberOf(const double* vertex) { return reinterpret_cast<const XPnt3d*>(vertex)->inten; }
+/// Returns the number that addPoint gave to the point of a vertex.
+int pointNumberOf(const double* vertex) { return reinterpret_cast<const XPnt3d*>(vertex)->inten; }
 
-class ObjLines : public tin_file::Writer {
+class ObjLines : public FileWriter {
 public:
-    using Writer::Writer;
+    using FileWriter::FileWriter;
 
     void vertex(const XPnt3d& p) {
         text += 'v';
@@ -55,11 +55,11 @@ bool delaunayD::exportObj(std::span<const XPnt3d> points, const char* path, doub
         if (isFrameTriangle(t) || (maxEdge < noFilter && longestEdge2(t) > maxEdge * maxEdge)) {
             continue;
         }
-        file.face(
-            {numberOf(t->vertex[0]) + 1, numberOf(t->vertex[1]) + 1, numberOf(t->vertex[2]) + 1});
+        file.face({pointNumberOf(t->vertex[0]) + 1, pointNumberOf(t->vertex[1]) + 1,
+                   pointNumberOf(t->vertex[2]) + 1});
     }
     std::printf("Done!");
     return file.commit();
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

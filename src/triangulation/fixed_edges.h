@@ -1,11 +1,12 @@
-// Edges of a network that flips must leave in place.
+// Edges that flips must leave in place.
 #pragma once
 
 #include <zyn/tin.h>
 
+#include "triangulation/between.h"
 #include "triangulation/predicates.h"
+#include "triangulation/vertex_array.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <new>
@@ -13,9 +14,9 @@
 #include <unordered_set>
 #include <utility>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// For networks without such edges; costs nothing.
+/// Stands in where a network has no fixed edges; costs nothing.
 struct NoFixedEdges {
     template <class Real>
     static bool giveWay(Real*, Real*, Real*) {
@@ -24,32 +25,14 @@ struct NoFixedEdges {
 };
 inline NoFixedEdges noFixedEdges;
 
-/// Returns a new array of pointers to vertices.
-template <class Real>
-ref_ptr<typename TinRecord<Real>::RealPtrArray> newVertexArray() {
-    if constexpr (std::same_as<Real, double>) {
-        return newPDoubleArray();
-    } else {
-        return newPFloatArray();
-    }
-}
-
-/// Returns a new array of the same vertices, an empty one for null.
-template <class Real>
-ref_ptr<typename TinRecord<Real>::RealPtrArray> copyOf(
-    const typename TinRecord<Real>::RealPtrArray* vertices) {
-    if (vertices == nullptr) { return newVertexArray<Real>(); }
-    return vertices->clone();
-}
-
-/// The pairs of vertices of a host's list, found by their ends, and the list kept up to date; among
-/// them those that were added since. If allocation fails, both go on together.
+/// Finds fixed edges by their ends, and keeps the host's list of vertex pairs up to date. Counts
+/// the edges that are added. If allocation fails, index and list stay consistent.
 template <class Real>
 class FixedEdges {
 public:
     using VertexArray = typename TinRecord<Real>::RealPtrArray;
 
-    /// Takes edges that come twice, and a vertex left over, out of the list.
+    /// Removes duplicate edges and an unpaired last vertex from the list.
     explicit FixedEdges(VertexArray& vertices) : list(vertices) {
         const int pairs = list.size() / 2;
         places.reserve(static_cast<std::size_t>(pairs));
@@ -66,9 +49,10 @@ public:
     [[nodiscard]] bool contains(const Real* a, const Real* b) const {
         return places.contains(edge(a, b));
     }
-    /// The number of edges that were added while counting, there already or not, and are still there.
+    /// Returns the number of edges that were added while counting and are still there. Edges that
+    /// existed before they were added count too.
     [[nodiscard]] std::size_t added() const { return own.size(); }
-    /// Counts from 0 again.
+    /// Restarts the count from 0.
     void restartCounting() {
         own.clear();
         isCounting = true;
@@ -77,12 +61,12 @@ public:
         if (isCounting) { own.insert(edge(a, b)); }
         include(a, b);
     }
-    /// Whether edges that are added from now on count; what was the case before.
+    /// Sets whether edges that are added from now on count. Returns the previous setting.
     bool setCounting(bool newCounting) { return std::exchange(isCounting, newCounting); }
     [[nodiscard]] bool counts(const Real* a, const Real* b) const {
         return own.contains(edge(a, b));
     }
-    /// Takes the edge out; the last one moves into its place.
+    /// Removes the edge, if it is there. The last edge moves into its place.
     void remove(Real* a, Real* b) {
         const auto found = places.find(edge(a, b));
         if (found == places.end()) { return; }
@@ -104,18 +88,20 @@ public:
         add(p, b);
         setCounting(wasCounting);
     }
-    /// Whether edge a-b may be flipped for `p`: always when it is not fixed, and when it is, then only
-    /// because p lies on it: its halves take its place. Half way through an insertion this must not
-    /// throw: requireMemory() does it afterwards.
+    /// Returns whether edge a-b may be flipped for `p`. An edge that is not fixed may be. A fixed
+    /// one may be only if p is on it; its two halves then replace it. Does not throw, since an
+    /// insertion is half done at this point: requireMemory() throws afterwards.
     bool giveWay(Real* a, Real* b, Real* p) noexcept {
         if (places.empty() || !contains(a, b)) { return true; }
-        if (orientation(xyOf(p), xyOf(a), xyOf(b)) != 0 || !isBetween(a, p, b)) { return false; }
+        if (orientation(xyOf(p), xyOf(a), xyOf(b)) != 0 || !isBetween(xyOf(a), xyOf(p), xyOf(b))) {
+            return false;
+        }
         try {
             split(a, b, p);
         } catch (...) { lacksMemory = true; }
         return true;
     }
-    /// Throws std::bad_alloc when the halves of an edge that gave way could not be kept.
+    /// Throws std::bad_alloc if the halves of an edge that gave way could not be stored.
     void requireMemory() {
         if (std::exchange(lacksMemory, false)) { throw std::bad_alloc(); }
     }
@@ -130,13 +116,6 @@ private:
     };
     static Edge edge(const Real* a, const Real* b) {
         return std::less<>()(a, b) ? Edge(a, b) : Edge(b, a);
-    }
-    /// Of three points on one line.
-    static bool isBetween(const Real* a, const Real* p, const Real* b) {
-        const auto spans = [=](int axis) {
-            return std::min(a[axis], b[axis]) <= p[axis] && p[axis] <= std::max(a[axis], b[axis]);
-        };
-        return spans(0) && spans(1);
     }
     void put(int place, Real* a, Real* b) {
         list.getRef(2 * place) = a;
@@ -161,4 +140,4 @@ private:
     bool lacksMemory = false;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,16 +1,16 @@
-// Index arithmetic around a triangle, relinking, and the flip itself.
+// Index arithmetic around a triangle, links between triangles, and the flip.
 #pragma once
 
 #include <zyn/tin.h>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// (i + 1) % 3 and (i + 2) % 3; the entry for 3, "no corner", is that of 0.
+/// Hold (i + 1) % 3 and (i + 2) % 3. Index 3, "no corner", has the values of index 0.
 inline constexpr int after[4] = {1, 2, 0, 1};
 inline constexpr int before[4] = {2, 0, 1, 2};
 
-/// The place of `item` among three, or 3: the number of those before it. Counted without a branch,
-/// since in the middle of an insertion any place is as likely as the others.
+/// Returns the index of `item` among three, or 3 if it is not there. Has no branch, since during an
+/// insertion all three places are equally likely.
 template <class T>
 inline int placeOf(T* const (&three)[3], const T* item) {
     const unsigned first = three[0] != item;
@@ -19,7 +19,8 @@ inline int placeOf(T* const (&three)[3], const T* item) {
     return int(first + second + third);
 }
 
-/// Makes the slot of `t` that holds `from` hold `to`. A null `t` and a missing slot are passed over.
+/// Replaces `from` by `to` among the neighbours of `t`. Does nothing if `t` is null or `from` is no
+/// neighbour.
 template <class Real>
 inline void redirect(TinRecord<Real>* t, const TinRecord<Real>* from, TinRecord<Real>* to) {
     if (t == nullptr) { return; }
@@ -27,9 +28,9 @@ inline void redirect(TinRecord<Real>* t, const TinRecord<Real>* from, TinRecord<
     if (slot != 3) { t->neighbor[slot] = to; }
 }
 
-/// Replaces the edge between s and n by the other diagonal of their quadrilateral. s = (P, A, B) with
-/// P at i becomes (P, A, Q), n = (Q, B, A) with Q at j becomes (Q, B, P): both records stay in place.
-/// REQUIRES: n is neighbor[i] of s, and s is neighbor[j] of n.
+/// Replaces the edge between s and n by the other diagonal of their quadrilateral. s = (P, A, B)
+/// with P at i becomes (P, A, Q); n = (Q, B, A) with Q at j becomes (Q, B, P). Both records stay in
+/// place. REQUIRES: n is neighbor[i] of s, and s is neighbor[j] of n.
 template <class Real>
 [[gnu::always_inline]] inline void flipEdge(TinRecord<Real>* s, int i, TinRecord<Real>* n, int j) {
     s->vertex[before[i]] = n->vertex[j];
@@ -44,4 +45,4 @@ template <class Real>
     redirect(y, n, s);
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,28 +1,22 @@
-// One step of the walk to the triangle that holds a point.
+// One step of the walk to the triangle that contains a point.
 #pragma once
 
 #include <zyn/tin.h>
 
+#include "core/float_parts.h"
 #include "triangulation/predicates.h"
 
-#include <bit>
 #include <cstdint>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// 1 for a number below 0, otherwise 0, -0 included; without a comparison, which compilers turn into
-/// a branch.
-inline std::uint64_t signBit(double value) {
-    return std::bit_cast<std::uint64_t>(value + 0.0) >> 63U;
-}
-
-/// The neighbour across the first edge, in the order 01, 20, 12, that q lies strictly outside of by
-/// plain arithmetic, null if there is none; t itself when q lies outside of no edge. `isInside` is
-/// then set when the sides leave no doubt.
+/// Tests the edges 01, 20 and 12 in this order and in plain arithmetic. Returns the neighbour across
+/// the first edge that has q strictly outside, or null if that edge is open. If there is no such
+/// edge, returns t and sets `isInside` if the signs are certain.
 template <class Real>
 inline TinRecord<Real>* stepTowards(TinRecord<Real>* t, Xy q, bool& isInside) {
-    // By the edges that q lies outside of: bit 0 for edge 01, 1 for 20, 2 for 12. Looked up, since a
-    // branch an edge would be mispredicted at every other step.
+    // Indexed by the edges that have q outside: bit 0 for edge 01, bit 1 for 20, bit 2 for 12. A
+    // table, since branches would be mispredicted at every other step.
     static constexpr signed char exit[8] = {3, 2, 1, 2, 0, 2, 1, 2};
     const Xy a = xyOf(t->vertex[0]), b = xyOf(t->vertex[1]), c = xyOf(t->vertex[2]);
     const Side ab(a, b, q), ca(c, a, q), bc(b, c, q);
@@ -33,4 +27,4 @@ inline TinRecord<Real>* stepTowards(TinRecord<Real>* t, Xy q, bool& isInside) {
     return t;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,5 +1,6 @@
-// The one-shot triangulation by the mesh generator.
+// One-shot triangulation by the mesh generator.
 #include "triangulation/engine.h"
+#include "triangulation/vertex_array.h"
 
 #include <triangle.h>
 
@@ -12,11 +13,11 @@
 #include <span>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 namespace {
 
-/// x and y of each point as the generator is to see them. They are stored as float and widened in a
-/// second pass: rounded and widened in one, GCC 12 leaves the rounding out.
+/// Returns x and y of each point, rounded to float for the generator. The caller widens them in a
+/// second pass: if both happen in one expression, GCC 12 omits the rounding.
 std::vector<float> rounded(std::span<double* const> points) {
     std::vector<float> result;
     result.reserve(2 * points.size());
@@ -39,7 +40,8 @@ bool areInOnePlace(const std::vector<float>& coordinates) {
     return true;
 }
 
-/// The generator leaves the x87 unit, which computes long double, at the precision of double.
+/// Restores the state of the floating-point unit: the generator leaves the x87 unit, which computes
+/// long double, at the precision of double.
 class FloatingPointState {
 public:
     FloatingPointState() { std::fegetenv(&state); }
@@ -51,12 +53,12 @@ private:
     std::fenv_t state{};
 };
 
-/// What the generator makes of a planar straight line graph of points alone, enclosed by its convex
-/// hull. Its numbers count from 1; corners run counter-clockwise, neighbour k lies opposite corner k.
+/// Holds the generator's triangulation of points without segments, bounded by their convex hull.
+/// Its indices count from 1. Corners run counter-clockwise, and neighbour k is opposite corner k.
 class Mesh {
 public:
     explicit Mesh(std::vector<double> coordinates) {
-        static std::mutex oneAtATime;  // the generator's state is the process's
+        static std::mutex oneAtATime;  // the generator keeps its state in globals
         const std::lock_guard lock(oneAtATime);
         const FloatingPointState state;
         triangulateio in = {};
@@ -126,11 +128,11 @@ bool delaunayD::triangulate(double** points, int count) {
 
 bool delaunayD::triangulate(Pnt3dArray* points) {
     if (points == nullptr) { return false; }
-    const ref_ptr<PDoubleArray> pointers = newPDoubleArray();
+    const ref_ptr<PDoubleArray> pointers = newVertexArray<double>();
     pointers->reserve(points->size());
     for (XPnt3d& p : *points) { pointers->append(static_cast<double*>(p)); }
     IZynDelaunayD* const self = this;
     return self->triangulate(pointers->data(), pointers->size());
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

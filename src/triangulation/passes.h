@@ -1,4 +1,4 @@
-// Passes over numbered things that skip those without a reason to look at them.
+// Repeated passes over numbers that visit only those marked for a visit.
 #pragma once
 
 #include <cstddef>
@@ -7,18 +7,18 @@
 #include <utility>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// Passes over the numbers below `count` in ascending order. The first pass has all of them, a later
-/// one those that were added since their turn. Ends when a pass has none, or after `most` passes.
-/// Allocates in the constructor only.
+/// Visits the numbers below `count` in ascending order. The first pass visits all of them, each
+/// later pass those that were added after their turn. Ends when a pass would be empty, or after
+/// `most` passes. Allocates in the constructor only.
 class Passes {
 public:
     Passes(std::size_t count, std::size_t most)
         : isDue(count, false), now(roomFor(count)), later(roomFor(count)), passesLeft(most) {
         for (std::size_t n = 0; n < count; ++n) { add(n); }
     }
-    /// Goes to the next number; false at the end.
+    /// Advances to the next number. Returns false at the end.
     bool next() {
         if (now.empty()) {
             if (later.empty() || passesLeft == 0) { return false; }
@@ -32,8 +32,8 @@ public:
         return true;
     }
     [[nodiscard]] std::size_t number() const { return current; }
-    /// Adds `n` to this pass if its turn comes yet, else to the next. Ignores numbers from `count`
-    /// on.
+    /// Adds `n` to this pass if its turn is still to come, otherwise to the next pass. Ignores
+    /// numbers that are not below `count`.
     void add(std::size_t n) {
         if (n >= isDue.size() || isDue[n]) { return; }
         isDue[n] = true;
@@ -56,4 +56,4 @@ private:
     bool hasBegun = false;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

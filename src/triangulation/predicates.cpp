@@ -1,12 +1,12 @@
 #include "triangulation/predicates.h"
 
-#include "triangulation/exact_integer.h"
+#include "triangulation/predicates_any_size.h"
 
 #include <algorithm>
 #include <array>
 #include <span>
 
-namespace zyn {
+namespace zyn::detail {
 namespace {
 
 using expansion::difference;
@@ -19,15 +19,14 @@ using expansion::twoDiff;
 using expansion::twoProduct;
 using expansion::twoSum;
 
-/// The published Two_Two_Diff of two exact products.
+/// Returns ab - cd exactly; published as Two_Two_Diff.
 Expansion<4> productDifference(double a, double b, double c, double d) {
     return difference(fromTwo(twoProduct(a, b)), fromTwo(twoProduct(c, d)));
 }
 
-constexpr double smallestExact = 0x1p-150, largestExact = 0x1p200;
-
-/// Whether products of four differences of such coordinates neither overflow nor lose a bit: the
-/// lowest bit of a coordinate is then 2^-202 or above, that of a product 2^-808 or above.
+/// Returns whether products of four differences of such coordinates neither overflow nor lose a
+/// bit. The lowest bit of a coordinate is then at least 2^-202, and that of a product at least
+/// 2^-808.
 bool expansionsAreExact(std::span<const double> coordinates) {
     return std::all_of(coordinates.begin(), coordinates.end(), [](double c) {
         const double size = std::abs(c);
@@ -35,8 +34,8 @@ bool expansionsAreExact(std::span<const double> coordinates) {
     });
 }
 
-/// Whether differences of coordinates are without rounding, as they are between points that lie close
-/// to each other, and whether products of four of them neither overflow nor lose a bit.
+/// Returns whether the differences have no rounding error, as between nearby points, and whether
+/// products of four of them neither overflow nor lose a bit.
 bool areExact(std::span<const Two> differences) {
     return std::all_of(differences.begin(), differences.end(), [](const Two& d) {
         const double size = std::abs(d.high);
@@ -44,13 +43,14 @@ bool areExact(std::span<const Two> differences) {
     });
 }
 
-/// The sign of left - right, each the exact value of a product: rounding keeps their order.
+/// Returns the sign of left - right. REQUIRES: each is the exact value of a product, so that
+/// rounding keeps their order.
 int compare(const Two& left, const Two& right) {
     if (left.high != right.high) { return left.high > right.high ? 1 : -1; }
     return left.low > right.low ? 1 : left.low < right.low ? -1 : 0;
 }
 
-/// ab + cd to twice the precision of a double, and whether that is all of it in `high` alone.
+/// Holds ab + cd to twice the precision of a double. `isPlain` says whether `high` alone is exact.
 struct SumOfProducts {
     double high, low, size;
     bool isPlain;
@@ -65,21 +65,15 @@ struct SumOfProducts {
     }
 };
 
-/// Whether the sides from `at` to a and b are parallel to the axes and not to each other, or one of
-/// them has no length: the cosine is 0. A grid is full of circles through two such corners.
+/// Returns whether the cosine of the angle at `at` is 0 because its sides are parallel to different
+/// axes, or one of them has no length. A grid has many circles through two such corners.
 bool isRightAngleByAxes(Xy at, Xy a, Xy b) {
     return (a.x == at.x || b.x == at.x) && (a.y == at.y || b.y == at.y);
 }
 
-/// A sign, or that it needs more arithmetic.
-struct Sign {
-    bool isKnown;
-    int sign;
-};
-
-/// cosD·sinC + sinD·cosC in twice the precision of a double, from exact differences. Where the four
-/// factors are single doubles, as on a grid of whole numbers, that is exact; else each of them, and
-/// each product, carries errors of some 2^-106 of the sizes that it is made of.
+/// Returns the sign of cosD·sinC + sinD·cosC from exact differences, in twice the precision of a
+/// double. The result is exact if the four factors are single doubles, as on a grid of whole
+/// numbers. Otherwise each factor and each product has an error of about 2^-106 of the terms in it.
 Sign sineOfCloseAngles(const std::array<Two, 8>& v) {
     const auto& [apx, apy, bpx, bpy, adx, ady, bdx, bdy] = v;
     const SumOfProducts sinC(apx.high, bpy.high, -apy.high, bpx.high);
@@ -99,106 +93,7 @@ Sign sineOfCloseAngles(const std::array<Two, 8>& v) {
     return {std::abs(value) > bound, value > 0 ? 1 : -1};
 }
 
-bool allFinite(std::span<const double> coordinates) {
-    return std::all_of(coordinates.begin(), coordinates.end(),
-                       [](double c) { return std::isfinite(c); });
-}
-
-double sizeOf(Xy v) { return std::max(std::abs(v.x), std::abs(v.y)); }
-
-/// The vector times the power of two that brings `size`, one of its own or larger, to about 1.
-Xy scaled(Xy v, double size) {
-    if (size == 0.0) { return v; }
-    const int exponent = -std::ilogb(size);
-    return {std::ldexp(v.x, exponent), std::ldexp(v.y, exponent)};
-}
-Xy scaled(Xy v) { return scaled(v, sizeOf(v)); }
-
-// The plain tests again for coordinates of very different sizes. Vectors that are a factor of the
-// whole are scaled, against overflow and underflow. 1e-300 covers what is lost of small components.
-
-/// Takes the two shorter sides of the triangle.
-Sign scaledOrientation(Xy a, Xy b, Xy c) {
-    const std::array<Xy, 3> sides{b - a, c - b, a - c};
-    const auto longest = std::max_element(sides.begin(), sides.end(),
-                                          [](Xy u, Xy v) { return sizeOf(u) < sizeOf(v); });
-    const auto k = static_cast<std::size_t>(longest - sides.begin());
-    const Side side(scaled(sides[(k + 1) % 3]), scaled(sides[(k + 2) % 3]), {0, 0});
-    return {std::abs(side.value) > side.bound, side.value > 0 ? 1 : -1};
-}
-
-/// Takes the sines from the vector between a and b, which is clearer than the difference of two
-/// long ones where p or d is far away.
-Sign scaledSineOfAngleSum(Xy p, Xy a, Xy b, Xy d) {
-    const Xy ap = scaled(a - p), bd = scaled(b - d), ba = scaled(b - a);
-    const double size = std::max(sizeOf(b - p), sizeOf(a - d));
-    const Angle sineP(ap, ba), cosineP(ap, scaled(b - p, size));
-    const Angle sineD(ba, bd), cosineD(bd, scaled(a - d, size));
-    const AngleSum sum({cosineP, sineP}, {cosineD, sineD});
-    return {std::abs(sum.sine) > sum.error + 1e-300, sum.sine > 0 ? 1 : -1};
-}
-
-/// Multiplies all coordinates by the power of two that makes expansions exact, which leaves signs
-/// as they are. Returns false and changes nothing if there is none, or they are exact already.
-bool scale(std::span<double> coordinates) {
-    double largest = 0.0, smallest = HUGE_VAL;
-    for (const double c : coordinates) {
-        if (c == 0.0) { continue; }
-        largest = std::max(largest, std::abs(c));
-        smallest = std::min(smallest, std::abs(c));
-    }
-    if (largest == 0.0 || (smallest >= smallestExact && largest <= largestExact)) { return false; }
-    // In two steps, since one power of two may be beyond the largest number.
-    const int shift = std::ilogb(largestExact) - 1 - std::ilogb(largest);
-    const double first = std::ldexp(1.0, shift / 2), second = std::ldexp(1.0, shift - shift / 2);
-    if (!(smallest * first * second >= smallestExact)) { return false; }
-    for (double& c : coordinates) { c = c * first * second; }
-    return true;
-}
-
-ExactInteger exact(double x, double y) { return ExactInteger(x) - ExactInteger(y); }
-
 int signOf(double value) { return value > 0.0 ? 1 : value < 0.0 ? -1 : 0; }
-
-/// Cosines and sines of the angles at p and d, by the differences to them, in any exact arithmetic.
-template <class Number, class Sum, class Difference, class Product>
-auto cosinesAndSines(const std::array<Number, 8>& v, Sum add, Difference minus, Product times) {
-    const auto& [apx, apy, bpx, bpy, adx, ady, bdx, bdy] = v;
-    return std::array{
-        add(times(apx, bpx), times(apy, bpy)), minus(times(apx, bpy), times(apy, bpx)),
-        add(times(adx, bdx), times(ady, bdy)), minus(times(bdx, ady), times(bdy, adx))};
-}
-
-// Where expansions may not be exact. Functions of their own, since their numbers take much of the
-// stack.
-
-[[gnu::noinline]] int orientationOfAnySize(Xy a, Xy b, Xy c) {
-    std::array<double, 6> coordinates{a.x, a.y, b.x, b.y, c.x, c.y};
-    if (!allFinite(coordinates)) { return 0; }
-    if (const Sign sign = scaledOrientation(a, b, c); sign.isKnown) { return sign.sign; }
-    if (scale(coordinates)) {
-        const auto& [ax, ay, bx, by, cx, cy] = coordinates;
-        return orientationExact({ax, ay}, {bx, by}, {cx, cy});
-    }
-    return compareProducts(exact(a.x, c.x), exact(b.y, c.y), exact(a.y, c.y), exact(b.x, c.x));
-}
-
-[[gnu::noinline]] int inCircleOfAnySize(Xy p, Xy a, Xy b, Xy d) {
-    std::array<double, 8> coordinates{p.x, p.y, a.x, a.y, b.x, b.y, d.x, d.y};
-    if (!allFinite(coordinates)) { return 0; }
-    if (const Sign sine = scaledSineOfAngleSum(p, a, b, d); sine.isKnown) { return -sine.sign; }
-    if (scale(coordinates)) {
-        return inCircleExact(coordinates.data(), &coordinates[2], &coordinates[4], &coordinates[6]);
-    }
-    const std::array<ExactInteger, 8> v{exact(a.x, p.x), exact(a.y, p.y), exact(b.x, p.x),
-                                        exact(b.y, p.y), exact(a.x, d.x), exact(a.y, d.y),
-                                        exact(b.x, d.x), exact(b.y, d.y)};
-    const auto [cosC, sinC, cosD, sinD] = cosinesAndSines(
-        v, [](const auto& e, const auto& f) { return e + f; },
-        [](const auto& e, const auto& f) { return e - f; },
-        [](const auto& e, const auto& f) { return e * f; });
-    return -compareProducts(cosD, sinC, ExactInteger() - sinD, cosC);
-}
 
 }  // namespace
 
@@ -248,4 +143,4 @@ int inCircleExact(const Real* atP, const Real* atA, const Real* atB, const Real*
 template int inCircleExact(const float*, const float*, const float*, const float*);
 template int inCircleExact(const double*, const double*, const double*, const double*);
 
-}  // namespace zyn
+}  // namespace zyn::detail

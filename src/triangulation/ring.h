@@ -1,17 +1,17 @@
-// The triangles round a vertex.
+// The triangles around a vertex.
 #pragma once
 
 #include "triangulation/flip.h"
 
 #include <cstddef>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// Calls `use(t, i)` for the triangles round the vertex at corner `slot` of `start`, where it is corner
-/// i: round to `start` again, or from there to an open edge either way, until `use` gives true. No more
-/// than `most` of them: links of a damaged network may circle.
+/// Calls `use(t, i)` for each triangle around the vertex at corner `slot` of `start`; the vertex is
+/// corner i of t. Goes around once, or from `start` to an open edge in both directions. Stops when
+/// `use` returns true, or after `most` triangles, since damaged links may form a loop.
 template <class Real, class Use>
-void forRing(TinRecord<Real>* start, int slot, std::size_t most, Use use) {
+void forEachAround(TinRecord<Real>* start, int slot, std::size_t most, Use use) {
     const Real* const v = start->vertex[slot];
     if (use(start, slot)) { return; }
     for (const auto& side : {after, before}) {
@@ -25,4 +25,4 @@ void forRing(TinRecord<Real>* start, int slot, std::size_t most, Use use) {
     }
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,13 +1,15 @@
-// The engine: whole networks to a file and back, in both encodings.
+// DelaunayEngine: writing and reading whole networks in both encodings.
 #pragma once
 
 #include "triangulation/engine.h"
-#include "triangulation/tin_streams.h"
+#include "triangulation/tin_sinks.h"
+#include "triangulation/tin_sources.h"
+#include "triangulation/triangle_numbers.h"
 #include "triangulation/vertex_numbers.h"
 
 #include <algorithm>
 
-namespace zyn {
+namespace zyn::detail {
 
 template <class Real>
 bool DelaunayEngine<Real>::writeBinary(const char* path) {
@@ -40,7 +42,7 @@ bool DelaunayEngine<Real>::readText(const char* path) {
     return readAndKeep(tin_file::TextSource(path));
 }
 
-/// Vertices are numbered by first appearance in pool order, after the corners of the frame;
+/// Numbers the vertices by first appearance in pool order, after the corners of the frame, and the
 /// triangles by their place in the pool.
 template <class Real>
 template <class Sink>
@@ -151,4 +153,4 @@ bool DelaunayEngine<Real>::readNetwork(Source& source, std::unique_ptr<Real[]>& 
     return true;
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,5 +1,5 @@
-// The triangle records of both precisions. This unit is built so that a member may be called on a
-// null record: find, findRefine and the classifying find answer there.
+// The triangle records of both precisions. Compiled so that find, findRefine and the classifying
+// find may be called on a null record.
 #include "triangulation/triangle_flip.inl"
 #include "triangulation/triangle_measure.inl"
 #include "triangulation/triangle_ring.inl"

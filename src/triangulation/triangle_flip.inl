@@ -1,4 +1,4 @@
-// Triangle records: corners and edges by index, the local Delaunay test, flips.
+// TinRecord: corners and edges by index, the local Delaunay test, flips.
 #pragma once
 
 #include <zyn/tin.h>
@@ -6,15 +6,18 @@
 #include "triangulation/flip.h"
 #include "triangulation/triangle_walk.inl"
 
-namespace zyn {
-namespace tin_detail {
+namespace zyn::detail::record {
 
-/// An edge stays when the sine of the sum of its opposite angles, unscaled, reaches this: four
-/// points on a circle flip in double and stay in float.
+/// Keeps an edge if the unscaled sine of the sum of its opposite angles reaches this value.
+/// Therefore four points on a circle flip in double, but not in float.
 template <class Real>
 inline constexpr double delaunayThreshold = std::same_as<Real, double> ? 1e-8 : 0.0;
 
-}  // namespace tin_detail
+}  // namespace zyn::detail::record
+
+namespace zyn {
+
+using namespace detail;
 
 template <class Real>
 int TinRecord<Real>::index(int a, int b) noexcept {
@@ -52,7 +55,7 @@ bool TinRecord<Real>::_delaunay(const Real* a, const Real* b, const Real* c, con
     const double cosC = acx * bcx + acy * bcy;
     const double sinD = bdx * ady - bdy * adx;
     const double cosD = adx * bdx + ady * bdy;
-    return cosD * sinC + sinD * cosC >= tin_detail::delaunayThreshold<Real>;
+    return cosD * sinC + sinD * cosC >= record::delaunayThreshold<Real>;
 }
 
 template <class Real>
@@ -80,7 +83,7 @@ bool TinRecord<Real>::intersect(Real* p, Real* a, Real* b) {
     const int j = n == nullptr ? 3 : n->index(this);
     if (j == 3) { return false; }
 
-    const auto sign = tin_detail::Locating<Real>::sign;
+    const auto sign = record::Locating<Real>::sign;
     const auto crosses = [sign](const Real* u, const Real* w, const Real* s, const Real* t) {
         return sign(u, w, s) * sign(u, w, t) < 0;  // s and t strictly on opposite sides of u-w
     };

@@ -1,16 +1,17 @@
-// Triangle records: areas, extents, the plane, lines through it.
+// TinRecord: areas, extents, the plane, and lines that cross it.
 #pragma once
 
 #include <zyn/geometry.h>
 #include <zyn/tin.h>
 
+#include "core/float_parts.h"
+
 #include <algorithm>
 #include <cmath>
 
-namespace zyn {
-namespace tin_detail {
+namespace zyn::detail::record {
 
-/// What separates the two precisions in measuring.
+/// Holds the constants of measuring in which the two precisions differ.
 template <class Real>
 struct Measuring;
 
@@ -28,10 +29,12 @@ struct Measuring<float> {
     static constexpr double areaTolerance = 1e-5;
 };
 
-/// Below this a normal has no direction, and a plane is vertical.
+/// Separates usable normals from shorter ones, which have no direction. A plane with a smaller z
+/// component counts as vertical.
 inline constexpr double smallestNormal = 1e-10;
 
-/// Heron's formula. On a needle, rounding can take the product below 0: it is held there.
+/// Returns the area by Heron's formula. On a needle, rounding can make the product negative; it is
+/// then taken as 0.
 template <class Real>
 Real heron(Real a, Real b, Real c) {
     const Real s = (a + b + c) * Real(0.5);
@@ -44,8 +47,8 @@ Real length(const Real* p, const Real* q) {
     return std::sqrt(dx * dx + dy * dy + dz * dz);
 }
 
-/// Area by Heron's formula, or by the cross product of two sides in a unit near the largest
-/// coordinate where the formula overflows.
+/// Returns the area by Heron's formula. If that overflows, uses the cross product of two sides, in
+/// a unit near the largest coordinate.
 template <class Real>
 Real areaOf(XPnt3<Real> a, XPnt3<Real> b, XPnt3<Real> c) {
     const auto distance = [](const XPnt3<Real>& p, const XPnt3<Real>& q) {
@@ -57,7 +60,7 @@ Real areaOf(XPnt3<Real> a, XPnt3<Real> b, XPnt3<Real> c) {
         most = std::max({most, std::abs(p.x), std::abs(p.y), std::abs(p.z)});
     }
     if (std::isfinite(area) || !std::isfinite(most)) { return area; }
-    const Real unit = std::scalbn(Real(1), std::ilogb(most));
+    const Real unit = powerOfTwoIn(most);
     const Real share = 1 / unit;
     const XPnt3<Real> n = cross(a * share - c * share, b * share - c * share);
     return std::hypot(n.x, n.y, n.z) / 2 * unit * unit;
@@ -69,46 +72,50 @@ Real length2d(const Real* p, const Real* q) {
     return std::sqrt(dx * dx + dy * dy);
 }
 
-/// Largest minus smallest of one coordinate of the corners.
+/// Returns the largest minus the smallest of one coordinate of the corners.
 template <class Real>
 Real extent(const TinRecord<Real>& t, int axis) {
     const auto [low, high] = std::minmax({t.vertex[0][axis], t.vertex[1][axis], t.vertex[2][axis]});
     return high - low;
 }
 
-}  // namespace tin_detail
+}  // namespace zyn::detail::record
+
+namespace zyn {
+
+using namespace detail;
 
 template <class Real>
 Real TinRecord<Real>::Area() const {
     using Pnt = XPnt3<Real>;
-    return tin_detail::areaOf(Pnt(vertex[0]), Pnt(vertex[1]), Pnt(vertex[2]));
+    return record::areaOf(Pnt(vertex[0]), Pnt(vertex[1]), Pnt(vertex[2]));
 }
 
 template <class Real>
 Real TinRecord<Real>::AreaHorizen() const {
     const auto inPlan = [](const Real* v) { return XPnt3<Real>(v[0], v[1], 0); };
-    return tin_detail::areaOf(inPlan(vertex[0]), inPlan(vertex[1]), inPlan(vertex[2]));
+    return record::areaOf(inPlan(vertex[0]), inPlan(vertex[1]), inPlan(vertex[2]));
 }
 
 template <class Real>
 Real TinRecord<Real>::BevelEdgeLength() const {
-    const Real dx = tin_detail::extent(*this, 0);
-    const Real dy = tin_detail::extent(*this, 1);
+    const Real dx = record::extent(*this, 0);
+    const Real dy = record::extent(*this, 1);
     return std::sqrt(dx * dx + dy * dy);
 }
 
 template <class Real>
 Real TinRecord<Real>::BevelEdgeLengthNew() const {
-    const Real dx = tin_detail::extent(*this, 0);
-    const Real dy = tin_detail::extent(*this, 1);
-    const Real dz = tin_detail::extent(*this, 2);
+    const Real dx = record::extent(*this, 0);
+    const Real dy = record::extent(*this, 1);
+    const Real dz = record::extent(*this, 2);
     return std::sqrt(dx * dx + dy * dy + dz * dz);
 }
 
 template <class Real>
 Real TinRecord<Real>::boxZ() const {
-    Real highest = -tin_detail::Measuring<Real>::boxLimit;
-    Real lowest = tin_detail::Measuring<Real>::boxLimit;
+    Real highest = -record::Measuring<Real>::boxLimit;
+    Real lowest = record::Measuring<Real>::boxLimit;
     for (const Real* const v : vertex) {
         highest = v[2] > highest ? v[2] : highest;
         lowest = v[2] < lowest ? v[2] : lowest;
@@ -118,14 +125,14 @@ Real TinRecord<Real>::boxZ() const {
 
 template <class Real>
 Real TinRecord<Real>::maxEdgeLen2d() const {
-    using tin_detail::length2d;
+    using record::length2d;
     return std::max({length2d(vertex[0], vertex[1]), length2d(vertex[1], vertex[2]),
                      length2d(vertex[2], vertex[0])});
 }
 
 template <class Real>
 void TinRecord<Real>::Center(Real& x, Real& y, Real& z) const {
-    constexpr Real third = tin_detail::Measuring<Real>::third;
+    constexpr Real third = record::Measuring<Real>::third;
     x = (vertex[0][0] + vertex[1][0] + vertex[2][0]) * third;
     y = (vertex[0][1] + vertex[1][1] + vertex[2][1]) * third;
     z = (vertex[0][2] + vertex[1][2] + vertex[2][2]) * third;
@@ -171,7 +178,7 @@ bool TinRecord<Real>::NormalAngle(Real& a, Real& b, Real& c) const {
     Real nx = 0, ny = 0, nz = 0, d = 0;
     const bool hasPlane = PlaneParam3D(nx, ny, nz, d);
     const Real n = std::sqrt(nx * nx + ny * ny + nz * nz);
-    if (!hasPlane || double(n) < tin_detail::smallestNormal) {
+    if (!hasPlane || double(n) < record::smallestNormal) {
         a = b = c = 0;
         return false;
     }
@@ -184,9 +191,7 @@ bool TinRecord<Real>::NormalAngle(Real& a, Real& b, Real& c) const {
 template <class Real>
 bool TinRecord<Real>::IntersectVertical(Real x, Real y, Real z, Real& out) const {
     Real a = 0, b = 0, c = 0, d = 0;
-    if (!PlaneParam3D(a, b, c, d) || std::abs(double(c)) < tin_detail::smallestNormal) {
-        return false;
-    }
+    if (!PlaneParam3D(a, b, c, d) || std::abs(double(c)) < record::smallestNormal) { return false; }
     out = z + (a * x + b * y + d) / c;
     return true;
 }
@@ -196,7 +201,8 @@ bool TinRecord<Real>::Z(Real z) const {
     return z < vertex[0][2] || z < vertex[1][2] || z < vertex[2][2];
 }
 
-// In double for both precisions: in float a third of the true hits near the origin are missed.
+// Computes in double for both precisions: float would miss a third of the true hits near the
+// origin.
 template <class Real>
 bool TinRecord<Real>::ray_intersect3d(const Real* p1, const Real* p2, Real* t) const {
     const auto wide = [](const Real* p) {
@@ -217,7 +223,7 @@ bool TinRecord<Real>::ray_intersect3d(const Real* p1, const Real* p2, Real* t) c
     const double area = area3d(corner[0], corner[1], corner[2]);
     const double parts = area3d(hit, corner[2], corner[1]) + area3d(hit, corner[0], corner[1]) +
                          area3d(hit, corner[0], corner[2]);
-    return std::abs(parts - area) < tin_detail::Measuring<Real>::areaTolerance;
+    return std::abs(parts - area) < record::Measuring<Real>::areaTolerance;
 }
 
 template <class Real>

@@ -11,11 +11,11 @@
 #include <memory>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// Triangles by number, without holes: block n holds the triangles from n * 1024 on. The last
-/// triangle is called the newest. Memory is kept until the pool is cleared: in a network that was
-/// damaged in a file, a link that nobody answers may lead to any triangle that ever was.
+/// Holds triangles by index, without gaps. Block n holds the triangles from n * 1024 on. The last
+/// triangle is called the newest. The pool frees no memory until it is cleared: a damaged link from
+/// a file may lead to any triangle that ever existed.
 template <class Real>
 class TrianglePool {
 public:
@@ -25,11 +25,11 @@ public:
     [[nodiscard]] std::size_t count() const noexcept { return size; }
     [[nodiscard]] Tri* at(std::size_t n) noexcept { return record(n); }
     [[nodiscard]] const Tri* at(std::size_t n) const noexcept { return record(n); }
-    /// The same triangle of a pool that stays as it is.
+    /// Returns triangle `n` of a pool that does not change.
     [[nodiscard]] Tri* record(std::size_t n) const noexcept {
         return reinterpret_cast<Tri*>(blocks[n / blockSize].get()) + n % blockSize;
     }
-    /// Null in an empty pool.
+    /// Returns null if the pool is empty.
     [[nodiscard]] Tri* newest() const noexcept { return size == 0 ? nullptr : record(size - 1); }
     [[nodiscard]] bool owns(const Tri* t) const noexcept {
         for (std::size_t n = 0; n < size; n += blockSize) {
@@ -46,19 +46,19 @@ public:
         return false;
     }
 
-    /// Makes sure that the next two triangles need no memory.
+    /// Allocates, if necessary, so that the next two triangles need no memory.
     void prepareTwo() {
         if (size + 2 > blocks.size() * blockSize) { addBlock(); }
     }
-    /// Adds a triangle at the end.
+    /// Appends a triangle.
     Tri* newTriangle(const Tri& triangle) {
         if (size == blocks.size() * blockSize) { addBlock(); }
         return std::construct_at(at(size++), triangle);
     }
-    /// Drops `t` from the pool, which stays without holes: the newest triangle moves into its place,
-    /// and its neighbours are linked to it there. Links to `t` are the caller's business. Gives the
-    /// place that the newest triangle left, which is `t` if it was that itself. REQUIRES: `t` is of
-    /// this pool.
+    /// Removes `t` from the pool. The newest triangle moves into its place, and the neighbours of
+    /// that triangle are linked to it there. The caller updates the links to `t`. Returns the
+    /// former address of the newest triangle, which is `t` if that was the newest itself. REQUIRES:
+    /// the pool owns `t`.
     Tri* drop(Tri* t) {
         Tri* const last = newest();
         if (t != last) {
@@ -75,7 +75,7 @@ public:
     }
 
 private:
-    using Block = std::unique_ptr<std::byte[]>;  // not written before its triangles are
+    using Block = std::unique_ptr<std::byte[]>;  // uninitialised until its triangles are made
 
     void addBlock() {
         blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(blockSize * sizeof(Tri)));
@@ -85,46 +85,4 @@ private:
     std::vector<Block> blocks;
 };
 
-/// The number of any triangle of a pool from its address.
-template <class Real>
-class TriangleNumbers {
-public:
-    using Tri = TinRecord<Real>;
-    using Pool = TrianglePool<Real>;
-
-    explicit TriangleNumbers(const Pool& pool) {
-        for (std::size_t n = 0; n < pool.count(); n += Pool::blockSize) {
-            blocks.push_back({pool.at(n), static_cast<std::int32_t>(n),
-                              std::min(pool.count() - n, Pool::blockSize)});
-        }
-        std::sort(blocks.begin(), blocks.end(),
-                  [](const Block& a, const Block& b) { return std::less<>()(a.first, b.first); });
-    }
-    /// -1 for null and for a triangle of no block.
-    [[nodiscard]] std::int32_t operator()(const Tri* t) {
-        if (t == nullptr) { return -1; }
-        if (!holds(latest, t)) {
-            const auto beyond = std::upper_bound(
-                blocks.begin(), blocks.end(), t,
-                [](const Tri* a, const Block& b) { return std::less<>()(a, b.first); });
-            if (beyond == blocks.begin() || !holds(*(beyond - 1), t)) { return -1; }
-            latest = *(beyond - 1);
-        }
-        return latest.number + static_cast<std::int32_t>(t - latest.first);
-    }
-
-private:
-    struct Block {
-        const Tri* first = nullptr;
-        std::int32_t number = 0;
-        std::size_t size = 0;
-    };
-    static bool holds(const Block& block, const Tri* t) {
-        return !std::less<>()(t, block.first) && std::less<>()(t, block.first + block.size);
-    }
-
-    std::vector<Block> blocks;  // by address
-    Block latest;               // where the last one was found: neighbours lie close together
-};
-
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,22 +1,22 @@
-// Triangle records: the ring of a vertex, and the flood within a radius.
+// TinRecord: the ring around a vertex, and the flood within a radius.
 #pragma once
 
 #include <zyn/tin.h>
 
 #include "triangulation/flip.h"
 #include "triangulation/triangle_walk.inl"
+#include "triangulation/vertex_array.h"
 
 #include <limits>
 
-namespace zyn {
-namespace tin_detail {
+namespace zyn::detail::record {
 
-/// How many triangles a ring is followed through, and what is reserved for it.
+/// Limits the number of triangles along a ring. `ringReserve` is the capacity reserved for one.
 template <class Real>
 inline constexpr int ringSteps = std::same_as<Real, double> ? std::numeric_limits<int>::max() : 52;
 inline constexpr int ringReserve = 1024;
 
-/// Squared distance in the plane, beyond which no corner is the nearest.
+/// Limits the squared distance in the plane at which a corner can be the nearest.
 template <class Real>
 inline constexpr Real nearestLimit = Real(9999999.0);
 
@@ -27,22 +27,13 @@ Real squaredDistance2d(const Real* a, const Real* b) {
     return dx * dx + dy * dy;
 }
 
-template <class Real>
-ref_ptr<typename TinRecord<Real>::RealPtrArray> newPointerArray() {
-    if constexpr (std::same_as<Real, double>) {
-        return newPDoubleArray();
-    } else {
-        return newPFloatArray();
-    }
-}
-
-/// The `inten` of a vertex, which is a whole point.
+/// Returns the `inten` of a vertex. REQUIRES: the vertex is a whole point.
 template <class Real>
 std::int16_t& visited(Real* vertex) {
     return reinterpret_cast<XPnt3<Real>*>(vertex)->inten;
 }
 
-/// Clears the marks of all that was found, also when memory for more ran out.
+/// Clears the marks of all vertices that were found, even if allocation failed on the way.
 template <class Real>
 struct MarksUntilEnd {
     explicit MarksUntilEnd(typename TinRecord<Real>::RealPtrArray& out) : found(out) {}
@@ -56,15 +47,18 @@ private:
     typename TinRecord<Real>::RealPtrArray& found;
 };
 
-}  // namespace tin_detail
+}  // namespace zyn::detail::record
 
-/// The corner of `t` that is nearest to p in the plane, nearer than `radius`; 3 if there is none.
+namespace zyn::detail {
+
+/// Returns the corner of `t` that is nearest to p in the plane and nearer than `radius`, or 3 if
+/// there is none.
 template <class Real>
 int nearestCorner(const TinRecord<Real>* t, const Real* p, Real radius) {
     int nearest = 3;
-    Real best = tin_detail::nearestLimit<Real>;
+    Real best = record::nearestLimit<Real>;
     for (int i = 0; i < 3; ++i) {
-        const Real d = tin_detail::squaredDistance2d(t->vertex[i], p);
+        const Real d = record::squaredDistance2d(t->vertex[i], p);
         if (d < best && d < radius * radius) {
             nearest = i;
             best = d;
@@ -73,21 +67,27 @@ int nearestCorner(const TinRecord<Real>* t, const Real* p, Real radius) {
     return nearest;
 }
 
+}  // namespace zyn::detail
+
+namespace zyn {
+
+using namespace detail;
+
 template <class Real>
 std::int32_t TinRecord<Real>::findCone(int i, RealPtrArray* out) {
     if (i < 0 || i > 2) { return 0; }
-    if constexpr (std::same_as<Real, float>) { out->reserve(tin_detail::ringReserve); }
+    if constexpr (std::same_as<Real, float>) { out->reserve(record::ringReserve); }
     const Real* const centre = vertex[i];
     Real* const last = vertex[after[i]];
     out->append(vertex[before[i]]);
 
-    // Counter-clockwise: each step appends a vertex and crosses the edge to it from the centre. The
-    // walk ends at this record, at the boundary, or where the links do not go round the centre.
+    // Counter-clockwise, each step appends a vertex and crosses the edge from the centre to it. The
+    // walk ends at this record, at the boundary, or where the links leave the centre.
     TinRecord* t = neighbor[after[i]];
     int steps = 0;
     const auto counterClockwise = [&](TinRecord* from) -> TinRecord* {
         const int k = from->index(centre);
-        if (from == this || k == 3 || steps == tin_detail::ringSteps<Real>) { return from; }
+        if (from == this || k == 3 || steps == record::ringSteps<Real>) { return from; }
         ++steps;
         Real* const next = from->vertex[before[k]];
         out->append(next);
@@ -116,21 +116,21 @@ std::int32_t TinRecord<Real>::findCone(const Real* p, RealPtrArray* out) {
 template <class Real>
 std::int32_t TinRecord<Real>::findCone(int i, Real radius, RealPtrArray* out) {
     if (i < 0 || i > 2) { return 0; }
-    const auto ring = tin_detail::newPointerArray<Real>();
-    const auto pending = tin_detail::newPointerArray<Real>();
-    ring->reserve(tin_detail::ringReserve);
-    pending->reserve(tin_detail::ringReserve);
+    const auto ring = newVertexArray<Real>();
+    const auto pending = newVertexArray<Real>();
+    ring->reserve(record::ringReserve);
+    pending->reserve(record::ringReserve);
 
-    const tin_detail::MarksUntilEnd<Real> marks(*out);
+    const record::MarksUntilEnd<Real> marks(*out);
     const Real* const centre = vertex[i];
     findCone(i, ring.get());
     for (;;) {
         for (Real* const q : *ring) {
-            if (radius * radius >= tin_detail::squaredDistance2d<Real>(q, centre) && q != centre &&
-                tin_detail::visited(q) != 1) {
+            if (radius * radius >= record::squaredDistance2d<Real>(q, centre) && q != centre &&
+                record::visited(q) != 1) {
                 out->append(q);
                 pending->append(q);
-                tin_detail::visited(q) = 1;
+                record::visited(q) = 1;
             }
         }
         if (pending->size() == 0) { break; }

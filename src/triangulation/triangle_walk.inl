@@ -1,4 +1,4 @@
-// Triangle records: walking to a point and along a segment.
+// TinRecord: walks to a point and along a segment.
 #pragma once
 
 #include <zyn/tin.h>
@@ -8,10 +8,9 @@
 
 #include <cmath>
 
-namespace zyn {
-namespace tin_detail {
+namespace zyn::detail::record {
 
-/// What separates the two precisions in locating.
+/// Holds the sign test and the tolerance in which the two precisions differ.
 template <class Real>
 struct Locating;
 
@@ -35,8 +34,8 @@ struct Locating<float> {
     }
 };
 
-/// The two products whose difference tells the side of q against u-w. Differences are taken in
-/// Real, the rest in double.
+/// Holds the two products whose difference is the side of q with respect to u-w. Takes differences
+/// in Real and the rest in double.
 template <class Real>
 struct SideProducts {
     double first;
@@ -45,23 +44,28 @@ struct SideProducts {
     SideProducts(const Real* u, const Real* w, Real x, Real y)
         : first(double(w[0] - x) * double(u[1] - y)), second(double(w[1] - y) * double(u[0] - x)) {}
 
-    /// Positive when q lies strictly to the right, so outside of a counter-clockwise triangle.
+    /// Returns a positive value if q is strictly to the right, which is outside a counter-clockwise
+    /// triangle.
     [[nodiscard]] double value() const { return first - second; }
     [[nodiscard]] bool isOutside() const { return first > second; }
 };
 
-/// Nearer to an edge than this, as a cross product, counts as on it.
+/// Limits the cross product up to which a point counts as on an edge.
 inline constexpr double classifyTolerance = 1e-5;
 
-/// The edges in the order in which a step looks at them: from, to, and the slot across.
+/// Names the ends of an edge and the neighbour across it. The arrays have the order in which a step
+/// tests the edges.
 struct Edge {
     int from, to, across;
 };
 inline constexpr Edge stepOrder[3] = {{0, 1, 2}, {2, 0, 1}, {1, 2, 0}};
 inline constexpr Edge segmentOrder[3] = {{0, 1, 2}, {1, 2, 0}, {2, 0, 1}};
 
-/// Where (x, y) lies in `t` alone: 0 with the triangle to go to in `next`, 1 on the edge opposite
-/// corner `where`, 2 on corner `where`, -1 when all three edges are too close to tell.
+/// Locates (x, y) with respect to `t` alone. Returns:
+/// - 0, and sets `next` to the triangle to continue with, which is `t` if (x, y) is inside;
+/// - 1 if (x, y) is on the edge opposite corner `where`;
+/// - 2 if it is at corner `where`;
+/// - -1 if it is too close to all three edges to decide.
 template <class Real>
 std::int32_t classify(TinRecord<Real>* t, Real x, Real y, TinRecord<Real>*& next,
                       std::int32_t& where) {
@@ -89,7 +93,11 @@ std::int32_t classify(TinRecord<Real>* t, Real x, Real y, TinRecord<Real>*& next
     }
 }
 
-}  // namespace tin_detail
+}  // namespace zyn::detail::record
+
+namespace zyn {
+
+using namespace detail;
 
 template <class Real>
 TinRecord<Real>* TinRecord<Real>::find(Real x, Real y) {
@@ -117,8 +125,7 @@ std::int32_t TinRecord<Real>::find(double x, double y, TinRecord*& tri, std::int
     const WalkEnd end = walk(tri, [&](TinRecord* from) {
         TinRecord* next = nullptr;
         std::int32_t touched = 0;
-        found =
-            tin_detail::classify(from, static_cast<Real>(x), static_cast<Real>(y), next, touched);
+        found = record::classify(from, static_cast<Real>(x), static_cast<Real>(y), next, touched);
         if (found == 0) { return next; }
         if (found > 0 && where != nullptr) { *where = touched; }
         return from;
@@ -129,8 +136,8 @@ std::int32_t TinRecord<Real>::find(double x, double y, TinRecord*& tri, std::int
 
 template <class Real>
 TinRecord<Real>* TinRecord<Real>::_find(Real x, Real y) {
-    for (const auto [from, to, across] : tin_detail::stepOrder) {
-        if (tin_detail::SideProducts<Real>(vertex[from], vertex[to], x, y).isOutside()) {
+    for (const auto [from, to, across] : record::stepOrder) {
+        if (record::SideProducts<Real>(vertex[from], vertex[to], x, y).isOutside()) {
             return neighbor[across];
         }
     }
@@ -139,18 +146,18 @@ TinRecord<Real>* TinRecord<Real>::_find(Real x, Real y) {
 
 template <class Real>
 TinRecord<Real>* TinRecord<Real>::_findRefine(Real x, Real y) {
-    for (const auto [from, to, across] : tin_detail::stepOrder) {
-        const tin_detail::SideProducts<Real> side(vertex[from], vertex[to], x, y);
-        if (side.value() > tin_detail::Locating<Real>::refineTolerance) { return neighbor[across]; }
+    for (const auto [from, to, across] : record::stepOrder) {
+        const record::SideProducts<Real> side(vertex[from], vertex[to], x, y);
+        if (side.value() > record::Locating<Real>::refineTolerance) { return neighbor[across]; }
     }
     return this;
 }
 
 template <class Real>
 TinRecord<Real>* TinRecord<Real>::find(const Real* p, const Real* q) {
-    const auto sign = tin_detail::Locating<Real>::sign;
+    const auto sign = record::Locating<Real>::sign;
     const auto notOneSide = [](int a, int b) { return a != b || a == 0; };
-    for (const auto [from, to, across] : tin_detail::segmentOrder) {
+    for (const auto [from, to, across] : record::segmentOrder) {
         const Real* const u = vertex[from];
         const Real* const w = vertex[to];
         const int sideOfP = sign(u, w, p);

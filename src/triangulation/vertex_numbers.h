@@ -1,4 +1,4 @@
-// Numbers for the vertices of a network, which are told apart by address.
+// Indices for the vertices of a network, which are distinguished by address.
 #pragma once
 
 #include <zyn/point.h>
@@ -7,21 +7,21 @@
 #include <cstdint>
 #include <vector>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// Numbers addresses in the order in which they first come. A hash table of numbers, whose keys are
-/// in vertices(). Vertices are mostly side by side in the caller's arrays, and looked up with those
-/// near them: so the addresses of a block are spread over a cache line of the table, and only the
-/// line is chosen by a hash.
+/// Numbers addresses in the order in which they first appear. It is a hash table of numbers;
+/// vertices() holds the keys. Most vertices are side by side in the caller's arrays and are looked
+/// up together with their neighbours. So the addresses of a block share a cache line of the table,
+/// and the hash chooses only the line.
 template <class Real>
 class VertexNumbers {
 public:
-    /// Takes memory for about half as many vertices as triangles, which is what a network has.
+    /// Reserves memory for half as many vertices as triangles, the usual ratio of a network.
     explicit VertexNumbers(std::size_t triangles) {
         known.reserve(triangles / 2 + lineSize);
         resize(2 * known.capacity());
     }
-    /// Returns the number of `p`; a new one is appended to vertices().
+    /// Returns the number of `p`; appends a new address to vertices().
     std::int32_t operator()(Real* p) {
         std::size_t place = placeOf(p);
         if (numbers[place] == none) {
@@ -34,9 +34,9 @@ public:
         }
         return numbers[place];
     }
-    /// Returns the number of `p`, or -1. Needs no memory.
+    /// Returns the number of `p`, or -1. Allocates nothing.
     [[nodiscard]] std::int32_t find(const Real* p) const noexcept { return numbers[placeOf(p)]; }
-    /// Every address so far, by number.
+    /// Returns every address so far, by number.
     [[nodiscard]] const std::vector<Real*>& vertices() const { return known; }
 
 private:
@@ -45,21 +45,23 @@ private:
     static constexpr std::size_t vertexBytes = sizeof(XPnt3<Real>);
     static constexpr std::size_t blockBytes = lineSize * vertexBytes;
 
-    /// The place that has the number of `p`, or the free one for it. At least half are free.
+    /// Returns the place that holds the number of `p`, or the free place for it. At least half of
+    /// the places are free.
     [[nodiscard]] std::size_t placeOf(const Real* p) const noexcept {
         const auto address = reinterpret_cast<std::uintptr_t>(p);
         const std::uint64_t hash = address / blockBytes * 0x9E3779B97F4A7C15U;
         const std::size_t mask = numbers.size() - 1;
-        // Where vertices are farther apart, some places of every line would stay empty: turned by
-        // another part of the hash, all are as likely.
+        // If vertices are farther apart, some places of every line would stay empty. Rotating by
+        // another part of the hash makes all places equally likely.
         const std::size_t inLine = (address / vertexBytes + (hash >> 60U)) % lineSize;
         std::size_t place = ((hash >> 20U) * lineSize + inLine) & mask;
         while (numbers[place] != none && known[static_cast<std::size_t>(numbers[place])] != p) {
-            place = (place + lineSize + 1) & mask;  // odd, so that every place comes
+            place = (place + lineSize + 1) & mask;  // an odd step reaches every place
         }
         return place;
     }
-    /// Makes room for `places` numbers or more, a power of two, and puts those there in again.
+    /// Makes at least `places` places, rounded up to a power of two, and enters the known numbers
+    /// again.
     void resize(std::size_t places) {
         std::size_t size = lineSize;
         while (size < places) { size *= 2; }
@@ -73,4 +75,4 @@ private:
     std::vector<Real*> known;
 };
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -1,4 +1,4 @@
-// Where vertices are, in doubles.
+// Positions of vertices in double.
 #pragma once
 
 #include <zyn/geometry.h>
@@ -6,15 +6,15 @@
 
 #include <algorithm>
 
-namespace zyn {
+namespace zyn::detail {
 
-/// Position and height of a vertex.
+/// Returns the position and height of a vertex.
 template <class Real>
 [[nodiscard]] inline XPnt3d positionOf(const Real* v) {
     return {double(v[0]), double(v[1]), double(v[2])};
 }
 
-/// Square of the longest edge in space.
+/// Returns the square of the longest edge in space.
 template <class Real>
 [[nodiscard]] inline double longestEdge2(const TinRecord<Real>* t) {
     const XPnt3d a = positionOf(t->vertex[0]), b = positionOf(t->vertex[1]),
@@ -22,4 +22,4 @@ template <class Real>
     return std::max({dist2(a, b), dist2(b, c), dist2(c, a)});
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

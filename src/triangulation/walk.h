@@ -1,21 +1,21 @@
-// Walking through a network one step at a time, with an end.
+// Walking through a network one triangle at a time, with a guaranteed end.
 #pragma once
 
-namespace zyn {
+namespace zyn::detail {
 
-/// What stopped a walk.
+/// Says what ended a walk.
 enum class WalkEnd {
     arrived,   ///< the step stayed where it was
-    left,      ///< the step gave null
+    left,      ///< the step returned null
     circling,  ///< a triangle came twice, so the walk would never end
 };
 
-/// Steps from `t` until the step stays, leaves, or is seen to circle; `t` is then the last triangle.
-/// REQUIRES: the step depends on the triangle alone, and `t` is not null.
+/// Steps from `t` until the step stays, leaves the network, or runs in a circle. `t` is then the
+/// last triangle. REQUIRES: the step depends on the triangle alone, and `t` is not null.
 ///
-/// A step that depends on nothing else goes round for ever as soon as a triangle comes twice. That
-/// is found out by Brent's method, which keeps one triangle and replaces it at powers of two. The
-/// first few hundred steps, more than a walk in a good network needs, run without it.
+/// Such a step repeats for ever once a triangle comes twice. Brent's method detects that: it keeps
+/// one triangle and replaces it at powers of two. It starts only after a few hundred steps, more
+/// than a walk in a sound network takes.
 template <class Tri, class Step>
 WalkEnd walk(Tri*& t, Step step) {
     Tri* seen = nullptr;
@@ -32,4 +32,4 @@ WalkEnd walk(Tri*& t, Step step) {
     }
 }
 
-}  // namespace zyn
+}  // namespace zyn::detail

@@ -27,6 +27,7 @@
 namespace {
 
 using namespace zyn;
+using namespace zyn::detail;
 
 struct Nothing {
     void expectUnchanged() {}
@@ -153,7 +154,7 @@ struct Lines : Ground<Real> {
     }
 
     ref_ptr<Pnt3ArrayArray<Real>> lines = new ArrayRefPointerImp<Pnt3ArrayArray<Real>>;
-    ref_ptr<VertexArray<Real>> fixed = tin_detail::newPointerArray<Real>();
+    ref_ptr<VertexArray<Real>> fixed = newVertexArray<Real>();
     ref_ptr<Pnt3Pool<Real>> crossings = new ZynPoolImp<Pnt3Pool<Real>>(4);
 };
 
@@ -196,7 +197,7 @@ TYPED_TEST(NetworkFailure, QueriesLeaveTheNetworkUnchanged) {
     expect("counts", [](auto* e) { return vertexCount(e) + 4 == allVertexCount(e); });
     expect("validate", [](auto* e) { return validate(e).isNull(); });
     expect("findCone", [](auto* e) {
-        const auto found = tin_detail::newPointerArray<TypeParam>();
+        const auto found = newVertexArray<TypeParam>();
         const TypeParam p[] = {46, 503, 0};
         return e->locate(p[0], p[1])->findCone(p, 400, found.get()) > 10;
     });

@@ -24,7 +24,7 @@ struct Filled {
     }
     static std::vector<int> counts() {
         std::vector<int> result;
-        if constexpr (CountedPointer<E>) {
+        if constexpr (zyn::detail::CountedPointer<E>) {
             for (int i = 0; i < elementCount; ++i) {
                 result.push_back(element<E>(i)->referenceCount());
             }

@@ -17,6 +17,7 @@
 namespace {
 
 using namespace zyn;
+using namespace zyn::detail;
 using testing::ElementsAre;
 
 constexpr int imageCount = 5;

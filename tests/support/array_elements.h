@@ -15,6 +15,7 @@ inline constexpr int elementCount = 100;
 template <class E>
 E element(int i) {
     using namespace zyn;
+    using namespace zyn::detail;
     if constexpr (std::is_arithmetic_v<E>) {
         return static_cast<E>(i);
     } else if constexpr (std::same_as<E, QString>) {
@@ -39,9 +40,9 @@ E element(int i) {
 /// Returns a new array of the implementation that suits its elements.
 template <class Array>
 Array* newArrayOf() {
-    if constexpr (zyn::CountedPointer<typename Array::value_type>) {
-        return new zyn::ArrayRefPointerImp<Array>;
+    if constexpr (zyn::detail::CountedPointer<typename Array::value_type>) {
+        return new zyn::detail::ArrayRefPointerImp<Array>;
     } else {
-        return new zyn::ArrayImp<Array>;
+        return new zyn::detail::ArrayImp<Array>;
     }
 }

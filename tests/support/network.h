@@ -22,13 +22,13 @@ zyn::XPnt3d pointOf(const Real* v) {
 
 template <class Real>
 zyn::ref_ptr<zyn::Pnt3Array<Real>> arrayOf(const std::vector<zyn::XPnt3d>& points) {
-    zyn::ref_ptr<zyn::Pnt3Array<Real>> array = new zyn::ArrayImp<zyn::Pnt3Array<Real>>;
+    zyn::ref_ptr<zyn::Pnt3Array<Real>> array = new zyn::detail::ArrayImp<zyn::Pnt3Array<Real>>;
     for (const zyn::XPnt3d& p : points) { array->append(zyn::XPnt3<Real>(p)); }
     return array;
 }
 template <class Real>
 zyn::ref_ptr<zyn::VertexArray<Real>> newVertices() {
-    return new zyn::ArrayImp<zyn::VertexArray<Real>>;
+    return new zyn::detail::ArrayImp<zyn::VertexArray<Real>>;
 }
 
 template <class Real>

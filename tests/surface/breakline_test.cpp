@@ -18,6 +18,7 @@
 namespace {
 
 using namespace zyn;
+using namespace zyn::detail;
 using Line = std::vector<XPnt3d>;
 
 /// A network with its breaklines.

@@ -13,6 +13,7 @@
 namespace {
 
 using namespace zyn;
+using namespace zyn::detail;
 
 constexpr double infinity = HUGE_VAL;
 
@@ -29,7 +30,7 @@ const Scale scales[] = {{0, 1, 2},     {1, 1, 1},       {1e15, 64, 1},     {5e5,
 /// Calls `check` thousands of times with four positions on a line or on a circle, each moved by
 /// rounding and by some units in the last place.
 template <class Check>
-void forQuads(Check check) {
+void forEachQuad(Check check) {
     std::mt19937 random(support::newSeed());
     std::uniform_real_distribution uniform(-1.0, 1.0);
     for (const Scale& scale : scales) {
@@ -68,7 +69,7 @@ int orient2dSign(const Xy& a, const Xy& b, const Xy& c) {
 // A swap of two positions negates the sign; a cyclic shift of three keeps it.
 
 TEST(Predicates, OrientationHasTheExactSign) {
-    forQuads([](Xy a, Xy b, Xy c, Xy) {
+    forEachQuad([](Xy a, Xy b, Xy c, Xy) {
         const int turn = support::exactOrientation(at(a), at(b), at(c));
         EXPECT_EQ(orientation(a, b, c), turn);
         EXPECT_EQ(orientation(b, c, a), turn);
@@ -84,7 +85,7 @@ TEST(Predicates, OrientationHasTheExactSign) {
 }
 
 TEST(Predicates, InCircleHasTheExactSign) {
-    forQuads([](Xy a, Xy b, Xy c, Xy d) {
+    forEachQuad([](Xy a, Xy b, Xy c, Xy d) {
         const int inside = support::exactInCircle(at(a), at(b), at(c), at(d));
         EXPECT_EQ(insideSign(a, b, c, d), inside);
         EXPECT_EQ(insideSign(b, c, a, d), inside);

@@ -18,6 +18,7 @@
 namespace {
 
 using namespace zyn;
+using namespace zyn::detail;
 
 /// Returns the number of operations of a walk, which ZYN_WALK_OPERATIONS overrides.
 int operationCount() {

@@ -30,6 +30,7 @@
 namespace {
 
 using namespace zyn;
+using namespace zyn::detail;
 
 constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max(), least = -most - 1;
 

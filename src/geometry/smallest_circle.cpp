@@ -1,13 +1,13 @@
 #include <zyn/geometry.h>
 #include <zyn/point.h>
 
-#include <QString>
+#include <cmath>
 
 namespace zyn {
 
 namespace {
 
-/// A side of a triangle: where it starts, where it leads, and its squared length.
+/// Describes a side of a triangle: its start, its vector, and its squared length.
 template <class T>
 struct Side {
     XPnt3<T> start;
@@ -15,7 +15,7 @@ struct Side {
     T length2;
 };
 
-/// The longest side; of equal ones bc comes first, then ca.
+/// Returns the longest side. Of equal ones bc comes first, then ca.
 template <class T>
 const Side<T>& longest(const Side<T>& ab, const Side<T>& bc, const Side<T>& ca) {
     if (ab.length2 > bc.length2 && ab.length2 > ca.length2) { return ab; }
@@ -49,30 +49,5 @@ T XPnt3<T>::smallest_circle(const XPnt3& a, const XPnt3& b, const XPnt3& c) noex
 
 template float XPnt3<float>::smallest_circle(const XPnt3&, const XPnt3&, const XPnt3&) noexcept;
 template double XPnt3<double>::smallest_circle(const XPnt3&, const XPnt3&, const XPnt3&) noexcept;
-
-template <std::floating_point T>
-QString XPnt2<T>::toString(int) const
-    requires std::same_as<T, double>
-{
-    return QString::number(x) + QLatin1Char(',') + QString::number(y);
-}
-
-template <std::floating_point T>
-bool XPnt2<T>::frString(QString text)
-    requires std::same_as<T, double>
-{
-    const int comma = text.indexOf(QLatin1Char(','));
-    if (comma < 0) { return false; }
-    bool xRead = false;
-    bool yRead = false;
-    const double newX = text.left(comma).toDouble(&xRead);
-    const double newY = text.remove(0, comma + 1).toDouble(&yRead);
-    if (!xRead || !yRead) { return false; }
-    set(newX, newY);
-    return true;
-}
-
-template QString XPnt2<double>::toString(int) const;
-template bool XPnt2<double>::frString(QString);
 
 }  // namespace zyn

@@ -1,10 +1,20 @@
-// Factories of the arrays of triangle records and of engines.
+// Factories of engines, and of arrays and pools of triangle records.
 #include <zyn/delaunay.h>
 
 #include "containers/array_imp.h"
 #include "containers/pool_imp.h"
+#include "triangulation/engine.h"
 
 namespace zyn {
+
+using namespace detail;
+
+IZynDelaunay* newZynDelaunay(float z, float minX, float minY, float maxX, float maxY) {
+    return new delaunayF(z, minX, minY, maxX, maxY);
+}
+IZynDelaunayD* newZynDelaunayDouble(double z, double minX, double minY, double maxX, double maxY) {
+    return new delaunayD(z, minX, minY, maxX, maxY);
+}
 
 TinArray* newTinArray() { return new ArrayImp<TinArray>; }
 TinDArray* newTinDArray() { return new ArrayImp<TinDArray>; }

@@ -1,4 +1,4 @@
-// Operations on an array against a vector as the model.
+// Operations on an array, compared with a vector as the model.
 #pragma once
 
 #include <zyn/array.h>
@@ -17,7 +17,7 @@
 
 using namespace zyn;
 
-/// Few rows, so that an array holds them more than once.
+/// Returns a few rows, so few that an array holds them more than once.
 inline const std::vector<ref_ptr<IntArray>>& rows() {
     static const std::vector<ref_ptr<IntArray>> made{newIntArray(), newIntArray(), newIntArray()};
     return made;
@@ -37,13 +37,13 @@ E element(Bytes& bytes) {
     }
 }
 
-/// A row counts by its array: it may not be replaced behind its back.
+/// Resets an element in place. An array counts its rows, so a row must not be replaced that way.
 template <class E>
 void setPlain(E& element) {
     if constexpr (!std::is_pointer_v<E>) { element = E(); }
 }
 
-/// A row is counted once for each place in the array, and here.
+/// Checks that each row has one reference for each place in the array, and one for rows().
 template <class E>
 void requireCounts(const std::vector<E>& model) {
     if constexpr (std::is_pointer_v<E>) {
@@ -68,7 +68,7 @@ void runArray(Bytes& bytes, ref_ptr<Array> array) {
         std::vector<E> items(std::size_t(bytes.below(10)));
         for (E& item : items) { item = element<E>(bytes); }
         const E value = element<E>(bytes);
-        // Rows that a resize cuts off keep their counts, and would never go.
+        // A resize does not release the rows that it cuts off, so they would leak.
         const int rest = index % 256,
                   wanted = std::is_pointer_v<E> && rest >= 0 && rest < size ? size : rest;
         try {

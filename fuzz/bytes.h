@@ -1,4 +1,4 @@
-// What a target reads from the bytes that the fuzzer made; zeros when they are used up.
+// Values from the bytes of the fuzzer, and zeros once these are used up.
 #pragma once
 
 #include <cstddef>
@@ -20,18 +20,18 @@ public:
         rest = rest.subspan(size);
         return value;
     }
-    /// From 0 to below `count`, 256 at the most.
+    /// Returns a number from 0 to `count` - 1. REQUIRES: `count` is at most 256.
     int below(int count) { return take() % count; }
 
 private:
     std::span<const std::uint8_t> rest;
 };
 
-/// Ends the process, for the fuzzer to see, when what must be is not.
+/// Aborts the process, which the fuzzer reports, if the condition does not hold.
 #define FUZZ_REQUIRE(condition)                                                          \
     do {                                                                                 \
         if (!(condition)) {                                                              \
-            std::fprintf(stderr, "%s:%d: not so: %s\n", __FILE__, __LINE__, #condition); \
+            std::fprintf(stderr, "%s:%d: failed: %s\n", __FILE__, __LINE__, #condition); \
             std::abort();                                                                \
         }                                                                                \
     } while (false)

@@ -1,4 +1,4 @@
-// Arrays, pools and matrices against a vector as the model, and grade colours with any numbers.
+// Arrays, pools and matrices, compared with vectors as the model, and colours with any numbers.
 #include <zyn/color.h>
 #include <zyn/matrix.h>
 #include <zyn/pool.h>
@@ -19,7 +19,7 @@ namespace {
 
 using namespace zyn;
 
-/// Small numbers mostly, then any bits.
+/// Returns small numbers mostly, otherwise any bits.
 double number(Bytes& bytes) {
     const int kind = bytes.take();
     return kind < 230   ? kind % 17 - 8
@@ -31,7 +31,7 @@ void runPool(Bytes& bytes) {
     constexpr std::size_t blockSize = 65536;
     const ref_ptr<IntPool> pool = newIntPool();
     std::vector<int> model;
-    std::vector<int*> starts;  // of the blocks, which stay
+    std::vector<int*> starts;  // of the blocks; they must not move
     for (int n = 0; n < 20 && !bytes.isEmpty() && model.size() < 200000; ++n) {
         const int kind = bytes.below(9), value = bytes.take<int>();
         std::vector<int> items(bytes.take<std::uint16_t>() * std::size_t(bytes.below(3)));
@@ -79,8 +79,8 @@ void runPool(Bytes& bytes) {
     }
 }
 
-/// The determinant of whole numbers, each division of which leaves no rest: Bareiss, "Sylvester's
-/// identity and multistep integer-preserving Gaussian elimination", 1968.
+/// Returns the determinant of whole numbers. Each division is exact: Bareiss, "Sylvester's identity
+/// and multistep integer-preserving Gaussian elimination", 1968.
 long long determinant(std::vector<std::vector<long long>> a) {
     long long last = 1, sign = 1;
     for (std::size_t k = 0; k < a.size(); ++k) {
@@ -101,7 +101,7 @@ long long determinant(std::vector<std::vector<long long>> a) {
     return sign * last;
 }
 
-/// Of small whole numbers: what is regular has an inverse, which times the matrix is the unit matrix.
+/// Checks, for small whole numbers, that a regular matrix times its inverse is the unit matrix.
 void requireInverse(const MatrixDbl& m, const MatrixDbl& inverse, bool isInverted) {
     const int n = m.rows();
     std::vector<std::vector<long long>> whole;
@@ -116,7 +116,7 @@ void requireInverse(const MatrixDbl& m, const MatrixDbl& inverse, bool isInverte
         }
     }
     const bool isRegular = determinant(whole) != 0;
-    // Rounding can make a singular matrix regular, with an inverse of very large numbers.
+    // Rounding can make a singular matrix regular; its inverse then has very large numbers.
     FUZZ_REQUIRE(isInverted ? isRegular || largest > 1e6 : !isRegular);
     for (int r = 0; r < n && isInverted && largest < 1e3; ++r) {
         for (int c = 0; c < n; ++c) {
@@ -149,7 +149,7 @@ void runMatrix(Bytes& bytes) {
         FUZZ_REQUIRE(std::equal(copy.data(), copy.data() + size, inverse->data(), same));
         requireInverse(*m, *inverse, isInverted);
     } catch (char*) { FUZZ_REQUIRE(m->rows() != m->cols() && !isInverted); }
-    // Of numbers that wrap around nothing is known but that they do.
+    // Nothing is known of numbers that wrap around, except that nothing may crash.
     const ref_ptr<MatrixInt> wrapping = newMatrixInt();
     wrapping->setSize(rows, rows);
     for (int i = 0; i < wrapping->rows() * wrapping->cols(); ++i) {
@@ -159,7 +159,7 @@ void runMatrix(Bytes& bytes) {
     (void)wrapping->invert();
 }
 
-/// Products and what adds up lines, against plain loops.
+/// Compares products and sums of rows with plain loops.
 void runProducts(Bytes& bytes) {
     const int rows = bytes.below(6) + 1, inner = bytes.below(6) + 1, cols = bytes.below(6) + 1;
     const bool fits = bytes.below(8) > 0;
@@ -188,7 +188,7 @@ void runProducts(Bytes& bytes) {
     }
 }
 
-/// There and back, for channels and for any numbers.
+/// Converts colours there and back, from valid channels and from any numbers.
 void runColors(Bytes& bytes) {
     while (!bytes.isEmpty()) {
         const double r = bytes.take() / 255.0, g = bytes.take() / 255.0, b = bytes.take() / 255.0;

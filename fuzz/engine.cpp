@@ -1,5 +1,5 @@
-// Operations on an engine of either precision. After every few of them the network must be sound, unless
-// an operation before has left a hole or rounded its points: then nothing may crash or hang.
+// Operations on an engine of either precision. After every few of them the network must be valid.
+// If an earlier operation has left a hole or rounded points, nothing may crash or hang.
 #include <zyn/network.h>
 
 #include <cmath>
@@ -17,7 +17,7 @@ namespace {
 
 using namespace zyn;
 
-/// What the process has executed, told at its end.
+/// Counts the operations of the process, and prints their number at its end.
 struct Count {
     ~Count() { std::fprintf(stderr, "engine operations: %llu\n", operations); }
     unsigned long long operations = 0;
@@ -62,7 +62,8 @@ private:
         unsoundChecks = 0;
     }
 
-    /// Mostly on a small lattice, where points meet and lines cross in vertices; now and then anything.
+    /// Returns mostly numbers of a small lattice, where points coincide and lines cross in
+    /// vertices, and sometimes any number.
     Real coordinate() {
         const int kind = bytes.take();
         if (kind < 200) { return Real(kind % 17 * scale); }
@@ -131,7 +132,7 @@ private:
         auto* const e = engine.get();
         const int kind = bytes.take();
         if (kind >= 238) { return operateRarely(kind % 6); }
-        isDelaunay = isDelaunay && (kind % 14 < 4 || kind % 14 > 7);  // removal and edges
+        isDelaunay = isDelaunay && (kind % 14 < 4 || kind % 14 > 7);  // removals and edges end it
         switch (kind % 14) {
         case 0:
         case 1:
@@ -226,7 +227,7 @@ private:
         }
         if (kind < 3 || kind == 4) { fixed->removeAll(); }
     }
-    /// Many in one call, among them some that are too short or missing; and what comes of it for others.
+    /// Adds many polylines in one call, some too short or null, and exports the result.
     void addPolylines() {
         auto* const e = engine.get();
         const auto lines = newLines();
@@ -242,7 +243,7 @@ private:
         FUZZ_REQUIRE(writePly(e, file.path.c_str(), maxEdge, PlyNormals::vertex));
         FUZZ_REQUIRE(writeLandXml(e, file.path.c_str(), QStringLiteral("<&"), maxEdge));
     }
-    /// Points that division and rounding leave on one line, joined up and down it: the crossings stay few.
+    /// Adds a breakline back and forth along one line, up to rounding. It must make few crossings.
     void addOnALine() {
         auto* const e = engine.get();
         arrays.push_back(newPoints());
@@ -257,7 +258,7 @@ private:
         const std::size_t crossable = std::size_t(fixed->size() / 2 + 1);
         FUZZ_REQUIRE(pool->size() - before <= 6 * (2 * crossable + 1));
     }
-    /// Each of these is refused and changes nothing.
+    /// Makes calls that must be refused and change nothing.
     void callBadly() {
         using Interface = DelaunayInterface<Real>;
         auto* const e = engine.get();
@@ -285,7 +286,7 @@ private:
         FUZZ_REQUIRE(!writeBinary<Real>(e, nullptr) && !writeObj<Real>(e, "/nowhere/file"));
         FUZZ_REQUIRE(engine->triangleCount() == before);
     }
-    /// Through a file, of text with its six digits or binary with all.
+    /// Writes and reads the network, as text of six digits or as binary of all digits.
     void writeAndRead(bool isText) {
         const MemoryFile file;
         const char* const path = file.path.c_str();
@@ -316,7 +317,7 @@ private:
     ref_ptr<VertexArray<Real>> fixed;
     bool isSound = true;
     bool isDelaunay = true;
-    int unsoundChecks = 0;  ///< of a network that can tell little any more
+    int unsoundChecks = 0;  ///< of a network that can show few faults any more
 };
 
 }  // namespace

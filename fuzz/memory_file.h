@@ -1,4 +1,4 @@
-// A file in memory, for readers that want a path.
+// A file in memory for readers that need a path.
 #pragma once
 
 #include <sys/mman.h>
@@ -25,7 +25,7 @@ public:
     MemoryFile& operator=(const MemoryFile&) = delete;
     ~MemoryFile() { close(number); }
 
-    /// Replaces the content; the file ends with zeros when it is to be longer.
+    /// Replaces the content. Zeros follow it up to `length`.
     void fill(const void* content, std::size_t size, std::size_t length = 0) {
         FUZZ_REQUIRE(pwrite(number, content, size, 0) == static_cast<ssize_t>(size));
         FUZZ_REQUIRE(ftruncate(number, static_cast<off_t>(size)) == 0);

@@ -1,5 +1,5 @@
-// Operations on the table of a block, also with bad indices. After every few of them the links are
-// held against each other; an operation that is refused must change none.
+// Operations on the table of a block, also with bad indices. After every few of them the links must
+// agree with each other. A refused operation must change none.
 #include <zyn/pms.h>
 
 #include <climits>
@@ -76,7 +76,7 @@ private:
         for (XPnt2d& p : *seen) { p = bytes.below(2) != 0 ? xy() : XPnt2d(); }
         return kind == 14 ? table->addWrdPnt(seen) : table->addWrdPnt(seen, xyz());
     }
-    /// An operation of which an argument is null.
+    /// Calls an operation with a null argument.
     int withNothing(int kind) {
         const ref_ptr<IntArray> map = newIntArray();
         const ref_ptr<Pnt3dArray> none;
@@ -89,7 +89,7 @@ private:
         default: return table->getWrdPntObservations(0, pnts.get(), nullptr);
         }
     }
-    int exchange() {  // out in compact form and back, with any number for image 0
+    int exchange() {  // exports and imports, with any number for image 0
         const ref_ptr<Pnt2dArrayArray> imgPnts = newPnt2dArrayArray();
         const ref_ptr<IntArrayArray> ids = newIntArrayArray();
         const ref_ptr<IntArray> camMap = newIntArray(), wrdMap = newIntArray();
@@ -125,7 +125,8 @@ private:
         }
         return result;
     }
-    /// Every link leads to a measurement that leads back; the reverse holds unless one was left behind.
+    /// Checks that every link leads to a measurement that leads back. The reverse holds unless a
+    /// measurement was left behind.
     void check(const Links& measured) {
         std::size_t linked = 0;
         for (int pnt = 0; pnt < table->getWrdPntNum(); ++pnt) {
@@ -157,11 +158,11 @@ private:
     }
 
     Bytes& bytes;
-    const bool leavesNone;  // no measurement that its world point no longer leads to
+    const bool leavesNone;  // every measurement has a link of its world point
     const ref_ptr<IZynPMSDataTable> table = newZynPMSDataTable();
     const ref_ptr<Pnt2dArray> pnts = newPnt2dArray();
     const ref_ptr<CamParaArray> cams = newCamParaArray();
-    double serial = 0;  // of the measurement made last: each has its own x
+    double serial = 0;  // of the last measurement; each has its own x
 };
 
 }  // namespace

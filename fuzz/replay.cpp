@@ -1,4 +1,4 @@
-// The main function of a target without the fuzzer: runs it on the files and folders given.
+// The main function of a target without the fuzzer. Runs it on the given files and folders.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>

@@ -1,4 +1,4 @@
-// Files of lines, points and settings, logs, and numbers and keys as text.
+// Files of lines, points and settings; logs; numbers and keys as text.
 #include <zyn/guid.h>
 #include <zyn/log.h>
 #include <zyn/setting.h>
@@ -27,12 +27,12 @@ QString text(std::span<const std::uint8_t> bytes) {
 
 bool areEqual(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
 
-/// Whether text comes through a file as it is: codecs differ on the rest.
+/// Returns whether a file keeps the text unchanged. Codecs differ on other text.
 bool isKept(const QString& text) {
     return std::all_of(text.begin(), text.end(), [](QChar c) { return c >= ' ' && c <= '~'; });
 }
 
-/// Points, with six digits, and lines that were written are read again.
+/// Checks that points, up to six digits, and lines read back as they were written.
 void writeAndRead(const ref_ptr<Pnt2dArray>& points, const ref_ptr<StringArray>& lines) {
     const MemoryFile file;
     const QString path = QString::fromStdString(file.path);
@@ -55,7 +55,7 @@ void writeAndRead(const ref_ptr<Pnt2dArray>& points, const ref_ptr<StringArray>&
     }
 }
 
-/// A log takes any text.
+/// Checks that a log accepts any text.
 void writeLog(const QString& message) {
     const MemoryFile file;
     {
@@ -72,8 +72,8 @@ void writeLog(const QString& message) {
     }
 }
 
-/// The fast reader and the documented way, line by line, find the same points; in plain text they agree
-/// on whether there is a line, too, of which cut off characters leave more or less.
+/// Checks that the fast reader finds the same points as the documented way, line by line. In plain
+/// text both also agree on whether there is a line; truncated characters may add or remove one.
 void readFile(const QString& path, bool isPlain, std::int64_t lineFeeds) {
     const ref_ptr<StringArray> lines = readLines(path, nullptr);
     FUZZ_REQUIRE(lines);
@@ -96,7 +96,7 @@ void readFile(const QString& path, bool isPlain, std::int64_t lineFeeds) {
     if (points) { writeAndRead(points, lines); }
 }
 
-/// What was read is found, and found again in what was saved.
+/// Checks that each setting is found after reading, and again after saving.
 void readSettings(const QString& path) {
     const ref_ptr<IZynSetting> settings = newZynSetting(QString());
     FUZZ_REQUIRE(settings->open(path) == 0);
@@ -119,7 +119,7 @@ void readSettings(const QString& path) {
 void convert(Bytes& bytes) {
     const auto value = bytes.take<double>();
     const QString written = tostring(value);
-    // Fifteen digits of the largest number are above it.
+    // The largest number rounded to fifteen digits is infinite.
     if (std::abs(value) > 1e-300 && std::abs(value) < 1.7976931348623e308) {
         FUZZ_REQUIRE(std::abs(written.toDouble() / value - 1) < 5.3e-15);
     }

@@ -1,4 +1,4 @@
-// Files of networks, binary and text, read by both engines; what was read is then used.
+// Files of networks, binary and text. Both engines read them and use the result.
 #include <zyn/network.h>
 
 #include <cstdio>

@@ -1,5 +1,5 @@
-// The main function of the test programs. Cases run at the same time, each in a process of its own,
-// so each process gets a scratch folder of its own: testing::TempDir().
+// The main function of the test programs. Cases run in parallel, each in its own process, so each
+// process has its own scratch folder: testing::TempDir().
 #include <gtest/gtest.h>
 
 #include <cstdio>

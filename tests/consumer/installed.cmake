@@ -1,4 +1,4 @@
-# A user's project on the installed copy KIND.
+# Builds and runs a user's project on the installed copy KIND.
 include(${CMAKE_CURRENT_LIST_DIR}/../package/package.cmake)
 need_tools(pkg-config)
 

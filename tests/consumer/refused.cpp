@@ -1,5 +1,5 @@
-// What the interface refuses: each of the numbered cases must not compile, with a message like the expression behind it,
-// and the rest of the file must.
+// What the interface refuses. Each numbered case must fail to compile, with a message that matches
+// the expression beside it; the rest of the file must compile.
 #include <zyn/array.h>
 #include <zyn/geometry.h>
 #include <zyn/matrix.h>

@@ -1,11 +1,12 @@
-// The arrays as an application meets them, from the shared library.
-#include <gtest/gtest.h>
+// The arrays as an application sees them, from the shared library.
 #include <zyn/array.h>
 #include <zyn/delaunay.h>
 #include <zyn/pms.h>
 #include <zyn/variant.h>
 
 #include <QString>
+
+#include "testing.h"
 
 namespace {
 
@@ -29,7 +30,7 @@ concept IsMade = requires(Arguments... arguments) { make<T>(arguments...); };
 static_assert(IsMade<IZynPMSDataTable> && IsMade<IZynVariant> && IsMade<DelaunayArray>);
 static_assert(!IsMade<PPnt3dPoolPool> && !IsMade<IZynDelaunayD> && !IsMade<IntArray, int>);
 
-TEST(Make, HoldsOneCountOfWhatTheFactoryMakes) {
+TEST(Make, HoldsOneReferenceToTheNewObject) {
     const auto point = make<Pnt3dPool>();
     EXPECT_EQ(point->referenceCount(), 1);
     const auto engine = make<IZynDelaunayD>(5, -1, -2, 3, 4.5);
@@ -38,23 +39,26 @@ TEST(Make, HoldsOneCountOfWhatTheFactoryMakes) {
     EXPECT_EQ(XPnt3d(corner), XPnt3d(3, 4.5, 5));
 }
 
-TEST(ArrayInterface, LiteralsMeanTheElement) {
+TEST(ArrayInterface, AppendTakesLiteralsAsElements) {
     const ref_ptr<DoubleArray> numbers = newDoubleArray();
-    EXPECT_TRUE(numbers->append(0) == 1 && numbers->append(2.5f) == 2 && numbers->get(0) == 0.0);
+    EXPECT_EQ(numbers->append(0), 1);
+    EXPECT_EQ(numbers->append(2.5f), 2);
+    EXPECT_EQ(numbers->get(0), 0.0);
     const DoubleArray& read = *numbers;
     EXPECT_EQ(read[1], 2.5);
     EXPECT_EQ(read.end() - read.begin(), 2);
     const ref_ptr<PPnt3dArray> pointers = newPPnt3dArray();
-    EXPECT_TRUE(pointers->append(nullptr) == 1 && pointers->get(0) == nullptr);
+    EXPECT_EQ(pointers->append(nullptr), 1);
+    EXPECT_EQ(pointers->get(0), nullptr);
 }
 
-/// An application's own array of 0, 1, 2, ..., which loses its last element with every one that is read.
+/// An application's own array of 0, 1, 2, ... that loses its last element at each read.
 struct ShrinkingArray : IntArray {
     int get(int index) const override { return --count, index; }
     int size() const override { return count; }
     mutable int count = 0;
 
-    // What nobody calls here.
+    // The tests call none of these.
     void removeAll() override {}
     int append(const int*, int) override { return 0; }
     int append(const IntArray*) override { return 0; }
@@ -88,7 +92,7 @@ TEST(ArrayInterface, AppendAsksForTheSizeOfAnotherArrayBeforeEachElement) {
     EXPECT_EQ(target->append(target.get()), 8);
 }
 
-TEST(ArrayInterface, PointsAreRoundedAndViewed) {
+TEST(ArrayInterface, NarrowingRoundsPointsAndDropsTheirIntensity) {
     const ref_ptr<Pnt3dArray> source = newPnt3dArray();
     source->append(XPnt3d(0.1, 16777217.0, -1e300, 7));
     source->append(XPnt3d(1, 2, 3, -8));
@@ -98,14 +102,23 @@ TEST(ArrayInterface, PointsAreRoundedAndViewed) {
 
     narrowed->getRef(1).inten = 5;
     const ref_ptr<Pnt3dArray> widened = Pnt3fToPnt3dArr(narrowed.get());
-    EXPECT_TRUE(widened->size() == 2 && widened->get(0).x == double(0.1f));
-    EXPECT_TRUE(widened->get(1) == XPnt3d(1, 2, 3) && widened->get(1).inten == 0);
+    ASSERT_EQ(widened->size(), 2);
+    EXPECT_EQ(widened->get(0).x, double(0.1f));
+    EXPECT_EQ(widened->get(1), XPnt3d(1, 2, 3));
+    EXPECT_EQ(widened->get(1).inten, 0);
+}
 
-    const ref_ptr<PPnt3fArray> view = PntsToPnt3f(narrowed.get());
-    EXPECT_TRUE(view->size() == 2 && view->get(1) == &narrowed->getRef(1));
-    EXPECT_EQ(narrowed->referenceCount(), 1);
+TEST(ArrayInterface, ViewsPointAtTheElementsOfTheirArray) {
+    const ref_ptr<Pnt3fArray> points = newPnt3fArray();
+    points->resize(2);
+    const ref_ptr<PPnt3fArray> view = PntsToPnt3f(points.get());
+    ASSERT_EQ(view->size(), 2);
+    EXPECT_EQ(view->get(1), &points->getRef(1));
+    EXPECT_EQ(points->referenceCount(), 1);
     const ref_ptr<PPnt3fArray> picked = PntsToPnt3f({view->get(1), nullptr});
-    EXPECT_TRUE(picked->size() == 2 && picked->get(0) == view->get(1) && !picked->get(1));
+    ASSERT_EQ(picked->size(), 2);
+    EXPECT_EQ(picked->get(0), view->get(1));
+    EXPECT_EQ(picked->get(1), nullptr);
 }
 
 }  // namespace

@@ -1,22 +1,22 @@
-// What arrays refuse, and how rows end. fuzz_containers compares arrays with a vector.
-#include <gtest/gtest.h>
-
+// What arrays refuse, and in which order they release rows. fuzz_containers compares them with a
+// vector.
 #include <algorithm>
 #include <limits>
 #include <stdexcept>
 #include <vector>
 
 #include "array_elements.h"
+#include "testing.h"
 #include "traced_row.h"
 
 namespace {
 
 using namespace zyn;
 
-template <class Array>
-class ArrayTest : public testing::Test {};
+template <class ArrayClass>
+class Array : public testing::Test {};
 using ArrayClasses = testing::Types<ByteArray, StringArray, TracedRowArray>;
-TYPED_TEST_SUITE(ArrayTest, ArrayClasses);
+TYPED_TEST_SUITE(Array, ArrayClasses);
 
 template <class Error, class Misuse>
 void expectThrown(const char* text, Misuse misuse) {
@@ -26,12 +26,12 @@ void expectThrown(const char* text, Misuse misuse) {
     } catch (const Error& error) { EXPECT_STREQ(error.what(), text); }
 }
 
-TYPED_TEST(ArrayTest, ThrowsOnMisuseAndStaysAsItWas) {
+TYPED_TEST(Array, ThrowsOnMisuseAndStaysUnchanged) {
     using E = typename TypeParam::value_type;
     const std::vector<E> three{element<E>(1), element<E>(2), element<E>(3)};
     const ref_ptr<TypeParam> array = newArrayOf<TypeParam>();
     array->append(three.data(), 3);
-    volatile int most = std::numeric_limits<int>::max();  // which compilers warn of if they see it
+    volatile int most = std::numeric_limits<int>::max();  // hides it from compilers, which warn
     for (const int index : {-1, 3, int(most)}) {
         constexpr const char* text = "invalid vector<T> subscript";
         expectThrown<std::out_of_range>(text, [&] { (void)array->get(index); });
@@ -44,11 +44,12 @@ TYPED_TEST(ArrayTest, ThrowsOnMisuseAndStaysAsItWas) {
     EXPECT_THROW(array->resize(-1), Refusal);
     EXPECT_THROW(array->assign(three.data(), -1), Refusal);
     EXPECT_EQ(array->append(three.data(), -5), 3);
-    EXPECT_TRUE(std::equal(array->begin(), array->end(), three.begin()) && array->capacity() == 3);
+    EXPECT_EQ(std::vector<E>(array->begin(), array->end()), three);
+    EXPECT_EQ(array->capacity(), 3);
 }
 
-/// Rows tell in which order they end, and look at the whole array each time.
-class RowArrayTest : public testing::Test {
+/// Each row records its end, and then checks that the array holds live rows alone.
+class RowArray : public testing::Test {
 protected:
     /// Adds rows with the names 0, 1, 2, ..., held by the array alone.
     void fill(int count) {
@@ -61,7 +62,7 @@ protected:
             ended.push_back(name);
             for (int i = 0; array && i < array->size(); ++i) {
                 TracedRow* const left = array->get(i);
-                EXPECT_TRUE(left == nullptr || std::ranges::count(alive, left) == 1) << i;
+                if (left != nullptr) { EXPECT_EQ(std::ranges::count(alive, left), 1) << i; }
             }
             whenRowEnds(name);
         };
@@ -75,13 +76,13 @@ protected:
     ref_ptr<TracedRowArray> array = newArrayOf<TracedRowArray>();
 };
 
-TEST_F(RowArrayTest, ReleasesInAscendingOrderWhatIsThere) {
+TEST_F(RowArray, ReleasesRowsInAscendingOrder) {
     fill(7);
     EXPECT_THROW(array->removeRange(-1, 2), std::out_of_range);
     EXPECT_THROW(array->removeRange(2, 8), std::out_of_range);
     EXPECT_THROW(array->removeAt(7), std::out_of_range);
     array->removeRange(3, 1);
-    EXPECT_EQ(ended, std::vector<int>());
+    EXPECT_THAT(ended, testing::IsEmpty());
     array->removeRange(2, 5);
     array->removeAt(1);
     array->removeLast();
@@ -93,7 +94,7 @@ TEST_F(RowArrayTest, ReleasesInAscendingOrderWhatIsThere) {
     EXPECT_EQ(ended, (std::vector{2, 3, 4, 1, 6, 0, 5, 0, 1, 2, 0, 1}));
 }
 
-TEST_F(RowArrayTest, MayBeChangedByARowThatEnds) {
+TEST_F(RowArray, MayBeChangedByARowThatEnds) {
     fill(4);
     whenRowEnds = [this](int name) {
         if (name == 1) { addRow(array->size(), 10); }
@@ -101,7 +102,8 @@ TEST_F(RowArrayTest, MayBeChangedByARowThatEnds) {
         if (name == 3) { addRow(0, 11); }
     };
     array->removeAll();
-    EXPECT_TRUE(array->size() == 0 && ended.size() == 6);
+    EXPECT_EQ(array->size(), 0);
+    EXPECT_EQ(ended.size(), 6U);
 
     ended.clear();
     fill(6);

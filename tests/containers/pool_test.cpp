@@ -1,33 +1,45 @@
-// What pools are beside the vector that fuzz_containers compares them with.
-#include <gtest/gtest.h>
+// Blocks, addresses and views of pools. fuzz_containers compares pools with a vector.
 #include <zyn/las.h>
 
 #include <vector>
+
+#include "testing.h"
 
 namespace {
 
 using namespace zyn;
 
-TEST(Pool, BlocksOf65536AndAddressesThatStay) {
+TEST(Pool, GrowsInBlocksAndKeepsAddresses) {
     const ref_ptr<DoublePool> pool = newDoublePool();
     const std::vector<double> many(65536, 1.5);
-    EXPECT_TRUE(pool->append(many) == 65536 && pool->blockCount() == 1);
+    EXPECT_EQ(pool->append(many), 65536U);
+    EXPECT_EQ(pool->blockCount(), 1U);
     const double* const last = pool->append(0);
-    EXPECT_TRUE(*last == 0 && last == pool->at(65536) && pool->blockCount() == 2);
-    EXPECT_FALSE(pool->contains(&many[0]) || pool->contains(last + 1));
+    EXPECT_EQ(*last, 0);
+    EXPECT_EQ(last, pool->at(65536));
+    EXPECT_EQ(pool->blockCount(), 2U);
+    EXPECT_FALSE(pool->contains(&many[0]));
+    EXPECT_FALSE(pool->contains(last + 1));
     while (pool->nextBlock() != nullptr) {}
-    pool->append(many);  // adds a block, which the cursor at the end does not see
+    pool->append(many);  // adds a block, which a cursor at the end misses
     EXPECT_EQ(pool->nextBlock(), nullptr);
     const double* const none = nullptr;
-    EXPECT_TRUE(pool->append(none, 5) == -1 && pool->append(many.data(), -1) == -1);
+    EXPECT_EQ(pool->append(none, 5), -1);
+    EXPECT_EQ(pool->append(many.data(), -1), -1);
 
-    const ref_ptr<IntPool> walked = newIntPool();  // and filled on the way
-    EXPECT_EQ(walked->next(), nullptr);
-    EXPECT_TRUE(walked->append(1) == walked->next() && walked->append(2) == walked->next());
     EXPECT_EQ(*ref_ptr(newPPnt3dPool())->append(nullptr), nullptr);
 }
 
-/// A pool of the application's own, whose cursor returns 1, 2, ... whatever its size.
+TEST(Pool, CursorContinuesWithElementsAppendedAtItsEnd) {
+    const ref_ptr<IntPool> pool = newIntPool();
+    EXPECT_EQ(pool->next(), nullptr);
+    for (const int element : {1, 2}) {
+        const int* const appended = pool->append(element);
+        EXPECT_EQ(pool->next(), appended);
+    }
+}
+
+/// An application's own pool, whose cursor returns 1, 2, ... whatever its size.
 struct HostPool : IntPool {
     std::size_t size() const override { return 3; }
     std::size_t blockCount() const override { return 1; }
@@ -48,7 +60,7 @@ struct HostPool : IntPool {
     int elements = 0, returned = 7;
 };
 
-TEST(Pool, AppendsWhatTheCursorOfAnotherReturns) {
+TEST(Pool, AppendsWhatTheCursorOfAnotherPoolReturns) {
     for (const int elements : {1, 5}) {
         const ref_ptr<HostPool> host = new HostPool;
         host->elements = elements;
@@ -59,13 +71,16 @@ TEST(Pool, AppendsWhatTheCursorOfAnotherReturns) {
     }
 }
 
-TEST(Pool, ViewsOfRecords) {
+TEST(Pool, ViewsPointAtTheRecordsOfTheirPool) {
     const ref_ptr<LasPntPoold> records = newLasPntPoold();
     for (int i = 0; i < 3; ++i) { records->append(ZynLasPntD()); }
     const ref_ptr<PLasPntPoold> view = PntsToPool(records.get(), nullptr);
     const ref_ptr<PLasPntdArray> array = PntsToPntArr(view.get());
-    ASSERT_TRUE(view->size() == 3 && array->size() == 3 && records->referenceCount() == 1);
-    EXPECT_TRUE(*view->at(2) == records->at(2) && array->get(1) == records->at(1));
+    ASSERT_EQ(view->size(), 3U);
+    ASSERT_EQ(array->size(), 3);
+    ASSERT_EQ(records->referenceCount(), 1);
+    EXPECT_EQ(*view->at(2), records->at(2));
+    EXPECT_EQ(array->get(1), records->at(1));
     EXPECT_EQ(PntsToPool(ref_ptr(newLasPntPool()).get(), nullptr)->size(), 0U);
 }
 

@@ -1,10 +1,10 @@
-// Load and unload of the library, in a program that reaches it through a module only.
+// Loads and unloads the library in a program that reaches it through a module only.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
 namespace {
 
-/// What the module's function says, after the module was opened for it and closed again.
+/// Opens the module, calls its function and closes the module. Returns the function's result.
 template <class Result, class... Arguments>
 Result callInModule(const char* name, Arguments... arguments) {
     void* const module = dlopen(PROBE_MODULE, RTLD_NOW | RTLD_LOCAL);
@@ -16,15 +16,18 @@ Result callInModule(const char* name, Arguments... arguments) {
     return result;
 }
 
-TEST(Module, DeletesTheInstalledHandlerWhenItIsUnloaded) {
+TEST(Module, DeletesTheInstalledHandlerOnUnload) {
     int handlerEnds = 0, objectEnds = 0;
     EXPECT_EQ(callInModule<int>("probeInstallHandler", &handlerEnds, &objectEnds), 0);
     EXPECT_EQ(handlerEnds, 1);
-    EXPECT_EQ(objectEnds, 1) << "what the handler releases in its end is deleted directly";
+    EXPECT_EQ(objectEnds, 1)
+        << "an object that the handler's destructor releases is deleted at once";
 }
 
 TEST(Module, StartsWithoutAnOriginAtEachLoad) {
-    for (int load = 0; load < 2; ++load) { EXPECT_TRUE(callInModule<bool>("probeGiveOrigin")); }
+    for (int load = 0; load < 2; ++load) {
+        EXPECT_TRUE(callInModule<bool>("probeGiveOrigin")) << load;
+    }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// A module that stands on the library as an application does, for a program that does not link it.
+// A module that uses the library as an application does, for a program that does not link it.
 #include <zyn/point.h>
 #include <zyn/referenced.h>
 
@@ -10,7 +10,7 @@ struct TracedObject : zyn::ZynReferenced {
     int* ends;
 };
 
-/// Holds an object beyond its own end's begin, as a handler with a queue does.
+/// Holds an object until its own destructor has run, as a handler with a queue does.
 struct TracedHandler : zyn::DeleteHandler {
     TracedHandler(int* ends_, int* objectEnds)
         : ends(ends_), object(new TracedObject(objectEnds)) {}
@@ -22,14 +22,14 @@ struct TracedHandler : zyn::DeleteHandler {
 
 }  // namespace
 
-/// Whether there was none before, and is one now.
+/// Sets the origin. Returns whether there was none before and there is one now.
 extern "C" bool probeGiveOrigin() {
     zyn::XPnt3f origin(1, 2, 3);
     return !zyn::g_zynGlobal->isOrgPosGive() && zyn::g_zynGlobal->setOrgPosition(origin) &&
            zyn::g_zynGlobal->isOrgPosGive();
 }
 
-/// The ends of the handler so far.
+/// Installs a handler. Returns how many handlers have ended so far.
 extern "C" int probeInstallHandler(int* handlerEnds, int* objectEnds) {
     zyn::ZynReferenced::setDeleteHandler(new TracedHandler(handlerEnds, objectEnds));
     return *handlerEnds;

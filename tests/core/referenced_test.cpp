@@ -1,5 +1,4 @@
-// Counted objects, and the small functions beside them.
-#include <gtest/gtest.h>
+// Counted objects, their delete handlers, and the small functions of the same header.
 #include <zyn/referenced.h>
 
 #include <cstring>
@@ -7,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "testing.h"
 #include "traced_row.h"
 
 namespace {
@@ -17,7 +17,7 @@ struct Link : TracedRow {
     ref_ptr<TracedRow> next;
 };
 
-/// Keeps what it receives, and destroys it on demand.
+/// Keeps the objects that it receives and destroys them on demand.
 struct QueueingHandler : DeleteHandler {
     void deleteObject(const ZynReferenced* object) override { queue.push_back(object); }
     void destroyAll() {
@@ -41,7 +41,7 @@ protected:
     int ends = 0;
 };
 
-TEST_F(Referenced, EndsWhenACountIsGivenUpAndNoneIsLeft) {
+TEST_F(Referenced, EndsWhenItsLastReferenceIsReleased) {
     newObject()->unref();
     EXPECT_EQ(ends, 1);
     TracedRow* const object = newObject();
@@ -51,19 +51,22 @@ TEST_F(Referenced, EndsWhenACountIsGivenUpAndNoneIsLeft) {
     object->AddRef();
     object->AddRef();
     object->Release();
-    EXPECT_TRUE(object->referenceCount() == 1 && ends == 1);
+    EXPECT_EQ(object->referenceCount(), 1);
+    EXPECT_EQ(ends, 1);
     object->unref_nodelete();
     object->unref();  // to -1
     EXPECT_EQ(ends, 2);
 }
 
-TEST_F(Referenced, IsCountedOnceByEachHolder) {
+TEST_F(Referenced, CountsEachHolderOnce) {
     ref_ptr<TracedRow> first = newObject();
     TracedRow* const object = first.get();
     ref_ptr<const ZynReferenced> converted = first;
     const ref_ptr<TracedRow> copy = new TracedRow(*first);
     *copy = *first;
-    EXPECT_TRUE(converted == first && object->referenceCount() == 2 && copy->referenceCount() == 1);
+    EXPECT_EQ(converted, first);
+    EXPECT_EQ(object->referenceCount(), 2);
+    EXPECT_EQ(copy->referenceCount(), 1);
 
     ref_ptr<TracedRow> second = std::move(first);
     first = second;
@@ -71,12 +74,14 @@ TEST_F(Referenced, IsCountedOnceByEachHolder) {
     ref_ptr<TracedRow>& same = second;
     second = same;
     second = std::move(same);
-    EXPECT_TRUE(second == object && object->referenceCount() == 3);
+    EXPECT_EQ(second, object);
+    EXPECT_EQ(object->referenceCount(), 3);
     EXPECT_EQ(copy < second, std::less<>()(copy.get(), object));
 
     converted = nullptr;
     first = nullptr;
-    EXPECT_TRUE(!first && object->referenceCount() == 1);
+    EXPECT_EQ(first, nullptr);
+    EXPECT_EQ(object->referenceCount(), 1);
     second = newObject();
     EXPECT_EQ(ends, 1);
 
@@ -84,25 +89,28 @@ TEST_F(Referenced, IsCountedOnceByEachHolder) {
     ref_ptr<TracedRow> chain = head;
     head->next = second;
     second = nullptr;
-    chain = head->next;  // which only the old object held
-    EXPECT_TRUE(ends == 1 && chain->referenceCount() == 1);
+    chain = head->next;  // only the old object held it
+    EXPECT_EQ(ends, 1);
+    EXPECT_EQ(chain->referenceCount(), 1);
     TracedRow* const last = chain.release();
     EXPECT_EQ(last->referenceCount(), 1);
     last->unref();
     EXPECT_EQ(ends, 2);
 }
 
-TEST_F(Referenced, IsDeletedAtOnceWhenItsHandlerEnds) {
+TEST_F(Referenced, IsDeletedWhenTheHandlerThatHoldsItEnds) {
     auto* const first = new QueueingHandler;
     ZynReferenced::setDeleteHandler(first);
     ZynReferenced::setDeleteHandler(ZynReferenced::getDeleteHandler());
     newObject()->unref();
-    EXPECT_TRUE(first->queue.size() == 1 && ends == 0);
+    EXPECT_EQ(first->queue.size(), 1U);
+    EXPECT_EQ(ends, 0);
     first->destroyAll();
     first->held = newObject();
     auto* const second = new QueueingHandler;
     ZynReferenced::setDeleteHandler(second);
-    EXPECT_TRUE(ends == 2 && second->queue.empty());
+    EXPECT_EQ(ends, 2);
+    EXPECT_TRUE(second->queue.empty());
 
     ZynReferenced::setDeleteHandler(nullptr);
     EXPECT_EQ(ZynReferenced::getDeleteHandler(), nullptr);
@@ -117,7 +125,7 @@ TEST(Rand, StaysWithinItsBounds) {
     constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
     constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
     for (std::int32_t i = 0; i < 70000; ++i) {
-        // The upper bound alone is the seed: the largest draws are among these.
+        // The upper bound alone is the seed, so the largest draws are among these.
         ASSERT_LE(Rand(lowest, highest - i), highest - i);
         ASSERT_GE(Rand(highest, lowest + i), lowest + i);
     }

@@ -1,4 +1,4 @@
-"""Checks that each link of the project's pages to a file leads to one, and stands on one line, as Doxygen wants it.
+"""Checks that each link of the project's pages to a file leads to one and is on one line, as Doxygen requires.
 
 usage: check_links.py PROJECT_DIRECTORY
 """

@@ -19,7 +19,7 @@ def blocks(page, language):
 
 
 def place_of(block, lines):
-    """The numbers of the lines of the source that the block shows; none if it stands nowhere."""
+    """Returns the numbers of the source lines that the block shows, or none if the source lacks it."""
     wanted = block.splitlines()
     for i in range(len(lines) - len(wanted) + 1):
         if textwrap.dedent("\n".join(lines[i:i + len(wanted)])).splitlines() == wanted:

@@ -1,4 +1,4 @@
-"""Whether the tests and seeds that a page names are there.
+"""Checks that the tests and seeds that a page names exist.
 
 usage: check_reliability.py ROOT PAGE
 """

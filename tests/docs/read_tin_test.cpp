@@ -1,7 +1,5 @@
-// docs/read_tin.py reads what the engines write: from a binary file what the text file says.
+// docs/read_tin.py reads from a binary file the numbers that the text file of the engine has.
 #include <zyn/delaunay.h>
-
-#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <fstream>
@@ -9,10 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "testing.h"
+
 namespace zyn {
 namespace {
 
-/// What the script prints for the file.
+/// Returns what the script prints for the file.
 std::string scriptOn(const std::string& path) {
     std::FILE* const pipe = ::popen((READ_TIN " '" + path + "' 2>&1").c_str(), "r");
     std::string text;
@@ -31,7 +31,7 @@ template <class Real, class Engine>
 void expectReads(Engine* made) {
     const ref_ptr<Engine> engine = made;
     std::vector<XPnt3<Real>> points;
-    for (int i = 0; i < 60; ++i) {  // coordinates that six digits tell
+    for (int i = 0; i < 60; ++i) {  // coordinates of at most six digits
         points.emplace_back(Real(i % 8), Real(i / 8) + Real(i % 8) / 16, Real(i) / 8);
     }
     for (auto& p : points) { engine->addPoint(&p, 0); }
@@ -48,13 +48,14 @@ void expectReads(Engine* made) {
     EXPECT_EQ(numbers, numbersIn(std::move(file)));
 
     std::ofstream(binary, std::ios::binary | std::ios::app) << "x";
-    EXPECT_NE(scriptOn(binary).find("fits neither width"), std::string::npos);
+    EXPECT_THAT(scriptOn(binary), testing::HasSubstr("fits neither width"));
 }
 
-TEST(ReadTinTest, DoubleAndFloat) {
+TEST(ReadTin, ReadsBinaryFilesOfDoubles) {
     expectReads<double>(newZynDelaunayDouble(-1, -1, -1, 9, 9));
-    expectReads<float>(newZynDelaunay(-1, -1, -1, 9, 9));
 }
+
+TEST(ReadTin, ReadsBinaryFilesOfFloats) { expectReads<float>(newZynDelaunay(-1, -1, -1, 9, 9)); }
 
 }  // namespace
 }  // namespace zyn

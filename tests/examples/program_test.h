@@ -1,4 +1,4 @@
-// A program as a user runs it: by its exit code, its output and its files.
+// Runs a program as a user does, and checks its exit code, its output and its files.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -38,19 +38,19 @@ protected:
     void write(const std::string& name, const std::string& contents) const {
         std::ofstream(folder / name, std::ios::binary) << contents;
     }
-    /// What a command prints in the folder.
+    /// Returns what a command prints in the folder.
     std::string shell(const std::string& command) const {
         const std::string line = "cd '" + folder.string() + "'; (" + command + ") >answer";
         (void)std::system(line.c_str());
         return contentsOf(folder / "answer");
     }
-    /// `before` is put in front of the program in the shell's line.
+    /// Runs the program. `before` precedes it in the shell's line.
     Result run(const std::string& arguments, const std::string& before = "") const {
         const std::string out =
             shell(before + " '" + program + "' " + arguments + " 2>errors; echo $? >code");
         return {std::stoi(contentsOf(folder / "code")), out, contentsOf(folder / "errors")};
     }
-    /// Runs the program, which does its work, and gives its report.
+    /// Runs the program, which must succeed. Returns its report.
     std::string report(const std::string& arguments) const {
         const Result result = run(arguments);
         EXPECT_EQ(result.exitCode, 0) << arguments;
@@ -58,7 +58,7 @@ protected:
         return result.out;
     }
     std::string outFiles() const { return shell("test ! -d out || ls out"); }
-    /// Checks for the exit code, one line on standard error that has `message`, and no file.
+    /// Checks for the exit code, one line with `message` on standard error, and no file.
     void expectFailure(const Result& result, const std::string& message, int exitCode = 1) const {
         EXPECT_EQ(result.exitCode, exitCode) << message;
         EXPECT_EQ(result.out, "") << message;
@@ -66,8 +66,7 @@ protected:
         expectParts(result.err, {fs::path(program).filename().string() + ": ", message});
         EXPECT_EQ(outFiles(), "") << message;
     }
-    /// Checks --help, which explains the exit codes, --version, and what is wrong usage of every
-    /// program.
+    /// Checks --help with its exit codes, --version, and usage that every program refuses.
     void expectHelp() const {
         const std::string name = fs::path(program).filename();
         expectParts(report("--help"), {"usage: " + name + " INPUT", "\nexample: " + name + " data/",

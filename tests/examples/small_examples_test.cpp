@@ -27,14 +27,15 @@ TEST_F(BlockExample, FindsTheErrorsOfTheShippedBlock) {
                  "removed      world point 19 on image 1, off by 2.6e-03, of 3 measurements",
                  "intersected  8 images, 89 world points of 90, 247 measurements",
                  "lost         1 world points with fewer than two good measurements"});
-    // Moved to the middle of the cameras; the last point lay at (1000, 900).
+    // The origin is the middle of the cameras; the last point was at (1000, 900).
     expectParts(contentsOf(folder / "out/results.txt"),
                 {"image 1 -124.1500 -200.9125 1307.1000 0.006000 0.016000 -0.0232"});
     EXPECT_EQ(shell("grep -c -e 'image 0' -e 'point 7 ' out/results.txt"), "0\n");
     double x = 0, y = 0, z = 0;
     const std::string last = shell("tail -n 1 out/results.txt");
     ASSERT_EQ(std::sscanf(last.c_str(), "point 89 %lf %lf %lf", &x, &y, &z), 3) << last;
-    EXPECT_TRUE(std::abs(x - (1000 - 559.45)) < 0.05 && std::abs(y - (900 - 450.6125)) < 0.05);
+    EXPECT_NEAR(x, 1000 - 559.45, 0.05);
+    EXPECT_NEAR(y, 900 - 450.6125, 0.05);
     EXPECT_NEAR(z, 278.02, 0.1);
 }
 
@@ -62,14 +63,14 @@ TEST_F(ClassesExample, DrawsTheShippedTerrain) {
     expectParts(report("--help"), {"slope below 8 %", "slope of 30 % and more", "above 70 %"});
     const std::string out = report("'" TERRAIN_FILE "' out");
     expectParts(out, {"2 LEVEL    33335 triangles\n", "5 RIDGE    16518 triangles\n"});
-    EXPECT_EQ(out.find("WATER"), std::string::npos);  // a class that the program does not know
+    EXPECT_EQ(out.find("WATER"), std::string::npos) << "the program has no such class";
     EXPECT_EQ(outFiles(), "classes.png\n");
     const QImage picture((folder / "out/classes.png").c_str());
     constexpr int map = 850, letters = 11;  // the longest key: STEEP >=30%
     EXPECT_EQ(picture.width(), map + 42 + 12 * letters + 3 * 20);
 }
 
-TEST_F(HostExample, LogsAndRemembers) {
+TEST_F(HostExample, LogsEachRunAndRemembersTheLastFile) {
     expectHelp();
     expectFailure(run("missing out"), "missing: No such file or directory\n");
     EXPECT_FALSE(fs::exists(folder / "out"));

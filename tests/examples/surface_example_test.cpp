@@ -13,14 +13,14 @@ class SurfaceExample : public ProgramTest {
 protected:
     SurfaceExample() : ProgramTest(SURFACE_PROGRAM) {}
 
-    /// Runs the program on a file of these contents and gives its report.
+    /// Runs the program on a file of these contents. Returns its report.
     std::string reportOn(const std::string& contents, const std::string& options = "") const {
         write("input", contents);
         return report("input --out out " + options);
     }
-    /// The points that terrain.obj has, in the order of their lines' characters.
+    /// Returns the points of terrain.obj, sorted as text.
     std::string objPoints() const { return shell("grep ^v out/terrain.obj | LC_ALL=C sort"); }
-    /// The number of lines of terrain.obj with points, and of those with faces.
+    /// Returns the numbers of points and of faces in terrain.obj.
     std::string objCounts() const {
         return shell("grep -c ^v out/terrain.obj; grep -c ^f out/terrain.obj");
     }
@@ -38,8 +38,8 @@ TEST_F(SurfaceExample, MakesASurfaceOfTheShippedTerrain) {
     // The corners of the frame are vertices too.
     constexpr std::uintmax_t vertices = 138632 + 4, triangles = 2 + 2 * 138632;
     EXPECT_EQ(fs::file_size(folder / "out/terrain.tin"), 72 + 24 * (vertices + triangles));
-    // The picture: the bar runs from the end's white to the start's green, the highest peak (in the
-    // south) is bright, the plain in the east is green. Below is a length of 5000.
+    // In the picture the colour bar runs from white to green, the highest peak in the south is
+    // bright, and the plain in the east is green. The bar below is 5000 long.
     const QImage picture((folder / "out/terrain.png").c_str());
     ASSERT_EQ(picture.size(), QSize(1000, 967));
     constexpr int barWidth = int(5000 * 900 / (343 * 92.474972) + 0.5);
@@ -48,7 +48,8 @@ TEST_F(SurfaceExample, MakesASurfaceOfTheShippedTerrain) {
     EXPECT_GT(picture.pixelColor(900, 31).blue(), 240);
     EXPECT_EQ(picture.pixelColor(900, 908), QColor(38, 92, 64));
     const QColor peak = picture.pixelColor(470, 790), plain = picture.pixelColor(840, 880);
-    EXPECT_TRUE(peak.blue() > plain.blue() + 50 && plain.green() > 1.5 * plain.red());
+    EXPECT_GT(peak.blue(), plain.blue() + 50);
+    EXPECT_GT(plain.green(), 1.5 * plain.red());
 }
 
 TEST_F(SurfaceExample, ReadsLinesOfPointsAndGridsOfCells) {
@@ -83,8 +84,10 @@ TEST_F(SurfaceExample, RecognizesPointNumbers) {
         expectParts(reportOn(numbered), {"3 read, 0 skipped, 0 refused" + said});
         EXPECT_EQ(objPoints(), xyz) << numbered;
     }
-    // The first column is x if it repeats or has decimals, if a line has three columns or another
-    // separator behind them, and if it has gaps while x and y are whole or have exponents.
+    // The first column is x in each of these cases:
+    // - it repeats or has decimals;
+    // - a line has three columns, or another separator after them;
+    // - it has gaps, and x and y are whole or have exponents.
     for (const char* const plain :
          {"0 0.5 1.5 1\n8 0.5 2.5 2\n0 8.5 3.5 3\n", "0.0 0.5 1.5 1\n1 8.5 2.5 2\n2 0.5 3.5 3\n",
           "0 .5 1.5 1\n1 8.5 2.5 1\n2 .5 3.5\n", "0 0 1 5\n8 1 2 5\n9 8 3 5\n",
@@ -98,13 +101,13 @@ TEST_F(SurfaceExample, RecognizesPointNumbers) {
         reportOn("n x y z\nP7 0.5 0 1\n20230401001 8 0 2\nP7 0.5 8.5 3\n", "--columns nxyz"),
         {"3 read, 1 skipped, 0 refused" + said});
     EXPECT_EQ(objPoints(), xyz);
-    // A closed breakline comes back to its first number.
+    // A closed breakline ends with its first number.
     write("ring", "5 1.5 1.5 2\n9 2.5 1.5 2\n7 1.5 2.5 2\n5 1.5 1.5 2\n");
     expectParts(reportOn("0 0 1\n8 0 2\n0 8 3\n", "--breaklines ring"),
                 {"breaklines  1 with 3 edges, 0 crossings, 0 lost, 0 without length" + said});
 }
 
-TEST_F(SurfaceExample, TakesDegreesAndWarnsOfRefusedPoints) {
+TEST_F(SurfaceExample, AcceptsDegreesAndWarnsOfRefusedPoints) {
     // A grid of 20 x 20 points a hundred-thousandth of a degree apart, and a strip of 100 x 1.
     std::string degrees, strip;
     for (int i = 0; i < 400; ++i) {
@@ -122,50 +125,55 @@ TEST_F(SurfaceExample, TakesDegreesAndWarnsOfRefusedPoints) {
         "surface: warning: refused 1 of 401 points that are within 1.9e-11 of another in x and y; "
         "--tolerance 0 refuses only duplicate points\n");
 
-    // The strip is drawn a quarter as high as it is wide, to the corner.
+    // The picture of the strip is a quarter as high as it is wide, and filled to its corner.
     reportOn(strip);
     const QImage picture((folder / "out/terrain.png").c_str());
     EXPECT_EQ(picture.height(), 20 + 225 + 27 + 27 + 20);
     EXPECT_NE(picture.pixelColor(20 + 450, 20 + 224), QColor(Qt::white));
 }
 
-TEST_F(SurfaceExample, HeedsItsOptions) {
+TEST_F(SurfaceExample, ToleranceLeavesOutPointsThatAreTooClose) {
     const std::string doubles = "0 0 1\n8 0 2\n0 8 3\n8.0005 0 4\n0 0 5\n";
     expectParts(reportOn(doubles, "--tolerance 0"), {"5 read, 0 skipped, 1 refused\n"});
     expectParts(reportOn(doubles, "--tolerance 0.001"), {"5 read, 0 skipped, 2 refused\n"});
+}
 
+TEST_F(SurfaceExample, MaxEdgeLeavesOutLongTriangles) {
     const std::string squareAndFarPoint = "0 0 0\n10 0 0\n0 10 0\n10 10 0\n5 90 7\n";
     expectParts(reportOn(squareAndFarPoint), {"triangles   3\n"});
     expectParts(reportOn(squareAndFarPoint, "--max-edge 15"),
                 {"triangles   2\narea        100.0 on the surface, 100.0 in", "0.000 to 0.000\n"});
     EXPECT_EQ(objCounts(), "4\n2\n");
-    // The network is written whole: 9 vertices with those of the frame, 12 triangles.
+    // The file has the whole network: 9 vertices with those of the frame, and 12 triangles.
     EXPECT_EQ(fs::file_size(folder / "out/terrain.tin"), 72U + 24 * (9 + 12));
-    // Two squares far apart: the profile leaves out the long triangles between them, as the area does.
+    // Two squares far apart: area and profile leave out the long triangles between them.
     const std::string islands = "0 0 0\n4 0 0\n0 4 0\n4 4 0\n90 0 0\n94 0 0\n90 4 0\n94 4 0\n";
     expectParts(
         reportOn(islands, "--max-edge 6"),
         {"triangles   4\n", "32.00 in plan\n", "west to east 8.000, up 0.0, down 0.0, across 2"});
-    // The surface goes out to the convex hull, however flat its triangles are there: to y = 0.
+}
+
+TEST_F(SurfaceExample, ReportsAreaVolumeAndProfileOfKnownShapes) {
+    // The surface extends to the convex hull at y = 0, however flat its triangles are there.
     expectParts(reportOn("0 0 0\n100 0.01 0\n200 0 0\n100 100 0\n"),
                 {"triangles   3\narea        10000.0 on the surface, 10000.0 in plan\n"});
 
-    // A pyramid on a square of 4: 32 below 6, of which 4 are above the middle.
+    // A pyramid on a square of 4 has a volume of 32, of which 4 are above half its height.
     expectParts(reportOn("0 0 0\n4 0 0\n4 4 0\n0 4 0\n2 2 6\n", "--contours 1"),
                 {"volume      cut 4.000 above 3.000, fill 20.00 below\n",
                  "profile     west to east 12.65, up 6.000, down 6.000, across 1"});
 }
 
 TEST_F(SurfaceExample, MakesBreaklinesEdges) {
-    // Four points of a rhombus: Delaunay's rule takes the short diagonal, a valley.
+    // Of the two diagonals of a rhombus, the short one is Delaunay: a valley.
     const std::string rhombus = "-10 0 5\n10 0 5\n0 -1 0\n0 1 0\n";
     expectParts(reportOn(rhombus), {"area        22.36 on"});
     write("ridge", "-10 0 5\n10 0 5\n");
     expectParts(reportOn(rhombus, "--breaklines ridge"),
                 {"breaklines  1 with 1 edges, 0 crossings, 0 lost, 0 without length\n",
                  "area        102.0 on"});
-    // The ditch shares a vertex with the ridge, at its height, and gives its own heights to the points
-    // at its ends. Breaklines without length only add a point.
+    // The ditch shares a vertex with the ridge, at the height of the ridge, and sets the heights of
+    // the points at its own ends. Breaklines without length only add a point.
     write("crossing",
           "# ridge\n-10 0 5\n10 0 5\n\n> ditch\n0 -1 -2\n0 1 -2\n\n#\n20 20 9\n"
           "#\n30 0 1\n30 0 1\n");

@@ -1,6 +1,5 @@
-// Each operation runs out of memory at each of its allocations in turn, and for good: it throws
-// std::bad_alloc, leaves its object as the headers say, loses no memory, and succeeds when there is
-// enough again.
+// Each operation runs out of memory at each of its allocations in turn. It throws std::bad_alloc,
+// leaves its object as the headers say, loses no memory, and succeeds once there is enough again.
 #include <zyn/camera.h>
 #include <zyn/draw.h>
 #include <zyn/log.h>
@@ -31,11 +30,11 @@ using namespace zyn;
 using namespace zyn::detail;
 
 struct Nothing {
-    bool isAsItWas() { return true; }
+    void expectUnchanged() {}
 };
 
-/// One of each implementation: the other factories are the same line.
-TEST(AllocationFailure, Factories) {
+/// One factory of each implementation; the others share its line.
+TEST(AllocationFailure, FactoriesThrowAndLoseNothing) {
     const auto expect = [](auto... make) {
         (expectHarmless<Nothing>("factory", [=](Nothing&) { return ref_ptr(make()) != nullptr; }),
          ...);
@@ -47,7 +46,8 @@ TEST(AllocationFailure, Factories) {
            [] { return zynCamOutParam().toArray(); }, [] { return ZynQuad().getValue(); });
 }
 
-/// Containers, and what draws. The last block of `full` is full, and so is what `grade` has for pegs.
+/// Containers and drawing parameters. The last block of `full` is full, and `grade` has no room for
+/// another peg.
 struct Objects {
     Objects() {
         full->append(items);
@@ -56,12 +56,18 @@ struct Objects {
         for (const float pos : {0.2F, 0.4F, 0.6F, 0.8F}) { grade->addPeg(7, pos); }
         param->ramp = newZynColorRamp();
     }
-    bool areAsTheyWere() {
-        return full->size() == 8 && othersAreAsTheyWere() && roomy->size() == 8;
+    void expectUnchanged() {
+        EXPECT_EQ(full->size(), 8U);
+        EXPECT_EQ(roomy->size(), 8U);
+        expectOthersUnchanged();
     }
-    bool othersAreAsTheyWere() {
-        return *full->at(7) == 7 && m->rows() == 2 && m->cols() == 2 && m->sum() == 14 &&
-               grade->getPegCount() == 4 && param->ramp->referenceCount() == 1;
+    void expectOthersUnchanged() {
+        EXPECT_EQ(*full->at(7), 7);
+        EXPECT_EQ(m->rows(), 2);
+        EXPECT_EQ(m->cols(), 2);
+        EXPECT_EQ(m->sum(), 14);
+        EXPECT_EQ(grade->getPegCount(), 4);
+        EXPECT_EQ(param->ramp->referenceCount(), 1);
     }
     const std::vector<int> items{1, 2, 3, 4, 5, 6, 7, 7};
     const ref_ptr<IntPool> full = new ZynPoolImp<IntPool>(4), roomy = new ZynPoolImp<IntPool>(5);
@@ -70,15 +76,15 @@ struct Objects {
     const ref_ptr<IZynLasDrawParam> param = newZynLasDrawParam();
 };
 
-TEST(AllocationFailure, Objects) {
+TEST(AllocationFailure, ContainersAndColorsStayUnchanged) {
     const auto expect = [](const char* name, const std::function<bool(Objects&)>& run) {
-        expectHarmless(name, run, &Objects::areAsTheyWere);
+        expectHarmless(name, run);
     };
     expect("pool", [](auto& o) { return *o.full->append(1) == 1; });
     expect("items", [](auto& o) { return o.roomy->append(o.items) == 8; });
     expect("clear", [](auto& o) { return o.full->clear(), o.full->size() == 0; });
     const auto append = [](Objects& o) { return o.full->append(o.full.get()) > 7; };
-    expectHarmless<Objects>("itself", append, &Objects::othersAreAsTheyWere);
+    expectHarmless<Objects>("itself", append, &Objects::expectOthersUnchanged);
     static const matrix<double> wide(3, 7);
     expect("setSize", [](auto& o) { return o.m->setSize(7, 9, 1.0); });
     expect("assign", [](auto& o) { return o.m->assign(wide); });
@@ -103,7 +109,7 @@ ref_ptr<Pnt3Array<Real>> newLine(int count, double x, double y, double dx, doubl
     return points;
 }
 
-/// A network, with points on the frame too, beside triangles of no area.
+/// A network, also with points on the frame, next to degenerate triangles.
 template <class Real>
 struct Ground : support::Network<Real> {
     explicit Ground(int count = 60) : support::Network<Real>(0, 0, 1000, 1000) {
@@ -112,11 +118,11 @@ struct Ground : support::Network<Real> {
         for (auto& p : this->points) { p.inten = 0; }
         before = this->records();
     }
-    bool isValid() { return validate(get()).isNull(); }
-    bool isAsItWas() {
-        return this->records() == before && isValid() &&
-               std::all_of(this->points.begin(), this->points.begin() + 60,
-                           [](const XPnt3<Real>& p) { return p.inten == 0; });
+    void expectValid() { EXPECT_EQ(validate(get()).toStdString(), ""); }
+    void expectUnchanged() {
+        EXPECT_EQ(this->records(), before);
+        expectValid();
+        for (std::size_t i = 0; i < 60; ++i) { EXPECT_EQ(this->points[i].inten, 0) << i; }
     }
     auto* get() { return this->engine.get(); }
     std::vector<TinRecord<Real>> before;
@@ -127,7 +133,7 @@ struct FullGround : Ground<Real> {
     FullGround() : Ground<Real>(511) {}
 };
 
-/// Two lines that cross in a point without rounding.
+/// Two lines that cross in a point that needs no rounding.
 template <class Real>
 struct Lines : Ground<Real> {
     Lines() {
@@ -142,7 +148,10 @@ struct Lines : Ground<Real> {
         }
         return areEdges;
     }
-    bool isSound() { return this->isValid() && fixed->size() % 2 == 0; }
+    void expectSound() {
+        this->expectValid();
+        EXPECT_EQ(fixed->size() % 2, 0) << "half an edge";
+    }
 
     ref_ptr<Pnt3ArrayArray<Real>> lines = new ArrayRefPointerImp<Pnt3ArrayArray<Real>>;
     ref_ptr<VertexArray<Real>> fixed = newVertexArray<Real>();
@@ -154,34 +163,34 @@ class NetworkFailure : public testing::Test {};
 using Precisions = testing::Types<double, float>;
 TYPED_TEST_SUITE(NetworkFailure, Precisions);
 
-TYPED_TEST(NetworkFailure, Changes) {
+TYPED_TEST(NetworkFailure, ChangesLeaveAValidNetwork) {
     using Net = Ground<TypeParam>;
     using FullNet = FullGround<TypeParam>;
     using Breaklines = Lines<TypeParam>;
     expectHarmless<FullNet>("addPoint", [](auto& n) { return n.add(500.5, 500.25); });
     expectHarmless<Net>("addPoint on the rim", [](auto& n) { return n.add(750, 0); });
-    const auto points = newLine<TypeParam>(20, 5.5, 3.25, 12.5, 55);  // the last one lies outside
+    const auto points = newLine<TypeParam>(20, 5.5, 3.25, 12.5, 55);  // the last one is outside
     const auto add = [points](auto& n) {
         const ref_ptr<IntArray> rejected = newIntArray();
         addPoints(n.get(), points.get(), 0, nullptr, rejected.get());
         return n.get()->triangleCount() == 2 * (511 + 19 + 1);
     };
-    expectHarmless<FullNet>("addPoints", add, &FullNet::isValid);
-    expectHarmless<Breaklines>("addBreaklines", &Breaklines::add, &Breaklines::isSound);
+    expectHarmless<FullNet>("addPoints", add, &FullNet::expectValid);
+    expectHarmless<Breaklines>("addBreaklines", &Breaklines::add, &Breaklines::expectSound);
     const auto remove = [](auto& n) { return n.get()->removePoint(nullptr, 926, 343, 1); };
     expectHarmless<Net>("removePoint", remove);
     expectHarmless<Net>("compact", [](auto& n) { return compactVertices(n.get()) > 50; });
     const auto restore = [](auto& n) { return restoreDelaunay(n.get()) >= 0; };
-    expectHarmless<Net>("restoreDelaunay", restore, &Net::isValid);
+    expectHarmless<Net>("restoreDelaunay", restore, &Net::expectValid);
     const auto close = [](auto& n) { return closeHull(n.get()) >= 0; };
-    expectHarmless<Net>("closeHull", close, &Net::isValid);
+    expectHarmless<Net>("closeHull", close, &Net::expectValid);
     const auto enforce = [](auto& n) {
         return n.get()->enforceEdge(n.vertex(0), n.vertex(25), nullptr) != nullptr;
     };
-    expectHarmless<Net>("enforceEdge", enforce, &Net::isValid);
+    expectHarmless<Net>("enforceEdge", enforce, &Net::expectValid);
 }
 
-TYPED_TEST(NetworkFailure, Queries) {
+TYPED_TEST(NetworkFailure, QueriesLeaveTheNetworkUnchanged) {
     const auto expect = [](const char* name, auto run) {
         expectHarmless<Ground<TypeParam>>(name, [run](auto& n) { return run(n.get()); });
     };
@@ -213,23 +222,24 @@ TYPED_TEST(NetworkFailure, Queries) {
     }
 }
 
-/// A network and a file, of which nothing may be lost.
+/// A network and a file, neither of which may be lost.
 template <class Real>
 struct GroundAndFile : FullGround<Real> {
     GroundAndFile() {
         this->add(500.5, 500.25);
         this->before = this->records();
-        std::filesystem::remove(path);  // which may be a new file
+        std::filesystem::remove(path);  // replaced by a new one below
         std::filesystem::remove(path + ".new");
         std::ofstream(path) << "old";
         writeBinary(this->get(), (path + ".tin").c_str());
         writeText(this->get(), (path + ".txt").c_str());
     }
-    bool isAsItWas() {
+    void expectUnchanged() {
         std::string content;
         std::ifstream(path) >> content;
-        return content == "old" && !std::filesystem::exists(path + ".new") &&
-               Ground<Real>::isAsItWas();
+        EXPECT_EQ(content, "old");
+        EXPECT_FALSE(std::filesystem::exists(path + ".new"));
+        Ground<Real>::expectUnchanged();
     }
     bool read(bool isText) {
         Real* array = nullptr;
@@ -239,12 +249,15 @@ struct GroundAndFile : FullGround<Real> {
         vertices.reset(array);
         return isRead && count == 516;
     }
-    bool isReadOrEmpty() { return !vertices && (this->get()->triangleCount() == 0 || isAsItWas()); }
+    void expectUnchangedOrEmpty() {
+        EXPECT_EQ(vertices, nullptr);
+        if (this->get()->triangleCount() > 0) { expectUnchanged(); }
+    }
     const std::string path = testing::TempDir() + "zyn_allocation_failure";
     std::unique_ptr<Real[]> vertices;
 };
 
-TYPED_TEST(NetworkFailure, Files) {
+TYPED_TEST(NetworkFailure, WritersKeepTheOldFileAndReadersTheOldNetworkOrNone) {
     using Real = TypeParam;
     using Net = GroundAndFile<Real>;
     const auto write = [](const char* name, auto writeFile) {
@@ -259,11 +272,11 @@ TYPED_TEST(NetworkFailure, Files) {
     constexpr auto normals = PlyNormals::vertex;
     write("ply", [](auto* e, auto* path) { return writePly<Real>(e, path, anyEdge, normals); });
     const auto readB = [](auto& n) { return n.read(false); };
-    expectHarmless<Net>("readBinary", readB, &Net::isReadOrEmpty);
+    expectHarmless<Net>("readBinary", readB, &Net::expectUnchangedOrEmpty);
     const auto readT = [](auto& n) { return n.read(true); };
-    expectHarmless<Net>("readText", readT, &Net::isReadOrEmpty);
+    expectHarmless<Net>("readText", readT, &Net::expectUnchangedOrEmpty);
     const auto keep = [](auto& n) { return readBinary(*n.engine, (n.path + ".tin").c_str()); };
-    expectHarmless<Net>("readBinary, kept", keep, &Net::isReadOrEmpty);
+    expectHarmless<Net>("readBinary, kept", keep, &Net::expectUnchangedOrEmpty);
     if constexpr (std::same_as<Real, double>) {
         testing::internal::CaptureStdout();
         write("exportObj", [](auto* e, auto* path) { return e->exportObj({}, path, 10); });
@@ -271,9 +284,12 @@ TYPED_TEST(NetworkFailure, Files) {
     }
 }
 
-TEST(AllocationFailure, Triangulation) {
+TEST(AllocationFailure, TheOneShotTriangulationLeavesAnEmptyEngine) {
     struct Empty {
-        bool isAsItWas() { return e->triangleCount() == 2 && validate(e.get()).isNull(); }
+        void expectUnchanged() {
+            EXPECT_EQ(e->triangleCount(), 2);
+            EXPECT_EQ(validate(e.get()).toStdString(), "");
+        }
         bool triangulate() { return e->triangulate(points.get()); }
         ref_ptr<IZynDelaunayD> e = newZynDelaunayDouble(0, 0, 0, 50, 50);
         ref_ptr<Pnt3dArray> points = newLine<double>(600, 1, 1, 0, 0);
@@ -288,8 +304,8 @@ TEST(AllocationFailure, Triangulation) {
     if (!hasGenerator) { GTEST_SKIP() << "built without the mesh generator"; }
 }
 
-TEST(AllocationFailure, Blocks) {
-    struct Block {  // whose points were added when it had three images, of nine now
+TEST(AllocationFailure, BlocksStayUnchanged) {
+    struct Block {  // has nine images, but its points were added when there were three
         Block() {
             setImgNum(t.get(), 3);
             for (int i = 0; i < 3; ++i) { t->addWrdPnt(seenOn(i, (i + 1) % 3), XPnt3d(i, 2, 3)); }
@@ -301,18 +317,20 @@ TEST(AllocationFailure, Blocks) {
             for (const int img : {a, b}) { seen->getRef(img) = XPnt2d(img, 0.5); }
             return seen;
         }
-        bool isAsItWas() {
-            bool isSame = t->getWrdPntNum() == 3 && t->getImgNum() == 9;
+        void expectUnchanged() {
+            EXPECT_EQ(t->getWrdPntNum(), 3);
+            EXPECT_EQ(t->getImgNum(), 9);
+            for (int p = 0; p < 3; ++p) { EXPECT_EQ(t->getWrdPnt(p).x, p); }
             for (int img = 0; img < 9; ++img) {
+                SCOPED_TRACE(img);
                 for (int p = 0; p < 3; ++p) {
                     const bool isSeen = img == p || img == (p + 1) % 3;
-                    isSame &= t->getImgPnt(img, p).isValid() == isSeen && t->getWrdPnt(p).x == p;
+                    EXPECT_EQ(t->getImgPnt(img, p).isValid(), isSeen) << p;
                 }
                 const int count = img < 3 ? 2 : 0;  // of measurements
-                isSame &=
-                    t->getImgTagPnts(img)->size() == count && t->removeImgPntAt(img, count) == -1;
+                EXPECT_EQ(t->getImgTagPnts(img)->size(), count);
+                EXPECT_EQ(t->removeImgPntAt(img, count), -1);
             }
-            return isSame;
         }
         bool exchange() {
             const ref_ptr<Pnt2dArrayArray> pnts = newPnt2dArrayArray();
@@ -339,24 +357,25 @@ TEST(AllocationFailure, Blocks) {
     left.t->addImgPnt(8, {1, 2}, 0), left.t->addImgPnt(8, {3, 4}, 0);
     left.t->swapWrdPnts(0, 1);
     const support::FailingAllocation none(0);
-    EXPECT_TRUE(left.t->removeImgPntAt(8, 0) == 0 && !none.hasFailed());
+    EXPECT_EQ(left.t->removeImgPntAt(8, 0), 0);
+    EXPECT_FALSE(none.hasFailed());
 }
 
-TEST(AllocationFailure, Services) {
+TEST(AllocationFailure, ServicesKeepTheirFiles) {
     struct File {
         File() { std::ofstream(path.toStdString()) << "[1]=[2]\n3 4\n"; }
         ~File() {
-            settings = nullptr;  // which may save
+            settings = nullptr;  // the destructor may save
             std::filesystem::remove(path.toStdString());
         }
         std::string content() {
             std::ifstream in(path.toStdString());
             return {std::istreambuf_iterator(in), {}};
         }
-        bool isAsItWas() { return content() == "[1]=[2]\n3 4\n"; }
-        bool isAsItWasOrSaved() {
+        void expectUnchanged() { EXPECT_EQ(content(), "[1]=[2]\n3 4\n"); }
+        void expectUnchangedOrSaved() {
             settings = nullptr;
-            return content().starts_with("[1]=[2]\n");
+            EXPECT_THAT(content(), testing::StartsWith("[1]=[2]\n"));
         }
         bool open() { return (settings = newZynSetting(QString()))->open(path) == 0; }
         bool openAndSave() { return open() && settings->save() == 0; }
@@ -378,13 +397,12 @@ TEST(AllocationFailure, Services) {
         return strSeperator(f.path, QStringLiteral("_"))->size() > 2;
     });
     expectHarmless<File>("points", &File::copyPoints);
-    expectHarmless<File>("settings", &File::openAndSave, &File::isAsItWasOrSaved);
-    expectHarmless<File>("settings at their end", &File::open, &File::isAsItWasOrSaved);
+    expectHarmless<File>("settings", &File::openAndSave, &File::expectUnchangedOrSaved);
+    expectHarmless<File>("settings at their end", &File::open, &File::expectUnchangedOrSaved);
     expectHarmless<File>("log", &File::log);
 }
 
-/// Works without any.
-TEST(AllocationFailure, NoMemoryNeeded) {
+TEST(AllocationFailure, VolumesColorTablesAndNumbersAsTextNeedNoMemory) {
     Ground<double> ground;
     const ref_ptr<IZynGradeColor> grade = newZynGradeColor();
     const ref_ptr<IZynColorRamp> ramp = newZynColorRamp();
@@ -393,7 +411,9 @@ TEST(AllocationFailure, NoMemoryNeeded) {
     const bool isFilled = grade->fillTable(ramp->pcolor(), ramp->size());
     const QString text = tostring(1.5) + tostring(-7) + tostring(35, 36);
     EXPECT_FALSE(none.hasFailed());
-    EXPECT_TRUE(sum.cut > 0 && isFilled && text == QLatin1String("1.5-7z"));
+    EXPECT_GT(sum.cut, 0);
+    EXPECT_TRUE(isFilled);
+    EXPECT_EQ(text, QLatin1String("1.5-7z"));
 }
 
 }  // namespace

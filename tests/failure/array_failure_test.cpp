@@ -1,4 +1,4 @@
-// Arrays that run out of memory stay as they were.
+// Arrays that run out of memory stay unchanged.
 #include <vector>
 
 #include "array_elements.h"
@@ -9,7 +9,7 @@ namespace {
 
 using namespace zyn;
 
-/// An array, everything that could be seen of it at first, and more elements.
+/// An array, its visible state at first, and more elements.
 template <class Array>
 struct Filled {
     using E = typename Array::value_type;
@@ -31,9 +31,11 @@ struct Filled {
         }
         return result;
     }
-    bool isAsItWas() {
-        return array->begin() == storage && array->capacity() == 4 && counts() == countsBefore &&
-               std::vector<E>(array->begin(), array->end()) == before;
+    void expectUnchanged() {
+        EXPECT_EQ(array->begin(), storage);
+        EXPECT_EQ(array->capacity(), 4);
+        EXPECT_EQ(counts(), countsBefore);
+        EXPECT_EQ(std::vector<E>(array->begin(), array->end()), before);
     }
 
     ref_ptr<Array> array = newArrayOf<Array>(), other = newArrayOf<Array>();
@@ -47,7 +49,7 @@ class ArrayFailure : public testing::Test {};
 using ArrayClasses = testing::Types<ByteArray, StringArray, Pnt3dArray, TracedRowArray>;
 TYPED_TEST_SUITE(ArrayFailure, ArrayClasses);
 
-TYPED_TEST(ArrayFailure, LeavesTheArrayAsItWas) {
+TYPED_TEST(ArrayFailure, LeavesTheArrayUnchanged) {
     using F = Filled<TypeParam>;
     expectHarmless<F>("append", [](F& f) { return f.array->append(f.items[0]) == 5; });
     expectHarmless<F>("append buffer",

@@ -1,4 +1,4 @@
-// Each writer of files on disks that are full, on places that take no file, and on what is no disk.
+// Each writer of files on full disks, at places that hold no file, through links and into pipes.
 #include <zyn/log.h>
 #include <zyn/network.h>
 #include <zyn/setting.h>
@@ -6,7 +6,6 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,13 +24,14 @@
 #include <string_view>
 
 #include "network.h"
+#include "testing.h"
 
 namespace {
 std::string_view failing;                                        // a call by its name
-std::function<void()> meanwhile;                                 // what happens at that call
-std::size_t readable = std::numeric_limits<std::size_t>::max();  // bytes, and then the disk fails
+std::function<void()> meanwhile;                                 // runs at that call
+std::size_t readable = std::numeric_limits<std::size_t>::max();  // bytes until the disk fails
 
-/// The function of that name behind this program's own.
+/// Returns the function of that name that this program's own one hides.
 template <class Function>
 Function* behind(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
@@ -46,7 +46,7 @@ int lastCall(const char* name, Argument argument) {
 }
 }  // namespace
 
-// A disk may tell only here that it did not take everything.
+// A disk may report only here that it did not store everything.
 extern "C" int fclose(std::FILE* file) { return lastCall("fclose", file); }
 extern "C" int fsync(int file) { return lastCall("fsync", file); }
 extern "C" ssize_t read(int file, void* to, std::size_t size) {
@@ -150,7 +150,8 @@ protected:
         failing = {};
     }
     void expectWhole(const std::string& to) {
-        EXPECT_TRUE(write(to) && contentOf(path) == whole) << to;
+        EXPECT_TRUE(write(to)) << to;
+        EXPECT_EQ(contentOf(path), whole) << to;
     }
 
     static constexpr const char* old = "[old]\n";
@@ -158,7 +159,7 @@ protected:
     std::string whole;
 };
 
-TEST_P(DiskFailure, FullDisks) {
+TEST_P(DiskFailure, AFullDiskKeepsTheOldFile) {
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     const auto expectFailure = [&](std::size_t room, const char* call = "") {
         std::ofstream(path) << old;
@@ -178,7 +179,7 @@ TEST_P(DiskFailure, FullDisks) {
     fs::remove(path);
     expectFailureAt(path, "fclose");
     EXPECT_EQ(contentOf(path), "") << "a part is left";
-    // What another process puts there in the meantime is not the writer's to remove.
+    // The writer must not remove a file that another process puts there in the meantime.
     const std::string other = folder + "/other", fresh = folder + "/fresh";
     std::ofstream(other) << old;
     meanwhile = [&] { fs::exists(other) ? fs::rename(other, fresh) : void(); };
@@ -186,7 +187,7 @@ TEST_P(DiskFailure, FullDisks) {
     EXPECT_EQ(contentOf(fresh), old);
 }
 
-// What is left beside the file hinders no later writer.
+// A killed process may leave an unfinished file, which hinders no later writer.
 TEST_P(DiskFailure, AKilledProcessLeavesNoPart) {
     const std::string fresh = folder + "/fresh";
     meanwhile = [] { std::raise(SIGKILL); };
@@ -209,12 +210,15 @@ TEST_P(DiskFailure, AKilledProcessLeavesNoPart) {
     expectWhole(path);
 }
 
-TEST_P(DiskFailure, Places) {
+TEST_P(DiskFailure, RefusesPlacesThatHoldNoFile) {
     for (const std::string& to :
          {std::string("/dev/full"), folder, folder + "/no/file", std::string()}) {
         EXPECT_EQ(write(to), answerOfFailure()) << to;
     }
-    const std::string fifo = folder + "/fifo", link = folder + "/link", drained = folder + "/drain";
+}
+
+TEST_P(DiskFailure, WritesIntoAPipe) {
+    const std::string fifo = folder + "/fifo", drained = folder + "/drain";
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     const int end = ::open(fifo.c_str(), O_RDWR | O_NONBLOCK);
     EXPECT_TRUE(write(fifo));
@@ -222,40 +226,49 @@ TEST_P(DiskFailure, Places) {
     arrived.resize(std::size_t(std::max(::read(end, arrived.data(), arrived.size()), ssize_t(0))));
     ::close(end);
     std::ofstream(drained) << arrived;
-    // Settings come a second time at their end.
-    EXPECT_TRUE(contentOf(drained).starts_with(whole) && fs::is_fifo(fifo));
+    EXPECT_THAT(contentOf(drained), testing::StartsWith(whole)) << "settings are saved twice";
+    EXPECT_TRUE(fs::is_fifo(fifo));
+}
 
+TEST_P(DiskFailure, KeepsLinksAndPermissions) {
+    const std::string link = folder + "/link";
     fs::permissions(path, fs::perms(0640));
     fs::create_symlink(path, link);
     expectWhole(link);
-    EXPECT_TRUE(fs::is_symlink(link) && fs::status(path).permissions() == fs::perms(0640));
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms(0640));
 
     const std::string second = folder + "/second",
                       longName = folder + '/' + std::string(NAME_MAX, 'n');
     fs::create_hard_link(path, second);
     std::ofstream(path) << old;
     expectWhole(second);
-    EXPECT_TRUE(write(longName) && write(longName) && contentOf(longName) == whole);
+    EXPECT_TRUE(write(longName));
+    EXPECT_TRUE(write(longName));
+    EXPECT_EQ(contentOf(longName), whole);
     fs::remove(path);
     expectWhole(link);
     EXPECT_TRUE(fs::is_symlink(link));
-    // The target is made in its own folder, whatever folder the link is in.
+    // The new file is made in the folder of the target, not in that of the link.
     fs::remove(path);
     fs::create_directory(folder + "/inner");
     fs::create_symlink("../file", folder + "/inner/link");
     expectWhole(folder + "/inner/link");
+}
 
+TEST_P(DiskFailure, ReplacesTheFileForThoseWhoReadTheOldOne) {
     const std::string inMemory = "/dev/shm/zyn_disk_failure_" + std::to_string(getpid());
-    if (!(std::ofstream(inMemory) << old)) { return; }
+    if (!(std::ofstream(inMemory) << old)) { GTEST_SKIP() << "no /dev/shm"; }
     std::ifstream before(inMemory);
     EXPECT_TRUE(write(inMemory));
     fs::remove(inMemory);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(before), {}), old) << "cut in its place";
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(before), {}), old)
+        << "the old file was overwritten";
 }
 
-TEST_P(DiskFailure, Permissions) {
+TEST_P(DiskFailure, ObeysPermissionsAndTheMask) {
     const uid_t user = geteuid(), other = user == 0 ? 65534 : user;
-    // Root may do everything, so another user does it, to his own file.
+    // Root may do everything, so another user does it to a file of their own.
     ASSERT_EQ(chown(path.c_str(), other, gid_t(-1)), 0);
     const auto expectAsUser = [&](const std::string& to, bool answer, const std::string& content) {
         EXPECT_EQ(seteuid(other), 0);
@@ -289,13 +302,14 @@ TEST(LogFailure, LosesOnlyLinesThatADiskRefuses) {
     log = nullptr;
     std::signal(SIGXFSZ, handler);
     const std::string content = contentOf(path);
-    EXPECT_TRUE(content.starts_with("[INFO]") && content.ends_with("a line\n"));
-    EXPECT_TRUE(content.size() > 600000 && content.size() < 900000) << content.size();
+    EXPECT_TRUE(content.starts_with("[INFO]")) << content.substr(0, 20);
+    EXPECT_TRUE(content.ends_with("a line\n"));
+    EXPECT_GT(content.size(), 600000U);
+    EXPECT_LT(content.size(), 900000U);
     fs::remove(path);
 }
 
-/// A part of a file is not taken for the whole.
-TEST(ReadFailure, GivesNothing) {
+TEST(ReadFailure, ReturnsNothingInsteadOfAPart) {
     const std::string path = testing::TempDir() + "zyn_read_failure";
     const QString name = QString::fromStdString(path);
     for (const std::string_view mark : {"", "\xFF\xFE"}) {
@@ -317,7 +331,7 @@ TEST(ReadFailure, GivesNothing) {
             ref_ptr<IZynSetting> settings = newZynSetting(QString());
             EXPECT_EQ(failingAfter([&] { return settings->open(name); }), -1);
             EXPECT_TRUE(settings->getValue(QStringLiteral("a")).isNull());
-            settings = nullptr;  // does not save what it does not have
+            settings = nullptr;  // the destructor saves nothing
             EXPECT_EQ(contentOf(path), text);
         }
     }

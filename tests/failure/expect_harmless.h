@@ -1,7 +1,5 @@
-// The loop round every operation that is made to run out of memory.
+// Runs an operation out of memory at each of its allocations in turn.
 #pragma once
-
-#include <gtest/gtest.h>
 
 #include <cstddef>
 #include <filesystem>
@@ -11,42 +9,50 @@
 #include <string>
 
 #include "failing_allocation.h"
+#include "testing.h"
 
 inline std::ptrdiff_t openFiles() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
-/// Runs the operation with memory for no allocation, for one, for two and so on until it is enough. Each
-/// time it works on a new Object, of which `isSound` must hold after the failure; then it must answer
-/// true, and nothing may be lost.
+/// Runs the operation with memory for no allocation, for one, for two and so on until it succeeds.
+/// Each round has a new Object:
+/// - The operation throws std::bad_alloc, and then `check` finds the object as it should be.
+/// - With enough memory the operation returns true.
+/// - No memory and no open file is lost.
 template <class Object>
 void expectHarmless(const char* name, const std::function<bool(Object&)>& run,
-                    bool (Object::*isSound)() = &Object::isAsItWas) {
+                    void (Object::*check)() = &Object::expectUnchanged) {
     SCOPED_TRACE(name);
     {
         Object object;
-        ASSERT_TRUE(run(object));  // afterwards there is what is made once and kept, such as codecs
+        ASSERT_TRUE(run(object));  // makes what is made once and kept, such as codecs
     }
     for (int successes = 0;; ++successes) {
         SCOPED_TRACE("after " + std::to_string(successes) + " allocations");
         const long before = support::liveBlocks();
         const std::ptrdiff_t openBefore = openFiles();
-        bool hasFailed = false;
+        bool hasThrown = false;
         {
             Object object;
+            bool isDone = false, hasFailed = false;
             try {
                 const support::FailingAllocation memory(successes);
-                ASSERT_TRUE(run(object));
-                ASSERT_FALSE(memory.hasFailed()) << "nobody was told";
-            } catch (const std::bad_alloc&) { hasFailed = true; }
-            if (hasFailed) {
-                ASSERT_TRUE((object.*isSound)());
+                isDone = run(object);
+                hasFailed = memory.hasFailed();
+            } catch (const std::bad_alloc&) { hasThrown = true; }
+            ASSERT_FALSE(hasFailed) << "an allocation failed, and nothing was thrown";
+            ASSERT_NE(isDone, hasThrown);
+            if (hasThrown) {
+                (object.*check)();
+                if (testing::Test::HasFailure()) { return; }
                 ASSERT_TRUE(run(object));
             }
         }
         ASSERT_EQ(support::liveBlocks(), before);
         ASSERT_EQ(openFiles(), openBefore);
-        ASSERT_TRUE(hasFailed || successes > 0) << "nothing was allocated";
-        if (!hasFailed) { return; }
+        if (hasThrown) { continue; }
+        ASSERT_GT(successes, 0) << "nothing was allocated";
+        return;
     }
 }

@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+// Points, their transforms and their text, and the records of point clouds.
 #include <zyn/geometry.h>
 #include <zyn/las.h>
 
@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "random_points.h"
+#include "testing.h"
 
 namespace zyn {
 namespace {
@@ -16,37 +17,37 @@ namespace {
 template <class To, class... From>
 constexpr bool refused = !(std::is_constructible_v<To, From> || ...);
 
-// What looks like a point or an address by accident is neither.
+// No accidental conversion makes a point or an address.
 static_assert(refused<XPnt3f, std::nullptr_t, double*> && refused<XPnt3d, float*> &&
               refused<XPnt2f, float*, int, XPnt3f> && refused<XPnt2d, bool> &&
               !std::is_convertible_v<XPnt3d, bool> && !std::is_assignable_v<XPnt3f&, int> &&
               !std::is_convertible_v<const XPnt3d, double*>);
 
-TEST(Points, MarksOfTheInvalidDifferByType) {
+TEST(Points, EachTypeHasItsOwnMarkOfInvalidity) {
     // The smaller mark means nothing in double, and a NaN is valid in an XPnt2d only.
-    EXPECT_TRUE(XPnt2d(PT2<double>()).isValid() && XPnt2d(std::nan(""), 0).isValid());
-    EXPECT_FALSE(XPnt2d(std::nan(""), 0).to2f().isValid() || XPnt3d(0, 0, std::nan("")).isValid());
+    EXPECT_TRUE(XPnt2d(PT2<double>()).isValid());
+    EXPECT_TRUE(XPnt2d(std::nan(""), 0).isValid());
+    EXPECT_FALSE(XPnt2d(std::nan(""), 0).to2f().isValid());
+    EXPECT_FALSE(XPnt3d(0, 0, std::nan("")).isValid());
     // A new point is invalid, but one in space without a label is the origin.
-    EXPECT_FALSE(XPnt2d().isValid() || XPnt2f().isValid() || TagPnt2d().isValid());
-    EXPECT_FALSE(TagPnt3d().isValid() || XPnt3d::invalid().isValid());
-    EXPECT_TRUE(XPnt3d() == XPnt3d(0, 0, 0) && XPnt2f(false).isValid() && TagPnt3d().tag == -1);
+    EXPECT_FALSE(XPnt2d().isValid());
+    EXPECT_FALSE(XPnt2f().isValid());
+    EXPECT_FALSE(TagPnt2d().isValid());
+    EXPECT_FALSE(TagPnt3d().isValid());
+    EXPECT_FALSE(XPnt3d::invalid().isValid());
+    EXPECT_EQ(XPnt3d(), XPnt3d(0, 0, 0));
+    EXPECT_TRUE(XPnt2f(false).isValid());
+    EXPECT_EQ(TagPnt3d().tag, -1);
 }
 
-TEST(Points, KeepTheIntensityOfTheFirstOperandAndTheLimitsOfTheirIndices) {
-    const XPnt3f a(1, 2, 3, 7), b(1, 1, 1, 9);
-    EXPECT_EQ((a + b).inten, 7);
+TEST(Points, AssignmentKeepsWhatTheSourceDoesNotHave) {
+    const XPnt3f b(1, 1, 1, 9);
     XPnt3d p(9, 9, 9, 5);
     p = PNT2D(1, 2);
-    EXPECT_TRUE(p == XPnt3d(1, 2, 0) && p.inten == 5);
+    EXPECT_EQ(p, XPnt3d(1, 2, 0));
+    EXPECT_EQ(p.inten, 5);
     p = b;
     EXPECT_EQ(p.inten, 9);
-    p = XPnt3d(1, 2, 3);
-    EXPECT_TRUE(p[(std::size_t(1) << 32) + 1] == 1 && p.set(5, 9.0) == XPnt3d(1, 2, 3));
-    EXPECT_EQ(p.set_max({2, 1, 3}), XPnt3d(2, 2, 3));
-    EXPECT_EQ(p.set_min({1, 3, 4}), XPnt3d(1, 2, 3));
-    EXPECT_EQ(XPnt3d().set_vec(p, XPnt3d(4, 6, 8)), XPnt3d(3, 4, 5));
-    EXPECT_EQ((XPnt3d(49, 0, 0) / 49).x, std::nextafter(1.0, 0.0));  // by the reciprocal
-    EXPECT_EQ(XPnt3f().set_norm(3), XPnt3f());
     TagPnt3d tagged;
     tagged.tag = 4;
     tagged = b;
@@ -60,27 +61,47 @@ TEST(Points, KeepTheIntensityOfTheFirstOperandAndTheLimitsOfTheirIndices) {
     EXPECT_EQ(XPnt3d(record), XPnt3d(p.Copy()));
 }
 
+TEST(Points, AnIndexOutOfRangeReadsTheFirstCoordinateAndSetsNone) {
+    XPnt3d p(1, 2, 3);
+    EXPECT_EQ(p[(std::size_t(1) << 32) + 1], 1);
+    EXPECT_EQ(p.set(5, 9.0), XPnt3d(1, 2, 3));
+}
+
+TEST(Points, ArithmeticWorksByCoordinateAndKeepsTheFirstIntensity) {
+    EXPECT_EQ((XPnt3f(1, 2, 3, 7) + XPnt3f(1, 1, 1, 9)).inten, 7);
+    XPnt3d p(1, 2, 3);
+    EXPECT_EQ(p.set_max({2, 1, 3}), XPnt3d(2, 2, 3));
+    EXPECT_EQ(p.set_min({1, 3, 4}), XPnt3d(1, 2, 3));
+    EXPECT_EQ(XPnt3d().set_vec(p, XPnt3d(4, 6, 8)), XPnt3d(3, 4, 5));
+    EXPECT_EQ((XPnt3d(49, 0, 0) / 49).x, std::nextafter(1.0, 0.0));  // by the reciprocal
+    EXPECT_EQ(XPnt3f().set_norm(3), XPnt3f());
+}
+
 template <class T>
 class PointTransforms : public testing::Test {};
 TYPED_TEST_SUITE(PointTransforms, Precisions);
 
-TYPED_TEST(PointTransforms, TheTranslationStandsInTheLastRow) {
+TYPED_TEST(PointTransforms, ReadTheTranslationFromTheLastRow) {
     using T = TypeParam;
     using P = XPnt3<T>;
     const T u = T(1) / 3, v = T(2) / 3;
     const T r[3][3] = {{v, -u, v}, {v, v, -u}, {-u, v, v}};
-    const T m[16] = {v, v, -u, 9, -u, v, v, 9, v, -u, v, 9, 10, 20, 30, 9};  // 9 is not read
-    const auto near = [](const P& p, const P& q) { return double(dist(p, q)) < tolerated<T>; };
+    const T m[16] = {v, v, -u, 9, -u, v, v, 9, v, -u, v, 9, 10, 20, 30, 9};  // nothing reads 9
+    const auto expectNear = [](const P& p, const P& q) {
+        EXPECT_LT(double(dist(p, q)), tolerated<T>) << testing::PrintToString(p);
+    };
     const P from(1, 2, 3), to(12, 21, 33);
-    EXPECT_TRUE(near(P(from).xform(m), to) && near(P(from).xform(r, m + 12), to));
-    EXPECT_TRUE(near(P(to).invxform(m), from) && near(P(to).invxform(r, m + 12), from));
-    P target(1, 2, 3);  // may be an argument
-    EXPECT_TRUE(near(target.setXformed(target, r, target), {3, 3, 6}) &&
-                near(target.lerp(T(0.5), P(1, 1, 0), target), {2, 2, 3}));
+    expectNear(P(from).xform(m), to);
+    expectNear(P(from).xform(r, m + 12), to);
+    expectNear(P(to).invxform(m), from);
+    expectNear(P(to).invxform(r, m + 12), from);
+    P target(1, 2, 3);  // the target may be an argument
+    expectNear(target.setXformed(target, r, target), {3, 3, 6});
+    expectNear(target.lerp(T(0.5), P(1, 1, 0), target), {2, 2, 3});
 }
 
-// The radius is a·b·c / (4·area) or half the longest side, whichever a triangle calls for.
-TYPED_TEST(PointTransforms, SmallestCircle) {
+// The radius is a·b·c / (4·area) in an acute triangle, half the longest side in any other.
+TYPED_TEST(PointTransforms, SmallestCircleHoldsItsPointsWithTheLeastRadius) {
     using T = TypeParam;
     RandomPoints random(62);
     for (int round = 0; round < 1000; ++round) {
@@ -119,10 +140,12 @@ TEST(LasRecords, HaveASignedIntensityAndAHeadThatIsAPoint) {
     records->getRef(1).inten = std::int16_t(0xFFFB);
     const ref_ptr<PPnt3fArray> view = PntsToPnt3f(records.get());
     ASSERT_EQ(view->size(), 3);
-    EXPECT_TRUE(PntsToPnt3f(pointers.get())->get(0) == view->get(2) && view->get(1)->inten == -5);
+    EXPECT_EQ(PntsToPnt3f(pointers.get())->get(0), view->get(2));
+    EXPECT_EQ(view->get(1)->inten, -5);
     view->get(2)->z = 9.0f;
     view->get(2)->inten = 7;
-    EXPECT_TRUE(records->getRef(2).z == 9.0f && records->getRef(2).inten == 7);
+    EXPECT_EQ(records->getRef(2).z, 9.0f);
+    EXPECT_EQ(records->getRef(2).inten, 7);
     EXPECT_EQ(maxminInten(records->data(), 3), XPnt2d(-5, 7));
     EXPECT_EQ(maxminInten(nullptr, -1), XPnt2d(2147483647.0, -2147483647.0));
 }

@@ -1,12 +1,14 @@
-#include <gtest/gtest.h>
+// Distances, intersections, containment and the small measures of geometry.h.
 #include <zyn/geometry.h>
 
 #include <QString>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 
 #include "random_points.h"
+#include "testing.h"
 
 namespace zyn {
 namespace {
@@ -16,7 +18,7 @@ concept HasArea = requires(A... a) { area3d(a...); };
 template <class... A>
 concept ComparesEqual = requires(A... a) { IsEqual(a...); };
 
-// No null becomes an address, and no point lends coordinates that it does not have.
+// A null pointer is no address of a point, and a point in the plane has no third coordinate.
 static_assert(HasArea<double*, XPnt3d, PNT3D> && !HasArea<XPnt3d, XPnt3d, std::nullptr_t> &&
               !HasArea<XPnt2d, XPnt3d, XPnt3d> && !HasArea<double (&)[2], XPnt3d, XPnt3d> &&
               !ComparesEqual<XPnt3d*, std::nullptr_t, int> &&
@@ -26,13 +28,15 @@ template <class T>
 class Queries : public testing::Test {};
 TYPED_TEST_SUITE(Queries, Precisions);
 
-TYPED_TEST(Queries, DistancesAnglesAndSides) {
+TYPED_TEST(Queries, DistancesAnglesAndSidesHaveKnownValues) {
     using T = TypeParam;
     using P = XPnt3<T>;
     P foot;
     const P o(0, 0, 0);
-    EXPECT_TRUE(dist2_line(P(7, 0, 3), o, P(2, 0, 0), foot) == 3 && foot == P(7, 0, 0));
-    EXPECT_TRUE(dist_2d(o, P(3, 4, 9)) == 5 && dist_manhattan(o, P(1, -2, 3)) == 3);
+    EXPECT_EQ(dist2_line(P(7, 0, 3), o, P(2, 0, 0), foot), 3);
+    EXPECT_EQ(foot, P(7, 0, 0));
+    EXPECT_EQ(dist_2d(o, P(3, 4, 9)), 5);
+    EXPECT_EQ(dist_manhattan(o, P(1, -2, 3)), 3);
     EXPECT_EQ(rotate_3d(P(1, 2, 3), P(0, 0, 1), 1, P(4, 5, 6)), o);
     EXPECT_NEAR(double(angle(P(1, 0, 0), P(-1, T(2e-3), 0))), 2e-3, 5e-5);
     EXPECT_EQ(angle(P(1, 2, 3), P(-2, -4, -6)), 0);
@@ -41,18 +45,21 @@ TYPED_TEST(Queries, DistancesAnglesAndSides) {
     EXPECT_NEAR(angle2d(XPnt2d(-1, -1e-9), XPnt2d(-1, 1e-9)), 2 * std::numbers::pi, 1e-8);
 
     const P a(0, 0, 1), b(2, 0, 1), c(0, 5, 1);
-    EXPECT_TRUE(normal(a, b, c) == P(0, 0, 1) && normal(a, b, P(9, 0, 1)) == o);
-    EXPECT_TRUE(det(P(1, 2, 3), P(0, 1, 4), P(5, 6, 0)) == 1 &&
-                getPoint(a, P(4, 8, 3), T(0.25)) == P(1, 2, 1.5));
-    EXPECT_TRUE(above_plane(P(9, 9, 2), a, b, c) == 1 && above_plane(P(9, 9, 2), a, c, b) == 0 &&
-                above_plane(P(9, 9, 1), a, b, c) == 0);
+    EXPECT_EQ(normal(a, b, c), P(0, 0, 1));
+    EXPECT_EQ(normal(a, b, P(9, 0, 1)), o);
+    EXPECT_EQ(det(P(1, 2, 3), P(0, 1, 4), P(5, 6, 0)), 1);
+    EXPECT_EQ(getPoint(a, P(4, 8, 3), T(0.25)), P(1, 2, 1.5));
+    EXPECT_EQ(above_plane(P(9, 9, 2), a, b, c), 1);
+    EXPECT_EQ(above_plane(P(9, 9, 2), a, c, b), 0);
+    EXPECT_EQ(above_plane(P(9, 9, 1), a, b, c), 0);
     const P turned = rotate_2d(P(1, 1, 0), T(std::numbers::pi / 2), P(3, 2, 5, 7));
     EXPECT_LT(double(dist(turned, P(0, 3, 5))), tolerated<T>);
     EXPECT_EQ(turned.inten, 7);
 }
 
-/// The nearest point of a triangle: its plane's foot if each side has it on the inner side, and then
-/// `inside`; otherwise the best of the clamped feet on the three sides.
+/// Returns the nearest point of a triangle. It is the foot on the plane, and `inside` is true, if
+/// the foot is on the inner side of each edge; otherwise it is the best clamped foot on the three
+/// edges.
 XPnt3d nearestOfTriangle(const XPnt3d& p, const XPnt3d (&corners)[3], bool& inside) {
     const XPnt3d n = normal(corners[0], corners[1], corners[2]);
     const XPnt3d foot = p - n * dot(p - corners[0], n);
@@ -74,7 +81,7 @@ TYPED_TEST(Queries, NearestPointsAgreeWithASearchOverTheSides) {
     for (int round = 0; round < 20000; ++round) {
         P a = random.point<T>(1), b = random.point<T>(1), c = random.point<T>(1);
         const P p = random.point<T>(3);
-        if (cross(a, b, c).norm() < T(0.2)) { continue; }  // a plane that is all rounding
+        if (cross(a, b, c).norm() < T(0.2)) { continue; }  // rounding would decide the plane
         bool inside = false;
         const XPnt3d nearest =
             nearestOfTriangle(XPnt3d(p), {XPnt3d(a), XPnt3d(b), XPnt3d(c)}, inside);
@@ -82,43 +89,48 @@ TYPED_TEST(Queries, NearestPointsAgreeWithASearchOverTheSides) {
         a.inten = 1, b.inten = 2, c.inten = 3;
         P out(8, 8, 8, 8);
         T best = d - T(0.01);
-        EXPECT_TRUE(!closer_on_tri(p, out, a, b, c, best) && out == P(8, 8, 8)) << round;
+        EXPECT_FALSE(closer_on_tri(p, out, a, b, c, best)) << round;
+        EXPECT_EQ(out, P(8, 8, 8)) << round;
         best = d + T(0.01);
         EXPECT_TRUE(closer_on_tri(p, out, a, b, c, best)) << round;
         EXPECT_NEAR(double(best), double(d), tolerated<T>);
         EXPECT_NEAR(double(dist2(p, out)), double(d), tolerated<T>);
         const int corner = out == a ? 1 : out == b ? 2 : out == c ? 3 : 0;
         EXPECT_EQ(out.inten, corner != 0 ? corner : inside ? 0 : 8) << round;
-        // Behind an obtuse corner the corner is taken, although a side may be nearer.
+        // Behind an obtuse corner the result is the corner, although a side may be nearer.
         const bool obtuse = dot(b - a, c - a) < 0 || dot(a - b, c - b) < 0 || dot(a - c, b - c) < 0;
         const double excess = double(d) - dist2(XPnt3d(p), nearest);
-        EXPECT_TRUE((obtuse && excess > 0 && corner != 0) || std::abs(excess) < tolerated<T>);
+        if (!(obtuse && excess > 0 && corner != 0)) { EXPECT_NEAR(excess, 0, tolerated<T>); }
     }
-    EXPECT_EQ(dist2_tri(P(1, -1, 0), P(0, 0, 0), P(4, 0, 0), P(-4, 2, 0)), 2);  // a side is at 1
+    EXPECT_EQ(dist2_tri(P(1, -1, 0), P(0, 0, 0), P(4, 0, 0), P(-4, 2, 0)),
+              2);  // a side is at distance 1
     const P a(0, 0, 0), b(1, 0, 0);
     EXPECT_EQ(dist2_tri(P(5, 1, 0), a, b, P(9, 0, 0)), 17);  // degenerate: its side ab
 }
 
-TYPED_TEST(Queries, LinesMeetPlanesAndLines) {
+TYPED_TEST(Queries, LinesMeetPlanesAndLinesInKnownPoints) {
     using T = TypeParam;
     using P = XPnt3<T>;
     const P a(0, 0, 0), b(1, 0, 0), c(0, 1, 0);
     P out;
     T t = 0;
     for (const T height : {T(3), T(-3)}) {
-        const P p(5, 6, height), along(1, 1, 0);  // no direction that changes anything
+        const P p(5, 6, height), along(1, 1, 0);  // this direction changes nothing
         line_plane_X(p, P(1, 0, 1), a, b, c, out, t);
         line_plane_X(p, along, a, b, c, out, t);
-        EXPECT_TRUE(out == P(5 - height, 6, 0) && t == 3);
+        EXPECT_EQ(out, P(5 - height, 6, 0));
+        EXPECT_EQ(t, 3);
         line_plane_X(p, P(1, 0, 1), P(0, 0, 2), -4, out, t);  // the plane z = 2
         line_plane_X(p, along, P(0, 0, 2), -4, out, t);
-        EXPECT_TRUE(out == P(7 - height, 6, 2) && t == std::abs(2 - height));
+        EXPECT_EQ(out, P(7 - height, 6, 2));
+        EXPECT_EQ(t, std::abs(2 - height));
     }
     EXPECT_FALSE(lines_intersect(a, b, c, P(1, 1, T(1e-4)), out));
-    EXPECT_TRUE(lines_intersect(a, b, P(4, -1, 7), P(4, 2, 7), out) && out == P(4, 0, 0));
+    EXPECT_TRUE(lines_intersect(a, b, P(4, -1, 7), P(4, 2, 7), out));
+    EXPECT_EQ(out, P(4, 0, 0));
 }
 
-TYPED_TEST(Queries, WeightsBringBackThePoint) {
+TYPED_TEST(Queries, BarycentricWeightsReproduceThePoint) {
     using T = TypeParam;
     using P = XPnt3<T>;
     RandomPoints random(82);
@@ -145,17 +157,17 @@ TYPED_TEST(Queries, BallsThatTouchAreOutsideAndApart) {
         const auto number = [&](int from, int to) { return T(random.integer(from, to)); };
         const P c(number(-4, 8), number(-4, 8), number(-4, 8));
         const T r = number(1, 7), other = number(1, 4);
-        T depth = 9, away2 = 0;  // below the nearest side, and above the box
+        T depth = 9, away2 = 0;  // inside the nearest side; outside the box
         for (int k = 0; k < 3; ++k) {
             depth = std::min({depth, c[k], 4 - c[k]});
             const T excess = c[k] - std::clamp(c[k], T(0), T(4));
             away2 += excess * excess;
         }
         const bool isWithin = r < depth, overlaps = away2 < r * r;
-        EXPECT_TRUE(ball_within_bounds(c, r, lo, hi) == isWithin &&
-                    ball_within_bounds(c, r, centre, 2) == isWithin);
-        EXPECT_TRUE(bounds_overlap_ball(c, r, lo, hi) == overlaps &&
-                    bounds_overlap_ball(c, r, centre, 2) == overlaps);
+        EXPECT_EQ(ball_within_bounds(c, r, lo, hi), isWithin);
+        EXPECT_EQ(ball_within_bounds(c, r, centre, 2), isWithin);
+        EXPECT_EQ(bounds_overlap_ball(c, r, lo, hi), overlaps);
+        EXPECT_EQ(bounds_overlap_ball(c, r, centre, 2), overlaps);
         EXPECT_EQ(spheres_intersect(lo, c, r * r, other), c.norm2() < (r + other) * (r + other));
     }
 }
@@ -166,11 +178,11 @@ auto turn(const P& a, const P& b, const P& c, const P& d) {
     return (b.x - a.x) * (d.y - c.y) - (b.y - a.y) * (d.x - c.x);
 }
 
-TEST(PlanarQueries, SegmentsAgreeWithFractions) {
+TEST(PlanarQueries, SegmentIntersectionsAgreeWithFractions) {
     const XPnt2d left(0, 0), right(2, 0);  // ends belong to segments
     for (const double x : {0, 2}) {
-        EXPECT_TRUE(intersect_seg(left, right, {x, -1}, {x, 1}) &&
-                    intersect_seg({x, -1}, {x, 1}, left, right));
+        EXPECT_TRUE(intersect_seg(left, right, {x, -1}, {x, 1}));
+        EXPECT_TRUE(intersect_seg({x, -1}, {x, 1}, left, right));
     }
     RandomPoints random(83);
     const auto point = [&] { return XPnt2d(random.integer(0, 6), random.integer(0, 6)); };
@@ -179,8 +191,9 @@ TEST(PlanarQueries, SegmentsAgreeWithFractions) {
         double t = -9, u = -9;
         const double den = turn(a, b, c, d);
         if (den == 0) {
-            EXPECT_TRUE(!intersect_seg(a, b, c, d, t, u) && t == -9) << round;
-            EXPECT_TRUE(a == b || c == d || !isIntersect(a, b, c, d)) << round;
+            EXPECT_FALSE(intersect_seg(a, b, c, d, t, u)) << round;
+            EXPECT_EQ(t, -9) << round;
+            if (a != b && c != d) { EXPECT_FALSE(isIntersect(a, b, c, d)) << round; }
             continue;
         }
         const double onAb = turn(a, c, c, d) / den, onCd = turn(a, c, a, b) / den;
@@ -194,7 +207,7 @@ TEST(PlanarQueries, SegmentsAgreeWithFractions) {
     }
 }
 
-TEST(PlanarQueries, TrianglesAgreeWithWholeNumbers) {
+TEST(PlanarQueries, ContainmentInTrianglesAgreesWithWholeNumbers) {
     RandomPoints random(84);
     const auto number = [&] { return float(random.integer(-5, 5)); };
     for (int round = 0; round < 20000; ++round) {
@@ -208,50 +221,72 @@ TEST(PlanarQueries, TrianglesAgreeWithWholeNumbers) {
         EXPECT_EQ(isInTriangle(XPnt3d(a), XPnt3d(b), XPnt3d(c), XPnt3d(p)), inside) << round;
         if (least * most != 0) { EXPECT_EQ(PntInTri(p, a, b, c), inside) << round; }
         const int sign = (side > 0) - (side < 0);
-        EXPECT_TRUE(left_right(a, b, p) == sign &&
-                    left_right(XPnt3d(a), XPnt3d(b), XPnt3d(p)) == sign &&
-                    left_right(a.x, a.y, b.x, b.y, p.x, p.y) == sign);
+        EXPECT_EQ(left_right(a, b, p), sign);
+        EXPECT_EQ(left_right(XPnt3d(a), XPnt3d(b), XPnt3d(p)), sign);
+        EXPECT_EQ(left_right(a.x, a.y, b.x, b.y, p.x, p.y), sign);
     }
     EXPECT_TRUE(PntInTri(XPnt3f(2, 2, 0), {0, 0, 0}, {4, 0, 0}, {0, 4, 0}));
 }
 
-TEST(ScalarQueries, FollowTheLargestSpanAndCompareInFloat) {
+TEST(ScalarQueries, TheParameterFollowsTheLargestSpan) {
     // Of equal spans the later axis counts.
     const XPnt3d o(0, 0, 0), p(1, 20, -300);
-    EXPECT_TRUE(getParam(o, {4, 2, -2}, p) == 0.25 && getParam(o, {4, -4, 2}, p) == -5 &&
-                getParam(o, {2, 1, -2}, p) == 150 && getParam(o, {0, 3, 4}, 10) == 2);
+    EXPECT_EQ(getParam(o, {4, 2, -2}, p), 0.25);
+    EXPECT_EQ(getParam(o, {4, -4, 2}, p), -5);
+    EXPECT_EQ(getParam(o, {2, 1, -2}, p), 150);
+    EXPECT_EQ(getParam(o, {0, 3, 4}, 10), 2);
     EXPECT_EQ(getParam(XPnt2d(1, 1), XPnt2d(5, 4), XPnt2d(3, 9)), 0.5);
     EXPECT_EQ(getParam(XPnt2d(1, 1), XPnt2d(5, 5), XPnt2d(3, 9)), 2);
-    EXPECT_FALSE(IsEqual(0, 0, 0));  // three floats, and the bound is not below itself
-    EXPECT_TRUE(IsEqual(1, 1.5F, 0.6F) && IsEqual(1, 1.0000005F) && !IsEqual(1, 1.000002F));
+}
+
+TEST(ScalarQueries, EqualityComparesInFloat) {
+    EXPECT_FALSE(IsEqual(0, 0, 0));  // three floats: the difference must be below the bound
+    EXPECT_TRUE(IsEqual(1, 1.5F, 0.6F));
+    EXPECT_TRUE(IsEqual(1, 1.0000005F));
+    EXPECT_FALSE(IsEqual(1, 1.000002F));
     const XPnt3d distant(1e9, 2, 3), merged(1e9 + 10, 2, 3);
-    EXPECT_TRUE(IsEqual(distant, merged) && IsEqual(&distant, &merged, 0));
+    EXPECT_TRUE(IsEqual(distant, merged));
+    EXPECT_TRUE(IsEqual(&distant, &merged, 0));
     for (int i = 0; i < 3; ++i) {
+        const XPnt3d p(1, 20, -300);
         XPnt3d other = p;
         other[i] += 0.5;
         EXPECT_EQ(IsEqual(p, other, 2), i == 2) << i;
-        EXPECT_FALSE(IsEqual(&p, &other, 0) || IsEqual(p, other)) << i;
+        EXPECT_FALSE(IsEqual(&p, &other, 0)) << i;
+        EXPECT_FALSE(IsEqual(p, other)) << i;
     }
     const QString lower = QStringLiteral("net"), upper = QStringLiteral("NET");
-    EXPECT_TRUE(IsEqual(lower, upper, false) && !IsEqual(lower, upper, true));
+    EXPECT_TRUE(IsEqual(lower, upper, false));
+    EXPECT_FALSE(IsEqual(lower, upper, true));
 }
 
-TEST(ScalarQueries, LengthsAreasAndDegrees) {
+TEST(ScalarQueries, LengthsAreasAndDegreesHaveKnownValues) {
     const float a[3] = {0, 0, 0}, b[3] = {3, 4, 12};
-    EXPECT_TRUE(length(a, b, 2) == 5 && length(a, b, 3) == 13 && length(a, b, 4) == 0 &&
-                length(1, 1, 4, 5) == 5 && dist3f(a, b) == 13);
+    EXPECT_EQ(length(a, b, 2), 5);
+    EXPECT_EQ(length(a, b, 3), 13);
+    EXPECT_EQ(length(a, b, 4), 0);
+    EXPECT_EQ(length(1, 1, 4, 5), 5);
+    EXPECT_EQ(dist3f(a, b), 13);
     const XPnt3d o(0, 0, 0), p(3, 4, 12), q(-4, 3, 0);  // q is at right angles to p
-    EXPECT_TRUE(length(o, p) == 13 && dist3d(o, p) == 13 && length2d(o, p) == 25);
+    EXPECT_EQ(length(o, p), 13);
+    EXPECT_EQ(dist3d(o, p), 13);
+    EXPECT_EQ(length2d(o, p), 25);
     EXPECT_NEAR(area3d(o, p, q), 32.5, 1e-13);
     EXPECT_NEAR(area3f(a, XPnt3f(b), XPnt3f(q)), 32.5F, 1e-4F);
     EXPECT_EQ(midPnt(XPnt3f(1, 2, 3), XPnt3f(3, 2, 6)), XPnt3f(2, 2, 4.5F));
     EXPECT_EQ(midPnt(XPnt3f(1, 2, 3), XPnt3f(3, 2, 6), XPnt3f(5, 5, 0)), XPnt3f(3, 3, 3));
     constexpr float pi = std::numbers::pi_v<float>;
-    EXPECT_TRUE(Degree2Radian(180) == pi && Radian2Degree(pi / 4) == 45);
-    float x = 0, y = 9e-7F, z = 0;  // too short
-    EXPECT_TRUE(!normalize(x, y, z) && y == 9e-7F);
+    EXPECT_EQ(Degree2Radian(180), pi);
+    EXPECT_EQ(Radian2Degree(pi / 4), 45);
+}
+
+TEST(ScalarQueries, NormalizeLeavesAVectorThatIsTooShort) {
+    float x = 0, y = 9e-7F, z = 0;
+    EXPECT_FALSE(normalize(x, y, z));
+    EXPECT_EQ(y, 9e-7F);
     x = 3, y = -4;
-    EXPECT_TRUE(normalize(x, y, z) && x == 0.6F && y == -0.8F && z == 0);
+    EXPECT_TRUE(normalize(x, y, z));
+    EXPECT_THAT((std::array{x, y, z}), testing::ElementsAre(0.6F, -0.8F, 0));
 }
 
 }  // namespace

@@ -1,12 +1,13 @@
 // Random points for the tests of this folder, the same at each run.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <zyn/point.h>
 
 #include <cstdint>
 #include <limits>
 #include <random>
+
+#include "testing.h"
 
 namespace zyn {
 

@@ -3,8 +3,6 @@
 #include <zyn/geodesy.h>
 #include <zyn/geometry.h>
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <complex>
 #include <cstring>
@@ -12,12 +10,13 @@
 #include <vector>
 
 #include "seed.h"
+#include "testing.h"
 
 namespace {
 
 using namespace zyn;
 
-class CameraTest : public testing::Test {
+class Camera : public testing::Test {
 protected:
     std::mt19937 random{support::newSeed()};
     double uniform(double low, double high) {
@@ -29,7 +28,7 @@ protected:
         cam.phi = uniform(-3, 3), cam.omega = uniform(-3, 3), cam.kappa = uniform(-3, 3);
         return cam;
     }
-    /// Where a vector of the image points in the world: R = Ry(phi) Rx(omega) Rz(kappa), factor by
+    /// Returns the vector of the image in the world: R = Ry(phi) Rx(omega) Rz(kappa), factor by
     /// factor.
     static XPnt3d inWorld(const zynCamOutParam& cam, const XPnt3d& v) {
         const std::complex<double> k = std::complex(v.x, v.y) * std::polar(1.0, cam.kappa),
@@ -39,7 +38,7 @@ protected:
     }
 };
 
-TEST_F(CameraTest, ProjectInvertsTheCollinearityEquations) {
+TEST_F(Camera, ProjectInvertsTheCollinearityEquations) {
     const XPnt3d centre(5e5, 5.4e6, 1200);
     zynCamOutParam cam;
     for (int i = 0; i < 1000; ++i) {
@@ -58,7 +57,7 @@ TEST_F(CameraTest, ProjectInvertsTheCollinearityEquations) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(CameraTest, ManyPointsAreProjectedAsEach) {
+TEST_F(Camera, ProjectAllAgreesWithProject) {
     const XPnt3d centre(5e5, 5.4e6, 1200);
     for (const std::size_t count : {0U, 1U, 127U, 128U, 129U, 300U}) {
         zynCamOutParam cam = camera(centre);
@@ -78,7 +77,7 @@ TEST_F(CameraTest, ManyPointsAreProjectedAsEach) {
     }
 }
 
-TEST_F(CameraTest, CentreComesFromTheCoefficients) {
+TEST_F(Camera, OrientationFollowsFromTheElevenCoefficients) {
     for (int i = 0; i < 600; ++i) {
         const double offset = i % 3 == 0 ? 0 : i % 3 == 1 ? 5e5 : 5.4e6;
         const XPnt3d centre(offset + 100, offset + 200, 300);
@@ -99,16 +98,17 @@ TEST_F(CameraTest, CentreComesFromTheCoefficients) {
         EXPECT_LT(dist(XPnt3d(p.out.X, p.out.Y, p.out.Z), centre), 1e-9 * (1 + offset));
         EXPECT_NEAR(p.in.x0, x0, 1e-9);
         EXPECT_NEAR(p.in.y0, y0, 1e-9);
-        EXPECT_TRUE(p.in.f == f && p.out.phi == unsetCamera);
+        EXPECT_EQ(p.in.f, f);
+        EXPECT_EQ(p.out.phi, unsetCamera);
     }
 }
 
-TEST_F(CameraTest, NoCameraChangesNothing) {
+TEST_F(Camera, CoefficientsOfNoCameraChangeNothing) {
     zynCamParam p;
     std::memset(&p.L1, 0, 11 * sizeof(double));
     p.out.tagA = p.out.tagB = 5;
     const double coefficients[][4] = {                  // L1, L6, L11, L4
-                                      {-1, 1, 0.5, 0},  // a real camera, but for the mark
+                                      {-1, 1, 0.5, 0},  // a real camera, except for the mark
                                       {0, 0, 0, 0},
                                       {1, 1, 0, 1},
                                       {1, 1, std::nan(""), 1},
@@ -121,16 +121,24 @@ TEST_F(CameraTest, NoCameraChangesNothing) {
         EXPECT_EQ(std::memcmp(&p, &before, sizeof p), 0);
     }
     p.setInvalid();
-    EXPECT_TRUE(p.out.tagA == 5 && p.out.tagB == 5 && p.L6 == 1 && p.L1 == unsetCamera);
+    EXPECT_EQ(p.out.tagA, 5);
+    EXPECT_EQ(p.out.tagB, 5);
+    EXPECT_EQ(p.L6, 1);
+    EXPECT_EQ(p.L1, unsetCamera);
     const ref_ptr<DoubleArray> values = p.out.toArray();
-    EXPECT_TRUE(values->size() == 9 && values->get(6) == 5 && values->get(7) == unsetCamera);
+    ASSERT_EQ(values->size(), 9);
+    EXPECT_EQ(values->get(6), 5);
+    EXPECT_EQ(values->get(7), unsetCamera);
 }
 
-TEST(Geodesy, KnownPlacesAndTheWayBack) {
+TEST(Geodesy, CoordinatesConvertThereAndBack) {
     EXPECT_EQ(BLH2WGS({0, 0, 0}), XPnt3d(6378137.0, 0, 0));
     const XPnt3d pole = BLH2WGS({90, 0, 0});
-    EXPECT_TRUE(pole.x > 3e-10 && pole.x < 5e-10 && pole.y == 0 && pole.z == 6356752.314249948);
-    // P is not 0 there, so that the formula holds; H divides by the cosine.
+    EXPECT_GT(pole.x, 3e-10);
+    EXPECT_LT(pole.x, 5e-10);
+    EXPECT_EQ(pole.y, 0);
+    EXPECT_EQ(pole.z, 6356752.314249948);
+    // p is not 0 at this pole, so the general formula applies; only the height divides by a cosine.
     EXPECT_NEAR(WGS2BLH(pole).x, 90, 1e-9);
 
     for (const double l : {0.0, 0.01, 7.3, 65.7, 89.9, 90.0, 95.0, 138.7, 179.99, 180.0}) {
@@ -138,17 +146,18 @@ TEST(Geodesy, KnownPlacesAndTheWayBack) {
             const XPnt3d xyz = BLH2WGS({b, l, 432.1}), blh = WGS2BLH(xyz);
             EXPECT_LT(dist(BLH2WGS(blh), xyz), l == 0 || l == 180 ? 1e-4 : 1e-5) << b << ' ' << l;
             EXPECT_NEAR(blh.x, b, 1e-8);
-            EXPECT_NEAR(WGS2BLH(BLH2WGS({b, -l, 0})).y, l, 1e-5);  // west comes back as east
+            EXPECT_NEAR(WGS2BLH(BLH2WGS({b, -l, 0})).y, l,
+                        1e-5);  // western longitudes return as eastern ones
         }
     }
 }
 
-TEST(Geodesy, TheAxis) {
+TEST(Geodesy, PointsOnTheAxisHaveTheLatitudeOfAPole) {
     const double b = 6378137.0 * std::sqrt(1 - 0.006694379990126453);
     EXPECT_EQ(WGS2BLH({0, 0, 7e6}), XPnt3d(90, 0, 7e6 - b));
     EXPECT_EQ(WGS2BLH({0, -0.0, -7e6}), XPnt3d(-90, 0, 7e6 - b));
     EXPECT_EQ(WGS2BLH({0, 0, -0.0}), XPnt3d(90, 0, -b));
-    EXPECT_TRUE(std::isnan(WGS2BLH({std::nan(""), 0, 0}).x));  // and it ends
+    EXPECT_TRUE(std::isnan(WGS2BLH({std::nan(""), 0, 0}).x));  // and the iteration ends
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
-// The block: a random walk against a model without links, the cascades, bad arguments, and what the
-// sub-tables do beside that.
+// The block: a random walk against a model without links, cascades of removals, bad arguments, and
+// the two sub-tables.
 #include <zyn/pms.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <functional>
@@ -14,11 +12,13 @@
 #include "photogrammetry/pms_image_points.h"
 #include "photogrammetry/pms_world_points.h"
 #include "seed.h"
+#include "testing.h"
 
 namespace {
 
 using namespace zyn;
 using namespace zyn::detail;
+using testing::ElementsAre;
 
 constexpr int imageCount = 5;
 using Seen = std::vector<std::pair<int, XPnt2d>>;
@@ -49,7 +49,7 @@ struct Export {
     }
 };
 
-/// The same block without links: where each world point is seen.
+/// A block without links: it holds where each world point is seen.
 struct Model {
     struct Point {
         XPnt3d xyz = XPnt3d::invalid();
@@ -85,9 +85,9 @@ struct Model {
     }
 };
 
-class PmsTest : public testing::Test {
+class PmsTable : public testing::Test {
 protected:
-    PmsTest() { EXPECT_EQ(setImgNum(table.get(), imageCount), 0); }
+    PmsTable() { EXPECT_EQ(setImgNum(table.get(), imageCount), 0); }
 
     int pick(int n) { return std::uniform_int_distribution(0, n - 1)(random); }
     int add(const Seen& seen, const XPnt3d& xyz) { return table->addWrdPnt(seenOn(seen), xyz); }
@@ -101,20 +101,20 @@ protected:
     std::mt19937 random{support::newSeed()};
 };
 
-void PmsTest::walk(int steps) {
+void PmsTable::walk(int steps) {
     for (int step = 0; step < steps && !HasFailure(); ++step) {
         const bool adds = model.points.size() < 2 || pick(100) < 45;
-        (this->*(adds ? &PmsTest::addRandomPoint : &PmsTest::operate))(XPnt2d(step, step + 0.5),
-                                                                       XPnt3d(step, 1, 2));
+        (this->*(adds ? &PmsTable::addRandomPoint : &PmsTable::operate))(XPnt2d(step, step + 0.5),
+                                                                         XPnt3d(step, 1, 2));
         if (step % 10 == 0) { expectModel(); }
     }
 }
 
-void PmsTest::addRandomPoint(const XPnt2d& xy, const XPnt3d& xyz) {
+void PmsTable::addRandomPoint(const XPnt2d& xy, const XPnt3d& xyz) {
     Seen seen;
     Model::Point point{xyz, {}};
     for (int img = 0; img < imageCount; ++img) {
-        if (pick(img == 4 ? 20 : 3) > 1) { continue; }  // the last one may become empty
+        if (pick(img == 4 ? 20 : 3) > 1) { continue; }  // image 4 may become empty
         seen.emplace_back(img, xy);
         point.seen[img] = xy;
     }
@@ -122,7 +122,7 @@ void PmsTest::addRandomPoint(const XPnt2d& xy, const XPnt3d& xyz) {
     if (seen.size() > 1) { model.points.emplace(int(model.points.size()), point); }
 }
 
-void PmsTest::operate(const XPnt2d& xy, const XPnt3d& xyz) {
+void PmsTable::operate(const XPnt2d& xy, const XPnt3d& xyz) {
     const int img = pick(imageCount), a = pick(int(model.points.size())),
               b = pick(int(model.points.size()));
     const ref_ptr<TagPnt2dArray> tagged = table->getImgTagPnts(img);
@@ -170,7 +170,7 @@ void PmsTest::operate(const XPnt2d& xy, const XPnt3d& xyz) {
     }
 }
 
-void PmsTest::expectModel() {
+void PmsTable::expectModel() {
     const Export out(*table);
     ASSERT_EQ(table->getWrdPntNum(), int(model.points.size()));
     int kept = 0;
@@ -203,61 +203,83 @@ void PmsTest::expectModel() {
     }
 }
 
-TEST_F(PmsTest, ARandomWalkKeepsEveryLink) { walk(3000); }
+TEST_F(PmsTable, ARandomWalkKeepsEveryLink) { walk(3000); }
 
-TEST_F(PmsTest, ObservationsComeInTheirOrder) {
-    // Point 0 on images 0, 1, 2; point 1 on 2, 1; point 2 on 0, 1 without coordinates.
-    const auto at = [](int img, int pnt) { return std::pair(img, XPnt2d(img, pnt)); };
-    add({at(0, 0), at(1, 0), at(2, 0)}, XPnt3d(1, 1, 5e9));
-    add({at(2, 1), at(1, 1)}, XPnt3d(5, 1, 6e9));
-    EXPECT_EQ(table->addWrdPnt(seenOn({at(0, 2), at(1, 2)})), 0);
-    EXPECT_EQ(table->addWrdPnt(seenOn({at(0, 3)})), 0);  // too few: nothing is added
-    EXPECT_TRUE(table->getWrdPntNum() == 3 && table->getValidWrdPnts()->size() == 2);
-    EXPECT_EQ(table->getEnvelope(), Enve3d(1, 1, 5e9, 5, 1, 6e9));
+/// Returns a measurement of a point on an image; its coordinates are the two numbers.
+std::pair<int, XPnt2d> at(int img, int pnt) { return {img, XPnt2d(img, pnt)}; }
+
+/// Point 0 is on images 0, 1 and 2; point 1 on 2 and 1; point 2 on 0 and 1, without coordinates.
+struct SmallPmsTable : PmsTable {
+    SmallPmsTable() {
+        add({at(0, 0), at(1, 0), at(2, 0)}, XPnt3d(1, 1, 5e9));
+        add({at(2, 1), at(1, 1)}, XPnt3d(5, 1, 6e9));
+        EXPECT_EQ(table->addWrdPnt(seenOn({at(0, 2), at(1, 2)})), 0);
+    }
 
     const ref_ptr<Pnt2dArray> a = newPnt2dArray(), b = newPnt2dArray(), c = newPnt2dArray();
+    const ref_ptr<CamParaArray> cams = newCamParaArray();
+};
+
+TEST_F(SmallPmsTable, CommonPointsAndObservationsKeepTheOrderOfAddition) {
+    EXPECT_EQ(table->addWrdPnt(seenOn({at(0, 3)})), 0);  // adds nothing: one measurement is too few
+    EXPECT_EQ(table->getWrdPntNum(), 3);
+    EXPECT_EQ(table->getValidWrdPnts()->size(), 2);
+    EXPECT_EQ(table->getEnvelope(), Enve3d(1, 1, 5e9, 5, 1, 6e9));
+
     const ref_ptr<IntArray> onA = listOf({77}), onB = newIntArray();
     EXPECT_EQ(table->getCommonPnts(1, 0, a.get(), b.get(), onA.get(), nullptr), 0);
-    EXPECT_EQ(list(onA), std::vector{77});
+    EXPECT_THAT(list(onA), ElementsAre(77));
     table->getCommonPnts(1, 0, a.get(), b.get(), onA.get(), onB.get());
-    EXPECT_TRUE(list(onA) == std::vector({0, 2}) && list(onB) == std::vector({0, 1}));
-    EXPECT_TRUE(a->get(1) == XPnt2d(1, 2) && b->get(1) == XPnt2d(0, 2));
+    EXPECT_THAT(list(onA), ElementsAre(0, 2));
+    EXPECT_THAT(list(onB), ElementsAre(0, 1));
+    EXPECT_EQ(a->get(1), XPnt2d(1, 2));
+    EXPECT_EQ(b->get(1), XPnt2d(0, 2));
     table->addImgPnt(2, XPnt2d(2, 2), 2);
     table->getCommonPnts3(0, 1, 2, a.get(), b.get(), c.get());
-    EXPECT_TRUE(a->size() == 2 && a->get(1) == XPnt2d(0, 2) && b->get(1) == XPnt2d(1, 2) &&
-                c->get(1) == XPnt2d(2, 2));
-    EXPECT_EQ(list(table->getCommonWrdPnts(listOf({0, 1, 2}))), (std::vector{0, 2}));
-    EXPECT_EQ(list(table->getCommonWrdPnts(listOf({0, 7}))), std::vector<int>{});
+    ASSERT_EQ(a->size(), 2);
+    EXPECT_EQ(a->get(1), XPnt2d(0, 2));
+    EXPECT_EQ(b->get(1), XPnt2d(1, 2));
+    EXPECT_EQ(c->get(1), XPnt2d(2, 2));
+    EXPECT_THAT(list(table->getCommonWrdPnts(listOf({0, 1, 2}))), ElementsAre(0, 2));
+    EXPECT_THAT(list(table->getCommonWrdPnts(listOf({0, 7}))), testing::IsEmpty());
     EXPECT_EQ(table->getCommonWrdPnts(listOf({0})), nullptr);
 
-    const ref_ptr<CamParaArray> cams = newCamParaArray();
     EXPECT_EQ(table->getWrdPntObservations(1, a.get(), cams.get()), 0);
-    EXPECT_TRUE(a->get(0) == XPnt2d(1, 1) && cams->get(1).imageIndex == 2);
-    // An earlier measurement is left behind.
+    EXPECT_EQ(a->get(0), XPnt2d(1, 1));
+    EXPECT_EQ(cams->get(1).imageIndex, 2);
+}
+
+TEST_F(SmallPmsTable, ALaterMeasurementReplacesTheLinkAndLeavesTheEarlierOneBehind) {
     table->addImgPnt(0, XPnt2d(9, 9), 0);
     EXPECT_EQ(std::as_const(*table).getImgPnt(0, 0), XPnt2d(9, 9));
     EXPECT_EQ(getImgPntNum(table.get(), 0), 3);
     EXPECT_EQ(getImgPntAt(table.get(), 0, 0), XPnt2d(0, 0));
     EXPECT_EQ(getImgPntAt(table.get(), 0, 0).tag, 0);
-    EXPECT_EQ(list(table->getCommonWrdPnts(listOf({1, 0}))), (std::vector{0, 2, 0}));
-    table->removeImgPntAt(0, 0);  // takes the link along
+    EXPECT_THAT(list(table->getCommonWrdPnts(listOf({1, 0}))), ElementsAre(0, 2, 0));
+    table->removeImgPntAt(0, 0);  // removes the link too
     EXPECT_FALSE(table->getImgPnt(0, 0).isValid());
-    // One that is not valid is a link, but nothing that keeps the image.
+}
+
+TEST_F(SmallPmsTable, AnImageWithoutValidMeasurementsIsRemovedWithItsLastOne) {
+    // An invalid measurement is a link, but does not keep its image.
     table->addImgPnt(4, XPnt2d(), 1);
     EXPECT_EQ(table->getImgTagPnts(4)->size(), 0);
     table->addImgPnt(4, XPnt2d(9, 9), 0);
     table->removeWrdPnt(0);
-    EXPECT_EQ(table->getEnvelope(), Enve3d::invalid());  // of one point
-    EXPECT_EQ(table->getCamOutParam(4).imageIndex, 4);   // a point takes no image along
+    EXPECT_EQ(table->getEnvelope(), Enve3d::invalid()) << "one point is left";
+    EXPECT_EQ(table->getCamOutParam(4).imageIndex, 4) << "removing a point removes no image";
     table->removeImgPntAt(4, 0);
     EXPECT_EQ(table->getCamOutParam(4).imageIndex, -1);
     table->addImgPnt(3, XPnt2d(8, 8), 0);
     EXPECT_EQ(table->getWrdPntObservations(0, a.get(), cams.get()), -1);
-    EXPECT_TRUE(a->size() == 1 && a->get(0) == XPnt2d(8, 8) && cams->size() == 1);
-    EXPECT_EQ(table->removeImgPntAt(3, 1) + table->removeWrdPntOfImgPnt(3, 1), -2);  // the next
+    EXPECT_EQ(a->size(), 1);
+    EXPECT_EQ(a->get(0), XPnt2d(8, 8));
+    EXPECT_EQ(cams->size(), 1);
+    EXPECT_EQ(table->removeImgPntAt(3, 1), -1);
+    EXPECT_EQ(table->removeWrdPntOfImgPnt(3, 1), -1);
 }
 
-TEST_F(PmsTest, ResultsComeBackByTheirMaps) {
+TEST_F(PmsTable, ImportsResultsByTheMapsOfTheExport) {
     EXPECT_EQ(table->getCamInParam().f, -1);
     for (int n = 0; n < 4; ++n) {
         add({{0, XPnt2d(n, 0)}, {2, XPnt2d(n, 2)}, {4, XPnt2d(n, 4)}}, XPnt3d(n, n, n));
@@ -270,28 +292,34 @@ TEST_F(PmsTest, ResultsComeBackByTheirMaps) {
     out.wrdPnts->getRef(1) = XPnt3d(8, 8, 8);
     EXPECT_EQ(table->importData(out.cams, out.camMap, out.wrdPnts, out.wrdMap), 0);
     EXPECT_EQ(table->scale(2), 0);
-    EXPECT_TRUE(table->getCamOutParam(4).X == 88 && table->getWrdPnt(2) == XPnt3d(16, 16, 16));
-    EXPECT_TRUE(table->getCamOutParam(2).X == unsetCamera && !table->getWrdPnt(1).isValid());
+    EXPECT_EQ(table->getCamOutParam(4).X, 88);
+    EXPECT_EQ(table->getWrdPnt(2), XPnt3d(16, 16, 16));
+    EXPECT_EQ(table->getCamOutParam(2).X, unsetCamera);
+    EXPECT_FALSE(table->getWrdPnt(1).isValid());
     EXPECT_EQ(table->getWrdPnt(0), XPnt3d(0, 0, 0));
-    // More images later: the links of points reach none of them yet.
+    // The links of points do not reach the images that are added now.
     EXPECT_EQ(setImgNum(table.get(), 7), 0);
     EXPECT_FALSE(table->getImgPnt(6, 0).isValid());
-    EXPECT_TRUE(table->addImgPnt(6, XPnt2d(6, 6), 0) == 0 && table->getCommonPntNum(6, 0) == 1);
-    const Export more(*table);  // image 2 is live again, its measurements are gone
-    EXPECT_EQ(list(more.camMap), (std::vector{0, 1, 2, 3, 4, 5, 6}));
-    EXPECT_TRUE(more.imgPnts->get(2)->size() == 0 && more.imgPnts->get(5)->size() == 0);
+    EXPECT_EQ(table->addImgPnt(6, XPnt2d(6, 6), 0), 0);
+    EXPECT_EQ(table->getCommonPntNum(6, 0), 1);
+    const Export more(*table);  // image 2 is live again, without its measurements
+    EXPECT_THAT(list(more.camMap), ElementsAre(0, 1, 2, 3, 4, 5, 6));
+    EXPECT_EQ(more.imgPnts->get(2)->size(), 0);
+    EXPECT_EQ(more.imgPnts->get(5)->size(), 0);
     zynCamInParam interior = {};
     interior.f = 5;
     table->setCamInParam(interior);
     table->clear();
-    EXPECT_TRUE(table->getImgNum() == 0 && table->getWrdPntNum() == 0);
+    EXPECT_EQ(table->getImgNum(), 0);
+    EXPECT_EQ(table->getWrdPntNum(), 0);
     EXPECT_EQ(table->getCamInParam().f, 5);
     setImgNum(table.get(), imageCount);
     add({{0, XPnt2d(3, 3)}, {1, XPnt2d(4, 4)}}, XPnt3d(1, 1, 1));
-    EXPECT_TRUE(table->getImgPnt(1, 0) == XPnt2d(4, 4) && table->getImgTagPnts(0)->size() == 1);
+    EXPECT_EQ(table->getImgPnt(1, 0), XPnt2d(4, 4));
+    EXPECT_EQ(table->getImgTagPnts(0)->size(), 1);
 }
 
-/// Calls whenever an object ends, unless that happens in the call.
+/// Calls a function whenever an object ends, except during that function.
 struct CallingHandler : DeleteHandler {
     explicit CallingHandler(std::function<void()> call_) : call(std::move(call_)) {}
     void deleteObject(const ZynReferenced* object) override {
@@ -304,7 +332,7 @@ struct CallingHandler : DeleteHandler {
     bool isCalling = false;
 };
 
-TEST_F(PmsTest, ADeleteHandlerMayCallTheTable) {
+TEST_F(PmsTable, ADeleteHandlerMayCallTheTable) {
     const auto onTwo = [](int img) { return Seen{{img, {0.5, 1}}, {img + 1, {2, 3}}}; };
     const XPnt3d xyz(1, 2, 3);
     const auto calling = [&](const std::function<void()>& call, auto operation) {
@@ -341,7 +369,7 @@ TEST_F(PmsTest, ADeleteHandlerMayCallTheTable) {
     }
 }
 
-TEST_F(PmsTest, BadArgumentsChangeNothing) {
+TEST_F(PmsTable, BadArgumentsChangeNothing) {
     walk(300);
     auto& t = *table;
     const ref_ptr<Pnt2dArray> p = newPnt2dArray();
@@ -350,10 +378,14 @@ TEST_F(PmsTest, BadArgumentsChangeNothing) {
     const XPnt3d xyz(1, 1, 1);
     for (const int img : {-1, imageCount, 1 << 30, -(1 << 30)}) {
         const int pnt = img == imageCount ? t.getWrdPntNum() : img;
-        EXPECT_FALSE(t.getCamOutParam(img).imageIndex != -99999 || t.getWrdPnt(pnt).isValid() ||
-                     t.getImgPnt(img, 0).isValid() || t.getImgPnt(0, pnt).isValid());
-        EXPECT_TRUE(t.getWrdPntImgPnts(pnt) == nullptr && t.getImgTagPnts(img) == nullptr);
-        EXPECT_EQ(t.getCommonPntNum(img, 0) + t.getCommonPntNum(0, img), 0);
+        EXPECT_EQ(t.getCamOutParam(img).imageIndex, -99999);
+        EXPECT_FALSE(t.getWrdPnt(pnt).isValid());
+        EXPECT_FALSE(t.getImgPnt(img, 0).isValid());
+        EXPECT_FALSE(t.getImgPnt(0, pnt).isValid());
+        EXPECT_EQ(t.getWrdPntImgPnts(pnt), nullptr);
+        EXPECT_EQ(t.getImgTagPnts(img), nullptr);
+        EXPECT_EQ(t.getCommonPntNum(img, 0), 0);
+        EXPECT_EQ(t.getCommonPntNum(0, img), 0);
         EXPECT_EQ(getImgPntNum(&t, img), -1);
         EXPECT_EQ(getImgPntAt(&t, img, 0).tag, -1);
         EXPECT_FALSE(getImgPntAt(&t, 0, img == imageCount ? getImgPntNum(&t, 0) : img).isValid());
@@ -370,7 +402,8 @@ TEST_F(PmsTest, BadArgumentsChangeNothing) {
         EXPECT_EQ(result, -1);
     }
     EXPECT_EQ(t.getCommonWrdPnts(nullptr), nullptr);
-    EXPECT_EQ(setImgNum(&t, 0) + setImgNum(&t, -1), 0);
+    EXPECT_EQ(setImgNum(&t, 0), 0);
+    EXPECT_EQ(setImgNum(&t, -1), 0);
     const Export out(t);
     for (int missing = 0; missing < 6; ++missing) {
         const auto given = [&](int n, const auto& array) { return n == missing ? nullptr : array; };
@@ -394,37 +427,51 @@ TEST_F(PmsTest, BadArgumentsChangeNothing) {
     EXPECT_EQ(t.importData(out.cams, map, out.wrdPnts, out.wrdMap), -1);
     expectModel();
     t.clear();  // no list of measurements fits a table without images
-    EXPECT_EQ(t.addWrdPnt(newPnt2dArray(), xyz) + t.addWrdPnt(newPnt2dArray()), -2);
+    EXPECT_EQ(t.addWrdPnt(newPnt2dArray(), xyz), -1);
+    EXPECT_EQ(t.addWrdPnt(newPnt2dArray()), -1);
 }
 
-TEST(PmsSubTableTest, MeasurementsKeepTheirPlaces) {
+TEST(PmsImagePoints, InvalidMeasurementsKeepTheirPlaces) {
     CZynPMSImgPntsTable t;
-    EXPECT_TRUE(t.getCount(3) == -1 && t.getValidCount(3) == -1 && !t.getPnts(3) && !t.getIds(3));
-    EXPECT_EQ(t.add(3, XPnt2d(1, 2), 7) + t.add(3, XPnt2d(), 9), 3);
-    EXPECT_EQ(t.invalidate(3, 0) + t.invalidate(3, 0) + t.invalidate(3, 2), 0);
-    EXPECT_TRUE(t.getCount(3) == 2 && t.getValidCount(3) == 0);
-    EXPECT_EQ(list(t.getIds(3)), (std::vector{-1, 9}));
+    EXPECT_EQ(t.getCount(3), -1);
+    EXPECT_EQ(t.getValidCount(3), -1);
+    EXPECT_EQ(t.getPnts(3), nullptr);
+    EXPECT_EQ(t.getIds(3), nullptr);
+    EXPECT_EQ(t.add(3, XPnt2d(1, 2), 7), 1);
+    EXPECT_EQ(t.add(3, XPnt2d(), 9), 2);
+    for (const int index : {0, 0, 2}) { EXPECT_EQ(t.invalidate(3, index), 0) << index; }
+    EXPECT_EQ(t.getCount(3), 2);
+    EXPECT_EQ(t.getValidCount(3), 0);
+    EXPECT_THAT(list(t.getIds(3)), ElementsAre(-1, 9));
     t.clearIds();
-    EXPECT_TRUE(t.getIds(3)->size() == 0 && t.getCount(3) == 2);
+    EXPECT_EQ(t.getIds(3)->size(), 0);
+    EXPECT_EQ(t.getCount(3), 2);
     t.clearPnts();
     EXPECT_EQ(t.getCount(3), 0);
 }
 
-TEST(PmsSubTableTest, WorldPointsOwnTheirLinks) {
+TEST(PmsWorldPoints, OwnTheirLinks) {
     CZynPMSWrdPntsTable t;
     const ref_ptr<IntArray> first = listOf({0, -1, 5}), other = listOf({4});
-    EXPECT_EQ(t.addPnt(XPnt3d(1, 2, 3)) + t.addIds(first.get()), 0);
+    EXPECT_EQ(t.addPnt(XPnt3d(1, 2, 3)), 0);
+    EXPECT_EQ(t.addIds(first.get()), 0);
     for (const int bad : {-1, 1}) {
-        EXPECT_TRUE(!t.getPnt(bad).isValid() && t.getIds(bad) == nullptr);
-        EXPECT_EQ(t.setPnt(bad, XPnt3d()) + t.invalidatePnt(bad) + t.getValidCount(bad) +
-                      t.setIds(bad, other.get()) + t.resetIds(bad),
-                  -5);
+        EXPECT_FALSE(t.getPnt(bad).isValid());
+        EXPECT_EQ(t.getIds(bad), nullptr);
+        EXPECT_EQ(t.setPnt(bad, XPnt3d()), -1);
+        EXPECT_EQ(t.invalidatePnt(bad), -1);
+        EXPECT_EQ(t.getValidCount(bad), -1);
+        EXPECT_EQ(t.setIds(bad, other.get()), -1);
+        EXPECT_EQ(t.resetIds(bad), -1);
     }
     EXPECT_EQ(t.getValidCount(0), 2);
     EXPECT_EQ(t.setIds(0, other.get()), 0);
-    EXPECT_TRUE(first->referenceCount() == 1 && t.getIds(0) == other);
+    EXPECT_EQ(first->referenceCount(), 1);
+    EXPECT_EQ(t.getIds(0), other);
     t.clear();  // empties the arrays of links, too
-    EXPECT_TRUE(t.size() == 0 && t.getIdArrays()->size() == 0 && other->size() == 0);
+    EXPECT_EQ(t.size(), 0);
+    EXPECT_EQ(t.getIdArrays()->size(), 0);
+    EXPECT_EQ(other->size(), 0);
 }
 
 }  // namespace

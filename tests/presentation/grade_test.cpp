@@ -1,7 +1,5 @@
-// The scale: its pegs and its colours.
+// The colour scale: its pegs and its colours.
 #include <zyn/color.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
@@ -11,24 +9,31 @@
 
 #include "plain_blend.h"
 #include "seed.h"
+#include "testing.h"
 
 namespace {
 
 using namespace zyn;
 
-struct GradeTest : testing::Test {
+struct ColorScale : testing::Test {
     const ref_ptr<IZynGradeColor> grade = newZynGradeColor();
 };
 
-TEST_F(GradeTest, GoesFromBlackToWhite) {
-    EXPECT_TRUE(grade->getMode() == 4 && grade->getSteps() == -1 && grade->getPegCount() == 0);
-    EXPECT_TRUE(grade->getColor(0) == 0 && grade->getColor(1) == 0x00FFFFFF);
-    EXPECT_EQ(grade->getColor(-0.1F) + grade->getColor(1.1F) + grade->getColor(std::nanf("")), 0U);
+TEST_F(ColorScale, RunsFromBlackToWhiteAndRefusesUnknownModes) {
+    EXPECT_EQ(grade->getMode(), 4);
+    EXPECT_EQ(grade->getSteps(), -1);
+    EXPECT_EQ(grade->getPegCount(), 0);
+    EXPECT_EQ(grade->getColor(0), 0U);
+    EXPECT_EQ(grade->getColor(1), 0x00FFFFFFU);
+    for (const float outside : {-0.1F, 1.1F, std::nanf("")}) {
+        EXPECT_EQ(grade->getColor(outside), 0U) << outside;
+    }
     for (const int bad : {-1, 10, 1 << 30}) {
         grade->setMode(bad);
         ZynColor4b untouched(1, 2, 3, 4);
         EXPECT_EQ(grade->getColor(0.5F), 0U);
-        EXPECT_FALSE(grade->fillTable(&untouched, 1) || untouched.r != 1);
+        EXPECT_FALSE(grade->fillTable(&untouched, 1));
+        EXPECT_EQ(untouched.r, 1);
     }
     grade->setMode(0);
     EXPECT_FALSE(grade->fillTable(nullptr, 5));
@@ -37,34 +42,44 @@ TEST_F(GradeTest, GoesFromBlackToWhite) {
         EXPECT_EQ(grade->getColor(0.5F), 0x007F7F7FU);
     }
     grade->setSteps(4);
-    EXPECT_TRUE(grade->getColor(0) == 0x001F1F1F && grade->getColor(0.5F) == 0x009F9F9F);
+    EXPECT_EQ(grade->getColor(0), 0x001F1F1FU);
+    EXPECT_EQ(grade->getColor(0.5F), 0x009F9F9FU);
     EXPECT_EQ(grade->getColor(1), 0x001E1E1EU);  // beyond the end: 286 wraps
 }
 
-TEST_F(GradeTest, PegsKeepTheirIdentityAndOrder) {
+TEST_F(ColorScale, PegsKeepTheirIdentityAndAreSortedByPosition) {
     const int next = ZynColorPeg::uniqueID;
-    EXPECT_TRUE(grade->addPeg(0x11, 0.75F) == 0 && grade->addPeg(0x22, 0.25F) == 0);
-    EXPECT_TRUE(grade->getPeg(1).getID() == next && grade->getPeg(0).color == 0x22);
-    EXPECT_TRUE(grade->setPeg(0, 0x33, 0.9F) == 1 && grade->getPeg(1).getID() == next + 1);
-    EXPECT_EQ(grade->addPeg(ZynColorPeg(0x44, 0.75F)), 1);  // behind the one at its place
-    EXPECT_EQ(grade->setPeg(0, 0x11, 0.75F), 0);            // which does not move
+    EXPECT_EQ(grade->addPeg(0x11, 0.75F), 0);
+    EXPECT_EQ(grade->addPeg(0x22, 0.25F), 0);
+    EXPECT_EQ(grade->getPeg(1).getID(), next);
+    EXPECT_EQ(grade->getPeg(0).color, 0x22U);
+    EXPECT_EQ(grade->setPeg(0, 0x33, 0.9F), 1);
+    EXPECT_EQ(grade->getPeg(1).getID(), next + 1);
+    EXPECT_EQ(grade->addPeg(ZynColorPeg(0x44, 0.75F)), 1);  // behind the peg at the same position
+    EXPECT_EQ(grade->setPeg(0, 0x11, 0.75F), 0);            // does not move it
     ZynColorPeg outside(0x55, 1.5F);
-    EXPECT_TRUE(grade->setPeg(0, outside) == 2 && outside.pos == 1);
+    EXPECT_EQ(grade->setPeg(0, outside), 2);
+    EXPECT_EQ(outside.pos, 1);
     for (const int index : {-3, -2, -4}) {
         EXPECT_EQ(grade->setPeg(index, std::uint32_t(1 - index), 0.5F), -1);
     }
     for (const int none : {3, -1}) { EXPECT_EQ(grade->setPeg(none, 0, 0), -1); }
-    EXPECT_TRUE(grade->getPeg(-3).pos == 0 && grade->getPeg(-2).pos == 1);
-    EXPECT_TRUE(grade->getStartColor() == 4 && grade->getEndColor() == 3);
-    EXPECT_TRUE(grade->getZeroColor() == 5 && grade->getPeg(-9).color == 5);
+    EXPECT_EQ(grade->getPeg(-3).pos, 0);
+    EXPECT_EQ(grade->getPeg(-2).pos, 1);
+    EXPECT_EQ(grade->getStartColor(), 4U);
+    EXPECT_EQ(grade->getEndColor(), 3U);
+    EXPECT_EQ(grade->getZeroColor(), 5U);
+    EXPECT_EQ(grade->getPeg(-9).color, 5U);
     grade->removePeg(3);
     grade->removePeg(-3);
-    EXPECT_TRUE(grade->getPegCount() == 3 && grade->getPeg(3).id == -1);
+    EXPECT_EQ(grade->getPegCount(), 3);
+    EXPECT_EQ(grade->getPeg(3).id, -1);
     EXPECT_EQ(ZynColorPeg::uniqueID, next + 3);
-    EXPECT_TRUE(grade->addPeg(1, std::nanf("")) == 0 && grade->getPeg(0).pos == 0);
+    EXPECT_EQ(grade->addPeg(1, std::nanf("")), 0);
+    EXPECT_EQ(grade->getPeg(0).pos, 0);
 }
 
-TEST(ColorPeg, ThreadsCountTogether) {
+TEST(ColorPeg, ThreadsShareOneCounterOfIdentities) {
     const int next = ZynColorPeg::uniqueID;
     const auto makeScales = [] {
         for (int i = 0; i < 500000; ++i) { ref_ptr(newZynGradeColor())->addPeg(0, 0); }
@@ -72,20 +87,23 @@ TEST(ColorPeg, ThreadsCountTogether) {
     std::thread other(makeScales);
     makeScales();
     other.join();
-    EXPECT_EQ(ZynColorPeg::uniqueID, next + 4000000);  // a scale has three pegs of its own
+    EXPECT_EQ(ZynColorPeg::uniqueID, next + 4000000);  // each scale makes three pegs of its own
 }
 
-TEST_F(GradeTest, StretchesAreFound) {
+TEST_F(ColorScale, FindsTheSegmentBetweenTwoPegs) {
     EXPECT_EQ(grade->findSegment(0.5F), -1);
     grade->addPeg(0xFF, 0.2F);
-    EXPECT_TRUE(grade->findSegment(0.1F) == -3 && grade->findSegment(0.5F) == -1);
+    EXPECT_EQ(grade->findSegment(0.1F), -3);
+    EXPECT_EQ(grade->findSegment(0.5F), -1);
     grade->addPeg(0xFF00, 0.8F);
     grade->addPeg(0xFF0000, 0.5F);
-    EXPECT_TRUE(grade->findSegment(0.2F) == 0 && grade->findSegment(0.5F) == 0);
-    EXPECT_TRUE(grade->findSegment(0.6F) == 1 && grade->findSegment(0.9F) == -1);
+    EXPECT_EQ(grade->findSegment(0.2F), 0);
+    EXPECT_EQ(grade->findSegment(0.5F), 0);
+    EXPECT_EQ(grade->findSegment(0.6F), 1);
+    EXPECT_EQ(grade->findSegment(0.9F), -1);
 }
 
-TEST_F(GradeTest, TheTableIsMadeOfTheColors) {
+TEST_F(ColorScale, TableAndColorsAgreeWithAPlainReference) {
     std::mt19937 random(support::newSeed());
     const auto color = [&random] { return std::uint32_t(random()) & 0xFFFFFF; };
     for (int round = 0; round < 200; ++round) {
@@ -120,7 +138,8 @@ TEST_F(GradeTest, TheTableIsMadeOfTheColors) {
                         : support::plainBlend(mode, a.color, b.color, place, a.pos, b.pos);
                 ASSERT_EQ(scale->getColor(t) & 0xFFFFFF, expected);
                 const ZynColor4b c = table[i];
-                ASSERT_TRUE(c.a == 255 && std::uint32_t(c.r | c.g << 8 | c.b << 16) == expected);
+                ASSERT_EQ(c.a, 255);
+                ASSERT_EQ(std::uint32_t(c.r | c.g << 8 | c.b << 16), expected);
             }
         }
     }

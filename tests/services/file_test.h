@@ -1,14 +1,14 @@
-// A test with a file of its own.
+// The fixture of a test that has a file of its own.
 #pragma once
 
 #include <zyn/textfile.h>
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+
+#include "testing.h"
 
 inline QString q(const std::string& text) {
     return QString::fromUtf8(text.c_str(), int(text.size()));

@@ -1,4 +1,4 @@
-// Arrays of any class and distinct elements for them, for tests that run over several classes.
+// Arrays of any class and distinct elements for them, for typed tests.
 #pragma once
 
 #include "containers/array_imp.h"
@@ -11,7 +11,7 @@
 
 inline constexpr int elementCount = 100;
 
-/// Element `i` of `elementCount`; the same one at each call.
+/// Returns element `i` of `elementCount`, the same one at each call.
 template <class E>
 E element(int i) {
     using namespace zyn;
@@ -37,7 +37,7 @@ E element(int i) {
     }
 }
 
-/// A new array of the implementation that suits its elements.
+/// Returns a new array of the implementation that suits its elements.
 template <class Array>
 Array* newArrayOf() {
     if constexpr (zyn::detail::CountedPointer<typename Array::value_type>) {

@@ -13,17 +13,17 @@
 
 namespace support {
 
-/// A triangle, and the far corners of the triangles across its edges.
+/// A triangle, and the opposite corners of the triangles across its edges.
 struct TriangleAndRing {
     std::array<Position, 3> corners;
     std::vector<Position> across;
 };
 
-/// How a triangulation differs from CGAL's. Where four points are on one circle, two are right.
+/// How a triangulation differs from CGAL's. Four points on one circle have two correct ones.
 struct CgalDifference {
     std::size_t theirs = 0;  ///< CGAL's triangles
     int missing = 0;         ///< triangles that CGAL does not have
-    int onCircle = 0;        ///< those too, but with a fourth point on their circle
+    int onCircle = 0;        ///< such triangles with a fourth point on their circle
 };
 
 inline CgalDifference differenceFromCgal(const std::vector<Position>& points,

@@ -7,7 +7,7 @@
 namespace support {
 namespace {
 
-/// From q to p. The bits suffice for sums of products of four differences of any doubles.
+/// The vector from q to p. Its bits suffice for sums of products of four differences of doubles.
 struct Vector {
     Vector(Position p, Position q) : x(exact(p.x) - exact(q.x)), y(exact(p.y) - exact(q.y)) {}
 

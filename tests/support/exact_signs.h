@@ -1,4 +1,4 @@
-// Signs of determinants by integers of any size: what the predicates are measured against.
+// Exact signs of determinants, against which the tests compare the predicates.
 #pragma once
 
 #include <vector>
@@ -10,14 +10,14 @@ struct Position {
     double y;
 };
 
-/// 1 when a, b, c run counter-clockwise, -1 when clockwise, 0 when they are collinear.
+/// Returns 1 if a, b, c run counter-clockwise, -1 if clockwise, and 0 if they are collinear.
 int exactOrientation(Position a, Position b, Position c);
 
-/// Sign of the lifted determinant of the in-circle test: on a, b, c that run counter-clockwise, 1
-/// when d lies inside their circle.
+/// Returns the sign of the lifted determinant of the in-circle test: 1 if d is inside the circle of
+/// a, b, c that run counter-clockwise.
 int exactInCircle(Position a, Position b, Position c, Position d);
 
-/// Whether the triangles, corner after corner, have together the area of the polygon. Both run
+/// Returns whether the triangles, three corners each, have the area of the polygon. Both run
 /// counter-clockwise.
 bool haveAreaOf(const std::vector<Position>& triangles, const std::vector<Position>& polygon);
 

@@ -15,9 +15,10 @@ constexpr int unlimited = -1;
 std::atomic<int> allowance = unlimited;
 std::atomic<bool> failed = false;
 std::atomic<long> live = 0;
-std::atomic<std::size_t> out = 0, most = 0;
+std::atomic<std::size_t> allocated = 0, peak = 0;
 
-/// Qt loses its way when it gets no memory in the middle of its own work: it gets all that it wants.
+/// Returns whether Qt asks for memory. It always gets memory, because it does not survive a
+/// failure.
 bool isQt(const void* code) {
     Dl_info place = {};
     return dladdr(code, &place) != 0 && std::strstr(place.dli_fname, "libQt") != nullptr;
@@ -31,8 +32,8 @@ void* allocate(std::size_t size, const void* caller) noexcept {
     if (allowance > 0) { --allowance; }
     void* const memory = std::malloc(std::max<std::size_t>(size, 1));
     if (memory != nullptr) { ++live; }
-    out += malloc_usable_size(memory);
-    most = std::max(most.load(), out.load());
+    allocated += malloc_usable_size(memory);
+    peak = std::max(peak.load(), allocated.load());
     return memory;
 }
 void* allocateOrThrow(std::size_t size, const void* caller) {
@@ -41,7 +42,7 @@ void* allocateOrThrow(std::size_t size, const void* caller) {
 }
 void release(void* memory) noexcept {
     if (memory != nullptr) { --live; }
-    out -= malloc_usable_size(memory);
+    allocated -= malloc_usable_size(memory);
     std::free(memory);
 }
 
@@ -73,7 +74,7 @@ bool FailingAllocation::hasFailed() const { return failed; }
 
 long liveBlocks() { return live; }
 
-PeakMemory::PeakMemory() : before(out) { most = out.load(); }
-std::size_t PeakMemory::bytes() const { return most - before; }
+PeakMemory::PeakMemory() : before(allocated) { peak = allocated.load(); }
+std::size_t PeakMemory::bytes() const { return peak - before; }
 
 }  // namespace support

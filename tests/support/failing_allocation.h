@@ -1,12 +1,12 @@
-// Memory that is counted, and that runs out when a test wants it to: operator new of a test program
-// that has failing_allocation.cpp among its sources.
+// Memory that is counted, and that runs out on demand. A test program that has
+// failing_allocation.cpp among its sources uses its operator new.
 #pragma once
 
 #include <cstddef>
 
 namespace support {
 
-/// From its start on so many allocations succeed, and none after them until its end.
+/// During its lifetime the first `successes` allocations succeed, and all later ones fail.
 class FailingAllocation {
 public:
     explicit FailingAllocation(int successes);
@@ -14,15 +14,15 @@ public:
     FailingAllocation& operator=(const FailingAllocation&) = delete;
     ~FailingAllocation();
 
-    /// Whether memory was asked for in vain.
+    /// Returns whether an allocation has failed.
     [[nodiscard]] bool hasFailed() const;
 };
 
-/// Blocks that operator new gave and that were not given back.
+/// Returns the number of blocks that operator new has returned and nobody has released.
 long liveBlocks();
 
-/// The most bytes that operator new has handed out at a time since construction, above those that
-/// were out then. One at a time counts right.
+/// Measures the peak of allocated bytes since construction, above those allocated then. Only one
+/// object at a time measures correctly.
 class PeakMemory {
 public:
     PeakMemory();

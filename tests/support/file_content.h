@@ -1,4 +1,4 @@
-// Whole files as strings, and numbers as they stand in binary ones.
+// Whole files as strings, and numbers as bytes of binary files.
 #pragma once
 
 #include <fstream>
@@ -11,7 +11,7 @@ inline std::string contentOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
-/// The bytes of numbers on a little-endian machine.
+/// Returns the bytes of numbers on a little-endian machine.
 template <class... Numbers>
 std::string bytes(Numbers... numbers) {
     std::string result;

@@ -1,5 +1,5 @@
-// Whether triangles fill the convex hull of their vertices, by arithmetic that shares nothing with the
-// library.
+// Checks that triangles fill the convex hull of their vertices, with arithmetic that shares nothing
+// with the library.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +13,8 @@ namespace support {
 
 inline std::pair<double, double> keyOf(Position p) { return {p.x, p.y}; }
 
-/// Andrew's monotone chain, counter-clockwise from the least x, with the points on the hull's edges.
+/// Returns the hull, counter-clockwise from the least x, with the points on its edges: Andrew's
+/// monotone chain.
 inline std::vector<Position> hullOf(std::vector<Position> points) {
     std::ranges::sort(points, {}, keyOf);
     std::vector<Position> hull;
@@ -31,10 +32,10 @@ inline std::vector<Position> hullOf(std::vector<Position> points) {
     return hull;
 }
 
-/// Checks the number and the area of triangles, given corner after corner.
+/// Checks the number and the area of triangles, three corners each. Returns the fault, or "".
 inline std::string faultOfHull(const std::vector<Position>& points,
                                const std::vector<Position>& corners) {
-    if (points.empty()) { return corners.empty() ? "" : "triangles of nothing"; }
+    if (points.empty()) { return corners.empty() ? "" : "triangles without points"; }
     const std::vector<Position> hull = hullOf(points);
     const auto most = 2 * points.size() - std::min(2 * points.size(), hull.size() + 2);
     if (corners.size() != 3 * most) { return "not " + std::to_string(most) + " triangles"; }

@@ -1,9 +1,7 @@
-// An engine with the points that it stands on.
+// An engine and the points that are its vertices.
 #pragma once
 
 #include <zyn/network.h>
-
-#include <gtest/gtest.h>
 
 #include <deque>
 #include <type_traits>
@@ -11,6 +9,7 @@
 
 #include "containers/array_imp.h"
 #include "point_sets.h"
+#include "testing.h"
 
 namespace support {
 
@@ -48,14 +47,14 @@ struct Network {
     }
     explicit Network(const PointSet& set) : Network(set.minX, set.minY, set.maxX, set.maxY) {}
 
-    /// Offers a point to the engine; taken or not, it is the last of `points` afterwards.
+    /// Adds a point to `points`, and then to the engine. Returns whether the engine accepts it.
     bool add(double x, double y, double z = 0, double tolerance = 0) {
         points.emplace_back(Real(x), Real(y), Real(z));
         return engine->addPoint(&points.back(), Real(tolerance));
     }
     Real* vertex(std::size_t i) { return points[i]; }
 
-    /// All records in pool order, and copies of them: equal when nothing has changed.
+    /// Return all records in pool order, and copies of them, which are equal if nothing changes.
     /// @{
     std::vector<Tri*> triangles() {
         std::vector<Tri*> result;
@@ -69,7 +68,7 @@ struct Network {
         return result;
     }
     /// @}
-    /// A triangle with that edge, or null.
+    /// Returns a triangle with that edge, or null.
     Tri* triangleOn(const Real* a, const Real* b) {
         for (Tri* const t : triangles()) {
             if (t->index(a, b) != -1) { return t; }

@@ -49,10 +49,10 @@ private:
     const char* faultOfTriangle(Tri* t) {
         const auto& v = t->vertex;
         if (v[0] == nullptr || v[1] == nullptr || v[2] == nullptr) { return "a corner is null"; }
-        if (v[0] == v[1] || v[1] == v[2] || v[2] == v[0]) { return "a corner comes twice"; }
+        if (v[0] == v[1] || v[1] == v[2] || v[2] == v[0]) { return "two corners are one vertex"; }
         const int turn = exactOrientation(at(v[0]), at(v[1]), at(v[2]));
         if (turn < 0) { return "runs clockwise"; }
-        if (turn == 0 && !mayBeFlat(t)) { return "has no area"; }
+        if (turn == 0 && !mayBeFlat(t)) { return "is degenerate"; }
         for (int i = 0; i < 3; ++i) {
             if (const char* const text = faultOfEdge(t, i)) { return text; }
         }
@@ -67,7 +67,7 @@ private:
             ++openEdges;
             return onOneSide({at(from), at(to)}) ? nullptr : "an open edge is not on the frame";
         }
-        if (!numbers.contains(n)) { return "a neighbour is no triangle of the network"; }
+        if (!numbers.contains(n)) { return "a neighbour is not in the network"; }
         int back = 0;
         while (back < 3 && (n->neighbor[back] != t || n->vertex[(back + 1) % 3] != to ||
                             n->vertex[(back + 2) % 3] != from)) {
@@ -88,7 +88,7 @@ private:
             return "there are " + std::to_string(v) + " vertices";
         }
         // V - E + T = 1 of a disc, with 2 E = 3 T + open edges.
-        if (2 * v - t - openEdges != 2) { return "the network is no disc"; }
+        if (2 * v - t - openEdges != 2) { return "the network is not a disc"; }
         return isConnected() ? "" : "the network is in pieces";
     }
 

@@ -1,4 +1,5 @@
-// Whether a network is what an engine promises, by arithmetic that shares nothing with the library.
+// Checks that a network is what an engine promises, with arithmetic that shares nothing with the
+// library.
 #pragma once
 
 #include <zyn/delaunay.h>
@@ -10,13 +11,15 @@ namespace support {
 
 struct Expected {
     bool delaunay = true;              ///< no inner edge may fail the exact in-circle test
-    bool duplicates = false;           ///< triangles beside points in one place may have no area
+    bool duplicates = false;           ///< triangles at points in one place may be degenerate
     std::optional<int> vertices = {};  ///< the corners of the frame included
 };
 
-/// The first broken promise, with the number of its triangle in pool order; empty when there is
-/// none. Every triangle is strictly counter-clockwise, but for those of no area on a side of the
-/// frame; links are symmetric; the network is one disc that ends at the frame. Moves the cursor.
+/// Returns the first broken promise with the number of its triangle in pool order, or "". Moves the
+/// cursor. The promises:
+/// - Every triangle runs counter-clockwise; degenerate ones occur only along a side of the frame.
+/// - Links are symmetric.
+/// - The network is one disc that ends at the frame.
 template <class Real>
 std::string faultOf(zyn::DelaunayInterface<Real>& engine, const Expected& expected = {});
 

@@ -1,4 +1,4 @@
-// The ten ways to blend two colours, written down channel by channel.
+// The ten ways to blend two colours, written channel by channel.
 #pragma once
 
 #include <zyn/color.h>

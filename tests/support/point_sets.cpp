@@ -80,7 +80,7 @@ public:
 
     PointSet set;
     int count, side;
-    bool isNudged = false;  ///< each coordinate goes to the next number up or down, or stays
+    bool isNudged = false;  ///< each coordinate moves to the next number up or down, or stays
 
 private:
     std::mt19937 random;
@@ -141,7 +141,7 @@ void denseLines(Maker& m) {
     });
 }
 
-// In places near each other
+// Clusters and near duplicates
 
 void clusters(Maker& m, int number, double finest) {
     m.each([&, x = 0.0, y = 0.0, spread = 0.0](int i) mutable {
@@ -156,7 +156,7 @@ void clusters(Maker& m, int number, double finest) {
 void outlier(Maker& m) {
     m.each([&m](int i) { m.add(1e-4 * m.across(), i == m.count / 2 ? 1e4 : 1e-4 * m.across()); });
 }
-/// Every third point once more.
+/// Repeats every third point.
 void duplicates(Maker& m, bool onLattice) {
     m.each([&](int i) {
         m.add(onLattice ? m.whole(0, m.side / 2) : m.across(),
@@ -175,14 +175,14 @@ void nearDuplicates(Maker& m) {
     m.isNudged = true;
 }
 
-// Of sizes far apart
+// Coordinates of very different sizes
 
 void magnitudes(Maker& m, double least, double most) {
     const auto number = [&] { return m.sign() * std::pow(10.0, m.uniform(least, most)); };
     m.each([&](int) { m.add(number(), number()); });
 }
 
-// Beside the frame and on it
+// Near the frame and on it
 
 void gridOnFrame(Maker& m) {
     const int end = std::max(m.side - 1, 1);

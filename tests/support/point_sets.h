@@ -1,4 +1,4 @@
-// Families of points that are hard on a triangulation.
+// Families of points that are hard to triangulate.
 #pragma once
 
 #include <zyn/point.h>
@@ -16,11 +16,11 @@ struct PointSet {
     bool duplicates = false;  ///< points in one place, to be kept
 };
 
-/// Where a family stands, whose points are about 1 apart near the origin.
+/// Where and how large a family is. At scale 1 its points are about 1 apart, near the origin.
 struct Scale {
     std::string_view name;
     double spacing = 1, x = 0, y = 0;
-    double lattice = 0;  ///< what coordinates are rounded to, unless 0
+    double lattice = 0;  ///< the unit to which coordinates are rounded, or 0
 };
 inline constexpr Scale atOrigin{"AtOrigin"};
 inline constexpr Scale nano{"Nano", 1e-9};
@@ -30,16 +30,16 @@ inline constexpr Scale scales[] = {atOrigin,
                                    nano,
                                    {"Tera", 1e12}};
 
-/// The names that makePointSet knows: families of finite points in their frame.
+/// Returns the names for makePointSet whose points are finite and in their frame.
 std::span<const std::string_view> pointSetNames();
-/// Further ones, with points that an engine refuses.
+/// Returns further names, whose points an engine refuses in part.
 std::span<const std::string_view> wildPointSetNames();
 
-/// The family of that name, the same points for the same seed.
+/// Returns the family of that name, with the same points for the same seed.
 PointSet makePointSet(std::string_view name, unsigned seed, int count = 2500,
                       const Scale& scale = atOrigin);
 
-/// `count` points, uniform in the unit square, in the order of narrow strips.
+/// Returns `count` points, uniform in the unit square, sorted in narrow strips.
 PointSet uniformPoints(int count, unsigned seed);
 
 }  // namespace support

@@ -7,7 +7,7 @@
 
 namespace support {
 
-/// A new seed, printed; or, to have a failure again, the number in ZYN_TEST_SEED.
+/// Returns a new seed and prints it. ZYN_TEST_SEED repeats the run of a given seed.
 inline unsigned newSeed() {
     const char* const wanted = std::getenv("ZYN_TEST_SEED");
     const unsigned seed = wanted != nullptr

@@ -1,4 +1,4 @@
-// Whether the parts of a Surface fit each other.
+// Checks that the parts of a Surface are consistent.
 #pragma once
 
 #include <zyn/surface.h>
@@ -13,13 +13,13 @@ namespace support {
 
 using NumberPair = std::array<int, 2>;
 
-/// The pairs, each in ascending order.
+/// Returns the pairs, each in ascending order.
 inline std::set<NumberPair> sorted(std::vector<NumberPair> pairs) {
     for (NumberPair& pair : pairs) { std::ranges::sort(pair); }
     return {pairs.begin(), pairs.end()};
 }
 
-/// The first fault of the whole surface, whatever its maxEdge; empty when there is none.
+/// Returns the first fault of the whole surface, whatever its maxEdge, or "".
 inline std::string faultOf(const zyn::Surface& surface) {
     if (const auto fault = surface.validate()) { return fault->text; }
     const zyn::SurfaceView all = surface.withMaxEdge(zyn::anyEdge);

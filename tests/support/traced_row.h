@@ -1,4 +1,4 @@
-// Counted objects that tell when they end, and the reference-holding array of them.
+// Counted objects that call a function when they end, and the array that holds references to them.
 #pragma once
 
 #include <zyn/array.h>

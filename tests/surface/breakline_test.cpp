@@ -1,8 +1,6 @@
-// Breaklines: every segment in the network, whatever it crosses.
+// Breaklines in networks: every segment becomes edges, whatever it crosses.
 #include <zyn/geometry.h>
 #include <zyn/network.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
@@ -14,6 +12,7 @@
 #include "network.h"
 #include "network_check.h"
 #include "seed.h"
+#include "testing.h"
 #include "triangulation/predicates.h"
 
 namespace {
@@ -27,7 +26,7 @@ template <class Real>
 struct Ground : support::Network<Real> {
     using support::Network<Real>::Network;
 
-    /// Adds a breakline, with vertices at crossings when they are asked for.
+    /// Adds a breakline, with vertices at crossings if `asked`.
     int addLine(const Line& line, double tolerance = 0, bool asked = false) {
         lines.push_back(support::arrayOf<Real>(line));
         const int edges = addBreakline(this->engine.get(), lines.back().get(), Real(tolerance),
@@ -35,7 +34,7 @@ struct Ground : support::Network<Real> {
         expectEdges();
         return edges;
     }
-    /// Every pair of the list is an edge, by the records, and the network is valid.
+    /// Checks that every pair of `fixed` is an edge of the records, and that the network is valid.
     void expectEdges() {
         std::set<std::pair<const Real*, const Real*>> edges;
         for (const auto& t : this->records()) {
@@ -49,8 +48,8 @@ struct Ground : support::Network<Real> {
         }
         EXPECT_EQ(support::faultOf(*this->engine, {.delaunay = false}), "");
     }
-    /// Whether fixed edges that lie straight between a and b lead all the way.
-    bool reaches(XPnt3d a, const XPnt3d& b) {
+    /// Checks that fixed edges on the segment from a to b lead all the way.
+    testing::AssertionResult reaches(XPnt3d a, const XPnt3d& b) {
         while (a.x != b.x || a.y != b.y) {
             XPnt3d next = a;
             for (int i = 0; i < fixed->size(); ++i) {
@@ -61,13 +60,15 @@ struct Ground : support::Network<Real> {
                                      (b.x - a.x) * (w.x - a.x) + (b.y - a.y) * (w.y - a.y) > 0;
                 if (isAhead) { next = w; }
             }
-            if (next.x == a.x && next.y == a.y) { return false; }
+            if (next.x == a.x && next.y == a.y) {
+                return testing::AssertionFailure() << "the line ends at " << a.x << ", " << a.y;
+            }
             a = next;
         }
-        return true;
+        return testing::AssertionSuccess();
     }
 
-    std::vector<ref_ptr<Pnt3Array<Real>>> lines;  // their points are vertices
+    std::vector<ref_ptr<Pnt3Array<Real>>> lines;  // own the vertices
     ref_ptr<VertexArray<Real>> fixed = support::newVertices<Real>();
     ref_ptr<Pnt3Pool<Real>> pool = new ZynPoolImp<Pnt3Pool<Real>>(64);
 };
@@ -90,7 +91,9 @@ TYPED_TEST(Breaklines, TangledLinesEnd) {
             for (XPnt3d& p : points) { p = {quarter(random), quarter(random), 1}; }
             points[1].x = points[0].x + (points[0].x < 50 ? 40 : -40);  // not one vertex
             EXPECT_GE(ground.addLine(points, asked && n % 2 == 0 ? 0.5 : 0, asked), 1);
-            EXPECT_TRUE(asked || points.size() > 2 || ground.reaches(points[0], points[1])) << n;
+            if (!asked && points.size() == 2) {
+                EXPECT_TRUE(ground.reaches(points[0], points[1])) << n;
+            }
             if (n % 2 == 0) { restoreDelaunay(ground.engine.get(), ground.fixed.get()); }
             ground.expectEdges();
             ASSERT_FALSE(this->HasFailure()) << n;
@@ -130,8 +133,8 @@ TYPED_TEST(Breaklines, StartAtTheNearestVertexWithinTheTolerance) {
     }
 }
 
-// Of segments that do not cross, on a lattice: the pieces between the points that lie on them.
-TYPED_TEST(Breaklines, ArePiecesBetweenTheVerticesOnThem) {
+// The segments do not cross; each is split at the points of the lattice on it.
+TYPED_TEST(Breaklines, AreSplitAtTheVerticesOnThem) {
     std::mt19937 random(support::newSeed());
     for (int round = 0; round < 10; ++round) {
         constexpr int side = 40;
@@ -176,27 +179,29 @@ TYPED_TEST(Breaklines, ArePiecesBetweenTheVerticesOnThem) {
     }
 }
 
-TYPED_TEST(Breaklines, KeepEarlierOnes) {
+TYPED_TEST(Breaklines, KeepEarlierLinesUnlessTheyCrossWithoutAVertex) {
     Ground<TypeParam> ground(-1, -1, 11, 11);
     for (int i = 0; i < 121; ++i) { ground.add(i % 11 + (i / 11 % 2) * 0.25, i / 11); }
     const auto hasFirst = [&ground] { return ground.reaches({0.5, 5.25}, {9.5, 5.25}); };
     EXPECT_GT(ground.addLine({{0.5, 5.25, 10}, {9.5, 5.25, 10}}), 0);
-    // A vertex on the earlier line splits it, and does not flip it away.
+    // A vertex on the earlier line splits it and keeps both parts.
     EXPECT_GT(ground.addLine({{4.5, 5.25, 10}, {4.5, 8, 20}}), 0);
     EXPECT_TRUE(hasFirst());
-    // With vertices at crossings both lines are there, the new vertex at the earlier one's height.
+    // A vertex at the crossing keeps both lines, at the height of the earlier one.
     EXPECT_GT(ground.addLine({{7.125, 1, 0}, {7.125, 9, 0}}, 0, true), 0);
     ASSERT_EQ(ground.pool->size(), 1U);
-    EXPECT_TRUE(*ground.pool->at(0) == XPnt3<TypeParam>(TypeParam(7.125), TypeParam(5.25), 10));
-    EXPECT_TRUE(hasFirst() && ground.reaches({7.125, 1}, {7.125, 9}));
-    // Without, the earlier one gives way there.
+    EXPECT_EQ(*ground.pool->at(0), XPnt3<TypeParam>(TypeParam(7.125), TypeParam(5.25), 10));
+    EXPECT_TRUE(hasFirst());
+    EXPECT_TRUE(ground.reaches({7.125, 1}, {7.125, 9}));
+    // Without such a vertex, the crossing edge of the earlier line is removed.
     EXPECT_GT(ground.addLine({{2.125, 9, 0}, {2.125, 1, 0}}), 0);
-    EXPECT_TRUE(!hasFirst() && ground.reaches({4.5, 5.25}, {9.5, 5.25}));
+    EXPECT_FALSE(hasFirst());
+    EXPECT_TRUE(ground.reaches({4.5, 5.25}, {9.5, 5.25}));
     EXPECT_GT(restoreDelaunay(ground.engine.get(), ground.fixed.get()), 0);
     ground.expectEdges();
 }
 
-/// Lines that lie on each other as closely as divisions and roundings leave them.
+/// Returns lines that coincide, up to the rounding of divisions.
 std::vector<Line> overlappingLines(std::mt19937& random, bool isBundle) {
     std::uniform_real_distribution<double> place(0, 100), length(-1000, 1000);
     const bool isFarOff = random() % 2 == 0;
@@ -216,7 +221,7 @@ std::vector<Line> overlappingLines(std::mt19937& random, bool isBundle) {
     return lines;
 }
 
-/// Returns the most vertices that the lines may make: twice the pairs that cross, and one a segment.
+/// Returns the most vertices that the lines may make: two for each crossing, one for each segment.
 template <class Real>
 int allowance(const std::vector<Line>& lines) {
     std::vector<std::pair<Xy, Xy>> segments;
@@ -266,7 +271,7 @@ TYPED_TEST(Breaklines, StartWithinRoundingOfALongEdge) {
 }
 
 TYPED_TEST(Breaklines, FindTheVertexThatRefusesAPoint) {
-    // The point plus the tolerance rounds onto the vertex, though it is farther away than that.
+    // The vertex is farther away than the tolerance, but point plus tolerance rounds onto it.
     Ground<TypeParam> ground(500000, 4000000, 501000, 4001000);
     ground.add(500500.03125, 4000500);
     EXPECT_EQ(ground.addLine({{500100, 4000100}, {500500, 4000500}, {500900, 4000100}}, 0.02), 2);
@@ -289,18 +294,18 @@ TYPED_TEST(Breaklines, RunAlongTheFrameFromVertexToVertex) {
     }
 }
 
-TYPED_TEST(Breaklines, CountWhatStands) {
+TYPED_TEST(Breaklines, CountTheEdgesThatRemain) {
     for (const bool asked : {false, true}) {
         Ground<TypeParam> ground(-1, -1, 11, 11);
         const Line bow{{0, 0}, {10, 10}, {10, 0}, {0, 10}};
         EXPECT_EQ(ground.addLine(bow, 0, asked), asked ? 5 : 2);
         EXPECT_EQ(ground.fixed->size() / 2, asked ? 5 : 2);
-        EXPECT_EQ(ground.addLine(bow), asked ? 5 : 2) << "on vertices that are there";
+        EXPECT_EQ(ground.addLine(bow), asked ? 5 : 2) << "on existing vertices";
         EXPECT_EQ(ground.engine->triangleCount(), asked ? 12 : 10);
     }
 }
 
-TYPED_TEST(Breaklines, RefuseWhatTheyCannotBe) {
+TYPED_TEST(Breaklines, RefuseInvalidPointsAndTolerances) {
     Ground<TypeParam> ground(0, 0, 10, 10);
     ground.add(5, 5);
     const auto before = ground.records();
@@ -310,10 +315,11 @@ TYPED_TEST(Breaklines, RefuseWhatTheyCannotBe) {
                             Line{{1, 1}, {2, 1, HUGE_VAL}}}) {
         EXPECT_EQ(ground.addLine(bad), -1);
     }
-    EXPECT_TRUE(ground.addLine(good, -1) == -1 && ground.addLine(good, NAN) == -1);
+    EXPECT_EQ(ground.addLine(good, -1), -1);
+    EXPECT_EQ(ground.addLine(good, NAN), -1);
     EXPECT_EQ(addBreakline<TypeParam>(engine, nullptr, 0), -1);
     EXPECT_EQ(addBreakline<TypeParam>(nullptr, ground.lines[0].get(), 0), -1);
-    EXPECT_TRUE(ground.records() == before);
+    EXPECT_EQ(ground.records(), before);
     EXPECT_EQ(ground.addLine(good), 2) << "through the vertex in the middle";
     EXPECT_EQ(ground.addLine({{9, 9}, {1, 1}, {1, 1}, {9, 9}}), 2) << "the same edges";
     EXPECT_EQ(ground.addLine({{0, 0}, {10, 0}, {10, 10}}), 2) << "the frame itself";

@@ -1,7 +1,5 @@
-// The surface out to the convex hull of its vertices.
+// Networks that closeHull extends to the convex hull of their vertices.
 #include <zyn/network.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
@@ -17,6 +15,7 @@
 #include "hull_check.h"
 #include "network.h"
 #include "seed.h"
+#include "testing.h"
 
 #ifdef ZYN_TEST_CGAL
 #include "cgal_triangles.h"
@@ -28,7 +27,7 @@ using namespace zyn;
 using support::Position;
 
 template <class Real>
-struct CloseHullTest : testing::Test {
+struct CloseHull : testing::Test {
     using Net = support::Network<Real>;
     static Position at(const Real* v) { return {double(v[0]), double(v[1])}; }
     static std::string fault(Net& net, bool delaunay) {
@@ -47,7 +46,7 @@ struct CloseHullTest : testing::Test {
         std::ranges::transform(vertices, std::back_inserter(points), at);
         return support::faultOfHull(points, corners);
     }
-    /// The network of the points in a frame about them, as far off as `margin` times their extent.
+    /// Returns the network of the points in a frame at a distance of `margin` times their extent.
     static Net networkOf(const std::vector<XPnt3d>& points, Pnt3Array<Real>* array, double margin) {
         const auto [left, right] = std::ranges::minmax(points, {}, &XPnt3d::x);
         const auto [low, high] = std::ranges::minmax(points, {}, &XPnt3d::y);
@@ -61,9 +60,9 @@ struct CloseHullTest : testing::Test {
         return net;
     }
 };
-TYPED_TEST_SUITE(CloseHullTest, support::Precisions);
+TYPED_TEST_SUITE(CloseHull, support::Precisions);
 
-TYPED_TEST(CloseHullTest, MakesTheDelaunayTriangulationOfEveryFamilyInAnyFrame) {
+TYPED_TEST(CloseHull, MakesTheDelaunayTriangulationOfEveryFamilyInAnyFrame) {
     const unsigned seed = support::newSeed();
     const auto expectClosed = [](const std::vector<XPnt3d>& points) {
         const auto array = support::arrayOf<TypeParam>(points);
@@ -88,7 +87,7 @@ TYPED_TEST(CloseHullTest, MakesTheDelaunayTriangulationOfEveryFamilyInAnyFrame) 
     expectClosed(strip);
 }
 
-TYPED_TEST(CloseHullTest, GoesOnAfterPointsComeAndGo) {
+TYPED_TEST(CloseHull, ContinuesAfterPointsAreAddedAndRemoved) {
     std::mt19937 random(support::newSeed());
     const auto pick = [&random](int count) { return int(random() % unsigned(count)); };
     for (const int step : {50, 20, 4, 1}) {
@@ -98,7 +97,7 @@ TYPED_TEST(CloseHullTest, GoesOnAfterPointsComeAndGo) {
             for (int n = 0; n < 1500; ++n) {
                 net.add(step * pick(100 / step + 1), step * pick(100 / step + 1), 0, tolerance);
                 const auto& p = net.points[std::size_t(pick(n + 1))];
-                // Without its duplicate, a triangle of no area would be a fault.
+                // A degenerate triangle is valid at duplicates only.
                 if (tolerance == 0 && pick(3) > 0) { engine->removePoint(nullptr, p.x, p.y, 1); }
                 if (pick(20) > 0) { continue; }
                 ASSERT_GE(closeHull(engine), 0);
@@ -114,12 +113,12 @@ TYPED_TEST(CloseHullTest, GoesOnAfterPointsComeAndGo) {
     }
 }
 
-TYPED_TEST(CloseHullTest, KeepsFixedEdgesAndRefusesAFrameThatIsNotWhole) {
+TYPED_TEST(CloseHull, KeepsFixedEdgesAndRefusesAnIncompleteFrame) {
     support::Network<TypeParam> net(-1, -1, 5, 3);
     auto* const engine = net.engine.get();
     EXPECT_EQ(closeHull(engine), 0);
     EXPECT_EQ(closeHull<TypeParam>(nullptr), -1);
-    // The circle of the hull's triangle 0-2-1 holds vertex 3 beyond the edge 0-1.
+    // The circle of the triangle 0-2-1 at the hull holds vertex 3 across the edge 0-1.
     constexpr double places[][2] = {{0, 0}, {2, 0.1}, {4, 0}, {1, 0.06}, {2, 2}};
     for (const auto& [x, y] : places) { net.add(x, y); }
     TypeParam *const a = net.vertex(0), *const b = net.vertex(1);
@@ -139,8 +138,8 @@ TYPED_TEST(CloseHullTest, KeepsFixedEdgesAndRefusesAFrameThatIsNotWhole) {
     EXPECT_EQ(net.records(), before);
 }
 
-TYPED_TEST(CloseHullTest, IsClosedAllRoundOrNotAtAll) {
-    // Both sides have a pocket that takes in four vertices.
+TYPED_TEST(CloseHull, ValidationFindsAHullThatIsClosedOnOneSideOnly) {
+    // Both sides have a pocket of four vertices.
     std::vector<XPnt3d> points;
     for (int i = 0; i < 12; ++i) {
         points.emplace_back(i % 6, (i < 6 ? 0.01 : -0.01) * (i % 6) * (5 - i % 6) + i / 6);
@@ -149,18 +148,18 @@ TYPED_TEST(CloseHullTest, IsClosedAllRoundOrNotAtAll) {
     auto net = this->networkOf(points, array.get(), 0.1);
     ASSERT_GE(closeHull(net.engine.get()), 8);
     EXPECT_EQ(this->fault(net, true), "");
-    // Back to the frame with one side alone.
+    // Opens one side to the frame again.
     auto* const t = net.engine->locate(TypeParam(2.5), TypeParam(0.001));
     auto* const frame = net.engine->locate(TypeParam(2.5), TypeParam(-0.001));
     ASSERT_TRUE(net.engine->isFrameTriangle(frame));
     ASSERT_FALSE(net.engine->isFrameTriangle(t));
     frame->adjust(frame->vertex[frame->index(t)]);
     EXPECT_EQ(this->fault(net, false), "");
-    EXPECT_TRUE(this->fault(net, true).ends_with("edge that is not Delaunay"));
+    EXPECT_THAT(this->fault(net, true), testing::EndsWith("edge that is not Delaunay"));
 }
 
 #ifdef ZYN_TEST_CGAL
-TYPED_TEST(CloseHullTest, HasTheTrianglesOfCgal) {
+TYPED_TEST(CloseHull, HasTheTrianglesOfCgal) {
     const unsigned seed = support::newSeed();
     for (const std::string_view name : {"RandomOrder", "Circle", "TiltedGrid", "Clusters"}) {
         const auto points = support::makePointSet(name, seed, 5000).points;

@@ -1,7 +1,5 @@
-// Isolines and volumes of a surface.
+// Contours and volumes of a network.
 #include <zyn/network.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
@@ -13,6 +11,7 @@
 
 #include "network.h"
 #include "seed.h"
+#include "testing.h"
 
 namespace {
 
@@ -30,7 +29,7 @@ ref_ptr<Pnt3dArrayArray> contoursOf(support::Network<Real>& network, std::vector
 bool isClosed(Pnt3dArray* line) {
     return line->first().x == line->last().x && line->first().y == line->last().y;
 }
-/// Positive when the line runs counter-clockwise.
+/// Returns the area in the line, positive if it runs counter-clockwise.
 double areaIn(Pnt3dArray* line) {
     double sum = 0;
     for (int i = 1; i < line->size(); ++i) {
@@ -40,10 +39,10 @@ double areaIn(Pnt3dArray* line) {
     return sum;
 }
 template <class Real>
-class SurfaceContoursTest : public testing::Test {};
-TYPED_TEST_SUITE(SurfaceContoursTest, support::Precisions);
+class ContoursAndVolumes : public testing::Test {};
+TYPED_TEST_SUITE(ContoursAndVolumes, support::Precisions);
 
-TYPED_TEST(SurfaceContoursTest, AndVolumesAreThoseOfConesAndRasters) {
+TYPED_TEST(ContoursAndVolumes, AgreeWithConesAndRasters) {
     for (const double slope : {-1.0, 1.0}) {  // a peak, a pit
         support::Network<TypeParam> cone(-3, -3, 3, 3);
         for (int n = 0; n < 121 * 121; ++n) {
@@ -52,13 +51,15 @@ TYPED_TEST(SurfaceContoursTest, AndVolumesAreThoseOfConesAndRasters) {
         }
         const double level = slope * 0.777;
         const auto lines = contoursOf(cone, {level, 7, slope * 0.5, NAN, HUGE_VAL, -HUGE_VAL});
-        ASSERT_TRUE(lines->size() == 2 && isClosed(lines->get(0)) && isClosed(lines->get(1)));
+        ASSERT_EQ(lines->size(), 2);
+        ASSERT_TRUE(isClosed(lines->get(0)));
+        ASSERT_TRUE(isClosed(lines->get(1)));
         EXPECT_NEAR(areaIn(lines->get(0)), -slope * pi * 0.777 * 0.777, 1e-3);
         EXPECT_NEAR(areaIn(lines->get(1)), -slope * pi * 0.5 * 0.5, 1e-3);
         const SurfaceVolume v = volume(cone.engine.get(), level);
         EXPECT_NEAR(slope < 0 ? v.cut : v.fill, pi / 3 * std::pow(0.777, 3), 1e-3);
         EXPECT_NEAR(slope < 0 ? v.cutArea : v.fillArea, -slope * areaIn(lines->get(0)), 1e-6);
-        // A grid of heights comes to the same.
+        // The sum over a grid of heights agrees.
         const ref_ptr<MatrixDbl> out = newMatrixDbl();
         ASSERT_TRUE(rasterize(cone.engine.get(), {-1.2, -1.2, 1.2, 1.2}, 500, 500, out.get()));
         double sum = 0;
@@ -70,8 +71,8 @@ TYPED_TEST(SurfaceContoursTest, AndVolumesAreThoseOfConesAndRasters) {
 constexpr int side = 6;
 bool isOnRim(XPnt3d p) { return std::min({p.x, p.y, side - p.x, side - p.y}) == 0; }
 
-/// A segment in each triangle that the level runs through, and on each edge at the level that has
-/// ground below on one side only.
+/// Returns the number of segments of the contour: one for each triangle that the level crosses, and
+/// one for each edge at the level that has lower ground on one side only.
 template <class Real>
 std::size_t segmentCount(support::Network<Real>& network, double level) {
     std::size_t count = 0;
@@ -92,12 +93,12 @@ std::size_t segmentCount(support::Network<Real>& network, double level) {
     return count;
 }
 
-TYPED_TEST(SurfaceContoursTest, SeparateTheGroundWhateverIsAtTheLevel) {
+TYPED_TEST(ContoursAndVolumes, SeparateHigherFromLowerGround) {
     std::mt19937 random(support::newSeed());
     const auto pick = [&random](unsigned count) { return int(random() % count); };
     for (int n = 0; n < 300; ++n) {
         SCOPED_TRACE(n);
-        // Small heights on a grid with gaps: vertices, edges and flats at every whole level.
+        // Small heights on a grid with gaps: every whole level has vertices, edges and flat ground.
         const bool hasLowRim = n % 2 == 0;
         const unsigned heights = 2 + unsigned(pick(3));
         support::Network<TypeParam> hills(-20, -20, side + 20, side + 20);
@@ -117,7 +118,10 @@ TYPED_TEST(SurfaceContoursTest, SeparateTheGroundWhateverIsAtTheLevel) {
             const auto lines = contoursOf(hills, {level});
             for (Pnt3dArray* const line : *lines) {
                 ASSERT_GE(line->size(), 2);
-                EXPECT_TRUE(isClosed(line) || (isOnRim(line->first()) && isOnRim(line->last())));
+                if (!isClosed(line)) {
+                    EXPECT_TRUE(isOnRim(line->first())) << testing::PrintToString(line->first());
+                    EXPECT_TRUE(isOnRim(line->last())) << testing::PrintToString(line->last());
+                }
                 area += areaIn(line);
                 for (int i = 1; i < line->size(); ++i) {
                     const XPnt3d p = line->get(i - 1), q = line->get(i);
@@ -128,7 +132,9 @@ TYPED_TEST(SurfaceContoursTest, SeparateTheGroundWhateverIsAtTheLevel) {
                     const double x = (p.x + q.x) / 2, y = (p.y + q.y) / 2;
                     double left = level, right = -HUGE_VAL;
                     heightAt(engine, x - dy, y + dx, left), heightAt(engine, x + dy, y - dx, right);
-                    EXPECT_TRUE(left >= level - 1e-12 && right < level && dx * dx + dy * dy > 0);
+                    EXPECT_GE(left, level - 1e-12);
+                    EXPECT_LT(right, level);
+                    EXPECT_GT(dx * dx + dy * dy, 0);
                 }
             }
             EXPECT_EQ(segments.size(), segmentCount(hills, level));
@@ -139,7 +145,7 @@ TYPED_TEST(SurfaceContoursTest, SeparateTheGroundWhateverIsAtTheLevel) {
     }
 }
 
-TYPED_TEST(SurfaceContoursTest, AreNoneWithoutASurface) {
+TYPED_TEST(ContoursAndVolumes, AreEmptyWithoutASurface) {
     support::Network<TypeParam> network(-9, -9, 19, 19);
     EXPECT_EQ(contoursOf(network, {0, 1, 5})->size(), 0);
     network.add(0, 0, 0), network.add(4, 0, 4), network.add(0, 3, 4);
@@ -152,7 +158,7 @@ TYPED_TEST(SurfaceContoursTest, AreNoneWithoutASurface) {
     }
 }
 
-TYPED_TEST(SurfaceContoursTest, DivideATriangleWhereThePlaneCutsIt) {
+TYPED_TEST(ContoursAndVolumes, DivideATriangleWhereThePlaneCutsIt) {
     const double all[] = {-3, -1, 0, 2, 5};
     for (int n = 0; n < 125; ++n) {
         const double a = all[n / 25], b = all[n / 5 % 5], c = all[n % 5];
@@ -162,7 +168,7 @@ TYPED_TEST(SurfaceContoursTest, DivideATriangleWhereThePlaneCutsIt) {
         const SurfaceVolume v = volume(network.engine.get(), 7);
         EXPECT_NEAR(v.cut - v.fill, 2 * (a + b + c), 1e-12);
         EXPECT_NEAR(v.cutArea + v.fillArea, 6, 1e-12);
-        // By divided differences of the powers cut off at 0, of heights that are different.
+        // The expected values are divided differences of truncated powers of distinct heights.
         const double h[] = {a - 1e-4, b - 2e-4, c - 3e-4};
         double cut = 0, cutArea = 0;
         for (int i = 0; i < 3; ++i) {

@@ -1,9 +1,8 @@
-// Surfaces as OBJ, PLY and LandXML files, as other programs and the formats read them.
+// OBJ, PLY and LandXML files of networks, read by other programs or compared with the format.
 #include <zyn/network.h>
 
 #include <QXmlStreamReader>
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -17,6 +16,7 @@
 
 #include "file_content.h"
 #include "network.h"
+#include "testing.h"
 
 namespace {
 
@@ -29,25 +29,25 @@ bool runs(const std::string& command) {
     return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
 }
 
-/// On the ground of a UTM zone, where a float holds halves of a metre.
+/// A network in a UTM zone, where a float resolves half a metre.
 template <class Real>
-class SurfaceFileTest : public testing::Test, protected support::Network<Real> {
+class SurfaceFile : public testing::Test, protected support::Network<Real> {
 protected:
-    SurfaceFileTest()
+    SurfaceFile()
         : support::Network<Real>(450000, 5350000, 550000, 5450000),
           folder(testing::TempDir() + "zyn_surface_file_test" + std::to_string(getpid())) {
         fs::create_directory(folder);
     }
-    ~SurfaceFileTest() override { fs::remove_all(folder); }
+    ~SurfaceFile() override { fs::remove_all(folder); }
 
-    /// More than fits a writer's buffer.
+    /// Adds more points than fit into the buffer of a writer.
     void addHills() {
         for (int n = 0; n < 3600; ++n) {
             const int x = n % 60, y = n / 60;
             this->add(500000 + 64 * x + y, 5400000 + 64 * y + n % 7, x * y % 50 + 0.125);
         }
     }
-    /// Of the corners of all faces, one after the other.
+    /// Returns the coordinates of the corners of all faces.
     std::vector<double> corners() {
         std::vector<double> result;
         for (const auto& t : this->records()) {
@@ -56,7 +56,7 @@ protected:
         }
         return result;
     }
-    /// The PLY file that belongs there, with the bytes of a normal for each vertex.
+    /// Returns the expected PLY file, with the bytes of a normal for each vertex.
     template <class NormalOf>
     std::string plyOf(NormalOf normalOf) {
         std::vector<Real*> known;
@@ -90,9 +90,9 @@ protected:
 
     std::string folder, file = folder + "/surface.";
 };
-TYPED_TEST_SUITE(SurfaceFileTest, support::Precisions);
+TYPED_TEST_SUITE(SurfaceFile, support::Precisions);
 
-TYPED_TEST(SurfaceFileTest, AnotherProgramFindsTheFacesOfObjAndPly) {
+TYPED_TEST(SurfaceFile, AnotherProgramFindsTheFacesOfObjAndPly) {
     if (!runs("assimp version")) { GTEST_SKIP() << "there is no assimp"; }
     this->addHills();
     ASSERT_TRUE(writeObj(this->engine.get(), (this->file + "obj").c_str()));
@@ -106,13 +106,13 @@ TYPED_TEST(SurfaceFileTest, AnotherProgramFindsTheFacesOfObjAndPly) {
         for (std::string word; words >> word;) {
             if (word == "vertex" && words >> x >> y >> z) { found.insert(found.end(), {x, y, z}); }
         }
-        EXPECT_TRUE(found == this->corners()) << suffix << ", " << found.size();
+        EXPECT_EQ(found, this->corners()) << suffix;
     }
 }
 
-TYPED_TEST(SurfaceFileTest, PlyIsMadeOfTheBytesOfTheFormat) {
+TYPED_TEST(SurfaceFile, PlyHasTheBytesOfTheFormat) {
     using Real = TypeParam;
-    // A fold; its two sides weigh 1 : 3 in plan.
+    // A fold, whose two sides have plan areas of 1 : 3.
     const Real fold = 500000, y = 5400000;
     this->add(fold, y), this->add(fold, y + 2000);
     this->add(fold - 1000, y + 1000, -3000), this->add(fold + 3000, y + 1000);
@@ -121,12 +121,12 @@ TYPED_TEST(SurfaceFileTest, PlyIsMadeOfTheBytesOfTheFormat) {
                : v[0] > fold ? bytes(0.F, 0.F, 1.F)
                              : bytes(-0.6F, 0.F, 0.8F);
     }));
-    // Where there is no normal, or it cannot be computed, an upright one.
+    // A vertex without a computable normal has a vertical one.
     for (auto& p : this->points) { p.z = std::numeric_limits<Real>::quiet_NaN(); }
     EXPECT_EQ(this->writtenPly(), this->plyOf([](const Real*) { return bytes(0.F, 0.F, 1.F); }));
 }
 
-TYPED_TEST(SurfaceFileTest, LandXmlHoldsTheSurfaceUnderItsName) {
+TYPED_TEST(SurfaceFile, LandXmlHoldsTheSurfaceUnderItsName) {
     const std::string path = this->file + "xml";
     const QString name = QString::fromUtf8("<\"Höhe\"> &amp; 'x'\t\r\n𝄞");
     const QString dirty = QChar(1) + name + QChar(0xFFFE) + QChar(0xD800) + QChar(0xDBFF);
@@ -134,7 +134,7 @@ TYPED_TEST(SurfaceFileTest, LandXmlHoldsTheSurfaceUnderItsName) {
     for (const std::size_t count : {0U, 3600U}) {
         if (count != 0) { this->addHills(); }
         ASSERT_TRUE(writeLandXml(this->engine.get(), path.c_str(), dirty));
-        EXPECT_TRUE(!canLint || runs("xmllint --noout '" + path + "'"));
+        if (canLint) { EXPECT_TRUE(runs("xmllint --noout '" + path + "'")); }
         QXmlStreamReader xml(QByteArray::fromStdString(contentOf(path)));
         std::vector<QStringList> listed;
         std::vector<double> found;
@@ -146,7 +146,8 @@ TYPED_TEST(SurfaceFileTest, LandXmlHoldsTheSurfaceUnderItsName) {
                 EXPECT_EQ(xml.attributes().value("name"), name);
             } else if (xml.name() == QString("P")) {
                 listed.push_back(xml.readElementText().split(' '));
-                EXPECT_TRUE(id.toULong() == listed.size() && listed.back().size() == 3);
+                EXPECT_EQ(id.toULong(), listed.size());
+                EXPECT_EQ(listed.back().size(), 3);
             } else if (xml.name() == QString("F")) {
                 for (const QString& number : xml.readElementText().split(' ')) {
                     const QStringList& point = listed.at(number.toULong() - 1);
@@ -156,18 +157,18 @@ TYPED_TEST(SurfaceFileTest, LandXmlHoldsTheSurfaceUnderItsName) {
         }
         EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
         EXPECT_EQ(listed.size(), count);
-        EXPECT_TRUE(found == this->corners());
+        EXPECT_EQ(found, this->corners());
     }
     this->points[1800].z = std::nanf("");
     this->points[1801].z = HUGE_VALF;
     this->points[1802].z = -HUGE_VALF;
     ASSERT_TRUE(writeLandXml(this->engine.get(), path.c_str(), name));
     for (const char* const height : {" NaN</P>", " INF</P>", " -INF</P>"}) {
-        EXPECT_NE(contentOf(path).find(height), std::string::npos) << height;
+        EXPECT_THAT(contentOf(path), testing::HasSubstr(height));
     }
 }
 
-TYPED_TEST(SurfaceFileTest, LandXmlNamesTheUnitOfLength) {
+TYPED_TEST(SurfaceFile, LandXmlNamesTheUnitOfLength) {
     const std::string path = this->file + "xml";
     const auto unitOf = [&path](const char* system) {
         QXmlStreamReader xml(QByteArray::fromStdString(contentOf(path)));
@@ -185,27 +186,37 @@ TYPED_TEST(SurfaceFileTest, LandXmlNamesTheUnitOfLength) {
     EXPECT_EQ(unitOf("Imperial"), "foot");
     ASSERT_TRUE(writeLandXml(e, path.c_str(), "a", LengthUnit::usSurveyFoot));
     EXPECT_EQ(unitOf("Imperial"), "USSurveyFoot");
-    EXPECT_TRUE(!runs("xmllint --version") || runs("xmllint --noout '" + path + "'"));
+    if (runs("xmllint --version")) { EXPECT_TRUE(runs("xmllint --noout '" + path + "'")); }
     EXPECT_FALSE(writeLandXml(e, path.c_str(), "a", LengthUnit(3)));
 }
 
-TYPED_TEST(SurfaceFileTest, NobodysEngineAndNoPathAreRefused) {
+TYPED_TEST(SurfaceFile, RefusesNullEnginesAndNullPaths) {
     using Real = TypeParam;
     DelaunayInterface<Real>*const surface = this->engine.get(), *const none = nullptr;
     const std::string any = this->file + "any";
     const char* const path = any.c_str();
-    EXPECT_FALSE(writeObj(surface, nullptr) || writeObj(none, path));
-    EXPECT_FALSE(writePly(surface, nullptr) || writePly(none, path));
-    EXPECT_FALSE(writeLandXml(surface, nullptr, "a") || writeLandXml(none, path, "a"));
-    EXPECT_FALSE(writeBinary(none, path) || writeText(none, path) || fs::exists(path));
+    EXPECT_FALSE(writeObj(surface, nullptr));
+    EXPECT_FALSE(writeObj(none, path));
+    EXPECT_FALSE(writePly(surface, nullptr));
+    EXPECT_FALSE(writePly(none, path));
+    EXPECT_FALSE(writeLandXml(surface, nullptr, "a"));
+    EXPECT_FALSE(writeLandXml(none, path, "a"));
+    EXPECT_FALSE(writeBinary(none, path));
+    EXPECT_FALSE(writeText(none, path));
+    EXPECT_FALSE(fs::exists(path));
     Real marker = 0, low[3] = {7, 7, 7}, high[3] = {};
     Real* vertices = &marker;
     int count = 7;
     EXPECT_FALSE(readBinary(none, path, vertices, count));
-    EXPECT_TRUE(vertices == nullptr && count == 0);
-    EXPECT_FALSE(bounds(none, low[0], low[1], low[2], high[0], high[1], high[2]) || low[0] != 7);
-    EXPECT_EQ(vertexCount(none) + allVertexCount(none) + compactVertices(none), 0);
-    EXPECT_EQ(surfaceArea(none) + surfaceAreaHorizen(none), 0);
+    EXPECT_EQ(vertices, nullptr);
+    EXPECT_EQ(count, 0);
+    EXPECT_FALSE(bounds(none, low[0], low[1], low[2], high[0], high[1], high[2]));
+    EXPECT_EQ(low[0], 7);
+    for (const int number : {vertexCount(none), allVertexCount(none), compactVertices(none)}) {
+        EXPECT_EQ(number, 0);
+    }
+    EXPECT_EQ(surfaceArea(none), 0);
+    EXPECT_EQ(surfaceAreaHorizen(none), 0);
 }
 
 TEST(ExportObj, WritesNumberedPointsAndTheFacesBelowTheLimit) {
@@ -225,15 +236,15 @@ TEST(ExportObj, WritesNumberedPointsAndTheFacesBelowTheLimit) {
               "v 2.000000 2.000000 0.000000\nv 5.000000 2.000000 1.500000\n"
               "v 2.000000 2.000000 5.000000\nv 2.000000 5.000000 0.000000\n");
     EXPECT_TRUE(e->exportObj(points, path, 4.5));
-    EXPECT_TRUE(contentOf(file).starts_with(vertices + "f "));
-    // The same limit for any engine.
-    EXPECT_TRUE(writeObj<double>(e.get(), path, 4.4) &&
-                contentOf(file).find('f') == std::string::npos);
-    EXPECT_TRUE(writeObj<double>(e.get(), path, 4.5) &&
-                contentOf(file).find('f') != std::string::npos);
+    EXPECT_THAT(contentOf(file), testing::StartsWith(vertices + "f "));
+    // writeObj has the same limit for any engine.
+    EXPECT_TRUE(writeObj<double>(e.get(), path, 4.4));
+    EXPECT_THAT(contentOf(file), testing::Not(testing::HasSubstr("f")));
+    EXPECT_TRUE(writeObj<double>(e.get(), path, 4.5));
+    EXPECT_THAT(contentOf(file), testing::HasSubstr("f"));
     EXPECT_FALSE(e->exportObj(points, (file + "/no/file").c_str(), 1));
     EXPECT_FALSE(e->exportObj(points, nullptr, 1));
-    points[2].inten = 0;  // no number of its own any more
+    points[2].inten = 0;  // it has no number of its own now
     EXPECT_TRUE(e->exportObj(points, path, 4.4));
     EXPECT_EQ(contentOf(file), vertices.substr(0, 58) + vertices.substr(87));
     std::vector<XPnt3d> many(32770);  // the last two have a number that does not fit

@@ -1,7 +1,5 @@
-// Heights, profiles and grids of a surface.
+// Heights, profiles and rasters of a network.
 #include <zyn/network.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
@@ -13,18 +11,20 @@
 
 #include "network.h"
 #include "seed.h"
+#include "testing.h"
 
 namespace {
 
 using namespace zyn;
 
+using testing::NanSensitiveDoubleNear;
 using Heights = std::vector<double>;
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 template <class Real>
-class SurfaceHeightsTest : public testing::Test, protected support::Network<Real> {
+class SurfaceHeights : public testing::Test, protected support::Network<Real> {
 protected:
-    SurfaceHeightsTest() : support::Network<Real>(-100, -100, 200, 200) {}
+    SurfaceHeights() : support::Network<Real>(-100, -100, 200, 200) {}
 
     void addGrid(int side, double slopeX, double slopeY) {
         for (int n = 0; n < side * side; ++n) {
@@ -37,13 +37,13 @@ protected:
         EXPECT_EQ(found, !std::isnan(z));
         return z;
     }
-    /// The points of a profile: in order, on the line and on the surface, and the same backwards.
+    /// Returns the points of a profile, after these checks: they are in order, on the line and on
+    /// the surface, and the profile from b to a has the same heights.
     std::vector<XPnt3d> profileOf(XPnt2d a, XPnt2d b) {
         const auto line = profile(this->engine.get(), a, b);
         const auto back = profile(this->engine.get(), b, a);
         std::reverse(back->begin(), back->end());
-        EXPECT_TRUE(std::equal(line->begin(), line->end(), back->begin(), back->end(),
-                               [](const XPnt3d& p, const XPnt3d& q) { return isSame(p.z, q.z); }));
+        EXPECT_THAT(zOf(*line), testing::Pointwise(NanSensitiveDoubleNear(1e-9), zOf(*back)));
         const std::vector<XPnt3d> found(line->begin(), line->end());
         double last = -1;
         for (std::size_t i = 0; i < found.size(); ++i) {
@@ -51,14 +51,16 @@ protected:
             EXPECT_GE(ap.x * ab.x + ap.y * ab.y, last);
             last = ap.x * ab.x + ap.y * ab.y;
             EXPECT_NEAR(ap.x * ab.y - ap.y * ab.x, 0, 1e-9);
-            EXPECT_TRUE(i == 0 || found[i - 1] != p);
-            const double z = height(p.x, p.y);  // NaN beside the rim
-            EXPECT_TRUE(std::isnan(p.z) || std::isnan(z) || isSame(p.z, z));
+            if (i > 0) { EXPECT_NE(found[i - 1], p); }
+            const double z = height(p.x, p.y);  // NaN outside the rim
+            if (!std::isnan(p.z) && !std::isnan(z)) { EXPECT_NEAR(p.z, z, 1e-9); }
         }
         return found;
     }
-    static bool isSame(double a, double b, double most = 1e-9) {
-        return std::isnan(a) ? std::isnan(b) : std::abs(a - b) < most;
+    static Heights zOf(const Pnt3dArray& points) {
+        Heights result;
+        for (const XPnt3d& p : points) { result.push_back(p.z); }
+        return result;
     }
     Heights heightsOf(XPnt2d a, XPnt2d b) {  // -99 for a gap
         Heights result;
@@ -66,10 +68,10 @@ protected:
         return result;
     }
 };
-TYPED_TEST_SUITE(SurfaceHeightsTest, support::Precisions);
-using SurfaceProfileTest = SurfaceHeightsTest<double>;
+TYPED_TEST_SUITE(SurfaceHeights, support::Precisions);
+using SurfaceProfile = SurfaceHeights<double>;
 
-TYPED_TEST(SurfaceHeightsTest, AreThoseOfThePlaneAndClosedOnTheRim) {
+TYPED_TEST(SurfaceHeights, AgreeWithAPlaneUpToTheRim) {
     EXPECT_TRUE(std::isnan(this->height(1, 1)));
     this->addGrid(9, 0.5, -0.25);
     std::vector<XPnt3d> all{{nan, 0}, {0, HUGE_VAL}, {1e300, 1}, {300, 0}};
@@ -79,16 +81,20 @@ TYPED_TEST(SurfaceHeightsTest, AreThoseOfThePlaneAndClosedOnTheRim) {
     for (const XPnt3d& p : *places) {
         const bool isInside = p.x >= 0 && p.x <= 8 && p.y >= 0 && p.y <= 8;
         const double z = isInside ? 0.5 * p.x - 0.25 * p.y : nan;
-        EXPECT_TRUE(this->isSame(p.z, z) && this->isSame(this->height(p.x, p.y), z));
+        EXPECT_THAT(p.z, NanSensitiveDoubleNear(z, 1e-9));
+        EXPECT_THAT(this->height(p.x, p.y), NanSensitiveDoubleNear(z, 1e-9));
     }
     DelaunayInterface<TypeParam>* const none = nullptr;
     double z = 3;
-    EXPECT_TRUE(!heightAt(none, 1, 1, z) && !heightAt(this->engine.get(), 9, 1, z) && z == 3);
-    EXPECT_TRUE(heightAt(none, places.get()) == 0 && std::isnan(places->last().z));
+    EXPECT_FALSE(heightAt(none, 1, 1, z));
+    EXPECT_FALSE(heightAt(this->engine.get(), 9, 1, z));
+    EXPECT_EQ(z, 3);
+    EXPECT_EQ(heightAt(none, places.get()), 0);
+    EXPECT_TRUE(std::isnan(places->last().z));
     EXPECT_EQ(heightAt(this->engine.get(), nullptr), 0);
 }
 
-TEST_F(SurfaceProfileTest, AllHeightsAreFiniteHoweverFarApart) {
+TEST_F(SurfaceProfile, StaysFiniteBetweenExtremeHeights) {
     for (const double top : {1e150, 1e300, std::numeric_limits<double>::max()}) {
         SCOPED_TRACE(top);
         support::Network<double> slope(-100, -100, 200, 200);
@@ -115,16 +121,16 @@ TEST_F(SurfaceProfileTest, AllHeightsAreFiniteHoweverFarApart) {
     }
 }
 
-TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseAtTheCentres) {
+TYPED_TEST(SurfaceHeights, OfARasterAgreeWithThoseAtTheCentres) {
     const unsigned seed = support::newSeed();
     for (const std::string_view name : support::pointSetNames()) {
-        // Exact products of hundreds of digits for each cell.
+        // Each cell of that family would need exact products of hundreds of digits.
         if (name == "Subnormals") { continue; }
         SCOPED_TRACE(name);
         const support::PointSet set = support::makePointSet(name, seed);
         support::Network<TypeParam> network(set);
         for (const XPnt3d& p : set.points) { network.add(p.x, p.y, p.z, set.duplicates ? -1 : 0); }
-        // A triangle of no area, as there is beside points in one place, is a step in the surface.
+        // A degenerate triangle at points in one place is a step in the surface.
         const double most = set.duplicates ? 2 : 1e-6;
         for (const int columns : {1, 61, 100}) {
             const int rows = columns + 3;
@@ -140,15 +146,14 @@ TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseAtTheCentres) {
             heightAt(network.engine.get(), centres.get());
             for (int n = 0; n < centres->size(); ++n) {
                 const double z = centres->get(n).z, cell = out->get(n / columns, n % columns);
-                ASSERT_TRUE(this->isSame(z, cell, most)) << n << ": " << z << ", " << cell;
+                ASSERT_THAT(cell, NanSensitiveDoubleNear(z, most)) << n;
             }
         }
     }
 }
 
-TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseOfSliversThatHoldFewCentres) {
-    // Slivers between two lines of points, which pass most centres of a grid by, in three
-    // directions.
+TYPED_TEST(SurfaceHeights, OfARasterAgreeInSliversWithFewCentres) {
+    // Slivers between two lines of points, in three directions. They miss most centres of a grid.
     std::mt19937 random(support::newSeed());
     std::uniform_real_distribution<double> anywhere(0, 40);
     for (const auto& [dx, dy] : {std::pair(0.0, 400.0), {297.3, 391.7}, {-20.1, 380.0}}) {
@@ -167,12 +172,12 @@ TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseOfSliversThatHoldFewCentres) {
         EXPECT_GT(heightAt(network.engine.get(), centres.get()), 8000);
         for (int n = 0; n < 300 * 400; ++n) {
             const double z = centres->get(n).z, cell = out->get(n / 300, n % 300);
-            ASSERT_TRUE(this->isSame(z, cell, 1e-6)) << n << ": " << z << ", " << cell;
+            ASSERT_THAT(cell, NanSensitiveDoubleNear(z, 1e-6)) << n;
         }
     }
 }
 
-TYPED_TEST(SurfaceHeightsTest, OfARasterHoldOnLongEdgesAndBesideFlatTriangles) {
+TYPED_TEST(SurfaceHeights, OfARasterHoldOnLongEdgesAndNextToDegenerateTriangles) {
     // The edge runs through (0, 0) and (3, 1); the other triangles are far from there.
     support::Network<TypeParam> network(-1e10, -1e10, 1e10, 1e10);
     for (const auto& [x, y] : {std::pair(-3 << 20, -1 << 20), {6 << 20, 2 << 20}, {0, 3 << 20}}) {
@@ -182,9 +187,10 @@ TYPED_TEST(SurfaceHeightsTest, OfARasterHoldOnLongEdgesAndBesideFlatTriangles) {
     ASSERT_TRUE(rasterize(network.engine.get(), Enve2d(-0.5, -0.5, 6.5, 2.5), 7, 3, out.get()));
     for (int n = 0; n < 21; ++n) {
         const int x = n % 7, y = n / 7;
-        EXPECT_TRUE(this->isSame(out->get(y, x), x > 3 * y ? nan : y, 1e-8)) << x << " " << y;
+        EXPECT_THAT(out->get(y, x), NanSensitiveDoubleNear(x > 3 * y ? nan : y, 1e-8))
+            << x << " " << y;
     }
-    // Twice the same point, and an edge from there: along it, the heights go down evenly.
+    // A point occurs twice, and an edge leads away from it. Along it, the heights fall evenly.
     for (const bool isFirst : {true, false}) {
         support::Network<TypeParam> twice(-9, -9, 19, 19);
         twice.add(isFirst ? 0 : 8, 0, isFirst ? 8 : 0, -1), twice.add(0, 0, 8, -1);
@@ -194,7 +200,7 @@ TYPED_TEST(SurfaceHeightsTest, OfARasterHoldOnLongEdgesAndBesideFlatTriangles) {
     }
 }
 
-TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseOfVerticesToTheLastBit) {
+TYPED_TEST(SurfaceHeights, OfARasterEqualThoseOfVerticesExactly) {
     support::Network<TypeParam> network(-9, -9, 19, 19);
     for (int n = 0; n < 100; ++n) { network.add(n % 10, n / 10, std::sin(n * n)); }
     const ref_ptr<MatrixDbl> out = newMatrixDbl();
@@ -204,40 +210,45 @@ TYPED_TEST(SurfaceHeightsTest, OfARasterAreThoseOfVerticesToTheLastBit) {
     }
 }
 
-TYPED_TEST(SurfaceHeightsTest, OfARasterAreRefusedWithoutAPlaceForThem) {
+TYPED_TEST(SurfaceHeights, OfARasterNeedAValidBoxAndSize) {
     const ref_ptr<MatrixDbl> out = newMatrixDbl();
     out->setSize(2, 3, 5.0);
     const auto fills = [&](const Enve2d& box, int columns, int rows, double maxEdge) {
         return rasterize(this->engine.get(), box, columns, rows, out.get(), maxEdge);
     };
     const Enve2d good(1, 1, 2, 2);
-    EXPECT_FALSE(fills(good, 0, 4, anyEdge) || fills(good, 4, -1, anyEdge) ||
-                 rasterize<TypeParam>(nullptr, good, 4, 4, out.get()) ||
-                 rasterize(this->engine.get(), good, 4, 4, nullptr));
+    EXPECT_FALSE(fills(good, 0, 4, anyEdge));
+    EXPECT_FALSE(fills(good, 4, -1, anyEdge));
+    EXPECT_FALSE(rasterize<TypeParam>(nullptr, good, 4, 4, out.get()));
+    EXPECT_FALSE(rasterize(this->engine.get(), good, 4, 4, nullptr));
     for (const Enve2d& bad : {Enve2d(), Enve2d(0, 0, 0, 1), Enve2d(0, nan, 1, 1),
                               Enve2d(0, 0, HUGE_VAL, 1), Enve2d(-HUGE_VAL, 0, 1, 1)}) {
         EXPECT_FALSE(fills(bad, 4, 4, anyEdge));
     }
-    EXPECT_TRUE(out->rows() == 2 && out->cols() == 3 && out->get(1, 2) == 5);
+    EXPECT_EQ(out->rows(), 2);
+    EXPECT_EQ(out->cols(), 3);
+    EXPECT_EQ(out->get(1, 2), 5);
     this->addGrid(4, 1, 10);
-    EXPECT_TRUE(fills(good, 1, 1, 99) && out->get(0, 0) == 16.5);
-    EXPECT_TRUE(fills(good, 1, 1, 9) && std::isnan(out->get(0, 0)));
+    EXPECT_TRUE(fills(good, 1, 1, 99));
+    EXPECT_EQ(out->get(0, 0), 16.5);
+    EXPECT_TRUE(fills(good, 1, 1, 9));
+    EXPECT_TRUE(std::isnan(out->get(0, 0)));
 }
 
-TEST_F(SurfaceProfileTest, RunsThroughVerticesAlongEdgesAndAlongTheRim) {
+TEST_F(SurfaceProfile, RunsThroughVerticesAlongEdgesAndAlongTheRim) {
     this->addGrid(4, 1, 10);
     const struct {
         XPnt2d a, b;
         Heights heights;
     } lines[] = {{{-1, 1}, {4, 1}, {10, 11, 12, 13}},      // vertices, edges
                  {{-1, 0}, {4, 0}, {0, 1, 2, 3}},          // the rim
-                 {{3, 1.5}, {3, 9}, {18, 23, 33}},         // of it, a part
+                 {{3, 1.5}, {3, 9}, {18, 23, 33}},         // a part of the rim
                  {{0.25, 1}, {0.75, 1}, {10.25, 10.75}},   // within an edge
                  {{1, 1}, {1, 1}, {11}},                   // a point
                  {{-150, 2}, {250, 2}, {20, 21, 22, 23}},  // beyond the frame
                  {{-1, 0.5}, {0, 0.5}, {5}},               // to the rim only
-                 {{0, 0}, {-1, -1}, {0}},                  // from there
-                 {{-1, 1}, {1, -1}, {0}},                  // past a corner
+                 {{0, 0}, {-1, -1}, {0}},                  // from the rim outwards
+                 {{-1, 1}, {1, -1}, {0}},                  // touches a corner
                  {{-1, 2}, {-1, -2}, {}},                  // outside
                  {{150, 250}, {250, 150}, {}}};
     for (const auto& [a, b, heights] : lines) { EXPECT_EQ(heightsOf(a, b), heights); }
@@ -245,10 +256,10 @@ TEST_F(SurfaceProfileTest, RunsThroughVerticesAlongEdgesAndAlongTheRim) {
     EXPECT_EQ(profile<double>(nullptr, {0, 0}, {1, 1})->size(), 0);
 }
 
-TEST_F(SurfaceProfileTest, EndsOnAnEdgeWithoutAGap) {
+TEST_F(SurfaceProfile, EndsOnAnEdgeWithoutAGap) {
     std::mt19937 random(support::newSeed());
     std::uniform_real_distribution<double> size(0.1, 100);
-    for (int n = 0; n < 200; ++n) {  // the end is 0, where coordinates are finer than a crossing
+    for (int n = 0; n < 200; ++n) {  // near the end at 0, coordinates are finer than a crossing
         engine = newZynDelaunayDouble(0, -1000, -1000, 1000, 1000);
         const double x = size(random), y = size(random);
         for (const auto& [px, py] : {std::pair(-x, -y), {x, y}, {300., -300.}, {-300., 300.}}) {
@@ -258,7 +269,7 @@ TEST_F(SurfaceProfileTest, EndsOnAnEdgeWithoutAGap) {
     }
 }
 
-TEST_F(SurfaceProfileTest, HasAPointAtEveryEdgeOfARandomNetwork) {
+TEST_F(SurfaceProfile, HasAPointAtEveryEdgeOfARandomNetwork) {
     std::mt19937 random(support::newSeed());
     const auto pick = [&random](int low, int high) {
         return double(std::uniform_int_distribution(low, high)(random));
@@ -274,12 +285,12 @@ TEST_F(SurfaceProfileTest, HasAPointAtEveryEdgeOfARandomNetwork) {
         const XPnt2d b(scale * pick(-2, 14), scale * pick(-2, 14));
         SCOPED_TRACE(testing::Message() << a.x << " " << a.y << " " << b.x << " " << b.y);
         const std::vector<XPnt3d> line = profileOf(a, b);
-        // Between two points the surface is there, without a bend; in a gap it is not.
+        // Between two points the surface has no bend; in a gap there is none.
         for (std::size_t i = 1; i < line.size(); ++i) {
             const std::size_t gap = std::isnan(line[i].z) ? 1 : 0;
             const XPnt3d p = line[i - 1], q = line[i + gap];
             const double z = height((p.x + q.x) / 2, (p.y + q.y) / 2);
-            EXPECT_TRUE(isSame(z, gap == 1 ? nan : (p.z + q.z) / 2));
+            EXPECT_THAT(z, NanSensitiveDoubleNear(gap == 1 ? nan : (p.z + q.z) / 2, 1e-9));
             i += gap;
         }
         for (const XPnt2d& end : {a, b}) {
@@ -287,7 +298,8 @@ TEST_F(SurfaceProfileTest, HasAPointAtEveryEdgeOfARandomNetwork) {
                 !line.empty() && ((line[0].x == end.x && line[0].y == end.y) ||
                                   (line.back().x == end.x && line.back().y == end.y));
             const bool isInside = !std::isnan(height(end.x, end.y));
-            EXPECT_TRUE(isThere == isInside || (isThere && scale != 1));  // but for rounding
+            const bool mayRound = isThere && scale != 1;
+            if (!mayRound) { EXPECT_EQ(isThere, isInside); }
         }
         const bool isMet = std::ranges::any_of(line, [](auto& p) { return p.z == p.z; });
         for (int k = 1; k < 16 && !isMet; ++k) {
@@ -297,8 +309,8 @@ TEST_F(SurfaceProfileTest, HasAPointAtEveryEdgeOfARandomNetwork) {
     }
 }
 
-TEST_F(SurfaceProfileTest, TellsThePartsApart) {
-    // Between the points at the lower left, a corner of the frame cuts in.
+TEST_F(SurfaceProfile, SeparatesItsPartsByGaps) {
+    // A triangle with a corner of the frame is between the points at the lower left.
     engine = newZynDelaunayDouble(0, 0, 0, 100, 100);
     add(18, 2, 1), add(2, 18, 2), add(11, 11, 3), add(40, 2, 4), add(2, 40, 5);
     EXPECT_EQ(heightsOf({18, 2}, {2, 18}), (Heights{1, -99, 2}));

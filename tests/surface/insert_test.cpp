@@ -1,8 +1,6 @@
-// Points in spatial order, and whole arrays of them into an engine.
+// Points in spatial order, and whole arrays of points for an engine.
 #include <zyn/geometry.h>
 #include <zyn/progress.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
@@ -13,13 +11,14 @@
 
 #include "network.h"
 #include "seed.h"
+#include "testing.h"
 
 namespace {
 
 using namespace zyn;
 
-/// The points in spatial order: all of them, finite ones first, those in one place as they were.
-/// Gives the length of the way through them.
+/// Checks the spatial order: it has all points, finite ones first, and keeps the order of those in
+/// one place. Returns the length of the path through them.
 double expectOrder(const std::vector<XPnt3d>& points) {
     const ref_ptr<Pnt3dArray> sorted = support::arrayOf<double>(points);
     const ref_ptr<IntArray> order = spatialOrder(sorted.get());
@@ -44,7 +43,7 @@ double expectOrder(const std::vector<XPnt3d>& points) {
 }
 
 TEST(SpatialOrder, StepsFromCellToCell) {
-    // A square of 2^k by 2^k cells is walked through without a jump, whatever order it comes in.
+    // The path through a square of 2^k by 2^k cells has no jump, whatever the order of the input.
     std::mt19937 random(support::newSeed());
     for (const int side : {2, 4, 16, 64}) {
         std::vector<XPnt3d> points;
@@ -59,14 +58,14 @@ TEST(SpatialOrder, IsShortForEveryFamily) {
         const std::vector<XPnt3d> points = support::makePointSet(name, 5).points;
         Enve2d box;
         for (const XPnt3d& p : points) { box.SetBox(p.x, p.y); }
-        // The longest tour of n points in a box, by the theory of the curve.
+        // A bound for the path through n points in a box, from the theory of the curve.
         EXPECT_LE(expectOrder(points),
                   8 * std::max(box.width(), box.hight()) * std::sqrt(double(points.size())))
             << name;
     }
 }
 
-TEST(SpatialOrder, TakesAnyNumber) {
+TEST(SpatialOrder, AcceptsAnyNumber) {
     std::mt19937 random(support::newSeed());
     const double extremes[] = {0, -0.0,      1e308, -1e308,   5e-324,
                                1, 1 + 1e-15, NAN,   HUGE_VAL, -HUGE_VAL};
@@ -92,10 +91,10 @@ struct Progress : IZynProgress {
 };
 
 template <class Real>
-class AddPointsTest : public testing::Test {};
-TYPED_TEST_SUITE(AddPointsTest, support::Precisions);
+class AddPoints : public testing::Test {};
+TYPED_TEST_SUITE(AddPoints, support::Precisions);
 
-TYPED_TEST(AddPointsTest, RefusesStopsAndGoesOn) {
+TYPED_TEST(AddPoints, RefusesInvalidPointsStopsOnDemandAndContinues) {
     support::Network<TypeParam> network(0, 0, 10, 10);
     auto* const engine = network.engine.get();
     const auto mixed = support::arrayOf<TypeParam>(
@@ -115,20 +114,22 @@ TYPED_TEST(AddPointsTest, RefusesStopsAndGoesOn) {
     progress->limit = 3000;
     rejected->removeAll();
     const int some = addPoints(engine, many.get(), 0, progress.get(), rejected.get());
-    EXPECT_TRUE(progress->position >= 3000 && progress->position < 5000);
+    EXPECT_GE(progress->position, 3000);
+    EXPECT_LT(progress->position, 5000);
     EXPECT_EQ(some + rejected->size(), int(progress->position));
     EXPECT_EQ(validate(engine, true), QString());
     progress->limit = HUGE_VAL;
     progress->position = 0;
     rejected->removeAll();
     const int rest = addPoints(engine, many.get(), 0, progress.get(), rejected.get());
-    EXPECT_TRUE(progress->total == 70000 && progress->position == 70000);
+    EXPECT_EQ(progress->total, 70000);
+    EXPECT_EQ(progress->position, 70000);
     EXPECT_EQ(rest + rejected->size(), 70000);
     EXPECT_TRUE(std::is_sorted(rejected->begin(), rejected->end()));
     EXPECT_EQ(engine->triangleCount(), 2 + 2 * (3 + some + rest));
-    for (int i = 0; i < 70000; ++i) {  // numbered behind those of before, and not moved
+    for (int i = 0; i < 70000; ++i) {  // numbered after the earlier points, and not moved
         ASSERT_EQ(many->get(i).inten, std::int16_t(std::uint16_t(70007 + i)));
-        ASSERT_TRUE(many->get(i) == XPnt3<TypeParam>(points[std::size_t(i)]));
+        ASSERT_EQ(many->get(i), XPnt3<TypeParam>(points[std::size_t(i)]));
     }
     progress->limit = 0;
     EXPECT_EQ(addPoints(engine, mixed.get(), 0, progress.get()), 0);

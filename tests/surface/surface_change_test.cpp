@@ -1,18 +1,17 @@
-// Surface: many small changes.
+// Many small changes of a Surface.
 #include <zyn/surface.h>
-
-#include <gtest/gtest.h>
 
 #include <random>
 #include <vector>
 
 #include "seed.h"
+#include "testing.h"
 
 namespace {
 
 using namespace zyn;
 
-/// Checks that heights are found at all vertices, wherever the search for a triangle starts.
+/// Checks the height at each vertex, wherever the search for a triangle starts.
 void expectOwnHeights(const Surface& ground) {
     if (ground.triangleCount() == 0) { return; }
     for (const int number : ground.vertices()) {
@@ -21,7 +20,8 @@ void expectOwnHeights(const Surface& ground) {
     }
 }
 
-// On a lattice, points fall on the rim, in line with it and on each other; beyond it the hull grows.
+// On a lattice, points fall on the rim, in line with it and on each other; beyond it the hull
+// grows.
 TEST(SurfaceChanges, KeepTheConvexHullThroughSinglePointsAndLines) {
     std::mt19937 random(support::newSeed());
     for (const int side : {4, 40, 100000}) {

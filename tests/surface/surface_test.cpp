@@ -1,7 +1,5 @@
-// Surface: what the front door promises.
+// What a Surface promises: the convex hull, heights, breaklines, queries and errors.
 #include <zyn/surface.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
@@ -20,6 +18,7 @@
 #include "point_sets.h"
 #include "seed.h"
 #include "surface_check.h"
+#include "testing.h"
 
 #ifdef ZYN_TEST_CGAL
 #include "cgal_triangles.h"
@@ -37,6 +36,11 @@ std::vector<Position> placesOf(const Surface& s, const std::vector<int>& numbers
     std::vector<Position> places;
     for (const int number : numbers) { places.push_back(placeOf(s.point(number))); }
     return places;
+}
+std::vector<std::pair<double, double>> keysOf(const std::vector<Position>& places) {
+    std::vector<std::pair<double, double>> keys;
+    std::ranges::transform(places, std::back_inserter(keys), support::keyOf);
+    return keys;
 }
 /// Checks the surface against the convex hull of its vertices, by exact arithmetic.
 void expectHull(const Surface& s) {
@@ -66,8 +70,7 @@ void expectHull(const Surface& s) {
         size2 = std::max(size2, (b.x - o.x) * (b.x - o.x) + (b.y - o.y) * (b.y - o.y));
     }
     EXPECT_NEAR(s.planArea(), hullArea, 1e-13 * size2);
-    const auto same = [](Position a, Position b) { return support::keyOf(a) == support::keyOf(b); };
-    EXPECT_TRUE(std::ranges::equal(rim, support::hullOf(places), same));
+    EXPECT_EQ(keysOf(rim), keysOf(support::hullOf(places)));
 }
 
 void expectHullOf(const std::vector<XPnt3d>& points) {
@@ -134,7 +137,7 @@ TEST(Surface, HasTheTrianglesOfCgal) {
 }
 #endif
 
-TEST(Surface, StaysSoundWhileItChanges) {
+TEST(Surface, StaysValidThroughChanges) {
     std::mt19937 random(support::newSeed());
     const auto whole = [&random](int most) { return int(random() % unsigned(most + 1)); };
     for (int round = 0; round < 20; ++round) {
@@ -143,7 +146,7 @@ TEST(Surface, StaysSoundWhileItChanges) {
         const auto place = [&] { return XPnt3d(size * whole(64) / 64, size * whole(64) / 64, 1); };
         for (int step = 0; step < 40; ++step) {
             SCOPED_TRACE(testing::Message() << round << ", " << step);
-            if (whole(9) == 0) { size *= 16; }  // soon beyond the frame
+            if (whole(9) == 0) { size *= 16; }  // soon outside the frame
             std::vector<XPnt3d> points(std::size_t(whole(30)));
             std::ranges::generate(points, place);
             if (whole(2) == 0) {
@@ -168,7 +171,7 @@ TEST(Surface, StaysSoundWhileItChanges) {
     }
 }
 
-TEST(Surface, SettlesHeightsByItsRule) {
+TEST(Surface, ResolvesHeightsByItsRule) {
     struct Case {
         Heights rule;
         double points, added, line;  // the height after each step
@@ -180,7 +183,7 @@ TEST(Surface, SettlesHeightsByItsRule) {
         SCOPED_TRACE(int(c.rule));
         Surface s(points, {.tolerance = 0.5, .heights = c.rule});
         EXPECT_EQ(s.pointReport().refused, 2);
-        const int vertex = s.vertexOf(0).value();  // which of the three is the library's choice
+        const int vertex = s.vertexOf(0).value();  // the library chooses one of the three
         EXPECT_EQ(s.vertexOf(4), vertex);
         EXPECT_DOUBLE_EQ(s.point(vertex).z, c.points);
         EXPECT_EQ(s.addPoints(std::vector<XPnt3d>{{0, 0, 2}, {0, 0.125, 6}}).refused, 2);
@@ -191,7 +194,7 @@ TEST(Surface, SettlesHeightsByItsRule) {
         EXPECT_EQ(report.refused, 1);
         EXPECT_DOUBLE_EQ(s.point(vertex).z, c.line);
     }
-    // Every point is within the tolerance of the first one, and the frame is farther off.
+    // Every point is within the tolerance of the first one; the frame is farther away.
     for (const double tolerance : {100.0, 1e90, HUGE_VAL}) {
         Surface s(points, {.tolerance = tolerance, .heights = Heights::highest});
         s.addBreaklines(std::vector<Polyline>{{{3, 3, 8}, {4, 4, 1}}}, {.tolerance = tolerance});
@@ -307,7 +310,7 @@ TEST(Surface, LeavesTheSameTrianglesOutOfEveryQuery) {
     }
 }
 
-TEST(Surface, HasTheHeightsOfItsRasterToTheBit) {
+TEST(Surface, HeightsEqualThoseOfItsRasterExactly) {
     const unsigned seed = support::newSeed();
     std::mt19937 random(seed);
     for (const std::string_view name : {"Grid", "TiltedGrid", "RandomOrder", "UlpGrid", "Circle"}) {
@@ -337,7 +340,7 @@ TEST(Surface, HasTheHeightsOfItsRasterToTheBit) {
     }
 }
 
-TEST(Surface, LetsLoopsNestAndFindsTriangles) {
+TEST(Surface, LoopsOverTrianglesNestAndNeighborsLinkBack) {
     Surface s(support::makePointSet("RandomOrder", support::newSeed(), 60).points);
     s.addBreaklines(std::vector<Polyline>{{{1, 1, 0}, {6, 6, 0}}});
     const int count = s.triangleCount();
@@ -377,11 +380,12 @@ TEST(Surface, IsEmptyWhenNewAndWhenMovedFrom) {
         EXPECT_FALSE(s->bounds().isValid());
         EXPECT_EQ(s->heightAt(0, 0), std::nullopt);
         EXPECT_TRUE(std::isnan(s->rasterize({0, 0, 1, 1}, 1, 1).values.at(0)));
-        EXPECT_EQ(s->profile({0, 0}, {1, 1}).size() + s->contours({0}).size(), 0U);
+        EXPECT_THAT(s->profile({0, 0}, {1, 1}), testing::IsEmpty());
+        EXPECT_THAT(s->contours({0}), testing::IsEmpty());
         s->setMaxEdge(5);
         EXPECT_FALSE(s->removePoint(0));
         s->addPoints(std::vector<XPnt3d>{{0, 0, 1}, {3, 0, 1}, {0, 3, 1}, {8, 8, 1}});
-        EXPECT_EQ(s->triangleCount(), 1) << "the limit from before";
+        EXPECT_EQ(s->triangleCount(), 1) << "setMaxEdge still applies";
         EXPECT_EQ(support::faultOf(*s), "");
     }
 }
@@ -398,7 +402,7 @@ TEST(Surface, NamesTheValueInItsErrors) {
     using Bad = std::invalid_argument;
     Surface s(std::vector<XPnt3d>{{0, 0, 1}, {8, 0, 1}, {0, 8, 1}});
     const auto expect = [](const std::string& text, const char* value) {
-        EXPECT_NE(text.find(value), std::string::npos) << text;
+        EXPECT_THAT(text, testing::HasSubstr(value));
     };
     const auto make = [](SurfaceOptions options) { Surface(std::vector<XPnt3d>(), options); };
     expect(textOf<Bad>([&] { make({.tolerance = -2.5}); }), "-2.5");

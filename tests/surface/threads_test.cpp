@@ -1,7 +1,5 @@
-// Surface: const operations on many threads at once.
+// Const operations of a Surface on many threads at once.
 #include <zyn/surface.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
@@ -12,6 +10,7 @@
 
 #include "file_content.h"
 #include "point_sets.h"
+#include "testing.h"
 
 namespace {
 
@@ -21,7 +20,7 @@ void append(std::vector<double>& all, const Polyline& line) {
     for (const XPnt3d& p : line) { all.insert(all.end(), {p.x, p.y, std::isnan(p.z) ? -1 : p.z}); }
 }
 
-/// Calls every const operation, and returns all that they answer.
+/// Calls every const operation and returns all their results.
 std::vector<double> answersOf(const Surface& s, const std::string& path) {
     std::vector<double> all;
     for (const SurfaceView& view : {SurfaceView(s), s.withMaxEdge(2)}) {
@@ -58,7 +57,7 @@ std::vector<double> answersOf(const Surface& s, const std::string& path) {
         view.writeLandXml(path + ".xml", "ground");
         for (const char* const type : {".obj", ".ply", ".xml"}) {
             std::string content = support::contentOf(path + type);
-            content.erase(0, content.find("<Units") + 1);  // the time before, in one of them
+            content.erase(0, content.find("<Units") + 1);  // LandXML has the time before it
             all.insert(all.end(), content.begin(), content.end());
         }
     }
@@ -68,7 +67,7 @@ std::vector<double> answersOf(const Surface& s, const std::string& path) {
     return all;
 }
 
-TEST(SurfaceThreads, GetTheAnswersOfOne) {
+TEST(SurfaceThreads, GetTheResultsOfASingleThread) {
     Surface s(support::makePointSet("Duplicates", 1, 1000).points);
     s.addBreaklines(std::vector<Polyline>{{{1, 1, 0}, {25, 26, 0}}, {{2, 25, 1}, {24, 3, 1}}});
     s.removePoint(7);

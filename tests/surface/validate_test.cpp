@@ -1,7 +1,5 @@
-// The check of a network, and what becomes of a surface that does not pass it.
+// The validation of networks: it accepts valid ones and names the fault of others.
 #include <zyn/network.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
@@ -13,15 +11,16 @@
 
 #include "network.h"
 #include "seed.h"
+#include "testing.h"
 
 namespace {
 
 using namespace zyn;
 
 template <class Real>
-class SurfaceValidateTest : public testing::Test, protected support::Network<Real> {
+class Validate : public testing::Test, protected support::Network<Real> {
 protected:
-    SurfaceValidateTest() : support::Network<Real>(0, 0, 100, 100) {}
+    Validate() : support::Network<Real>(0, 0, 100, 100) {}
 
     std::string fault(bool delaunay = false) {
         const QString text = validate(this->engine.get(), delaunay);
@@ -33,9 +32,9 @@ protected:
         return "triangle " + std::to_string(number) + " " + text;
     }
 };
-TYPED_TEST_SUITE(SurfaceValidateTest, support::Precisions);
+TYPED_TEST_SUITE(Validate, support::Precisions);
 
-TYPED_TEST(SurfaceValidateTest, FindsNothingInSoundNetworks) {
+TYPED_TEST(Validate, FindsNoFaultInValidNetworks) {
     EXPECT_EQ(this->fault(true), "");
     EXPECT_FALSE(validate<TypeParam>(nullptr).isNull());
     std::mt19937 random(support::newSeed());
@@ -48,8 +47,8 @@ TYPED_TEST(SurfaceValidateTest, FindsNothingInSoundNetworks) {
     }
 }
 
-// Each vertex is offered again; then one after the other goes until each place has one.
-TYPED_TEST(SurfaceValidateTest, FindsNothingBesidePointsInOnePlace) {
+// Each vertex is added again; then vertices are removed until each place has one.
+TYPED_TEST(Validate, FindsNoFaultAtPointsInOnePlace) {
     std::mt19937 random(support::newSeed());
     for (int round = 0; round < 300; ++round) {
         std::vector<XPnt3d> places;
@@ -77,7 +76,7 @@ TYPED_TEST(SurfaceValidateTest, FindsNothingBesidePointsInOnePlace) {
     }
 }
 
-TYPED_TEST(SurfaceValidateTest, SaysWhatIsWrongAndWhere) {
+TYPED_TEST(Validate, NamesTheFaultAndItsTriangle) {
     using Record = TinRecord<TypeParam>;
     for (int n = 0; n < 25; ++n) { this->add(10 + 20 * (n % 5) + n / 5, 10 + 20 * (n / 5), n); }
     ASSERT_EQ(this->fault(true), "");
@@ -97,14 +96,14 @@ TYPED_TEST(SurfaceValidateTest, SaysWhatIsWrongAndWhere) {
         expect(v[2], v[2], "has a corner twice");
         expect(v[2], v[1], "runs clockwise");
         if (t == inner) { expect(middle, v[2], "has no area"); }
-        for (auto*& link : t->neighbor) {  // the neighbour has a link too many
+        for (auto*& link : t->neighbor) {  // the neighbour's link has no counterpart
             auto* const n = std::exchange(link, nullptr);
             if (n == nullptr) { continue; }
             EXPECT_EQ(this->fault(), this->sentence(n, "has a neighbour without a link back"));
             link = n;
         }
     }
-    // Of two that do not fit each other the first is told.
+    // Of two triangles that contradict each other, the text names the first.
     Record foreign = *inner;
     auto*& link = all[0]->neighbor[0];
     for (const auto& [wrong, text] :
@@ -116,13 +115,14 @@ TYPED_TEST(SurfaceValidateTest, SaysWhatIsWrongAndWhere) {
         link = before;
     }
     this->engine->enforceEdge(this->vertex(6), this->vertex(13), inner);
-    EXPECT_TRUE(this->fault().empty() && this->fault(true).ends_with("edge that is not Delaunay"));
+    EXPECT_EQ(this->fault(), "");
+    EXPECT_THAT(this->fault(true), testing::EndsWith("edge that is not Delaunay"));
     ASSERT_TRUE(this->engine->deleteTriangle(this->engine->locate(30, 70)));
-    EXPECT_TRUE(this->fault().ends_with("stands at a bay in the rim"));
+    EXPECT_THAT(this->fault(), testing::EndsWith("stands at a bay in the rim"));
 }
 
-// Eight triangles round a hub, over a square whose corners come twice.
-TYPED_TEST(SurfaceValidateTest, KnowsARimThatIsNone) {
+// Eight triangles around a hub wind twice around a square.
+TYPED_TEST(Validate, FindsRimsThatWindTwiceOrTouchThemselves) {
     for (int n = 0; n < 3; ++n) { ASSERT_TRUE(this->add(20 + 30 * n, 50 + n)); }
     const auto all = this->triangles();
     ASSERT_EQ(all.size(), 8U);
@@ -136,7 +136,7 @@ TYPED_TEST(SurfaceValidateTest, KnowsARimThatIsNone) {
                    .neighbor = {nullptr, all[(n + 1) % 8], all[(n + 7) % 8]}};
     }
     EXPECT_EQ(this->fault(), "triangle 0 is part of what winds round more than once");
-    // Cut open from the hub to where the rounds begin.
+    // Cuts the triangles open from the hub to the start of the first round.
     all[0]->neighbor[2] = all[7]->neighbor[1] = nullptr;
     EXPECT_EQ(this->fault(), "triangle 7 touches the rim at a corner twice");
     all[7]->vertex[2] = rim[8];

@@ -1,7 +1,6 @@
-// Networks of hard families of points: valid, and Delaunay by exact arithmetic.
+// Networks of families of points that are hard to triangulate: each is valid, and Delaunay by exact
+// arithmetic.
 #include <zyn/network.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +14,7 @@
 #include "network_check.h"
 #include "point_sets.h"
 #include "seed.h"
+#include "testing.h"
 
 namespace {
 
@@ -22,9 +22,9 @@ using namespace zyn;
 using support::PointSet;
 using support::Scale;
 
-/// How many of the points are finite, in the frame and, unless the set means those, no duplicates.
+/// Returns how many points are finite and in the frame, with duplicates only if the set keeps them.
 template <class Real>
-int countOfGood(const PointSet& set) {
+int countOfValid(const PointSet& set) {
     const Real minX = Real(set.minX), minY = Real(set.minY), maxX = Real(set.maxX),
                maxY = Real(set.maxY);
     std::vector<std::pair<Real, Real>> places;
@@ -42,9 +42,9 @@ int countOfGood(const PointSet& set) {
 
 enum class Way { onePointAtATime, allAtOnce };
 
-/// Inserts the points, and checks the network by both validators.
+/// Inserts the points and checks the network with both validators.
 template <class Real>
-void expectSoundNetwork(const PointSet& set, Way way) {
+void expectValidNetwork(const PointSet& set, Way way) {
     support::Network<Real> network(set);
     const ref_ptr<Pnt3Array<Real>> points = support::arrayOf<Real>(set.points);
     auto* const e = network.engine.get();
@@ -55,7 +55,7 @@ void expectSoundNetwork(const PointSet& set, Way way) {
     } else {
         for (XPnt3<Real>& p : *points) { taken += e->addPoint(&p, tolerance); }
     }
-    EXPECT_EQ(taken, countOfGood<Real>(set));
+    EXPECT_EQ(taken, countOfValid<Real>(set));
     EXPECT_EQ(e->triangleCount(), 2 + 2 * taken);
     EXPECT_EQ(support::faultOf(*e, {.duplicates = set.duplicates, .vertices = 4 + taken}), "");
     EXPECT_EQ(validate<Real>(e, !set.duplicates).toStdString(), "");
@@ -63,9 +63,9 @@ void expectSoundNetwork(const PointSet& set, Way way) {
 
 class PointFamily : public testing::TestWithParam<std::string_view> {};
 
-/// Twenty thousand points stand at one scale, another one for the next seed, and go in all at once:
-/// in random order on a line each walk would be long. With ZYN_ALL_SIZES nothing is left out.
-TEST_P(PointFamily, GivesASoundNetwork) {
+/// Twenty thousand points run at one scale, which the seed selects. They are inserted all at once,
+/// because in random order along a line each walk would be long. ZYN_ALL_SIZES runs all of them.
+TEST_P(PointFamily, FormsAValidDelaunayNetwork) {
     const unsigned seed = support::newSeed();
     const bool isFull = std::getenv("ZYN_ALL_SIZES") != nullptr;
     for (std::size_t s = 0; s < std::size(support::scales); ++s) {
@@ -75,12 +75,12 @@ TEST_P(PointFamily, GivesASoundNetwork) {
             SCOPED_TRACE(std::string(scale.name) + ", " + std::to_string(count));
             const PointSet set = support::makePointSet(GetParam(), seed, count, scale);
             if (count <= 1000 || isFull) {
-                expectSoundNetwork<double>(set, Way::onePointAtATime);
-                expectSoundNetwork<float>(set, Way::onePointAtATime);
+                expectValidNetwork<double>(set, Way::onePointAtATime);
+                expectValidNetwork<float>(set, Way::onePointAtATime);
             }
             if (count >= 1000) {
-                expectSoundNetwork<double>(set, Way::allAtOnce);
-                expectSoundNetwork<float>(set, Way::allAtOnce);
+                expectValidNetwork<double>(set, Way::allAtOnce);
+                expectValidNetwork<float>(set, Way::allAtOnce);
             }
         }
     }
@@ -91,10 +91,10 @@ INSTANTIATE_TEST_SUITE_P(, PointFamily, testing::ValuesIn(support::pointSetNames
 INSTANTIATE_TEST_SUITE_P(Wild, PointFamily, testing::ValuesIn(support::wildPointSetNames()),
                          nameOf);
 
-TEST(Delaunay, AHundredThousandPointsGiveASoundNetwork) {
+TEST(Delaunay, AHundredThousandPointsFormAValidNetwork) {
     const PointSet set = support::uniformPoints(100000, support::newSeed());
-    expectSoundNetwork<double>(set, Way::onePointAtATime);
-    expectSoundNetwork<float>(set, Way::onePointAtATime);
+    expectValidNetwork<double>(set, Way::onePointAtATime);
+    expectValidNetwork<float>(set, Way::onePointAtATime);
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
-// The signs of the predicates against exact arithmetic, on positions that leave plain doubles in
-// doubt.
+// The signs of the predicates against exact arithmetic, on positions for which plain doubles are
+// uncertain.
 #include "triangulation/predicates.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
@@ -10,6 +8,7 @@
 
 #include "exact_signs.h"
 #include "seed.h"
+#include "testing.h"
 
 namespace {
 
@@ -28,8 +27,8 @@ const Scale scales[] = {{0, 1, 2},     {1, 1, 1},       {1e15, 64, 1},     {5e5,
                         {0, 1e80, 1},  {1e80, 1e70, 2}, {1e-170, 1e40, 1}, {-1e60, 1e50, 1},
                         {0, 1e300, 1}, {1e100, 1e99, 3}};
 
-/// Calls `check` with four positions, thousands of times: on a line and on a circle, up to the
-/// rounding and to some units in the last place.
+/// Calls `check` thousands of times with four positions on a line or on a circle, each moved by
+/// rounding and by some units in the last place.
 template <class Check>
 void forEachQuad(Check check) {
     std::mt19937 random(support::newSeed());
@@ -67,30 +66,35 @@ int orient2dSign(const Xy& a, const Xy& b, const Xy& c) {
     return value > 0 ? 1 : value < 0 ? -1 : 0;
 }
 
-// A swap negates, a cyclic shift keeps the sign.
+// A swap of two positions negates the sign; a cyclic shift of three keeps it.
 
-TEST(PredicatesTest, OrientationHasTheExactSign) {
+TEST(Predicates, OrientationHasTheExactSign) {
     forEachQuad([](Xy a, Xy b, Xy c, Xy) {
         const int turn = support::exactOrientation(at(a), at(b), at(c));
-        EXPECT_TRUE(orientation(a, b, c) == turn && orientation(b, c, a) == turn);
-        EXPECT_TRUE(orientation(b, a, c) == -turn && orientation(a, c, b) == -turn);
+        EXPECT_EQ(orientation(a, b, c), turn);
+        EXPECT_EQ(orientation(b, c, a), turn);
+        EXPECT_EQ(orientation(b, a, c), -turn);
+        EXPECT_EQ(orientation(a, c, b), -turn);
         const double size = std::max({std::abs(a.x), std::abs(a.y), std::abs(b.x)});
         if (size > 1e150 || size < 1e-130) { return; }  // products are out of range
-        EXPECT_TRUE(orient2dSign(a, b, c) == turn && orient2dSign(b, a, c) == -turn);
+        EXPECT_EQ(orient2dSign(a, b, c), turn);
+        EXPECT_EQ(orient2dSign(b, a, c), -turn);
     });
     const Xy p{0, 0}, q{4, 0}, r{0, 3};
     EXPECT_EQ(orient2dexact(&p.x, &q.x, &r.x), 12.0);
 }
 
-TEST(PredicatesTest, InCircleHasTheExactSign) {
+TEST(Predicates, InCircleHasTheExactSign) {
     forEachQuad([](Xy a, Xy b, Xy c, Xy d) {
         const int inside = support::exactInCircle(at(a), at(b), at(c), at(d));
-        EXPECT_TRUE(insideSign(a, b, c, d) == inside && insideSign(b, c, a, d) == inside);
-        EXPECT_TRUE(insideSign(b, a, c, d) == -inside && insideSign(a, b, d, c) == -inside);
+        EXPECT_EQ(insideSign(a, b, c, d), inside);
+        EXPECT_EQ(insideSign(b, c, a, d), inside);
+        EXPECT_EQ(insideSign(b, a, c, d), -inside);
+        EXPECT_EQ(insideSign(a, b, d, c), -inside);
     });
 }
 
-TEST(PredicatesTest, SignsAreExactForCoordinatesOfVeryDifferentSizes) {
+TEST(Predicates, SignsAreExactForCoordinatesOfVeryDifferentSizes) {
     std::mt19937 random(support::newSeed());
     std::uniform_real_distribution uniform(-1.0, 1.0);
     const auto check = [](Xy a, Xy b, Xy c, Xy d) {
@@ -98,27 +102,29 @@ TEST(PredicatesTest, SignsAreExactForCoordinatesOfVeryDifferentSizes) {
         EXPECT_EQ(insideSign(a, b, c, d), support::exactInCircle(at(a), at(b), at(c), at(d)));
     };
     for (int i = 0; i < 20000 && !testing::Test::HasFailure(); ++i) {
-        // Over all exponents, or close enough to each other that one scale makes products exact.
+        // Exponents of all sizes, or so close to each other that one scale makes products exact.
         const bool isWide = i % 2 == 0;
         std::uniform_int_distribution exponent(isWide ? -1074 : -900, isWide ? 330 : -700);
         const auto any = [&] { return std::ldexp(uniform(random), exponent(random)); };
         check({any(), any()}, {any(), any()}, {any(), any()}, {any(), any()});
-        // On one circle, and one of them a little beside it.
+        // On one circle, or with one position slightly off it.
         const double x = any(), w = any(), base = any(), high = any(), beside = any();
         check({-x, base}, {x, base}, {w, high}, {-w, high});
         check({-x, base}, {x, base}, {w, high}, {-w, std::nextafter(high, beside)});
-        // On one line, and one of them a little beside it.
+        // On one line, or with one position slightly off it.
         const double t = std::ldexp(3, exponent(random)), u = std::ldexp(5, exponent(random));
         check({any(), any()}, {t, 3 * t}, {u, 3 * u}, {-u, -3 * u});
         check({t, 3 * t}, {u, 3 * u}, {-t, std::nextafter(-3 * t, beside)}, {0, 0});
     }
 }
 
-TEST(PredicatesTest, WhatIsNotFiniteHasNoSide) {
+TEST(Predicates, NonFiniteCoordinatesHaveNoSide) {
     const Xy a{0, 0}, b{1, 0}, c{0, 1};
     for (const double bad : {std::nan(""), infinity, -infinity}) {
-        EXPECT_TRUE(orientation(a, b, {bad, 1}) == 0 && orientation({0, bad}, b, c) == 0);
-        EXPECT_TRUE(insideSign(a, b, c, {1, bad}) == 0 && insideSign({bad, 0}, b, c, a) == 0);
+        EXPECT_EQ(orientation(a, b, {bad, 1}), 0);
+        EXPECT_EQ(orientation({0, bad}, b, c), 0);
+        EXPECT_EQ(insideSign(a, b, c, {1, bad}), 0);
+        EXPECT_EQ(insideSign({bad, 0}, b, c, a), 0);
     }
 }
 

@@ -1,7 +1,5 @@
-// Long random walks of operations, after which the network is what it should be.
+// Long random walks of operations, which keep the network valid.
 #include <zyn/network.h>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -15,13 +13,14 @@
 #include "network.h"
 #include "network_check.h"
 #include "seed.h"
+#include "testing.h"
 
 namespace {
 
 using namespace zyn;
 using namespace zyn::detail;
 
-/// How many operations a walk has; ZYN_WALK_OPERATIONS says otherwise.
+/// Returns the number of operations of a walk, which ZYN_WALK_OPERATIONS overrides.
 int operationCount() {
     const char* const wanted = std::getenv("ZYN_WALK_OPERATIONS");
     return wanted != nullptr ? std::atoi(wanted) : 50000;
@@ -30,7 +29,7 @@ int operationCount() {
 template <class Real>
 class Walk : support::Network<Real> {
 public:
-    /// Positions are `step` apart, so that many lie on lines and circles, or twice in one place.
+    /// Positions are `step` apart, so that many are collinear, on one circle, or in one place.
     Walk(unsigned seed, double step_)
         : support::Network<Real>(0, 0, 100, 100), random(seed), step(step_) {}
 
@@ -84,7 +83,7 @@ private:
         arrays.push_back(support::arrayOf<Real>(result));
         return arrays.back().get();
     }
-    /// Finds out which vertices there are.
+    /// Collects the vertices from the triangles.
     void collect() {
         held.clear();
         std::unordered_set<Real*> seen;
@@ -116,8 +115,7 @@ private:
         EXPECT_GE(addBreakline<Real>(this->engine.get(), somePoints(2 + pick(3)), 0), 0);
         collect();
     }
-    /// One line after the other on almost the same way, all of them twice: the crossings that they make
-    /// must not make more.
+    /// Adds lines that almost coincide, twice. The second round must make no new crossing.
     void addOverlappingLines() {
         std::vector<XPnt3d> places;
         const XPnt3d a(position(), position()), b(position(), position());
@@ -150,7 +148,8 @@ private:
         Real *const a = someVertex(), *const b = someVertex();
         if (a == b) { return; }
         auto* const t = this->engine->enforceEdge(a, b, nullptr);
-        EXPECT_TRUE(t != nullptr && t->index(a) != 3);
+        ASSERT_NE(t, nullptr);
+        EXPECT_NE(t->index(a), 3);
     }
 
     void locateSome() {
@@ -170,7 +169,7 @@ private:
         Real* array = nullptr;
         int count = 0;
         ASSERT_TRUE(readBinary(this->engine.get(), path.c_str(), array, count));
-        vertices.reset(array);  // what the network stood on is not needed any more
+        vertices.reset(array);  // nothing uses the old vertices any more
         this->points.clear();
         arrays.clear();
         ASSERT_EQ(count, 4 + int(held.size()));
@@ -187,10 +186,10 @@ private:
 };
 
 template <class Real>
-class RandomWalkTest : public testing::Test {};
-TYPED_TEST_SUITE(RandomWalkTest, support::Precisions);
+class RandomWalk : public testing::Test {};
+TYPED_TEST_SUITE(RandomWalk, support::Precisions);
 
-TYPED_TEST(RandomWalkTest, KeepsTheNetworkValid) {
+TYPED_TEST(RandomWalk, KeepsTheNetworkValid) {
     const unsigned seed = support::newSeed();
     for (const double step : {1e-3, 0.1, 5.0}) {
         SCOPED_TRACE(step);

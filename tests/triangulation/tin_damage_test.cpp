@@ -1,8 +1,7 @@
-// Networks in files: their bytes and the way back. Whatever stands in a damaged one, reading it gives a network
-// that can be used, or nothing, and takes no more memory than the size of the file allows.
+// Networks in files: their bytes, reading them back, and damage. A damaged file reads as a network
+// that can be used, or as nothing. Reading takes no more memory than the size of the file allows.
 #include <zyn/network.h>
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -25,6 +24,7 @@
 #include "network.h"
 #include "network_check.h"
 #include "seed.h"
+#include "testing.h"
 #include "triangulation/vertex_numbers.h"
 
 namespace {
@@ -34,7 +34,7 @@ using namespace zyn::detail;
 
 constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max(), least = -most - 1;
 
-/// The file of a network, in either encoding.
+/// Returns the file of a network, in either encoding.
 template <class Real>
 std::string fileOf(support::Network<Real>& net, bool isText) {
     const MemoryFile file;
@@ -47,7 +47,7 @@ std::string fileOf(support::Network<Real>& net, bool isText) {
 template <class Real>
 class TinHost {
 public:
-    /// Reads the file. The first promise that is broken, or null when all are kept.
+    /// Reads the file. Returns the first broken promise, or null.
     const char* faultOfRead(const std::string& path, bool isText) {
         std::error_code error;
         const bool isFile = std::filesystem::is_regular_file(path, error);
@@ -59,21 +59,21 @@ public:
         taken = isText ? readText<Real>(&e, path.c_str(), array, count)
                        : readBinary<Real>(&e, path.c_str(), array, count);
         if (memory.bytes() > 16 * size + (1U << 20U)) { return "took too much memory"; }
-        vertices.reset(array);  // what the last network stood on is not needed any more
+        vertices.reset(array);  // nothing uses the old vertices any more
         lines.clear();
         e.rewindTriangles();
         if (taken) {
             const bool isWhole = array != nullptr && count >= 4 && e.nextTriangle() != nullptr;
-            return isWhole ? nullptr : "gave a part";
+            return isWhole ? nullptr : "read a part of the network";
         }
         const bool isNothing = array == nullptr && count == 0 && e.triangleCount() == 0 &&
                                e.nextTriangle() == nullptr && e.locate(0, 0) == nullptr &&
                                !e.addPoint(&some, 0) && !e.removePoint(nullptr, 0, 0, 9) &&
                                e.enforceEdge(&marker, &marker, nullptr) == nullptr;
-        return isNothing ? nullptr : "left something";
+        return isNothing ? nullptr : "left something behind";
     }
-    /// Does with the network what a host does; whatever comes of that, it can be written and read
-    /// again.
+    /// Uses the network as an application does. Then it must still be possible to write it and to
+    /// read it again. Returns the first broken promise, or null.
     const char* faultInUse() {
         auto* const e = net.engine.get();
         (void)validate<Real>(e, true);
@@ -109,22 +109,28 @@ public:
 
 private:
     std::unique_ptr<Real[]> vertices;
-    std::vector<ref_ptr<Pnt3Array<Real>>> lines;  // their points become vertices
+    std::vector<ref_ptr<Pnt3Array<Real>>> lines;  // own the points that become vertices
     MemoryFile scratch;
     Real marker = 0;
     XPnt3<Real> some{0, 0, 0};
 };
 
+/// Returns the position of the first byte in which two files differ, or npos.
+std::size_t firstDifference(const std::string& a, const std::string& b) {
+    const auto [inA, inB] = std::ranges::mismatch(a, b);
+    return inA == a.end() && inB == b.end() ? std::string::npos : std::size_t(inA - a.begin());
+}
+
 template <class Real>
-class TinFileTest : public testing::Test {
+class TinFile : public testing::Test {
 protected:
     support::Network<Real> net{0, 0, 10, 10};
     MemoryFile file;
     TinHost<Real> host;
 };
-TYPED_TEST_SUITE(TinFileTest, support::Precisions);
+TYPED_TEST_SUITE(TinFile, support::Precisions);
 
-TYPED_TEST(TinFileTest, BytesAreThoseOfTheFormat) {
+TYPED_TEST(TinFile, WritesTheBytesOfTheFormat) {
     using Real = TypeParam;
     const auto i32 = [](auto... n) { return support::bytes(std::int32_t(n)...); };
     const auto reals = [](auto... c) { return support::bytes(Real(c)...); };
@@ -143,12 +149,12 @@ TYPED_TEST(TinFileTest, BytesAreThoseOfTheFormat) {
         "4\t1\t2\t-1\t2\t3\t\n4\t3\t0\t-1\t3\t2\t\n4\t2\t3\t-1\t1\t0\t\n4\t0\t1\t-1\t0\t1\t\n");
 }
 
-TYPED_TEST(TinFileTest, WhatIsReadIsWhatWasWritten) {
+TYPED_TEST(TinFile, ReadsBackWhatItWrote) {
     using Real = TypeParam;
     for (const XPnt3d& p : support::uniformPoints(2000, support::newSeed()).points) {
         this->net.add(10 * p.x, 10 * p.y, p.z);
     }
-    for (const bool text : {true, false}) {  // text rounds to six digits, and is then kept
+    for (const bool text : {true, false}) {  // text rounds to six digits, once
         if (!text) {
             this->net.points[9].z = std::numeric_limits<Real>::denorm_min();
             this->net.points[10].z = Real(std::nan(""));
@@ -158,13 +164,13 @@ TYPED_TEST(TinFileTest, WhatIsReadIsWhatWasWritten) {
         this->file.fill(same.data(), same.size());
         EXPECT_STREQ(this->host.faultOfRead(this->file.path, text), nullptr);
         ASSERT_TRUE(this->host.taken);
-        EXPECT_TRUE(fileOf(this->host.net, text) == first);
+        EXPECT_EQ(firstDifference(fileOf(this->host.net, text), first), std::string::npos);
         const int count = 3 + this->net.engine->triangleCount() / 2;
         if (!text) { EXPECT_EQ(support::faultOf(*this->host.net.engine, {.vertices = count}), ""); }
     }
 }
 
-TYPED_TEST(TinFileTest, WhatIsNoFileIsRefused) {
+TYPED_TEST(TinFile, RefusesPathsThatAreNoFiles) {
     const std::string folder = testing::TempDir(), fifo = folder + "zyn_fifo";
     std::filesystem::remove(fifo);
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
@@ -175,11 +181,11 @@ TYPED_TEST(TinFileTest, WhatIsNoFileIsRefused) {
         }
     }
     std::filesystem::remove(fifo);
-    EXPECT_TRUE(!writeBinary(this->net.engine.get(), nullptr) &&
-                writeText(this->net.engine.get(), nullptr));
+    EXPECT_FALSE(writeBinary(this->net.engine.get(), nullptr));
+    EXPECT_TRUE(writeText(this->net.engine.get(), nullptr)) << "it reports no failure";
 }
 
-/// What may come of reading a file.
+/// What reading a file may yield.
 enum Result { nothing, network, either };
 
 TEST(VertexNumbers, TakeLittleMemoryWhereverTheVerticesAre) {
@@ -198,9 +204,9 @@ TEST(VertexNumbers, TakeLittleMemoryWhereverTheVerticesAre) {
 }
 
 template <class Real>
-class TinDamageTest : public TinFileTest<Real> {
+class DamagedTin : public TinFile<Real> {
 protected:
-    TinDamageTest() {
+    DamagedTin() {
         this->net.add(5, 2);
         this->net.add(6, 7);
         binary = fileOf(this->net, false);
@@ -210,21 +216,21 @@ protected:
     }
     void expect(Result wanted, const std::string& content, bool isText, std::size_t size = 0) {
         this->file.fill(content.data(), content.size(), size);
-        const auto told = [&] {
+        const auto description = [&] {
             return testing::PrintToString(content.substr(0, 1000)) + " of " + std::to_string(size);
         };
-        ASSERT_STREQ(this->host.faultOfRead(this->file.path, isText), nullptr) << told();
-        if (wanted != either) { EXPECT_EQ(this->host.taken, wanted == network) << told(); }
-        if (this->host.taken) { ASSERT_STREQ(this->host.faultInUse(), nullptr) << told(); }
+        ASSERT_STREQ(this->host.faultOfRead(this->file.path, isText), nullptr) << description();
+        if (wanted != either) { EXPECT_EQ(this->host.taken, wanted == network) << description(); }
+        if (this->host.taken) { ASSERT_STREQ(this->host.faultInUse(), nullptr) << description(); }
     }
-    /// The binary file with another integer at `at`.
+    /// Returns the binary file with another integer at `at`.
     std::string withNumber(std::size_t at, std::int32_t n) {
         std::string damaged = binary;
         std::memcpy(&damaged[at], &n, sizeof n);
         return damaged;
     }
-    /// The text file with another word `at`. Word 0 is the head; 1 and 2 are counts; 3 to 20
-    /// coordinates; then come the records.
+    /// Returns the text file with another word `at`. Word 0 is the head, words 1 and 2 are counts
+    /// and words 3 to 20 coordinates; the records follow.
     std::string withWord(std::size_t at, const std::string& word) {
         std::string damaged;
         for (std::size_t n = 0; n < words.size(); ++n) {
@@ -237,19 +243,19 @@ protected:
     std::string binary, text;
     std::vector<std::string> words;
 };
-TYPED_TEST_SUITE(TinDamageTest, support::Precisions);
+TYPED_TEST_SUITE(DamagedTin, support::Precisions);
 
-TYPED_TEST(TinDamageTest, AFileCutOffGivesNothing) {
+TYPED_TEST(DamagedTin, ATruncatedFileReadsAsNothing) {
     for (std::size_t n = 0; n < this->binary.size(); ++n) {
         this->expect(nothing, this->binary.substr(0, n), false);
     }
-    // The text is whole when its last number is.
+    // The text is complete with its last number.
     for (std::size_t n = 0; n < this->text.size(); ++n) {
         this->expect(n < this->text.size() - 2 ? nothing : network, this->text.substr(0, n), true);
     }
 }
 
-TYPED_TEST(TinDamageTest, AFlippedBitGivesANetworkOrNothing) {
+TYPED_TEST(DamagedTin, AFlippedBitReadsAsANetworkOrNothing) {
     for (const bool isText : {false, true}) {
         const std::string& whole = isText ? this->text : this->binary;
         for (std::size_t bit = 0; bit < 8 * whole.size(); ++bit) {
@@ -262,7 +268,7 @@ TYPED_TEST(TinDamageTest, AFlippedBitGivesANetworkOrNothing) {
     }
 }
 
-TYPED_TEST(TinDamageTest, NumbersAreTakenWhenTheyAreInRange) {
+TYPED_TEST(DamagedTin, NumbersAreAcceptedInTheirRangeOnly) {
     constexpr std::int32_t total = 6;          // of vertices, and of triangles
     for (std::size_t at = 0; at < 38; ++at) {  // two counts, then the records
         const bool isCount = at < 2, isVertex = (at - 2) % 6 < 3;
@@ -276,7 +282,7 @@ TYPED_TEST(TinDamageTest, NumbersAreTakenWhenTheyAreInRange) {
     }
 }
 
-TYPED_TEST(TinDamageTest, AWordThatIsNoNumberGivesNothing) {
+TYPED_TEST(DamagedTin, AWordThatIsNoNumberReadsAsNothing) {
     const std::string endless(3000000, '6');
     const std::pair<std::size_t, std::vector<std::string>> bad[] = {
         {0, {"ZynTINFile1", "ZynTINFile100", "zynTINFile10", endless}},
@@ -293,7 +299,7 @@ TYPED_TEST(TinDamageTest, AWordThatIsNoNumberGivesNothing) {
 }
 
 /// Files of 100 MB, all zeros behind the counts.
-TYPED_TEST(TinDamageTest, CountsTakeNoMoreMemoryThanTheFileCanFill) {
+TYPED_TEST(DamagedTin, CountsTakeNoMoreMemoryThanTheFileCanFill) {
     constexpr std::size_t size = 100'000'000;
     constexpr std::int32_t points = (size - 96) / (3 * sizeof(TypeParam)),
                            triples = (size - 72 - 12 * sizeof(TypeParam)) / 24;
@@ -315,7 +321,7 @@ TYPED_TEST(TinDamageTest, CountsTakeNoMoreMemoryThanTheFileCanFill) {
     }
 }
 
-/// Does to the file what happens to files.
+/// Damages the file as disks, transfers and editors do.
 void damage(std::string& file, bool isText, std::mt19937& random) {
     static constexpr std::uint32_t numbers[] = {
         0,          1,          2,          3,          4,          5,
@@ -348,7 +354,7 @@ void damage(std::string& file, bool isText, std::mt19937& random) {
     }
 }
 
-/// Reads so many damaged files with engines of either width, and uses what each eighth gives.
+/// Reads `count` damaged files with engines of either precision, and uses every eighth network.
 void readDamaged(unsigned seed, int count) {
     std::mt19937 random(seed);
     std::vector<std::string> files;  // binary and text in turn
@@ -386,8 +392,8 @@ void readDamaged(unsigned seed, int count) {
     std::printf("%d files read, %d times a network\n", count, taken);
 }
 
-/// ZYN_DAMAGED_FILES says how many. Each hundred thousand have a seed of their own.
-TEST(TinDamage, AnyDamageGivesANetworkOrNothing) {
+/// ZYN_DAMAGED_FILES sets the number of files. Each hundred thousand have their own seed.
+TEST(RandomDamage, ReadsAsANetworkOrNothing) {
     const char* const wanted = std::getenv("ZYN_DAMAGED_FILES");
     unsigned seed = support::newSeed();
     constexpr int round = 100'000;

@@ -1,4 +1,4 @@
-// Reaches every library that ZynBase stands on, and tells what it finds.
+// Calls every library on which ZynBase depends, and prints what it finds.
 #include <zyn/camera.h>
 #include <zyn/delaunay.h>
 #include <zyn/textfile.h>

@@ -16,12 +16,14 @@ namespace {
 
 /// Whether all points can become vertices.
 template <class Real>
-bool accepts(DelaunayEngine<Real>& engine, Pnt3Array<Real>* points) {
+bool accepts(DelaunayEngine<Real>& engine, Pnt3Array<Real>* points,
+             const detail::StartNear<Real>& start) {
     if (points == nullptr || points->size() < 2) { return false; }
-    TinRecord<Real>* hint = engine.newest();
+    TinRecord<Real>* last = nullptr;
     return std::all_of(points->begin(), points->end(), [&](const XPnt3<Real>& p) {
-        hint = engine.locateFrom(hint, {double(p.x), double(p.y)});
-        return hint != nullptr && std::isfinite(p.z);
+        const Xy q{double(p.x), double(p.y)};
+        last = engine.locateFrom(start(last, q), q);
+        return last != nullptr && std::isfinite(p.z);
     });
 }
 
@@ -38,13 +40,22 @@ int addAll(DelaunayInterface<Real>* interface, Polylines&& polylines, Real toler
     if (crossings != nullptr) {
         keep = [crossings](const XPnt3<Real>& p) { return crossings->append(p); };
     }
+    constexpr double closeEdges = 256;
+    TinRecord<Real>* latest = engine->newest();
+    const detail::StartNear<Real> start = [&](TinRecord<Real>* last, Xy q) {
+        if (last == nullptr) { last = latest; }
+        if (last == nullptr || !detail::isWithinEdges(last, q, closeEdges)) {
+            last = engine->sample(q);
+        }
+        return latest = last;
+    };
     std::optional<FixedEdges<Real>> edges;
     std::optional<Breaklines<Real>> breaklines;
     for (Pnt3Array<Real>* const points : polylines) {
-        if (!accepts(*engine, points)) { continue; }
+        if (!accepts(*engine, points, start)) { continue; }
         if (!breaklines) {
             edges.emplace(list);
-            breaklines.emplace(*engine, tolerance, *edges, keep);
+            breaklines.emplace(*engine, tolerance, *edges, keep, start);
         }
         breaklines->add(*points, [](const XPnt3<Real>&, const Real*) {});
     }

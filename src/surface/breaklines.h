@@ -4,6 +4,7 @@
 #include <zyn/network.h>
 
 #include "surface/edge_maker.h"
+#include "surface/queries.h"
 #include "surface/snap.h"
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
@@ -36,14 +37,21 @@ public:
     using Keep = std::function<Pnt*(const Pnt&)>;
 
     /// Without `keep_`, edges of earlier lines give way.
-    Breaklines(DelaunayEngine<Real>& engine_, Real tolerance_, FixedEdges<Real>& fixed_, Keep keep_)
+    Breaklines(DelaunayEngine<Real>& engine_, Real tolerance_, FixedEdges<Real>& fixed_, Keep keep_,
+               detail::StartNear<Real> start_)
         : engine(engine_),
           maker(engine_),
           tolerance(tolerance_),
           snap(tolerance_),
           fixed(fixed_),
-          keep(std::move(keep_)) {
+          keep(std::move(keep_)),
+          start(std::move(start_)) {
         fixed.restartCounting();
+    }
+    /// Appends those triangles to a list beside which edges may not be Delaunay any more.
+    void recordChangesIn(std::vector<Tri*>& list) {
+        changed = &list;
+        maker.recordChangesIn(list);
     }
 
     /// Makes a polyline part of the network. Calls `use` with each point and the vertex that it became
@@ -51,13 +59,16 @@ public:
     template <class Points, class Use>
     void add(Points& points, Use use) {
         std::vector<Real*> vertices;
+        Tri* first = nullptr;
         for (Pnt& p : points) {
             Real* v = vertexAt(p);
             if (v == nullptr && insert(p)) { v = p; }
             if (v == nullptr) { continue; }
             use(p, v);
+            if (first == nullptr) { first = latest; }
             if (vertices.empty() || vertices.back() != v) { vertices.push_back(v); }
         }
+        maker.startFrom(first);
         for (std::size_t i = 1; i < vertices.size(); ++i) {
             allowance = unknown;
             segment = {vertices[i - 1], vertices[i]};
@@ -79,7 +90,8 @@ private:
     /// Returns the nearest vertex that the point would be refused for, or null.
     Real* vertexAt(const Pnt& p) { return vertexNear(p, tolerance); }
     Real* vertexNear(const Pnt& p, Real within) {
-        Tri* const t = engine.locateFrom(hint(), {double(p.x), double(p.y)});
+        const Xy q{double(p.x), double(p.y)};
+        Tri* const t = engine.locateFrom(start(latest, q), q);
         if (t == nullptr) { return nullptr; }
         latest = t;
         return engine.cornerAt(t, p, within);
@@ -87,18 +99,21 @@ private:
     /// Makes the point a vertex. A fixed edge on the rim, which no flip takes away, gets it too if the
     /// point is on it.
     bool insert(Pnt& p) {
-        if (!engine.insert(&p, tolerance, hint(), fixed)) { return false; }
+        if (!engine.insert(&p, tolerance, latest, fixed)) { return false; }
+        latest = engine.newest();
         if constexpr (DelaunayEngine<Real>::isDouble) { engine.number(&p, 1); }
         Real* const v = p;
-        forEachAround(engine.newest(), engine.newest()->index(v), engine.count(),
-                      [this, v](Tri* t, int i) {
-                          fixed.giveWay(t->vertex[after[i]], t->vertex[before[i]], v);
-                          return false;
-                      });
+        forEachAround(latest, latest->index(v), engine.count(), [this, v](Tri* t, int i) {
+            fixed.giveWay(t->vertex[after[i]], t->vertex[before[i]], v);
+            noteChange(t);
+            return false;
+        });
         fixed.requireMemory();
         return true;
     }
-    Tri* hint() { return latest == nullptr ? engine.newest() : latest; }
+    void noteChange(Tri* t) {
+        if (changed != nullptr) { changed->push_back(t); }
+    }
 
     /// Takes the fixed edges that lead all along the segment already, as if it was made before and bent
     /// since. Returns false, with nothing changed, if there are none.
@@ -107,14 +122,15 @@ private:
             Real* vertex;
             Tri* triangle;
         };
-        std::vector<Place> places{{line.from, engine.locateFrom(hint(), xyOf(line.from))}};
+        const Xy from = xyOf(line.from);
+        std::vector<Place> places{{line.from, engine.locateFrom(start(latest, from), from)}};
         std::unordered_map<Real*, Real*> cameFrom;
         while (!places.empty() && !cameFrom.contains(line.to)) {
-            const auto [v, start] = places.back();
+            const auto [v, beside] = places.back();
             places.pop_back();
-            const int slot = start == nullptr ? 3 : start->index(v);
+            const int slot = beside == nullptr ? 3 : beside->index(v);
             if (slot == 3) { continue; }
-            forEachAround(start, slot, engine.count(), [&, v = v](Tri* t, int i) {
+            forEachAround(beside, slot, engine.count(), [&, v = v](Tri* t, int i) {
                 for (Real* const w : {t->vertex[after[i]], t->vertex[before[i]]}) {
                     if (fixed.contains(v, w) &&
                         planeDistance(w, line.to) < planeDistance(v, line.to) + snap.reach(line) &&
@@ -159,6 +175,8 @@ private:
             if (!mayBend) { return false; }
             if (fixed.contains(c.upper, c.lower)) {
                 crossed = {c.upper, c.lower};
+                noteChange(c.before);
+                noteChange(c.behind);
                 return true;
             }
             v = closeCorner({a, b}, c.behind, slot);
@@ -283,6 +301,8 @@ private:
     Snap<Real> snap;
     FixedEdges<Real>& fixed;
     Keep keep;
+    detail::StartNear<Real> start;
+    std::vector<Tri*>* changed = nullptr;
     Tri* latest = nullptr;            // where the last point was located
     Segment segment;                  // of the polyline, the one that is being made
     std::size_t allowance = unknown;  // of vertices that it makes

@@ -32,8 +32,9 @@ public:
     using Tri = TinRecord<Real>;
     using Edge = typename FrameRim<Real>::Edge;
 
-    HullCloser(DelaunayEngine<Real>& engine_, const FixedEdges<Real>& fixedEdges)
-        : engine(engine_), fixed(fixedEdges), rim(engine_) {}
+    /// Finds the frame by a walk from `start_`.
+    HullCloser(DelaunayEngine<Real>& engine_, const FixedEdges<Real>& fixedEdges, Tri* start_)
+        : engine(engine_), fixed(fixedEdges), start(start_), rim(engine_) {}
 
     /// Closes the hull and restores what that makes illegal. Returns the number of flips; -1 when the
     /// frame is not whole.
@@ -49,7 +50,7 @@ private:
     /// Notes in `pending` what may be illegal then, if it may. Returns false when the frame is not whole.
     bool closeOnly(bool mayAllocate) {
         do {
-            if (!rim.walk()) { return false; }
+            if (!rim.walk(start)) { return false; }
             if (rim.first.triangle == nullptr) { return true; }
         } while (rim.diagonal.triangle != nullptr && flip(rim.diagonal).triangle != nullptr);
         if (rim.diagonal.triangle != nullptr) { return true; }
@@ -185,6 +186,7 @@ private:
 
     DelaunayEngine<Real>& engine;
     const FixedEdges<Real>& fixed;
+    Tri* start;
     FrameRim<Real> rim;
     std::vector<Tri*> pending;
     int flips = 0;
@@ -198,17 +200,17 @@ int closeHull(DelaunayInterface<Real>* interface, const VertexArray<Real>* fixed
     if (engine == nullptr) { return -1; }
     const ref_ptr<VertexArray<Real>> copy = copyOf<Real>(fixedVertices);
     const FixedEdges<Real> fixed(*copy);
-    return HullCloser<Real>(*engine, fixed).close();
+    return HullCloser<Real>(*engine, fixed, engine->newest()).close();
 }
 
 namespace detail {
 
-void closeHull(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed) {
-    HullCloser<double>(engine, fixed).close();
+void closeHull(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed, tind* start) {
+    HullCloser<double>(engine, fixed, start).close();
 }
 
 void closeHullBySweeps(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed) noexcept {
-    HullCloser<double>(engine, fixed).closeWithoutMemory();
+    HullCloser<double>(engine, fixed, engine.newest()).closeWithoutMemory();
     restoreInsideBySweeps(engine, fixed);
 }
 

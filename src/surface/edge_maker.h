@@ -9,6 +9,7 @@
 #include <iterator>
 #include <list>
 #include <utility>
+#include <vector>
 
 namespace zyn {
 
@@ -30,6 +31,11 @@ public:
 
     /// The engine may get more points meanwhile, but lose none.
     explicit EdgeMaker(DelaunayEngine<Real>& engine_) : engine(engine_) {}
+
+    /// Makes the next search for a vertex begin at t.
+    void startFrom(Tri* t) { hint = t; }
+    /// Appends the triangles that flips change to a list, for as long as the maker is used.
+    void recordChangesIn(std::vector<Tri*>& list) { changed = &list; }
 
     using Step = StepTowards<Real>;
     using Way = typename Step::Way;
@@ -200,6 +206,7 @@ private:
         Real* const q = apex(above, *at);
         flipEdge(below, below->index(at->upper, at->lower), above,
                  above->index(at->upper, at->lower));
+        if (changed != nullptr) { changed->insert(changed->end(), {below, above}); }
         // Where the new edge does not cross, one of the two is out of the segment's way.
         Tri* first = isFirst && isLast ? below : above;
         Tri* second = first;
@@ -214,6 +221,7 @@ private:
 
     DelaunayEngine<Real>& engine;
     Tri* hint = nullptr;  // where the last step was found
+    std::vector<Tri*>* changed = nullptr;
     std::list<Crossing> crossings;
 };
 

@@ -30,15 +30,15 @@ public:
 
     explicit FrameRim(DelaunayEngine<Real>& engine_) : engine(engine_) {}
 
-    /// Goes once round all corners of the frame. Returns false if:
+    /// Walks from `from` to the frame, and goes once round all its corners. Returns false if:
     /// - a corner has no triangle;
     /// - the open edges there are not the four sides of the frame;
     /// - a link between triangles of one corner is not mutual.
-    bool walk() {
+    bool walk(Tri* from) {
         length = 0;
         first = diagonal = {};
         std::size_t stepsLeft = 4 * engine.count();  // a triangle has three corners
-        const Edge start = triangleAtCorner(0, stepsLeft);
+        const Edge start = triangleAtCorner(0, from, stepsLeft);
         Edge at = start;
         for (const int corner : {0, 3, 2, 1}) {
             if (at.triangle == nullptr || at.end() != engine.frameCorner((corner + 1) % 4)) {
@@ -92,9 +92,9 @@ private:
     }
 
     /// Returns the triangle on the side of the frame that starts at the corner, or none.
-    Edge triangleAtCorner(int corner, std::size_t& stepsLeft) {
+    Edge triangleAtCorner(int corner, Tri* from, std::size_t& stepsLeft) {
         const Real* const c = engine.frameCorner(corner);
-        Tri* t = engine.locateFrom(engine.newest(), xyOf(c));
+        Tri* t = engine.locateFrom(from, xyOf(c));
         // Only a vertex in the place of the corner hides it from the walk.
         for (std::size_t n = 0; n < engine.count() && (t == nullptr || t->index(c) == 3); ++n) {
             t = engine.at(n);

@@ -6,6 +6,8 @@
 
 #include "surface/surface_triangles.h"
 
+#include <algorithm>
+#include <cmath>
 #include <functional>
 #include <span>
 #include <vector>
@@ -20,6 +22,14 @@ template <class Real>
 /// Returns the height at q. REQUIRES: t holds q.
 template <class Real>
 [[nodiscard]] double heightIn(const TinRecord<Real>* t, Xy q);
+/// Whether q is at most this many lengths of the triangle's edges from it, so that a walk is short.
+template <class Real>
+[[nodiscard]] bool isWithinEdges(const TinRecord<Real>* t, Xy q, double edges) {
+    const auto length = [](Xy d) { return std::abs(d.x) + std::abs(d.y); };
+    const Xy a = xyOf(t->vertex[0]);
+    return length(q - a) <
+           edges * std::max(length(xyOf(t->vertex[1]) - a), length(xyOf(t->vertex[2]) - a));
+}
 /// Returns the triangle from which to walk to a place, after a walk that ended at `last`, or null.
 template <class Real>
 using StartNear = std::function<TinRecord<Real>*(TinRecord<Real>* last, Xy q)>;

@@ -13,8 +13,9 @@ void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fix
 /// Does so where only edges of the given triangles can be illegal.
 void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed,
                    std::vector<tind*> pending);
-/// Makes the surface the convex hull; see closeHull() of network.h.
-void closeHull(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed);
+/// Makes the surface the convex hull; see closeHull() of network.h. Finds the frame by a walk from
+/// `start`.
+void closeHull(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed, tind* start);
 
 /// Do both without memory, in sweeps over all triangles until one finds nothing to flip.
 /// @{

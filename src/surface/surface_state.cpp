@@ -46,6 +46,40 @@ bool SurfaceNetwork::holds(const PlanBox& box, double tolerance) const {
                        frame.minY < box.minY - tolerance && box.maxY + tolerance < frame.maxY));
 }
 
+void SurfaceNetwork::noteNewVertex(const double* v) {
+    if (isHullOpen) { return; }
+    tind* const newest = engine->newest();
+    forEachAround(newest, newest->index(v), engine->count(), [this](const tind* n, int) {
+        isHullOpen = engine->isFrameTriangle(n);
+        return isHullOpen;
+    });
+}
+
+bool SurfaceNetwork::remove(tind* t, int corner) {
+    double* const v = t->vertex[corner];
+    bool isOnLine = false, isOnRim = false;
+    forEachAround(t, corner, engine->count(), [&](const tind* n, int i) {
+        isOnLine = isFixed(v, n->vertex[after[i]]) || isFixed(v, n->vertex[before[i]]);
+        isOnRim = isOnRim || engine->isFrameTriangle(n);
+        return isOnLine;
+    });
+    if (isOnLine || !engine->removeVertex(t, corner)) { return false; }
+    isHullOpen = isHullOpen || isOnRim;
+    // Each one moves two triangles, so that a few leaves of the tree become stale.
+    constexpr std::size_t few = 128;
+    if (++removals > engine->count() / few) {
+        starts.noteAll(*engine);
+        removals = 0;
+    }
+    return true;
+}
+
+void SurfaceNetwork::closeHull() {
+    if (!isHullOpen) { return; }
+    detail::closeHull(*engine, *fixed, start(xyOf(engine->frameCorner(0))));
+    isHullOpen = false;
+}
+
 /// Makes the change. If that throws, mends the surface.
 template <class Change>
 auto SurfaceState::changeSafely(Change change) {
@@ -80,6 +114,21 @@ void SurfaceState::makeRoom(std::span<const XPnt3d> newPoints, double tolerance)
         network = std::move(next);
     }
     extent = box;
+    if (network.starts.isOutgrown(network.engine->count() + 2 * newPoints.size())) {
+        network.starts = newStarts();
+        network.starts.noteAll(*network.engine);
+    }
+}
+
+/// Returns a tree of starts for all points that are or may become vertices.
+StartTree SurfaceState::newStarts() const {
+    std::vector<Xy> sample;
+    for (int number = 0; number < points.size(); ++number) {
+        if (!StartTree::isSample(number)) { continue; }
+        const XPnt3d& p = points.at(number);
+        if (isPlaceable(p)) { sample.push_back({p.x, p.y}); }
+    }
+    return StartTree(std::move(sample));
 }
 
 /// Inserts all vertices into a new network, and makes the edges that stay. These do not cross.
@@ -95,7 +144,9 @@ void SurfaceState::enterVertices(SurfaceNetwork& next) {
         next.engine->insert(&points.at(numbers[static_cast<std::size_t>(i)]), 0);
     }
     if (!network.engine) { return; }
-    Breaklines<double> breaklines(*next.engine, 0, *next.fixed, nullptr);
+    next.starts = newStarts();
+    next.starts.noteAll(*next.engine);
+    Breaklines<double> breaklines(*next.engine, 0, *next.fixed, nullptr, next.startNear());
     const PDoubleArray& edges = *network.fixedList;
     for (int i = 0; i + 1 < edges.size(); i += 2) {
         std::array<XPnt3d, 2> ends{XPnt3d(edges[i]), XPnt3d(edges[i + 1])};
@@ -110,6 +161,10 @@ PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* pr
     const double tolerance = usableTolerance(options.tolerance);
     vertices.resize(static_cast<std::size_t>(points.size()));
     makeRoom(added, tolerance);
+    // The first ones are only an outline, whose triangles shrink until the end.
+    const int outline = static_cast<int>(added.size() / 8);
+    const int spacing = added.size() < 1024 ? 1 : 2;
+    int taken = 0;
     Fallen fallen;
     const auto use = [&](std::int32_t index, bool isNew) {
         const XPnt3d& p = added[static_cast<std::size_t>(index)];
@@ -117,6 +172,10 @@ PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* pr
             isNew ? nullptr : network.engine->inPlaceOf(p, tolerance, network.start({p.x, p.y}));
         if (isNew) {
             network.fixed->requireMemory();
+            network.noteNewVertex(p);
+            if (++taken > outline && taken % spacing == 0) {
+                network.starts.note({p.x, p.y}, network.engine->count() - 1);
+            }
             vertices[static_cast<std::size_t>(report.first + index)] = true;
             ++report.vertices;
         } else if (other != nullptr && std::isfinite(p.z)) {
@@ -127,8 +186,12 @@ PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* pr
     };
     const int count = static_cast<int>(added.size());
     const Xy firstPlace = added.empty() ? Xy{0, 0} : Xy{added[0].x, added[0].y};
-    const int offered = insertAll(*network.engine, added.data(), count, tolerance, *network.fixed,
-                                  network.start(firstPlace), progress, use);
+    const auto insertBeside = [&](auto& fixed) {
+        return insertAll(*network.engine, added.data(), count, tolerance, fixed,
+                         network.start(firstPlace), progress, use);
+    };
+    const int offered =
+        network.fixed->isEmpty() ? insertBeside(noFixedEdges) : insertBeside(*network.fixed);
     report.refused = static_cast<int>(fallen.size());
     report.skipped = count - offered;
     if (vertexCount > 0) { restoreAt(report.first, report.vertices); }
@@ -136,7 +199,7 @@ PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* pr
     const bool isFirstWanted = options.heights == Heights::breakline;
     settleHeights(fallen, isFirstWanted ? Heights::first : options.heights,
                   {report.first, points.size()});
-    finish();
+    network.closeHull();
     return report;
 }
 
@@ -206,7 +269,10 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
         };
     }
     Fallen fallen;
-    Breaklines<double> breaklines(*network.engine, tolerance, *network.fixed, std::move(keep));
+    std::vector<tind*> changed;
+    Breaklines<double> breaklines(*network.engine, tolerance, *network.fixed, std::move(keep),
+                                  network.startNear());
+    breaklines.recordChangesIn(changed);
     for (const std::size_t length : lengths) {
         std::span<XPnt3d> line = rest.first(length);
         rest = rest.subspan(length);
@@ -227,8 +293,9 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
     vertexCount += report.vertices + report.crossings;
     const Heights hard = wanted.heights == Heights::breakline ? Heights::last : wanted.heights;
     settleHeights(fallen, wanted.soft ? Heights::first : hard, added);
-    detail::restoreInside(*network.engine, *network.fixed);
-    finish();
+    detail::restoreInside(*network.engine, *network.fixed, std::move(changed));
+    network.isHullOpen = true;
+    network.closeHull();
     return report;
 }
 
@@ -279,27 +346,11 @@ bool SurfaceState::removeVertex(int number) {
     double* const v = points.at(number);
     tind* const t = network.engine->locateFrom(network.start(xyOf(v)), xyOf(v));
     const int corner = t == nullptr ? 3 : t->index(v);
-    if (corner == 3) { return false; }
-    bool isOnLine = false;
-    forEachAround(t, corner, network.engine->count(), [&](const tind* n, int i) {
-        isOnLine =
-            network.isFixed(v, n->vertex[after[i]]) || network.isFixed(v, n->vertex[before[i]]);
-        return isOnLine;
-    });
-    if (isOnLine || !network.engine->removeVertex(t, corner)) { return false; }
+    if (corner == 3 || !network.remove(t, corner)) { return false; }
     vertices[static_cast<std::size_t>(number)] = false;
     --vertexCount;
-    finish();
+    network.closeHull();
     return true;
-}
-
-/// Makes the surface the convex hull again.
-void SurfaceState::finish() {
-    detail::closeHull(*network.engine, *network.fixed);
-    if (!extent.isEmpty() && network.starts.isOutgrown(*network.engine)) {
-        network.starts =
-            StartGrid(*network.engine, extent.minX, extent.minY, extent.maxX, extent.maxY);
-    }
 }
 
 /// Makes a sound surface of what a change has left when it threw, without memory.

@@ -4,7 +4,8 @@
 #include <zyn/surface.h>
 
 #include "surface/point_store.h"
-#include "surface/start_grid.h"
+#include "surface/queries.h"
+#include "surface/start_tree.h"
 #include "surface/surface_triangles.h"
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
@@ -46,14 +47,27 @@ struct SurfaceNetwork {
     [[nodiscard]] bool isFixed(const double* a, const double* b) const {
         return fixed != nullptr && fixed->contains(a, b);
     }
-    /// Returns a triangle near q.
-    [[nodiscard]] tind* start(Xy q) const { return starts.at(*engine, q); }
+    /// Returns a triangle at or near q.
+    [[nodiscard]] tind* start(Xy q) const { return starts.near(*engine, q); }
+    /// Returns where to start walks, as startFrom of queries.h does.
+    [[nodiscard]] detail::StartNear<double> startNear() const {
+        return [this](tind* last, Xy q) { return starts.from(*engine, last, q); };
+    }
+    /// Notes whether the newest vertex, v, may have opened the hull.
+    void noteNewVertex(const double* v);
+    /// Removes the vertex at a corner of t. Returns false and changes nothing if a fixed edge ends
+    /// there or the engine keeps the vertex.
+    bool remove(tind* t, int corner);
+    /// Makes the surface the convex hull again, unless all changes were inside of it.
+    void closeHull();
 
     ref_ptr<delaunayD> engine;
     ref_ptr<PDoubleArray> fixedList;
     std::unique_ptr<FixedEdges<double>> fixed;
-    StartGrid starts;
+    StartTree starts;
     PlanBox frame;
+    bool isHullOpen = true;    // the rim may turn inwards
+    std::size_t removals = 0;  // since `starts` was noted
 };
 
 struct SurfaceState {
@@ -95,11 +109,11 @@ private:
     BreaklineReport insertLines(std::span<const Polyline> lines, const BreaklineOptions& wanted);
     bool removeVertex(int number);
     void makeRoom(std::span<const XPnt3d> newPoints, double tolerance);
+    [[nodiscard]] StartTree newStarts() const;
     void enterVertices(SurfaceNetwork& next);
     void restoreAt(int first, int count);
     void takeHeights(std::span<XPnt3d> of) const;
     void settleHeights(Fallen& fallen, Heights rule, Numbers added);
-    void finish();
     void mend() noexcept;
 
     PlanBox extent;  // of all points that could become vertices

@@ -238,10 +238,7 @@ std::optional<double> SurfaceView::heightAt(double x, double y) const {
 int SurfaceView::heightsAt(std::span<XPnt3d> points) const {
     const Triangles triangles = trianglesOf(state, maxEdge);
     if (triangles.hasEngine()) {
-        const SurfaceNetwork& network = state->network;
-        return detail::heightsAt<double>(triangles, points, [&network](tind* last, Xy q) {
-            return network.starts.from(*network.engine, last, q);
-        });
+        return detail::heightsAt<double>(triangles, points, state->network.startNear());
     }
     for (XPnt3d& p : points) { p.z = std::numeric_limits<double>::quiet_NaN(); }
     return 0;

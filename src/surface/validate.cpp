@@ -106,7 +106,7 @@ private:
     /// infinitely far.
     bool isHullClosed() {
         FrameRim<Real> rim(engine);
-        return rim.walk() && rim.isConvex();
+        return rim.walk(engine.newest()) && rim.isConvex();
     }
 
     /// On a side of the rim, where one comes to an open edge through triangles of no area; and in a
@@ -242,7 +242,7 @@ std::optional<NetworkFault> Surface::validate() const {
     SurfaceNetwork& network = own->network;
     auto fault = Validation<double>(*network.engine, true, network.fixed.get()).fault();
     FrameRim<double> rim(*network.engine);
-    if (!fault && !(rim.walk() && rim.isConvex())) {
+    if (!fault && !(rim.walk(network.engine->newest()) && rim.isConvex())) {
         fault = NetworkFault{NetworkFault::Kind::rim, -1, "the rim is not convex"};
     }
     return fault;

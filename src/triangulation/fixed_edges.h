@@ -45,6 +45,7 @@ public:
         list.resize(2 * kept);
     }
 
+    [[nodiscard]] bool isEmpty() const { return places.empty(); }
     [[nodiscard]] bool contains(const Real* a, const Real* b) const {
         return places.contains(edge(a, b));
     }

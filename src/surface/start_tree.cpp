@@ -1,0 +1,146 @@
+#include "surface/start_tree.h"
+
+#include "core/prefetch.h"
+#include "surface/queries.h"
+#include "triangulation/locate_step.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace zyn {
+
+using namespace detail;
+namespace {
+
+constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
+
+/// Goes from t towards q. Returns the triangle of the last step, and whether the walk has ended there.
+/// The neighbours are on their way from memory while the corners are waited for.
+std::pair<tind*, bool> approach(tind* t, Xy q) {
+    constexpr int mostSteps = 64;
+    bool isInside = false;
+    for (int steps = 0; steps < mostSteps; ++steps) {
+        for (const tind* const n : t->neighbor) {
+            if (n == nullptr) { continue; }
+            prefetch(n);
+            prefetch(&n->neighbor[2]);
+        }
+        tind* const next = stepTowards(t, q, isInside);
+        if (next == nullptr || next == t) { return {t, true}; }
+        t = next;
+    }
+    return {t, false};
+}
+
+}  // namespace
+
+struct StartTree::Box {
+    double minX, minY, maxX, maxY;
+};
+
+StartTree::StartTree(std::vector<Xy> sample) {
+    constexpr std::size_t sampleOfLeaf = 8;
+    if (sample.empty()) { return; }
+    leaves.resize(std::max<std::size_t>(1, sample.size() / sampleOfLeaf));
+    splits.resize(leaves.size());
+    cells.assign(leaves.size() * side * side, none);
+    const auto [west, east] = std::ranges::minmax(sample, {}, &Xy::x);
+    const auto [south, north] = std::ranges::minmax(sample, {}, &Xy::y);
+    double width = east.x - west.x, height = north.y - south.y;
+    for (int level = 0; std::size_t(1) << level < leaves.size(); ++level) {
+        const bool isAlongY = height > width;
+        (isAlongY ? height : width) /= 2;
+        levelsAlongY |= std::uint64_t(isAlongY) << level;
+    }
+    split(sample.data(), sample.data() + sample.size(), 1, {west.x, south.y, east.x, north.y});
+}
+
+void StartTree::split(Xy* first, Xy* end, std::size_t node, const Box& box) {
+    if (node >= leaves.size()) {
+        leaves[node - leaves.size()] = {box.minX, box.minY, side / (box.maxX - box.minX),
+                                        side / (box.maxY - box.minY)};
+        return;
+    }
+    const auto share = double(leavesUnder(2 * node)) / double(leavesUnder(node));
+    Xy* const middle = first + static_cast<std::ptrdiff_t>(double(end - first) * share);
+    const bool isAlongY = splitsY(node);
+    const auto coordinate = isAlongY ? &Xy::y : &Xy::x;
+    std::ranges::nth_element(first, middle, end, {}, coordinate);
+    splits[node] = (*middle).*coordinate;
+    Box low = box, high = box;
+    (isAlongY ? low.maxY : low.maxX) = splits[node];
+    (isAlongY ? high.minY : high.minX) = splits[node];
+    split(first, middle, 2 * node, low);
+    split(middle, end, 2 * node + 1, high);
+}
+
+std::size_t StartTree::leavesUnder(std::size_t node) const {
+    std::size_t first = node, end = node + 1;  // of a level
+    while (first < leaves.size()) {
+        first *= 2;
+        end *= 2;
+    }
+    // The last level may be there in part, and the one above has leaves for the rest.
+    const std::size_t deepest = std::min(end, 2 * leaves.size());
+    const std::size_t above = std::max(first / 2, leaves.size());
+    return (deepest > first ? deepest - first : 0) + (end / 2 > above ? end / 2 - above : 0);
+}
+
+void StartTree::noteAll(const Engine& engine) {
+    constexpr std::size_t stride = 3;  // odd, so that no regular order of triangles is met
+    std::ranges::fill(cells, none);
+    // Lower numbers overwrite higher ones, which removals take first.
+    for (std::size_t n = engine.count() / stride * stride; n > 0; n -= stride) {
+        note(xyOf(engine.at(n - 1)->vertex[0]), n - 1);
+    }
+}
+
+std::size_t StartTree::cellOf(Xy q) const {
+    std::size_t node = 1;
+    while (node < leaves.size()) {
+        const double place = splitsY(node) ? q.y : q.x;
+        node = 2 * node + std::size_t(place >= splits[node]);
+    }
+    const std::size_t number = node - leaves.size();
+    const Leaf& leaf = leaves[number];
+    const auto slot = [](double offset) {  // 0 for NaN
+        return static_cast<std::size_t>(std::min(double(side - 1), std::max(0.0, offset)));
+    };
+    const std::size_t row = slot((q.y - leaf.minY) * leaf.perY);
+    return (number * side + row) * side + slot((q.x - leaf.minX) * leaf.perX);
+}
+
+TinRecord<double>* StartTree::startAt(const Engine& engine, std::size_t cell) const {
+    return cells[cell] < engine.count() ? engine.record(cells[cell]) : nullptr;
+}
+
+TinRecord<double>* StartTree::near(const Engine& engine, Xy q) const {
+    Tri* latest = engine.newest();
+    if (cells.empty() || latest == nullptr) { return latest; }
+    const std::size_t home = cellOf(q);
+    constexpr std::size_t mostWalks = 4;
+    // Cells whose numbers differ in the last bits are near each other.
+    for (std::size_t n = 0, walks = 0; n < side * side && walks < mostWalks; ++n) {
+        Tri* const start = startAt(engine, home ^ n);
+        if (start == nullptr) { continue; }
+        const auto [t, hasArrived] = approach(start, q);
+        if (hasArrived) { return t; }
+        latest = t;
+        ++walks;
+    }
+    return latest;
+}
+
+TinRecord<double>* StartTree::from(const Engine& engine, Tri* last, Xy q) const {
+    constexpr double closeEdges = 8;
+    if (last != nullptr && detail::isWithinEdges(last, q, closeEdges)) { return last; }
+    const std::size_t home = cells.empty() ? 0 : cellOf(q);
+    for (std::size_t n = 0; n < std::min(cells.size(), side * side); ++n) {
+        if (Tri* const start = startAt(engine, home ^ n)) { return start; }
+    }
+    return last != nullptr ? last : engine.newest();
+}
+
+}  // namespace zyn

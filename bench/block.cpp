@@ -1,10 +1,13 @@
-// The photogrammetric block with its size doubling: what is linear takes the same time an item.
+// Measures the photogrammetric block with doubling sizes: a linear operation takes the same time
+// per item.
 //
 // usage: bench_block
 //
-// Each line has a peer in the same run: for common points a search in the running set, for the
-// export a plain copy of as many bytes, for removals the first size, for many projected points a call
-// for each.
+// Each line has a peer in the same run:
+// - for common points, a linear search;
+// - for the export, a plain copy of as many bytes;
+// - for removals, the first size;
+// - for many projected points, a call for each.
 #include "measure.h"
 
 #include <zyn/pms.h>
@@ -18,7 +21,7 @@ namespace {
 
 using namespace zyn;
 
-/// Every point measured on every image.
+/// Makes a block in which every point is measured on every image.
 ref_ptr<IZynPMSDataTable> block(int images, int points) {
     ref_ptr<IZynPMSDataTable> table = newZynPMSDataTable();
     setImgNum(table.get(), images);

@@ -1,4 +1,5 @@
-// Colours: filling a ramp in each mode, and a colour computed against one looked up in the ramp.
+// Measures how long it takes to fill a ramp in each mode, and to compute a colour instead of
+// looking it up in the ramp.
 //
 // usage: bench_color
 #include "measure.h"
@@ -47,5 +48,5 @@ int main() {
         std::printf("| %d | %.1f | %.1f | %.1f | %.1f | %.2f |\n", mode, fill, color, lookup,
                     color / lookup, fill / color);
     }
-    return sum == 1 ? 1 : 0;  // so that nothing is left out
+    return sum == 1 ? 1 : 0;  // so that no work is optimised away
 }

@@ -1,10 +1,11 @@
-// The double engine against CGAL's Delaunay triangulation, in one run: insertion, memory, files.
+// Compares the double engine with CGAL's Delaunay triangulation, in one run: insertion, memory,
+// files.
 //
 // usage: bench_delaunay [POINTS [RUNS]]
 //
-// Both get the same uniform points: the engine one addPoint each in Hilbert order, CGAL in random order
-// through insert(begin, end), which sorts them itself. The two take turns, and the medians of all
-// runs are compared.
+// Both get the same uniform points: the engine in Hilbert order by one addPoint each, CGAL in
+// random order by insert(begin, end), which sorts them itself. The two take turns; the medians of
+// all runs are compared.
 #include "heap.h"
 #include "measure.h"
 
@@ -103,8 +104,8 @@ int main(int argc, char** argv) {
                 CGAL::IO::set_binary_mode(file);
                 file << peer;
             }));
-            // CGAL 5.5 writes the indices of a binary file as digits without blanks between them,
-            // which nothing can read; what it reads back is its text form.
+            // CGAL 5.5 writes the indices of a binary file as digits without separators, which
+            // cannot be read back. So it reads its text form.
             {
                 std::ofstream file(peerFile);
                 file.precision(17);

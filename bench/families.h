@@ -1,4 +1,4 @@
-// Families of points that surfaces are measured on.
+// The families of points for measurements of surfaces.
 #pragma once
 
 #include <zyn/point.h>
@@ -63,7 +63,7 @@ inline Points grid(std::size_t n, std::mt19937_64& random) {
     return points;
 }
 
-/// Lines of a scanner: dense along the line, a tenth as dense across.
+/// Makes lines of a scanner: dense along the line, a tenth as dense across.
 inline Points scan(std::size_t n, std::mt19937_64& random) {
     const double step = extent / std::sqrt(10 * double(n));
     std::normal_distribution<double> noise(0, step / 20);
@@ -77,7 +77,7 @@ inline Points scan(std::size_t n, std::mt19937_64& random) {
     return points;
 }
 
-/// The shipped terrain, repeated side by side until there are enough points.
+/// Repeats the shipped terrain side by side until there are enough points.
 inline Points terrain(std::size_t n, std::mt19937_64&) {
     std::ifstream file(TERRAIN_FILE);
     std::string key;

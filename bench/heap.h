@@ -1,4 +1,4 @@
-// The program's own operator new, which counts what is on the heap; for one source of a program.
+// An operator new that counts the bytes on the heap. Include it in one source of a program.
 #pragma once
 
 #include "measure.h"

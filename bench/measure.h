@@ -1,4 +1,4 @@
-// Timing and memory of one operation, for benchmarks.
+// Measurement of the time and memory of one operation.
 #pragma once
 
 #include <algorithm>
@@ -8,13 +8,13 @@
 
 namespace bench {
 
-/// Bytes on the heap now, and the most there were since the last resetPeak(). Counted by the
-/// program's own operator new, so that both sides of a comparison are measured alike.
+/// Bytes on the heap now, and the most since the last resetPeak(). The program's own operator new
+/// counts them, so both sides of a comparison are measured alike.
 [[nodiscard]] std::size_t liveBytes();
 [[nodiscard]] std::size_t peakBytes();
 void resetPeak();
 
-/// Seconds that `operation` takes.
+/// Returns the seconds that `operation` takes.
 template <class Operation>
 double seconds(Operation operation) {
     const auto start = std::chrono::steady_clock::now();

@@ -1,11 +1,15 @@
-// Surfaces in bulk against CGAL's Delaunay triangulation and the mesh generator, in one run.
+// Compares surfaces in bulk with CGAL's Delaunay triangulation and the mesh generator, in one run.
 //
 // usage: bench_peers [POINTS [RUNS [PART]]]
-// PART: one of the families uniform, clusters, grid, rows, scan, terrain; surface, for class Surface on
-// all of these; singles, for its single queries and changes; or queries. All of them else.
 //
-// Everybody gets the same points, shuffled unless the family is an order by itself. All take turns,
-// and the medians of the runs are compared.
+// PART is one of these; default: all.
+// - uniform, clusters, grid, rows, scan, terrain: one family of points;
+// - surface: class Surface on all families;
+// - singles: single queries and changes of a Surface;
+// - queries: heights, contours, rasters, cut and fill.
+//
+// All libraries get the same points, shuffled unless the family defines an order. They take turns;
+// the medians of the runs are compared.
 #include "peers.h"
 #include "heap.h"
 #include "measure.h"
@@ -139,7 +143,7 @@ void oneShot(const Points& points, int runs) {
 void queries(std::size_t n, int runs, std::mt19937_64& random) {
     Points points = uniform(n, random);
     for (XPnt3d& p : points) { p.z = heightOf(p.x, p.y); }
-    // Both keep neighbours close to each other in memory: the peer sorts its points by itself.
+    // Both keep neighbours close in memory: the peer sorts its points itself.
     const ref_ptr<Pnt3dArray> array = arrayOf(points);
     spatialSort(array.get());
     const ref_ptr<IZynDelaunayD> engine = Box(points).engine();

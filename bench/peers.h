@@ -1,4 +1,4 @@
-// What the sources of bench_peers share.
+// Functions that the sources of bench_peers share.
 #pragma once
 
 #include "families.h"
@@ -10,7 +10,7 @@
 
 namespace bench {
 
-/// The bounds of points, for an engine's frame.
+/// Returns the bounds of points, for an engine's frame.
 struct Box {
     double minX = HUGE_VAL, minY = HUGE_VAL, maxX = -HUGE_VAL, maxY = -HUGE_VAL;
 
@@ -37,11 +37,11 @@ inline zyn::ref_ptr<zyn::Pnt3dArray> arrayOf(const Points& points) {
     return array;
 }
 
-/// Prints the head of a table of which printSurface() prints the lines.
+/// Prints the header of the table whose lines printSurface() prints.
 void printSurfaceHead();
-/// Prints what it costs to make a Surface, against an engine.
+/// Prints the time and memory of making a Surface, compared with an engine.
 void printSurface(const char* family, const Points& points, int runs);
-/// Prints what single heights cost, in random and in spatial order, and single changes.
+/// Prints the time of single heights, in random and in spatial order, and of single changes.
 void printSingles(std::size_t n, int runs, std::mt19937_64& random);
 
 }  // namespace bench

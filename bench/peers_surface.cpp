@@ -1,4 +1,4 @@
-// Surface against an engine, and its single queries and changes against CGAL.
+// Compares Surface with an engine, and its single queries and changes with CGAL.
 #include "measure.h"
 #include "peers.h"
 
@@ -56,7 +56,7 @@ void addHeight(const Peer& peer, typename Peer::Face_handle face, const XPnt3d& 
     sum += a.info() + u * (b.info() - a.info()) + v * (c.info() - a.info());
 }
 
-double sum = 0;  // of all heights, so that none is optimised away
+double sum = 0;  // sum of all heights, so that none is optimised away
 
 /// Returns the microseconds of one operation on each of the first `count` points.
 template <class Operation>
@@ -86,7 +86,7 @@ struct Networks {
 void printHeights(const Networks& all, Points places, bool isSpatial, int runs) {
     const std::size_t longWalks = isSpatial ? places.size() : 5000;
     const ref_ptr<Pnt3dArray> list = arrayOf(places);
-    // Walks from far away take so long that a part of the points must do.
+    // Walks from far away take so long that a part of the points must suffice.
     std::vector<double> own, array, engine, plain, hierarchy;
     for (int run = 0; run < runs; ++run) {
         own.push_back(microseconds(places, places.size(), [&](const XPnt3d& p) {
@@ -117,7 +117,7 @@ void printHeights(const Networks& all, Points places, bool isSpatial, int runs) 
     std::fflush(stdout);
 }
 
-/// Single points in and out again, each side in its own way.
+/// Inserts and removes single points with both libraries.
 void printChanges(Networks& all, const Points& points, int runs) {
     std::vector<double> in, out, peerIn, peerOut;
     std::vector<Hierarchy::Vertex_handle> vertices;
@@ -145,7 +145,7 @@ void printChanges(Networks& all, const Points& points, int runs) {
     std::fflush(stdout);
 }
 
-/// Seconds to make a surface, and its bytes a point at the peak and when it is done.
+/// The seconds to make a surface, and its bytes per point at the peak and at the end.
 struct Cost {
     std::vector<double> times;
     double peak = 0, kept = 0;

@@ -1,4 +1,4 @@
-// Pools and text files against what the standard library and Qt offer.
+// Compares pools and text files with the standard library and Qt.
 //
 // usage: bench_services
 #include "measure.h"

@@ -1,4 +1,5 @@
-# The mesh generator: triangle.h and libtriangle. Defines Triangle_FOUND and the target Triangle::Triangle.
+# Finds the mesh generator: triangle.h and libtriangle. Defines Triangle_FOUND and the target
+# Triangle::Triangle.
 find_path(Triangle_INCLUDE_DIR triangle.h PATH_SUFFIXES triangle)
 find_library(Triangle_LIBRARY triangle)
 mark_as_advanced(Triangle_INCLUDE_DIR Triangle_LIBRARY)

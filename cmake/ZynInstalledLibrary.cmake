@@ -1,4 +1,5 @@
-# Adds to LIST how an installed package names a library: -lNAME where the linker looks anyway, otherwise its path.
+# Appends to LIST the name of a library for an installed package: -lNAME if the linker searches its
+# folder by default, otherwise its path.
 function(zyn_installed_library list path)
     get_filename_component(folder ${path} DIRECTORY)
     get_filename_component(name ${path} NAME_WE)

@@ -3,8 +3,9 @@
 
 usage: read_tin.py FILE
 
-Prints V, T and the width of a coordinate in bytes, then `x y z` for each vertex and `a b c l m n` for each triangle: its corners
-and its neighbours. Numbers have the digits that bring back the same number.
+Prints V, T and the width of a coordinate in bytes. Then prints `x y z` for each vertex, and
+`a b c l m n` for each triangle: its corners and its neighbours. Numbers have the digits that
+restore the same number.
 """
 
 import struct
@@ -14,7 +15,7 @@ HEAD = 64
 
 
 def read_tin(path):
-    """The vertices (x, y, z), the triangles (a, b, c, l, m, n), and the width of a coordinate."""
+    """Returns the vertices (x, y, z), the triangles (a, b, c, l, m, n), and the coordinate width."""
     with open(path, "rb") as file:
         data = file.read()
     vertex_count, triangle_count = struct.unpack_from("<ii", data, HEAD)
@@ -33,9 +34,9 @@ def read_tin(path):
 
     for number, triangle in enumerate(triangles):
         if not all(0 <= v < vertex_count for v in triangle[:3]):
-            raise ValueError(f"triangle {number} names a vertex that is not there")
+            raise ValueError(f"triangle {number} names a vertex that does not exist")
         if not all(-1 <= t < triangle_count for t in triangle[3:]):
-            raise ValueError(f"triangle {number} names a neighbour that is not there")
+            raise ValueError(f"triangle {number} names a neighbour that does not exist")
     return vertices, triangles, width
 
 

@@ -21,11 +21,11 @@ int main() {
     }
 
     ref_ptr<Pnt2dArray> seen = newPnt2dArray();
-    seen->resize(3);  // one place an image, invalid where the point is not seen
+    seen->resize(3);  // one entry per image, invalid if the point is not seen
     for (int img = 0; img < 3; ++img) {
         seen->getRef(img) = project(table->getCamOutParam(img), focalLength, ground);
     }
-    const int pnt = table->getWrdPntNum();  // the index that comes next
+    const int pnt = table->getWrdPntNum();  // the index of the next point
     table->addWrdPnt(seen);  // the point, its measurements, and the links between them
 
     ref_ptr<Pnt2dArray> xy = newPnt2dArray();
@@ -37,11 +37,11 @@ int main() {
     }
     table->setWrdPnt(pnt, ground);  // the result of the program's own intersection
 
-    table->removeImgPnt(2, pnt);  // a bad measurement: image 2 has no other and goes, too
+    table->removeImgPnt(2, pnt);  // a bad measurement: image 2 has no other and is removed too
     const bool isThere = table->getCamOutParam(2).imageIndex != -1;
     std::printf("image 2 is %s, valid points: %d\n", isThere ? "there" : "removed",
                 table->getValidWrdPnts()->size());
-    table->removeImgPnt(1, pnt);  // one measurement is no point
+    table->removeImgPnt(1, pnt);  // one measurement is not enough
     std::printf("valid points: %d, places: %d\n", table->getValidWrdPnts()->size(),
                 table->getWrdPntNum());
 }

@@ -8,14 +8,14 @@ using namespace zyn;
 
 int main() {
     auto points = make<Pnt3dArray>();  // a ref_ptr
-    points->reserve(2);                // no point moves up to here
+    points->reserve(2);                // points do not move up to this size
     points->append(XPnt3d(1, 2, 3));
     points->append(XPnt3d(4, 5, 6));
     points->getRef(0).z = 9;
 
     auto lines = make<Pnt3dArrayArray>();
-    lines->append(points.get());          // one more holder, no copy
-    lines->append(points->clone());       // a copy, which only the array holds
+    lines->append(points.get());          // shares the row: one more holder
+    lines->append(points->clone());       // a copy that only the array holds
     lines->get(1)->append(points.get());  // all points of another array
     const XPnt3d last = lines->get(1)->last();
     std::printf("%d points, %d holders; the copy has %d, the last at z = %g\n", points->size(),
@@ -36,6 +36,6 @@ int main() {
     m->set(1, 1, 4.0);
     ref_ptr<MatrixDbl> inverse = m->inverse();
     std::printf("the inverse: %g and %g on the diagonal\n", inverse->get(0, 0), inverse->get(1, 1));
-    const matrix<double> unit = m->toMatrix() * inverse->toMatrix();  // values, which multiply
+    const matrix<double> unit = m->toMatrix() * inverse->toMatrix();  // plain values
     std::printf("their product: %g and %g on the diagonal\n", unit.get(0, 0), unit.get(1, 1));
 }

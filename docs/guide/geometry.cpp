@@ -23,9 +23,9 @@ int main() {
     std::printf("the box is %g by %g by %g\n", box.Width(), box.HightY(), box.HightZ());
 
     ZynQuad turn(1, 0, 0, 0);
-    turn.rotate(0, 0, 1, 1.5707963267948966);  // a quarter about z
+    turn.rotate(0, 0, 1, 1.5707963267948966);  // a quarter turn about z
     ZynMatrix4d world_from_local = turn.toMatrix();
-    world_from_local[0][3] = 100;  // the translation stands in the last column
+    world_from_local[0][3] = 100;  // the translation is in the last column
     const XPnt3d moved = world_from_local * b;
     std::printf("b comes to %.1f %.1f %.1f\n", moved.x, moved.y, moved.z);
 }

@@ -7,7 +7,7 @@ using namespace zyn;
 int main() {
     ref_ptr<IZynGradeColor> grade = newZynGradeColor();
     grade->setStartColor(0x00006400);  // dark green; a packed colour is 0x00BBGGRR
-    grade->addPeg(0x0000FFFF, 0.5F);   // yellow half way
+    grade->addPeg(0x0000FFFF, 0.5F);   // yellow in the middle
     grade->setEndColor(0x00FFFFFF);    // white
     grade->setMode(IZynColorRamp::Linear);
 

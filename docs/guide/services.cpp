@@ -9,7 +9,7 @@
 
 using namespace zyn;
 
-/// What a host implements to see how far an operation is.
+/// A host implements this to follow a long operation.
 class Percent : public IZynProgress {
 public:
     void setTotal(double value) override { total = value; }
@@ -27,7 +27,7 @@ private:
 int main() {
     const QString name = QStringLiteral("host.settings");
     ref_ptr<IZynSetting> settings = newZynSetting(QString());
-    settings->open(name);  // makes the file if there is none
+    settings->open(name);  // creates the file if there is none
     settings->setValue(QStringLiteral("runs"), tostring(3), QString());
     settings->setValue(QStringLiteral("last file"), QStringLiteral("hill.txt"), QString());
     settings->save();
@@ -37,7 +37,7 @@ int main() {
     ref_ptr<IZynLog> log = newZynLog(QStringLiteral("host.log"), false, false);
     log->setName(QStringLiteral("calc"));
     log->info(QStringLiteral("run ") + settings->getValue(QStringLiteral("runs")));
-    log = nullptr;  // lines wait in a buffer; the end of the log writes them
+    log = nullptr;  // writes the lines that are still in the buffer
     const QString line = readLines(QStringLiteral("host.log"), nullptr)->get(0);
     std::printf("%s<time>%s\n", qPrintable(line.left(6)), qPrintable(line.mid(25)));
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The numbers behind the first word of the line, exactly `count` of them.
+/// Returns the numbers after the first word of the line, exactly `count` of them.
 std::vector<double> numbersOf(LineReader& file, std::string_view rest, std::size_t count) {
     std::vector<double> numbers;
     while (!rest.empty()) {
@@ -26,7 +26,7 @@ std::vector<double> numbersOf(LineReader& file, std::string_view rest, std::size
     return numbers;
 }
 
-/// `number` as one that counts from 0 up to `limit`, exclusive.
+/// Returns `number` as an index from 0 up to `limit`, exclusive.
 int indexOf(LineReader& file, double number, std::size_t limit, const char* what) {
     if (number < 0 || number >= double(limit) || number != std::floor(number)) {
         file.fail(std::string("there is no such ") + what);
@@ -39,7 +39,9 @@ void readLine(LineReader& file, BlockFile& block) {
     const std::string_view key = takeField(rest);
     if (key == "camera") {
         const auto v = numbersOf(file, rest, 3);
-        if (v[0] <= 0 || v[1] <= 0 || v[2] <= 0) { file.fail("a camera's numbers are above 0"); }
+        if (v[0] <= 0 || v[1] <= 0 || v[2] <= 0) {
+            file.fail("the numbers of a camera must be above 0");
+        }
         if (block.focalLength > 0) { file.fail("a block has one camera"); }
         block.focalLength = v[0];
         block.width = v[1];
@@ -62,7 +64,7 @@ void readLine(LineReader& file, BlockFile& block) {
                              indexOf(file, v[1], block.points.size(), "point"),
                              {v[2], v[3]}});
     } else {
-        file.fail(quoted(key) + " is none of camera, image, point, bad");
+        file.fail(quoted(key) + " is not one of camera, image, point, bad");
     }
 }
 

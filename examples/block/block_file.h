@@ -1,11 +1,11 @@
-// A block as a text file describes it: its camera, its images, and points on the ground.
+// A block in a text file: its camera, its images, and points on the ground.
 //
 //     camera F WIDTH HEIGHT               focal length and size of the images, in metres
 //     image X Y Z PHI OMEGA KAPPA         projection centre in metres, angles in radians
 //     point X Y Z
 //     bad IMAGE POINT DX DY               an error of a measurement, in metres on the image
 //
-// Images and points have numbers from 0 on in their order. Lines that begin with # are comments.
+// Images and points are numbered from 0 in their order. Lines that begin with # are comments.
 #pragma once
 
 #include <zyn/camera.h>

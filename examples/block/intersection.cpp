@@ -10,7 +10,7 @@ using namespace zyn;
 
 namespace {
 
-/// The direction from the projection centre through a point on the image: R (x, y, -f).
+/// Returns the direction from the projection centre through a point on the image: R (x, y, -f).
 XPnt3d rayThrough(const XPnt2d& p, const zynCamOutParam& cam, double f) {
     const double sp = std::sin(cam.phi), cp = std::cos(cam.phi);
     const double so = std::sin(cam.omega), co = std::cos(cam.omega);
@@ -24,7 +24,8 @@ XPnt3d rayThrough(const XPnt2d& p, const zynCamOutParam& cam, double f) {
 }  // namespace
 
 std::optional<Intersection> intersect(Pnt2dArray& pnts, CamParaArray& cams, double f) {
-    // Each ray c + t d asks for (I - d d') p = (I - d d') c. Coordinates count from the first centre.
+    // Each ray c + t d requires (I - d d') p = (I - d d') c. Coordinates are relative to the first
+    // centre.
     const XPnt3d origin(cams.getRef(0).X, cams.getRef(0).Y, cams.getRef(0).Z);
     matrix<double> normal(3, 3), right(3, 1);
     constexpr double leastAngle = 1e-3;
@@ -49,7 +50,7 @@ std::optional<Intersection> intersect(Pnt2dArray& pnts, CamParaArray& cams, doub
     result.point = origin + XPnt3d(p.get(0, 0), p.get(1, 0), p.get(2, 0));
     for (int i = 0; i < pnts.size(); ++i) {
         const double residual = dist(project(cams.getRef(i), f, result.point), pnts.get(i));
-        if (!(residual <= result.worstResidual)) {  // NaN, too, is a bad one
+        if (!(residual <= result.worstResidual)) {  // NaN is bad too
             result.worst = i;
             result.worstResidual = residual;
         }

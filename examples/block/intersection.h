@@ -1,4 +1,4 @@
-// Forward intersection: the point in space that rays from several images come closest to.
+// Forward intersection: the point in space that is closest to rays from several images.
 #pragma once
 
 #include <zyn/camera.h>
@@ -8,9 +8,10 @@
 struct Intersection {
     zyn::XPnt3d point;
     int worst = 0;             ///< the observation with the largest residual
-    double worstResidual = 0;  ///< on the image, in its unit
+    double worstResidual = 0;  ///< in the unit of the image
 };
 
-/// Least squares over the distances from the rays, each through the projection centre `cams[i]` and
-/// the measurement `pnts[i]`. Nothing when all rays are parallel within a milliradian.
+/// Returns the least-squares point for the distances to the rays, each through the projection
+/// centre `cams[i]` and the measurement `pnts[i]`. Returns nothing if all rays are parallel within
+/// a milliradian.
 std::optional<Intersection> intersect(zyn::Pnt2dArray& pnts, zyn::CamParaArray& cams, double f);

@@ -1,6 +1,5 @@
 // Makes a photogrammetric block over a terrain, as a measuring program would: measures points on
-// images, intersects them forward, takes the block out and back, and removes what was measured
-// badly.
+// images, intersects them, exports and imports the block, and removes bad measurements.
 #include "block_file.h"
 #include "failure.h"
 #include "folder.h"
@@ -22,24 +21,24 @@ namespace {
 
 constexpr const char* help = R"(usage: block INPUT [OUT]
 
-Measures the points of a made-up photogrammetric block on its images, intersects them, removes what
-was measured badly, and writes the images and points that are left to OUT/results.txt.
+Simulates measurements of a photogrammetric block, intersects its points, removes bad measurements,
+and writes the remaining images and points to OUT/results.txt.
 
-INPUT is text, a # before a comment; metres and radians:
+INPUT is a text file in metres and radians; # begins a comment:
   camera F WIDTH HEIGHT             focal length and size of the images; once
-  image X Y Z PHI OMEGA KAPPA       where a camera stood and how it was turned
-  point X Y Z                       on the ground
-  bad IMAGE POINT DX DY             an error to be made in a measurement; counted from 0
-OUT is a folder, made if it is missing (.)
+  image X Y Z PHI OMEGA KAPPA       projection centre and rotation of an image
+  point X Y Z                       a point on the ground
+  bad IMAGE POINT DX DY             an error to add to a measurement; numbers count from 0
+OUT is a folder, created if it is missing; default: .
 
 example: block data/block.txt out
 )";
 
-constexpr double noise = 2e-6;  ///< of a measurement, on the image
-constexpr double limit = 2e-5;  ///< residuals above it are errors
+constexpr double noise = 2e-6;  ///< noise of a measurement, on the image
+constexpr double limit = 2e-5;  ///< a larger residual means a bad measurement
 
-/// What a person at the instrument would measure: the projections that fall on the image, each with
-/// a little noise, and the errors that the file asks for.
+/// Adds the measurements that a person at the instrument would make: the projections that are on
+/// the image, each with a little noise, and the errors that the file requests.
 void measure(IZynPMSDataTable& table, const BlockFile& block) {
     std::mt19937 random(1);
     const auto noisy = [&random](double v) {
@@ -49,7 +48,7 @@ void measure(IZynPMSDataTable& table, const BlockFile& block) {
     for (int pnt = 0; pnt < int(block.points.size()); ++pnt) {
         const XPnt3d& ground = block.points[std::size_t(pnt)];
         const ref_ptr<Pnt2dArray> seen = newPnt2dArray();
-        seen->resize(images);  // invalid where the point is not seen
+        seen->resize(images);  // invalid if the point is not on the image
         for (int img = 0; img < images; ++img) {
             const zynCamOutParam cam = table.getCamOutParam(img);
             XPnt2d xy = project(cam, block.focalLength, ground);
@@ -62,7 +61,7 @@ void measure(IZynPMSDataTable& table, const BlockFile& block) {
             }
             seen->getRef(img).set(noisy(xy.x), noisy(xy.y));
         }
-        table.addWrdPnt(seen);  // nothing is added for a point seen fewer than two times
+        table.addWrdPnt(seen);  // adds nothing for a point on fewer than two images
     }
 }
 
@@ -76,8 +75,8 @@ void printState(IZynPMSDataTable& table, const char* when) {
                 table.getValidWrdPnts()->size(), table.getWrdPntNum(), measured);
 }
 
-/// Intersects a point, after removing its worst measurement as long as that is an error. False when
-/// that took the point with it.
+/// Intersects a point, after removing its worst measurement as long as that is an error. Returns
+/// false if the point is removed with it.
 bool intersectPoint(IZynPMSDataTable& table, int pnt, double f) {
     const ref_ptr<Pnt2dArray> pnts = newPnt2dArray();
     const ref_ptr<CamParaArray> cams = newCamParaArray();
@@ -100,7 +99,7 @@ bool intersectPoint(IZynPMSDataTable& table, int pnt, double f) {
     return false;
 }
 
-/// An outside computation on the compact block: it moves to the middle of its cameras.
+/// Runs an external computation on the exported block: moves it to the middle of its cameras.
 void centre(IZynPMSDataTable& table) {
     const ref_ptr<Pnt2dArrayArray> imgPnts = newPnt2dArrayArray();
     const ref_ptr<IntArrayArray> imgPntIds = newIntArrayArray();
@@ -159,7 +158,7 @@ void run(Arguments arguments) {
     table->setCamInParam(interior);
     for (int img = 0; img < table->getImgNum(); ++img) {
         zynCamOutParam cam = block.images[std::size_t(img)];
-        cam.imageIndex = img;  // the image's life: the table's own index, or -1
+        cam.imageIndex = img;  // marks the image as live
         table->setCamOutParam(img, cam);
     }
     measure(*table, block);

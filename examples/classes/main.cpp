@@ -1,5 +1,5 @@
-// Colours a terrain by classes of ground, as a display colours a classified point cloud: the program
-// knows the numbers of the classes, a table that was read gives them names and colours.
+// Colours a terrain by ground classes, as a display colours a classified point cloud. The program
+// knows the numbers of the classes; a table that it reads has their names and colours.
 #include "draft.h"
 #include "failure.h"
 #include "folder.h"
@@ -28,19 +28,19 @@ constexpr const char* programName = "classes";
 
 constexpr const char* help = R"(usage: classes INPUT [OUT]
 
-Colours the triangles of a terrain by classes of ground, counts those of each class, and writes the
+Colours the triangles of a terrain by ground classes, counts those of each class, and writes the
 picture OUT/classes.png:
-  ridge     centre above 70 % of the way from the lowest height to the highest, however steep
+  ridge     centre above 70 % of the way from the lowest height to the highest, at any slope
   level     slope below 8 %
   slope     slope from 8 % to below 30 %
   steep     slope of 30 % and more
 
-A slope is that of one triangle, so that noise in the heights makes steep ground of dense points.
-x, y and z need the same unit: with degrees all ground is steep.
+The slope is that of single triangles, so noise in the heights makes dense points steep.
+x, y and z need the same unit: in degrees all ground is steep.
 
 INPUT is an ESRI ASCII grid, or lines of points as the program surface recognizes them: x y z, or
 a point number and x y z.
-OUT is a folder, made if it is missing (.)
+OUT is a folder, created if it is missing; default: .
 
 example: classes data/jacksboro.asc out
 )";
@@ -52,7 +52,7 @@ constexpr double levelBelow = 0.08, steepFrom = 0.3;  // rise over run
 
 double ridgeAbove(const Enve3d& box) { return box.minZ + 0.7 * box.HightZ(); }
 
-/// The class of a triangle, by its steepness and its height between the lowest and the highest.
+/// Returns the class of a triangle, by its slope and its relative height.
 Ground groundOf(const SurfaceTriangle& t, const Enve3d& box) {
     const double height = (t.corner(0).z + t.corner(1).z + t.corner(2).z) / 3;
     if (height > ridgeAbove(box)) { return ridge; }
@@ -61,7 +61,7 @@ Ground groundOf(const SurfaceTriangle& t, const Enve3d& box) {
     return tangent < levelBelow ? level : tangent < steepFrom ? slope : steep;
 }
 
-/// The limits of a class as the picture's legend states them.
+/// Returns the limits of a class for the legend of the picture.
 std::string limitsOf(Ground ground, const Enve3d& box) {
     const std::string low = withDecimals(100 * levelBelow, 0);
     const std::string high = withDecimals(100 * steepFrom, 0);
@@ -76,7 +76,7 @@ std::string limitsOf(Ground ground, const Enve3d& box) {
     return ">" + height;
 }
 
-/// What a file of classes would give. Nobody shows class 9.
+/// Returns the classes that a file would contain. No triangle has class 9.
 ref_ptr<PntClassArray> readClasses() {
     const auto name = [](const char* text) { return QString::fromLatin1(text); };
     ref_ptr<PntClassArray> classes = newPntClassArray();
@@ -88,7 +88,7 @@ ref_ptr<PntClassArray> readClasses() {
     return classes;
 }
 
-/// The table with which a display draws the classes that this program knows.
+/// Returns the table that a display uses for the classes of this program.
 ref_ptr<IZynLasDrawParam> newDrawParam() {
     ref_ptr<IZynLasDrawParam> param = newZynLasDrawParam();
     for (const Ground ground : grounds) { param->classes[ground].value = ground; }
@@ -96,7 +96,7 @@ ref_ptr<IZynLasDrawParam> newDrawParam() {
     return param;
 }
 
-/// The legend's text for each of `grounds`.
+/// Returns the text of the legend for each of `grounds`.
 std::vector<std::string> keysOf(const IZynLasDrawParam& param, const Enve3d& box) {
     std::vector<std::string> keys;
     for (const Ground ground : grounds) {
@@ -138,7 +138,7 @@ void run(Arguments arguments) {
     const double tolerance = defaultTolerance(file.points);
     const ref_ptr<TerminalProgress> progress = new TerminalProgress("triangulating");
     const Surface surface(file.points, {.tolerance = tolerance, .progress = progress.get()});
-    if (surface.triangleCount() == 0) { throw Failure(input, "gives no surface"); }
+    if (surface.triangleCount() == 0) { throw Failure(input, "yields no surface"); }
 
     const ref_ptr<IZynLasDrawParam> param = newDrawParam();
     makeFolder(out);

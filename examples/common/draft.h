@@ -1,4 +1,4 @@
-// Files that appear whole, together with others or not at all.
+// Files that appear whole or not at all, several at once.
 #pragma once
 
 #include "failure.h"
@@ -8,10 +8,10 @@
 #include <system_error>
 #include <utility>
 
-/// A file that is written beside its place. Without publish() nothing is left of it.
+/// A file that is written under another name. Without publish() it is removed.
 class Draft {
 public:
-    /// Throws a Failure if a directory is in its place.
+    /// Throws a Failure if the path is a directory.
     explicit Draft(std::string path_) : path(std::move(path_)), part(path + ".part") {
         std::error_code error;
         if (std::filesystem::is_directory(path, error)) { throw Failure(path, "is a directory"); }
@@ -23,7 +23,7 @@ public:
         std::filesystem::remove(part, ignored);
     }
 
-    /// Calls `put` with the path to write to. Throws a Failure where it throws a std::system_error.
+    /// Calls `put` with the path to write to. Throws a Failure if `put` throws a std::system_error.
     template <class Put>
     void write(Put put) const {
         try {
@@ -32,7 +32,7 @@ public:
             throw Failure(path, "cannot be written: " + error.code().message());
         }
     }
-    /// Puts the file into its place. Throws a Failure.
+    /// Renames the file to its path. Throws a Failure.
     void publish() const {
         write([this](const std::string& from) { std::filesystem::rename(from, path); });
     }

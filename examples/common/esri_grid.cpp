@@ -10,7 +10,7 @@
 
 namespace {
 
-/// What the header gives, by keys in lower case.
+/// The numbers of the header, by keys in lower case.
 using Header = std::map<std::string, double, std::less<>>;
 
 constexpr std::string_view headerKeys[] = {"ncols",     "nrows",       "xllcorner", "xllcenter",
@@ -29,7 +29,7 @@ bool isHeaderKey(std::string_view key) {
     return std::ranges::find(headerKeys, key) != std::end(headerKeys);
 }
 
-/// Reads the header; the reader then stands on the first line of heights.
+/// Reads the header. The reader is then at the first line of heights.
 Header readHeader(LineReader& file) {
     Header header;
     do {
@@ -41,19 +41,19 @@ Header readHeader(LineReader& file) {
         if (!isHeaderKey(key)) { file.fail("no key of a grid's header: " + quoted(word)); }
         const std::optional<double> value = toNumber(takeField(rest));
         if (!value || !rest.empty()) { file.fail(quoted(word) + " needs one number"); }
-        if (!header.emplace(key, *value).second) { file.fail(quoted(word) + " is there twice"); }
+        if (!header.emplace(key, *value).second) { file.fail(quoted(word) + " occurs twice"); }
     } while (file.next());
     file.failWhole("ends before the heights");
 }
 
-/// Where the cells of a grid lie.
+/// The places of the cells of a grid.
 struct Grid {
     int columns, rows;
     double dx, dy;
     double west, north;  ///< the centre of the north-western cell
     double noData;
 
-    /// Cells count from 0, row by row, from the north-western one.
+    /// Returns a cell's centre. Cells count from 0, row by row, from the north-western one.
     [[nodiscard]] zyn::XPnt3d pointOf(int cell, double height) const {
         const int row = cell / columns, column = cell % columns;
         return {west + column * dx, north - row * dy, height};
@@ -87,7 +87,7 @@ Grid gridOf(const Header& header, const LineReader& file) {
     const double north = south + (rows - 1) * dy, east = west + (columns - 1) * dx;
     require(isCoordinate(west) && isCoordinate(east), "xllcorner or xllcenter, at most 1e9");
     require(isCoordinate(south) && isCoordinate(north), "yllcorner or yllcenter, at most 1e9");
-    const double noData = value("nodata_value", -9999);  // what the format says for a missing key
+    const double noData = value("nodata_value", -9999);  // the format's default
     return {static_cast<int>(columns), static_cast<int>(rows), dx, dy, west, north, noData};
 }
 
@@ -99,7 +99,7 @@ int readEsriGrid(LineReader& file, std::vector<zyn::XPnt3d>& points) {
     const Grid grid = gridOf(readHeader(file), file);
     const int cells = grid.columns * grid.rows;
     const std::string ofAll = " of " + std::to_string(cells) + " heights";
-    constexpr int shortestHeight = 2;  // a digit and a blank: bounds what a wrong header may claim
+    constexpr int shortestHeight = 2;  // a digit and a blank; limits wrong headers
     points.reserve(
         static_cast<std::size_t>(std::min<std::int64_t>(cells, file.fileSize() / shortestHeight)));
 
@@ -109,7 +109,7 @@ int readEsriGrid(LineReader& file, std::vector<zyn::XPnt3d>& points) {
         while (!rest.empty()) {
             const std::string_view field = takeField(rest);
             const std::optional<double> height = toNumber(field);
-            if (cell == cells) { file.fail("goes on after the last" + ofAll); }
+            if (cell == cells) { file.fail("continues after the last" + ofAll); }
             if (height && grid.isNoData(*height)) {
                 ++skipped;
             } else if (height && isCoordinate(*height)) {

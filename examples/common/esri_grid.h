@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-/// Whether `line` begins the header of a grid.
+/// Returns whether `line` begins the header of a grid.
 bool startsEsriGrid(std::string_view line);
 
-/// Reads a grid from the reader's present line on and appends a point for the centre of each cell.
-/// The number of cells without data. Throws a Failure.
+/// Reads a grid from the reader's current line on, and appends a point for the centre of each cell.
+/// Returns the number of cells without data. Throws a Failure.
 int readEsriGrid(LineReader& file, std::vector<zyn::XPnt3d>& points);

@@ -1,4 +1,4 @@
-// Why the program stops: one line that names the file and, where one is to blame, the line in it.
+// The reason why a program stops: one line that names the file and, if known, the line in it.
 #pragma once
 
 #include <cstdint>

@@ -5,21 +5,21 @@
 #include <string>
 #include <string_view>
 
-/// Takes the first field off `text`, with the blanks, tabs and at most one comma or semicolon
-/// behind it. `separator`, if given, receives that mark, or a blank where there is none.
+/// Removes the first field from `text` and returns it. Also removes the blanks, tabs and at most
+/// one comma or semicolon after it. Sets `separator`, if given, to that mark, or to a blank.
 std::string_view takeField(std::string_view& text, char* separator = nullptr);
 
 bool isDigit(char c);
 
-/// The number that `field` is as a whole; nothing when it is none, or one that no double holds.
+/// Returns the number that `field` is as a whole; nothing if it is not a number or beyond a double.
 std::optional<double> toNumber(std::string_view field);
 
-/// Whether `value` is a number of at most 1e9, as metres on a body like the Earth are. NaN is none.
+/// Returns whether the magnitude of `value` is at most 1e9, as for metres on Earth; false for NaN.
 bool isCoordinate(double value);
 inline constexpr const char* notACoordinate = " is not a coordinate (at most 1e9)";
 
-/// Whether the first field of `line` is a number or at least begins like one.
+/// Returns whether the first field of `line` is a number or at least begins like one.
 bool startsWithNumber(std::string_view line);
 
-/// The beginning of `field`, fit to be shown in a message.
+/// Returns the beginning of `field` in quotes, for a message.
 std::string quoted(std::string_view field);

@@ -1,4 +1,4 @@
-// The folder that results go to.
+// The folder of the results.
 #pragma once
 
 #include "failure.h"
@@ -7,7 +7,7 @@
 #include <string>
 #include <system_error>
 
-/// Makes `folder` with all that leads to it, unless it is there. Throws a Failure.
+/// Creates `folder` and its parents if they are missing. Throws a Failure.
 inline void makeFolder(const std::string& folder) {
     std::error_code error;
     std::filesystem::create_directories(folder, error);

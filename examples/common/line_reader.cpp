@@ -50,7 +50,8 @@ bool LineReader::next() {
     return true;
 }
 
-/// Reads on behind what is unread, which moves to the front; false at the end of the file.
+/// Moves the unread part to the front and reads more after it. Returns false at the end of the
+/// file.
 bool LineReader::readBlock() {
     std::copy(buffer.begin() + std::ptrdiff_t(begin), buffer.begin() + std::ptrdiff_t(end),
               buffer.begin());

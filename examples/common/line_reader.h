@@ -1,4 +1,4 @@
-// The lines of a text file, read in blocks: files larger than memory and pipes will do.
+// The lines of a text file, read in blocks: works for pipes, and for files larger than memory.
 #pragma once
 
 #include "progress_bar.h"
@@ -12,18 +12,18 @@
 
 class LineReader {
 public:
-    /// Throws a Failure when `path` cannot be opened or is a directory.
+    /// Throws a Failure if `path` cannot be opened or is a directory.
     explicit LineReader(const std::string& path);
 
-    /// Moves to the next line; false after the last. Throws a Failure when the file cannot be read
-    /// or is no text.
+    /// Moves to the next line. Returns false after the last. Throws a Failure if the file cannot be
+    /// read or is not text.
     bool next();
-    /// The present line without the blanks at its ends. Valid until next().
+    /// Returns the current line without the blanks at its ends. Valid until next().
     [[nodiscard]] std::string_view line() const { return current; }
-    /// Bytes in the file, 0 if they cannot be told.
+    /// Returns the size of the file in bytes, or 0 if it is unknown.
     [[nodiscard]] std::int64_t fileSize() const { return size; }
 
-    /// Throws a Failure that names the file and the present line.
+    /// Throws a Failure that names the file and the current line.
     [[noreturn]] void fail(const std::string& reason) const;
     /// Throws a Failure that names the file.
     [[noreturn]] void failWhole(const std::string& reason) const;
@@ -42,7 +42,7 @@ private:
     ProgressBar bar{"reading"};
 
     std::vector<char> buffer;
-    std::size_t begin = 0;  ///< of what was read and not yet given out
+    std::size_t begin = 0;  ///< start of the unread part of the block
     std::size_t end = 0;
     std::string_view current;
     std::int64_t number = 0;

@@ -16,11 +16,11 @@ using namespace zyn;
 namespace {
 
 constexpr int longerSide = 900, shorterSide = longerSide / 4, margin = 20;
-constexpr int dot = 3;                                      ///< pixels a dot of the letters
-constexpr int letterWidth = 4 * dot, lineHeight = 9 * dot;  ///< with the gaps between them
-constexpr int legendText = 42;                              ///< where the legend's text begins
+constexpr int dot = 3;                                      ///< pixels per dot of the letters
+constexpr int letterWidth = 4 * dot, lineHeight = 9 * dot;  ///< gaps included
+constexpr int legendText = 42;                              ///< left edge of the legend's text
 
-/// Three by five dots: five rows, an octal digit each.
+/// Three by five dots: five rows, one octal digit each.
 constexpr std::pair<char, int> glyphs[] = {
     {'0', 075557}, {'1', 026227}, {'2', 071747}, {'3', 071717}, {'4', 055711}, {'5', 074717},
     {'6', 074757}, {'7', 071111}, {'8', 075757}, {'9', 075717}, {'A', 025755}, {'B', 065656},
@@ -41,15 +41,16 @@ QRgb rgb(const ZynColor4b& c, double shade = 1.0) {
     return qRgb(channel(c.r), channel(c.g), channel(c.b));
 }
 
-/// Pixels for a length of 1 along one axis: those of both axes, or more if that were too few.
+/// Returns the pixels per unit of length along one axis: those of both axes, or more if that is too
+/// few.
 double scaleOf(double extent, const Enve2d& area) {
     constexpr double least = 1e-9;
     const double longer = std::max({area.width(), area.hight(), least});
     return std::max(longerSide / longer, shorterSide / std::max(extent, least));
 }
 
-/// How often slopes count in the shade: three times, and less where the ground is so steep on the
-/// average that most of it would be black, as with degrees for x and y.
+/// Returns the exaggeration of slopes for the shading: three, or less if the average ground is so
+/// steep that most of it would be black, as with degrees for x and y.
 double exaggerationOf(const SurfaceView& surface) {
     constexpr double most = 3, steepest = 0.9;
     const double ratio = surface.area() / surface.planArea();
@@ -57,7 +58,7 @@ double exaggerationOf(const SurfaceView& surface) {
     return std::min(most, steepest / meanSlope);
 }
 
-/// The lines below the map: the scale bar, and what is said of a stretched map.
+/// Returns the lines below the map: the scale bar, and a note on a stretched map.
 int linesBelow(const XPnt2d& scale) { return scale.x == scale.y ? 1 : 2; }
 
 }  // namespace
@@ -77,7 +78,7 @@ Picture::Picture(const SurfaceView& surface, int legendLetters)
 
 Picture::~Picture() = default;
 
-/// Returns how bright the triangle is under a light from the north-west.
+/// Returns the brightness of the triangle under a light from the north-west.
 double Picture::shadeOf(const SurfaceTriangle& t) const {
     constexpr double ambient = 0.35;
     const XPnt3d normal = t.normal();
@@ -124,7 +125,7 @@ void Picture::drawLine(const Polyline& line, const ZynColor4b& color, double sha
         const XPnt3d a = line[i - 1], b = line[i];
         const double x = columnOf(a.x), y = rowOf(a.y);
         const double dx = columnOf(b.x) - x, dy = rowOf(b.y) - y;
-        // A point a pixel; the next step draws the last one.
+        // One point per pixel; the next step draws the last one.
         const int steps = std::max(1, int(std::ceil(std::max(std::abs(dx), std::abs(dy)))));
         int lastColumn = -1, lastRow = -1;
         for (int n = 0; n < steps; ++n) {
@@ -145,7 +146,8 @@ void Picture::mixPixel(int column, int row, const ZynColor4b& color, double shar
                          mixed(qBlue(below), color.b)));
 }
 
-/// A round length along x, an eighth of the map's width or up to two and a half times as long.
+/// Returns a round length along x: an eighth of the map's width, or up to two and a half times
+/// that.
 void Picture::drawScale() {
     const ZynColor4b black = ZynColor4b::Black();
     const double length = roundUp(mapWidth / scale.x / 8);

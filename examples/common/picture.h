@@ -14,21 +14,21 @@ class QImage;
 
 class Picture {
 public:
-    /// White, with room for the surface at the left, a legend of this many letters at the right,
-    /// and a scale bar below. A surface narrower than a quarter of its length is stretched to
-    /// that, which a line below the bar says.
+    /// Makes a white picture with the surface at the left, a legend of this many letters at the
+    /// right, and a scale bar below. A surface narrower than a quarter of its length is stretched
+    /// to a quarter, and a line below the bar says so.
     Picture(const zyn::SurfaceView& surface, int legendLetters);
     ~Picture();
 
     using ColorAt = std::function<zyn::ZynColor4b(double height)>;
-    /// Fills the triangle, which faces the light or turns away from it.
+    /// Fills the triangle, shaded by its slope towards the light.
     void fill(const zyn::SurfaceTriangle& t, const ColorAt& colorAt);
-    /// A polyline, a pixel wide, mixed with what is there by `share` of its colour.
+    /// Draws a polyline, one pixel wide, blended with the background by `share` of its colour.
     void drawLine(const zyn::Polyline& line, const zyn::ZynColor4b& color, double share);
-    /// A bar of the ramp's colours, the last one on top, with these labels along it, from below.
+    /// Draws a bar of the ramp's colours, the last one on top, with these labels from below.
     void drawBar(const zyn::IZynColorRamp& ramp, const std::vector<std::string>& labels);
-    /// Entry `row` of a legend, from the top: a patch and a text of capitals, digits, and the
-    /// characters . - < > = and %.
+    /// Draws entry `row` of a legend, from the top: a patch and a text. The text consists of
+    /// capitals, digits, and the characters . - < > = and %.
     void drawKey(int row, const zyn::ZynColor4b& color, const std::string& text);
 
     /// Writes a PNG file. Throws std::system_error.

@@ -11,15 +11,15 @@ using zyn::XPnt3d;
 
 namespace {
 
-/// Makes room for a file of lines as long as this one.
+/// Reserves memory for a file of lines as long as this one.
 void reserveByLine(const LineReader& file, std::vector<XPnt3d>& points) {
     const std::int64_t lines = file.fileSize() / (std::ssize(file.line()) + 1);
     constexpr std::int64_t most = std::numeric_limits<int>::max();
     points.reserve(static_cast<std::size_t>(std::min(lines + 1, most)));
 }
 
-/// Throws a Failure for decimal commas, which would shift the columns: one separator holds between
-/// all columns, and a comma behind the last, too, if a digit follows it.
+/// Throws a Failure for decimal commas, which would shift the columns. All separators between
+/// columns must be the same, also a comma after the last column if a digit follows it.
 void requireOneSeparator(const LineReader& file, std::string_view separators,
                          std::string_view rest) {
     const std::string_view between = separators.substr(0, separators.size() - 1);
@@ -36,7 +36,7 @@ double coordinateIn(const LineReader& file, std::string_view field) {
     return *number;
 }
 
-/// Whether the number is written with decimals. With an exponent whole numbers have them, too.
+/// Returns whether the number is written with decimals; an exponent counts as decimals.
 bool hasDecimals(std::string_view number) {
     return number.find('.') != std::string_view::npos &&
            number.find_first_of("eE") == std::string_view::npos;
@@ -80,7 +80,7 @@ void PointLines::append() {
     }
 }
 
-/// Notes the present line's columns, whose first is `number` if there are point numbers.
+/// Records the columns of the current line. The first is `number` if there are point numbers.
 void PointLines::noteNumber(std::string_view number, std::string_view x, std::string_view y,
                             std::string_view fourth) {
     const std::optional<double> z = toNumber(fourth);
@@ -109,7 +109,7 @@ bool PointLines::hasNumbers() const {
                             (decimalsInX && decimalsInY && eachNumberHasOnePoint()));
 }
 
-/// Whether lines that begin with the same number agree in the next three columns: closed breaklines
+/// Returns whether lines with the same number agree in the next three columns: closed breaklines
 /// repeat a point.
 bool PointLines::eachNumberHasOnePoint() const {
     std::vector<std::size_t> order(fourths.size());

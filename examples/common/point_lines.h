@@ -1,4 +1,4 @@
-// Lines of points: x y z, with or without a point number in front.
+// Lines of points: x y z, with or without a point number before them.
 #pragma once
 
 #include "line_reader.h"
@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-/// What the lines of a file begin with.
+/// The first columns of the lines of a file.
 enum class Columns {
-    recognized,  ///< x y z or number x y z, as the whole file suggests
+    recognized,  ///< x y z or number x y z, recognized from the whole file
     xyz,
     numberXyz,  ///< the number can be any word
 };
@@ -20,15 +20,15 @@ public:
     /// Reads lines of `file`, which must outlive the object.
     PointLines(const LineReader& file, Columns columns);
 
-    /// Whether the present line begins like a point.
+    /// Returns whether the current line begins like a point.
     [[nodiscard]] bool atPoint() const;
-    /// Appends the point of the present line. Throws a Failure.
+    /// Appends the point of the current line. Throws a Failure.
     void append();
-    /// Recognizes the columns; call it behind the last line. Returns whether there were point
-    /// numbers, which are no longer in the points then.
+    /// Recognizes the columns, after the last line. Returns whether there were point numbers, and
+    /// then removes them from the points.
     bool finish();
 
-    /// The points so far, with the first three columns as x y z until finish() decides.
+    /// Returns the points so far, with the first three columns as x y z until finish() decides.
     [[nodiscard]] std::vector<zyn::XPnt3d>& points() { return read; }
 
 private:
@@ -41,10 +41,10 @@ private:
     const Columns columns;
     std::vector<zyn::XPnt3d> read;
 
-    // What speaks for point numbers and against them.
+    // Evidence for and against point numbers.
     bool maybeNumbers;
     bool countsUp = true;         ///< each first column is one above the line before
-    bool decimalsInX = false;     ///< of at least one line, where x is the second column
-    bool decimalsInY = false;     ///< likewise the third
-    std::vector<double> fourths;  ///< the fourth column, as long as there may be numbers
+    bool decimalsInX = false;     ///< in at least one line, if x is the second column
+    bool decimalsInY = false;     ///< in at least one line, if y is the third column
+    std::vector<double> fourths;  ///< the fourth column, while there may be numbers
 };

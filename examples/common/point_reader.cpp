@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr const char* noPoints = "no line of x y z in it";
+constexpr const char* noPoints = "has no line of x y z";
 
 PointFile readPointLines(LineReader& file, Columns columns) {
     PointLines lines(file, columns);

@@ -1,4 +1,4 @@
-// Points and breaklines out of files.
+// Points and breaklines from files.
 #pragma once
 
 #include "point_lines.h"
@@ -14,7 +14,7 @@ struct PointFile {
     bool numbered = false;  ///< whether its lines begin with a point number
 };
 
-/// Reads an ESRI ASCII grid or a file of lines with points; the contents tell which. Throws a
+/// Reads an ESRI ASCII grid or a file of lines with points, recognized by its contents. Throws a
 /// Failure.
 PointFile readPoints(const std::string& path, Columns columns);
 

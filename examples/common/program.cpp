@@ -14,7 +14,7 @@ constexpr const char* helpOfAll = R"(
   -h, --help            print this text
   --version             print the version of ZynBase
 
-exit code: 0 done, 1 a failure, described in one line on standard error, 2 wrong usage
+exit code: 0 success, 1 a failure, described in one line on standard error, 2 wrong usage
 )";
 
 bool contains(Arguments arguments, std::string_view option) {
@@ -57,7 +57,8 @@ InputAndOut::InputAndOut(Arguments arguments) {
     }
     if (arguments.empty()) { throw WrongUsage("INPUT is missing"); }
     if (arguments.size() > 2) {
-        throw WrongUsage("INPUT and OUT only, not '" + std::string(arguments[2]) + "' too");
+        throw WrongUsage("expected INPUT and OUT only, not '" + std::string(arguments[2]) +
+                         "' too");
     }
     input = arguments[0];
     if (arguments.size() == 2) { out = arguments[1]; }

@@ -1,16 +1,16 @@
-// A progress bar on a terminal; nothing where standard error is none.
+// A progress bar on standard error; prints nothing if that is not a terminal.
 #pragma once
 
 class ProgressBar {
 public:
-    /// `title` must outlive the bar.
+    /// Makes a bar. REQUIRES: `title` outlives it.
     explicit ProgressBar(const char* title);
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
-    /// Wipes the bar off the terminal.
+    /// Erases the bar.
     ~ProgressBar();
 
-    /// `fraction` runs from 0 to 1.
+    /// Shows `fraction`, from 0 to 1.
     void show(double fraction);
 
 private:

@@ -7,8 +7,8 @@
 /// above 0.
 double roundUp(double wanted);
 
-/// Returns the decimals that show a number of this size with `digits` digits; `least` decimals at
-/// least, and that many for 0.
+/// Returns the number of decimals that shows a number of this size with `digits` digits: at least
+/// `least`, and `least` for 0.
 int decimalsFor(double size, int digits, int least);
 
 /// Returns `value` with this many decimals.

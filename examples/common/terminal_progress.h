@@ -9,7 +9,7 @@
 
 class TerminalProgress final : public zyn::IZynProgress {
 public:
-    /// `title` must outlive the object.
+    /// Makes a progress. REQUIRES: `title` outlives it.
     explicit TerminalProgress(const char* title) : bar(title) {}
 
     void setTotal(double newTotal) override { total = newTotal; }

@@ -16,7 +16,7 @@ std::string aboutRefused(const zyn::Surface& surface, double tolerance) {
     const zyn::PointReport report = surface.pointReport();
     char text[160];
     std::snprintf(text, sizeof text,
-                  "left out %d of %d points that are within %g of another in x and y",
+                  "refused %d of %d points that are within %g of another in x and y",
                   report.refused, report.refused + report.vertices, tolerance);
     return text;
 }

@@ -1,4 +1,4 @@
-// The tolerance of points that come without one.
+// The default tolerance of points.
 #pragma once
 
 #include <zyn/surface.h>
@@ -6,10 +6,9 @@
 #include <span>
 #include <string>
 
-/// Returns a ten-millionth of the points' larger extent in plan, 0.001 at most. That is less than
-/// points are apart, in metres, feet and degrees.
+/// Returns a ten-millionth of the larger extent of the points in the plane, at most 0.001. In
+/// metres, feet and degrees that is less than the distance of different points.
 double defaultTolerance(std::span<const zyn::XPnt3d> points);
 
-/// Returns a sentence about the points that the tolerance kept out when the surface
-/// was made.
+/// Returns a sentence about the points that the tolerance refused when the surface was made.
 std::string aboutRefused(const zyn::Surface& surface, double tolerance);

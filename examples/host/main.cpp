@@ -1,5 +1,5 @@
-// A small host: it logs to a file and to the console, keeps its settings, and shows how far it is
-// while it turns a text file of points into a pool.
+// A small host: it logs to a file and to the console, saves its settings, and shows its progress
+// while it reads a text file of points into a pool.
 #include "failure.h"
 #include "folder.h"
 #include "program.h"
@@ -23,11 +23,11 @@ namespace {
 
 constexpr const char* help = R"(usage: host INPUT [OUT]
 
-Reads points and keeps a log, OUT/host.log, and settings, OUT/host.settings: the number of its runs
-and the last file.
+Reads points, writes a log to OUT/host.log, and saves settings in OUT/host.settings: the number of
+its runs and the last file.
 
-INPUT is text with a point a line, x y first; lines without a point are skipped.
-OUT is a folder, made if it is missing (.)
+INPUT is text with one point per line, x y first; lines without a point are skipped.
+OUT is a folder, created if it is missing; default: .
 
 example: host data/points.txt out
 )";
@@ -61,7 +61,7 @@ void run(Arguments arguments) {
     log->setName(QStringLiteral("host"));
     const ref_ptr<IZynSetting> settings = newZynSetting(QString());
     if (settings->open(text(place / "host.settings")) != 0) {
-        log->warn(QStringLiteral("no settings can be kept"));
+        log->warn(QStringLiteral("settings cannot be saved"));
     }
     const QString runs = QStringLiteral("runs"), last = QStringLiteral("last file");
     const int number = toLong(settings->getValue(runs)) + 1;

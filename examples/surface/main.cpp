@@ -1,5 +1,5 @@
-// Turns terrain points into a surface: reads them, triangulates them, works the breaklines in,
-// writes the network and reports what came out.
+// Makes a surface from terrain points: reads them, triangulates them, inserts the breaklines,
+// writes the network and prints a report.
 #include "draft.h"
 #include "failure.h"
 #include "folder.h"
@@ -27,7 +27,7 @@ using zyn::Surface;
 
 class Stopwatch {
 public:
-    /// Seconds since the last call, or since the start.
+    /// Returns the seconds since the last call, or since the start.
     double lap() {
         const Clock::time_point now = Clock::now();
         const std::chrono::duration<double> passed = now - std::exchange(last, now);
@@ -63,7 +63,7 @@ Surface makeSurface(const Input& input, double tolerance, double maxEdge) {
                    {.tolerance = tolerance, .maxEdge = maxEdge, .progress = progress.get()});
 }
 
-/// Puts the breaklines into the surface. One without length only adds its point.
+/// Adds the breaklines to the surface. One without length only adds its point.
 zyn::BreaklineReport addBreaklines(Surface& surface, const Input& input, double tolerance) {
     const std::vector<zyn::Polyline>& lines = input.breaklineFile.polylines;
     zyn::BreaklineReport added = surface.addBreaklines(lines, {.tolerance = tolerance});
@@ -92,7 +92,8 @@ std::string writeFiles(const Surface& surface, double interval, const std::files
     return tin.path + ", " + obj.path + ", " + picture.path;
 }
 
-/// With four digits at least: degrees make areas and lengths far below 1.
+/// Returns the number with at least four digits, since areas and lengths in degrees are far below
+/// 1.
 std::string measured(double value) { return withDecimals(value, decimalsFor(value, 4, 1)); }
 
 std::string heightText(const zyn::Enve3d& box, double height) {
@@ -119,12 +120,12 @@ void report(const Input& input, const Surface& surface, const zyn::BreaklineRepo
                 heightText(box, box.maxZ).c_str());
 }
 
-/// Earthwork to the middle height, and the way along the middle from west to east.
+/// Prints the earthwork to the middle height, and the profile along the middle from west to east.
 void reportShape(const Surface& surface) {
     const zyn::Enve3d box = surface.bounds();
     const zyn::XPnt3d middle = box.MidPoint();
     const zyn::SurfaceVolume earth = surface.volume(middle.z);
-    std::printf("volume      %s above %s, %s missing below\n", measured(earth.cut).c_str(),
+    std::printf("volume      cut %s above %s, fill %s below\n", measured(earth.cut).c_str(),
                 heightText(box, middle.z).c_str(), measured(earth.fill).c_str());
     const zyn::Polyline way = surface.profile({box.minX, middle.y}, {box.maxX, middle.y});
     double length = 0, climb = 0, descent = 0;
@@ -160,7 +161,7 @@ void run(Arguments arguments) {
 
     if (surface.pointReport().refused > 0 && !options.tolerance) {
         warn(programName,
-             aboutRefused(surface, tolerance) + "; with --tolerance 0 only those in one place");
+             aboutRefused(surface, tolerance) + "; --tolerance 0 refuses only duplicate points");
     }
     report(input, surface, lines);
     reportShape(surface);

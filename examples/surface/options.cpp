@@ -8,37 +8,37 @@ const char* const helpText =
     R"(usage: surface INPUT [--columns C] [--breaklines FILE] [--max-edge L] [--tolerance T]
                [--contours H] [--out DIR]
 
-Triangulates terrain points and writes the surface to DIR/terrain.tin (the network, binary),
-DIR/terrain.obj (points and faces as text) and DIR/terrain.png (a picture).
+Triangulates terrain points, prints a report, and writes the surface to DIR/terrain.tin (the
+network, binary), DIR/terrain.obj (points and faces as text) and DIR/terrain.png (a picture).
 
-Lengths are in the unit of the coordinates, areas and volumes in its square and cube. Where z has
-another unit than x and y, as with degrees, areas in plan and heights mean something, other areas,
-volumes and the profile's length do not, and --max-edge mixes the units.
+Lengths are in the unit of the coordinates, areas and volumes in its square and cube. If z has
+another unit than x and y, as with degrees, only heights and areas in the plane are meaningful:
+other areas, volumes, the length of the profile and --max-edge mix the units.
 
-INPUT is one of these, which the program recognizes:
+The program recognizes the form of INPUT:
   an ESRI ASCII grid    cells without data are skipped
   lines of points       x y z, or a point number and x y z, separated by blanks, tabs, commas or
-                        semicolons; what follows on a line is not read, and lines that do not begin
-                        with a number are skipped
+                        semicolons; further columns are ignored, and lines that do not begin with a
+                        number are skipped
 
   --columns xyz         lines begin with x
-  --columns nxyz        lines begin with a number or name of the point. Without --columns they do if
-                        each line has four numbers, the first is whole, and either it counts up by
-                        one in three lines or more, or x and y have decimals and no number has two
-                        different points
+  --columns nxyz        lines begin with a number or name of the point. Without --columns, the
+                        program assumes nxyz if each line has four numbers, the first is whole, and
+                        one of these holds: the first counts up by one in three lines or more; or x
+                        and y have decimals, and no number has two different points
   --breaklines FILE     polylines that become edges of the surface: lines of points like those of
                         INPUT, with a blank line, or one that begins with # or >, between polylines.
-                        A point of INPUT takes the height of a breakline's point that falls on it; a
+                        A point of INPUT takes the height of a breakline point at the same place; a
                         breakline without length is a point
-  --max-edge L          leave triangles with an edge longer than L out of everything but terrain.tin:
-                        bays in the outline, gaps in the data. Without it the surface goes out to
-                        the convex hull
-  --tolerance T         refuse a point when x and y are both within T of a point that is there
-                        already. Without it T is a ten-millionth of the extent, 0.001 at most, and
-                        a warning counts the refused points
-  --contours H          height between two contours of the picture; 0, the default, takes a round
-                        number that makes about twelve
-  --out DIR             where the files go; made if it is missing (.)
+  --max-edge L          leave triangles with an edge longer than L out of everything except
+                        terrain.tin: bays in the outline, gaps in the data. The default is the whole
+                        convex hull
+  --tolerance T         refuse a point if both x and y are within T of an earlier point. The default
+                        is a ten-millionth of the extent, at most 0.001, with a warning that counts
+                        the refused points
+  --contours H          height between two contours of the picture; 0, the default, chooses a round
+                        number for about twelve contours
+  --out DIR             folder of the files, created if it is missing; default: .
 
 example: surface data/jacksboro.asc --out out
 )";

@@ -1,4 +1,4 @@
-// What the command line asks for.
+// The options of the command line.
 #pragma once
 
 #include "point_lines.h"
@@ -11,11 +11,11 @@
 
 struct Options {
     std::string input;
-    std::string breaklines;  ///< no file when empty
+    std::string breaklines;  ///< empty for none
     double maxEdge = zyn::anyEdge;
     Columns columns = Columns::recognized;
-    std::optional<double> tolerance;  ///< follows the extent if it is left out
-    double contours = 0;  ///< between two lines; 0: a round number that gives about twelve of them
+    std::optional<double> tolerance;  ///< depends on the extent if not given
+    double contours = 0;              ///< interval; 0: a round number for about twelve lines
     std::string out = ".";
 };
 

@@ -12,7 +12,7 @@ using namespace zyn;
 
 namespace {
 
-/// From green valleys over dry slopes to bare heights.
+/// Returns the colours from green valleys over dry slopes to bare heights.
 ref_ptr<IZynColorRamp> terrainRamp() {
     const ref_ptr<IZynGradeColor> grade = newZynGradeColor();
     grade->setMode(IZynColorRamp::Linear);
@@ -27,7 +27,8 @@ ref_ptr<IZynColorRamp> terrainRamp() {
     return ramp;
 }
 
-/// The multiples of the interval between the lowest and the highest height, a thousand at the most.
+/// Returns the multiples of the interval between the lowest and the highest height, at most a
+/// thousand.
 std::vector<double> contourLevels(const Enve3d& box, double interval) {
     std::vector<double> levels;
     const double range = box.HightZ();
@@ -39,7 +40,7 @@ std::vector<double> contourLevels(const Enve3d& box, double interval) {
     return levels;
 }
 
-/// Five heights from the lowest to the highest, with as many decimals as tell them apart.
+/// Returns five heights from the lowest to the highest, with the decimals that distinguish them.
 std::vector<std::string> barLabels(const Enve3d& box) {
     constexpr int steps = 4;
     const double step = box.HightZ() / steps;

@@ -1,11 +1,9 @@
 /// @file
 /// Typed arrays: counted, growable, contiguous, one class per element type.
 ///
-/// All members have the same operations in the same order (TypedArray) and are made by a factory of
-/// their own, with count 0. A plain array holds its elements by value; a raw pointer is a value like
-/// any other, and what it points to is the caller's. A reference-holding array (`...ArrayArray`)
-/// holds pointers to counted objects and one count of each. Sizes, capacities and indices are int;
-/// indices count from 0. An array is for one thread at a time.
+/// All array classes have the same operations in the same order (TypedArray), and each has a
+/// factory, which makes it with count 0. A plain array holds its elements by value. Sizes,
+/// capacities and indices are int; indices count from 0.
 ///
 ///     auto points = make<Pnt3dArray>();             // a ref_ptr
 ///     points->reserve(1000);                        // no element moves up to 1000 points
@@ -17,10 +15,18 @@
 ///     auto lines = make<Pnt3dArrayArray>();
 ///     lines->append(points.get());                  // the row is now held twice
 ///
-/// Growth is by half: 1, 2, 3, 4, 6, 9, 13, ... When the storage grows, every pointer and reference
-/// into the array dies. Misuse throws as the standard containers do, and leaves the array as it was:
-/// std::out_of_range "invalid vector<T> subscript", std::length_error "vector<T> too long",
-/// std::bad_alloc. Operations told as unchecked have preconditions.
+/// Capacities grow by half: 1, 2, 3, 4, 6, 9, 13, ... Growth invalidates every pointer and
+/// reference into the array. Errors throw as in the standard containers, and leave the array
+/// unchanged:
+/// - std::out_of_range, "invalid vector<T> subscript";
+/// - std::length_error, "vector<T> too long";
+/// - std::bad_alloc.
+///
+/// Ownership: a raw pointer in a plain array is a value like any other; what it points to is the
+/// caller's. A reference-holding array (`...ArrayArray`) holds pointers to counted objects, and one
+/// count of each.
+///
+/// Threads: use an array on one thread at a time.
 #pragma once
 
 #include <zyn/export.h>
@@ -37,14 +43,15 @@ class QString;
 
 namespace zyn {
 
-/// Base of every array.
+/// The base of every array.
 class ZYN_EXPORT ZynArray : public ZynReferenced {
 public:
     ZynArray() = default;
     ZynArray(const ZynArray&) = default;
     ZynArray& operator=(const ZynArray&) = default;
 
-    /// Size 0; the capacity stays. A reference-holding array lets the count of each row go.
+    /// Sets the size to 0; the capacity stays. A reference-holding array releases its count of each
+    /// row.
     virtual void removeAll() = 0;
     /// Does nothing: no array returns memory before its end.
     virtual void trim();
@@ -53,98 +60,101 @@ protected:
     ~ZynArray() override;
 };
 
-/// The interface of the array of E whose class is Derived. "Rows" below are the elements of a
+/// The interface of the array of E whose class is Derived. Below, "rows" are the elements of a
 /// reference-holding array.
 template <class Derived, class E>
 class ZYN_EXPORT TypedArray : public ZynArray {
 public:
-    /// The element, as standard containers call it.
+    /// The element type, named as in standard containers.
     using value_type = E;
 
-    // Adding. Each gives the new size.
+    // Adding. Each operation returns the new size.
 
-    /// Appends copies of `count` elements, one by one; a count below 1 changes nothing. `items`
-    /// must not point into this array.
+    /// Appends copies of `count` elements; a count below 1 changes nothing. REQUIRES: `items` does
+    /// not point into this array.
     virtual int append(const E* items, int count) = 0;
     /// Appends a copy of each element of `other`, which may be this array. If the application
-    /// implements `other`, its size is read again before each element.
+    /// implements `other`, reads its size again before each element.
     virtual int append(const Derived* other) = 0;
     /// Appends one element. A row gains a count; a null row is allowed.
     virtual int append(E value) = 0;
-    /// Inserts before position `index`. Unchecked: 0 <= index <= size().
+    /// Inserts an element before position `index`. REQUIRES: 0 <= index <= size().
     virtual int insert(int index, E value) = 0;
 
-    // Reading and removing. A row that is read gains no count; one that is removed loses one.
+    // Reading and removing. Reading a row adds no count; removing one releases a count.
 
-    /// Throws std::out_of_range for an index outside the array.
+    /// Returns element `index`. Throws std::out_of_range for an index outside the array.
     [[nodiscard]] virtual E get(int index) const = 0;
-    /// Checked like get(). Valid until the storage grows, and until something is inserted or removed
-    /// at or before the element. Writing a row through it moves no count.
+    /// Returns a reference to element `index`. Throws std::out_of_range for an index outside the
+    /// array. The reference is valid until the storage grows, or an element is inserted or removed
+    /// at or before this one. Writing a row through it changes no count.
     [[nodiscard]] virtual E& getRef(int index) = 0;
-    /// Unchecked: not empty.
+    /// Returns or removes the last or the first element. REQUIRES: the array is not empty.
     /// @{
     [[nodiscard]] virtual E last() const = 0;
     [[nodiscard]] virtual E first() const = 0;
     virtual void removeLast() = 0;
     virtual void removeFirst() = 0;
     /// @}
-    /// Removes the elements from `from` up to but not including `to`. Unchecked in a plain array:
-    /// 0 <= from <= to <= size(). A reference-holding one throws std::out_of_range, with nothing
-    /// removed, when an element of the range does not exist.
+    /// Removes the elements from `from` up to but not including `to`. REQUIRES, in a plain array: 0
+    /// <= from <= to <= size(). A reference-holding array throws std::out_of_range and removes
+    /// nothing if an element of the range does not exist.
     virtual void removeRange(int from, int to) = 0;
-    /// Removes one element. Unchecked in a plain array, checked in a reference-holding one.
+    /// Removes element `index`. REQUIRES, in a plain array: 0 <= index < size(). A
+    /// reference-holding array throws std::out_of_range for an index outside.
     virtual void removeAt(int index) = 0;
 
     // Size
 
-    /// Number of elements, and of those that there is room for.
+    /// Returns the number of elements, or the number that the storage has room for.
     /// @{
     [[nodiscard]] virtual int size() const = 0;
     [[nodiscard]] virtual int capacity() const = 0;
     /// @}
-    /// Makes room for exactly `count` elements, if there is less. A negative count throws
-    /// std::length_error; on elements of one byte, std::bad_alloc.
+    /// Enlarges the capacity to exactly `count`, if it is smaller. Throws std::length_error for a
+    /// negative count; for elements of one byte, std::bad_alloc.
     virtual void reserve(int count) = 0;
-    /// Cuts the array, or fills it with default elements: 0, null, or what the class makes. Throws
-    /// as reserve() does. Moves no count of a row, in either direction.
+    /// Truncates the array, or fills it up with default elements: 0, null, or what the class makes.
+    /// Throws as reserve() does. Changes no count of a row.
     virtual void resize(int count) = 0;
 
     // Whole arrays
 
-    /// Replaces the elements by copies of those of `other`; gives the new size. Assigning an array
-    /// to itself changes nothing.
+    /// Replaces the elements by copies of those of `other`, and returns the new size. Assigning an
+    /// array to itself changes nothing.
     virtual int assign(const Derived* other) = 0;
-    /// The same with `count` elements from `items`, which must not point into this array.
+    /// Replaces the elements by copies of `count` elements, and returns the new size. REQUIRES:
+    /// `items` does not point into this array.
     virtual int assign(const E* items, int count) = 0;
-    /// A new array with count 0 and copies of the elements. Rows are shared, not copied.
+    /// Returns a new array with count 0 and copies of the elements. Rows are shared, not copied.
     [[nodiscard]] virtual Derived* clone() const = 0;
-    /// The first element; null in an empty plain array. Valid until the storage grows.
+    /// Returns the address of the first element; null in an empty plain array. Valid until the
+    /// storage grows.
     /// @{
     [[nodiscard]] virtual E* data() = 0;
     [[nodiscard]] virtual const E* data() const = 0;
     /// @}
-    /// Start of the storage, null only if there never was any.
+    /// Returns the start of the storage; null only if the array never had any.
     [[nodiscard]] virtual E* begin() = 0;
 
-    // Not virtual: what lets an array stand in a range-based `for`, and what gives literals their
-    // meaning.
+    // Not virtual: for range-based `for` loops, subscripts and literals.
 
-    /// Returns the address behind the last element.
+    /// Returns the address after the last element.
     /// @{
     [[nodiscard]] E* end() { return begin() + size(); }
     [[nodiscard]] const E* end() const { return begin() + size(); }
     /// @}
     /// Returns the address of the first element; null in an empty plain array.
     [[nodiscard]] const E* begin() const { return data(); }
-    /// Returns element `index`, unchecked. REQUIRES: 0 <= index < size(). Each use is a virtual
-    /// call: a loop over all elements is faster from begin() to end().
+    /// Returns element `index`, without a check. Each use is a virtual call: a loop over all
+    /// elements is faster from begin() to end(). REQUIRES: 0 <= index < size().
     /// @{
     [[nodiscard]] E& operator[](int index) { return begin()[index]; }
     [[nodiscard]] const E& operator[](int index) const { return begin()[index]; }
     /// @}
 
-    /// `append(0)` on numbers and `append(nullptr)` on pointers append that element; on anything else
-    /// `append(nullptr)` does not compile.
+    /// Appends the element: `append(0)` on numbers, `append(nullptr)` on pointers. On any other
+    /// element `append(nullptr)` does not compile.
     /// @{
     template <std::integral N>
         requires std::is_arithmetic_v<E>
@@ -160,7 +170,7 @@ public:
         requires(!std::is_pointer_v<E>)
     = delete;
     /// @}
-    /// A null pointer is no array.
+    /// Refuses a null pointer: it is not an array.
     int assign(std::nullptr_t) = delete;
 };
 
@@ -195,7 +205,7 @@ ZYN_ARRAY(TagPnt2dArray, TagPnt2d);
 ZYN_ARRAY(TagPnt3dArray, TagPnt3d);
 ZYN_ARRAY(EllipseArray, ZynEllipse);
 
-// Raw pointers, which nobody counts
+// Raw pointers, which are not counted
 
 ZYN_ARRAY(PCharArray, char*);
 ZYN_ARRAY(PByteArray, unsigned char*);
@@ -225,15 +235,15 @@ ZYN_ARRAY(PPnt3dArrayArray, PPnt3dArray*);
 ZYN_ARRAY(TagPnt2dArrayArray, TagPnt2dArray*);
 ZYN_ARRAY(EllipseArrayArray, EllipseArray*);
 
-// Conversions between point arrays. Each takes a source that is not null.
+// Conversions between point arrays. REQUIRES: the source is not null.
 
-/// The coordinates rounded to float, in order, with `inten` 0.
+/// Returns the points rounded to float, in order, with `inten` 0.
 [[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3fArray> Pnt3dToPnt3fArr(const Pnt3dArray* source);
-/// The coordinates widened to double, in order, with `inten` 0.
+/// Returns the points widened to double, in order, with `inten` 0.
 [[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3dArray> Pnt3fToPnt3dArr(const Pnt3fArray* source);
 
-/// The address of each point. The result is a view: it holds no count of `source` and is valid as
-/// long as the points stay in place.
+/// Returns the address of each point. The result holds no count of `source`, and is valid as long
+/// as the points stay in place.
 /// @{
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(Pnt3fArray* source);
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(std::vector<XPnt3f*> source);

@@ -2,8 +2,8 @@
 /// Frame cameras: interior and exterior orientation, the direct linear transformation, projection.
 ///
 /// Angles are in radians. Lengths are in the unit of the world coordinates; image coordinates and
-/// the focal length share one unit. A value that is not set is -99999, which is not the invalid
-/// mark of points.
+/// the focal length share one unit. A value that is not set is -99999, which differs from the
+/// invalid mark of points.
 ///
 ///     zynCamOutParam cam;
 ///     cam.X = 500.0; cam.Y = 500.0; cam.Z = 1000.0;
@@ -13,6 +13,8 @@
 ///     XPnt3d viewing = rotationMatrix(cam) * XPnt3d(0.0, 0.0, -1.0);    // in the world
 ///
 /// The rotation of an image is R = R(phi) R(omega) R(kappa), about Y, X and Z in this order.
+///
+/// Threads: any number may call the functions at once; use a record on one thread at a time.
 #pragma once
 
 #include <zyn/array.h>
@@ -26,7 +28,7 @@
 
 namespace zyn {
 
-/// The mark of a value of a camera record that is not set.
+/// The mark of a camera value that is not set.
 inline constexpr double unsetCamera = -99999.0;
 
 /// The linear elements of an exterior orientation: the projection centre.
@@ -42,19 +44,19 @@ struct zynCamAngelParam {
     void setInvalid() noexcept { phi = omega = kappa = unsetCamera; }
 };
 
-/// Seven numbers, which the library carries and does not read.
+/// Seven numbers that the library stores and does not read.
 struct zynCamModel {
     double v[7];  ///< carried
 };
 
-/// Interior orientation. It has no constructor of its own.
+/// The interior orientation. It has no constructor of its own.
 struct zynCamInParam {
     double x0, y0;   ///< principal point
     double f;        ///< focal length; above 0 when the camera is known
     double ext[41];  ///< carried, not read
 };
 
-/// Exterior orientation of one image.
+/// The exterior orientation of one image.
 struct ZYN_EXPORT zynCamOutParam {
     double X, Y, Z;              ///< projection centre in the world
     double phi, omega, kappa;    ///< rotation
@@ -72,9 +74,10 @@ struct ZYN_EXPORT zynCamOutParam {
     [[nodiscard]] DoubleArray* toArray() const;
 };
 
-/// Everything about one camera. The coefficients are those of the direct linear transformation in
-/// the form x + (L1 X + L2 Y + L3 Z + L4) / (L9 X + L10 Y + L11 Z + 1) = 0 and
-/// y + (L5 X + L6 Y + L7 Z + L8) / (L9 X + L10 Y + L11 Z + 1) = 0.
+/// Everything about one camera. The coefficients are those of the direct linear transformation:
+///
+///     x + (L1 X + L2 Y + L3 Z + L4) / (L9 X + L10 Y + L11 Z + 1) = 0
+///     y + (L5 X + L6 Y + L7 Z + L8) / (L9 X + L10 Y + L11 Z + 1) = 0
 struct ZYN_EXPORT zynCamParam {
     zynCamInParam in;                                     ///< interior orientation
     zynCamOutParam out;                                   ///< exterior orientation
@@ -83,14 +86,15 @@ struct ZYN_EXPORT zynCamParam {
     /// Makes an unset record. These have no value: the further block of `in`, the carried words of
     /// `out`, and L2 to L11.
     zynCamParam() noexcept;
-    /// Returns whether the focal length is above 0, and looks at nothing else.
+    /// Returns whether the focal length is above 0. Tests nothing else.
     [[nodiscard]] bool isValid() const noexcept { return in.f > 0.0; }
     /// Unsets x0, y0, f, L1, and in `out` the six numbers and imageIndex.
     void setInvalid() noexcept;
-    /// Derives principal point (x0, y0) and projection centre (X, Y, Z) from the coefficients, in
-    /// closed form. f and the angles stay. Returns false and changes nothing if:
+    /// Derives the principal point (x0, y0) and the projection centre (X, Y, Z) from the
+    /// coefficients, in closed form. Does not change f and the angles. Returns false and changes
+    /// nothing if:
     /// - L1 is exactly -1;
-    /// - the matrix of the coefficients is singular, with the message of matrix<T>::invert;
+    /// - the matrix of the coefficients is singular; matrix<T>::invert then prints its message;
     /// - the centre is not finite.
     bool calcCameraOE();
 };
@@ -98,8 +102,8 @@ struct ZYN_EXPORT zynCamParam {
 ZYN_ARRAY(CamParaArray, zynCamOutParam);
 
 /// Returns the rotation R of an exterior orientation, without a translation. Its first three
-/// columns are the axes of the image in the world: R v is the world's form of a vector v of the
-/// image.
+/// columns are the axes of the image in the world: R v is the vector v of the image, expressed in
+/// the world.
 [[nodiscard]] ZYN_EXPORT ZynMatrix4d rotationMatrix(const zynCamOutParam& cam) noexcept;
 
 /// Returns the image coordinates of a world point, without principal point and distortion:
@@ -107,14 +111,14 @@ ZYN_ARRAY(CamParaArray, zynCamOutParam);
 /// finite.
 [[nodiscard]] ZYN_EXPORT XPnt2d project(const zynCamOutParam& cam, double f, const XPnt3d& pnt);
 /// Returns the image coordinates of many points in their order, much faster than calls of
-/// project(). They equal those of project() to the bit with the reference BLAS, and to rounding
-/// with any other.
+/// project(). With the reference BLAS they equal those of project() to the last bit, with any other
+/// to rounding.
 [[nodiscard]] ZYN_EXPORT std::vector<XPnt2d> projectAll(const zynCamOutParam& cam, double f,
                                                         std::span<const XPnt3d> pnts);
 
-// Position and attitude, as measured by a navigation system
+// Position and attitude, as measured by a navigation system.
 
-/// A position and three angles. It has no constructor of its own: arrays fill with zeros.
+/// A position and three angles. It has no constructor of its own; arrays fill it with zeros.
 struct ZynPOS3d {
     double X, Y, Z;            ///< position
     double phi, omega, kappa;  ///< angles, in radians
@@ -137,7 +141,7 @@ struct ZynPOS3d {
     }
 };
 
-/// Seven numbers of an image, which the library carries and does not read.
+/// Seven numbers of an image that the library stores and does not read.
 struct ZynImagePOS {
     double v[7];  ///< carried
 };

@@ -8,8 +8,9 @@
 ///     grade->fillTable(ramp->pcolor(), ramp->size());
 ///     ZynColor4b c = ramp->clr(int(255 * (z - low) / (high - low)));
 ///
-/// A packed colour is 0x00BBGGRR. Byte channels run from 0 to 255, float channels from 0 to 1; alpha
-/// is opacity. An object is for one thread at a time. Several threads may make scales and pegs.
+/// A packed colour is 0x00BBGGRR. Byte channels run from 0 to 255, float channels from 0 to 1;
+/// alpha is opacity. Threads: use an object on one thread at a time; several threads may make
+/// scales and pegs.
 #pragma once
 
 #include <zyn/array.h>
@@ -53,38 +54,38 @@ struct ZynColorBase4 {
     friend constexpr bool operator==(const ZynColorBase4&, const ZynColorBase4&) noexcept = default;
 };
 
-/// A new one is white.
+/// An opaque colour in bytes. A new one is white.
 struct ZynColor3b : ZynColorBase3<unsigned char> {
     constexpr ZynColor3b() noexcept : ZynColor3b(255, 255, 255) {}
-    /// Of these channels.
+    /// Sets the channels.
     constexpr ZynColor3b(unsigned char r_, unsigned char g_, unsigned char b_) noexcept
         : ZynColorBase3{r_, g_, b_} {}
 };
 
-/// A new one has all bits set: -1 in each channel.
+/// A colour in signed bytes. A new one has all bits set: -1 in each channel.
 struct ZynColor3c : ZynColorBase3<signed char> {
     constexpr ZynColor3c() noexcept : ZynColor3c(-1, -1, -1) {}
-    /// Of these channels.
+    /// Sets the channels.
     constexpr ZynColor3c(signed char r_, signed char g_, signed char b_) noexcept
         : ZynColorBase3{r_, g_, b_} {}
 };
 
-/// A new one is black.
+/// A colour in floats. A new one is black.
 struct ZynColor3f : ZynColorBase3<float> {
     constexpr ZynColor3f() noexcept : ZynColor3f(0, 0, 0) {}
-    /// Of these channels.
+    /// Sets the channels.
     constexpr ZynColor3f(float r_, float g_, float b_) noexcept : ZynColorBase3{r_, g_, b_} {}
 };
 
-/// A new one is white and transparent.
+/// A colour in bytes, with opacity. A new one is white and transparent.
 struct ZynColor4b : ZynColorBase4<unsigned char> {
     constexpr ZynColor4b() noexcept : ZynColor4b(255, 255, 255, 0) {}
-    /// Of these channels.
+    /// Sets the channels.
     constexpr ZynColor4b(unsigned char r_, unsigned char g_, unsigned char b_,
                          unsigned char a_) noexcept
         : ZynColorBase4{r_, g_, b_, a_} {}
 
-    /// Without the opacity.
+    /// Returns the colour without the opacity.
     /// @{
     [[nodiscard]] constexpr ZynColor3b toColor3b() const noexcept { return {r, g, b}; }
     [[nodiscard]] constexpr ZynColor3f toColor3f() const noexcept {
@@ -93,7 +94,7 @@ struct ZynColor4b : ZynColorBase4<unsigned char> {
     }
     /// @}
 
-    /// A named colour, opaque.
+    /// Returns a named colour, opaque.
     /// @{
     [[nodiscard]] static constexpr ZynColor4b Black() noexcept { return {0, 0, 0, 255}; }
     [[nodiscard]] static constexpr ZynColor4b Blue() noexcept { return {0, 0, 255, 255}; }
@@ -106,18 +107,18 @@ struct ZynColor4b : ZynColorBase4<unsigned char> {
     /// @}
 };
 
-/// A new one is -1, -1, -1, 0.
+/// A colour in signed bytes, with opacity. A new one is -1, -1, -1, 0.
 struct ZynColor4c : ZynColorBase4<signed char> {
     constexpr ZynColor4c() noexcept : ZynColor4c(-1, -1, -1, 0) {}
-    /// Of these channels.
+    /// Sets the channels.
     constexpr ZynColor4c(signed char r_, signed char g_, signed char b_, signed char a_) noexcept
         : ZynColorBase4{r_, g_, b_, a_} {}
 };
 
-/// A new one is white and transparent.
+/// A colour in floats, with opacity. A new one is white and transparent.
 struct ZynColor4f : ZynColorBase4<float> {
     constexpr ZynColor4f() noexcept : ZynColor4f(1, 1, 1, 0) {}
-    /// Of these channels.
+    /// Sets the channels.
     constexpr ZynColor4f(float r_, float g_, float b_, float a_) noexcept
         : ZynColorBase4{r_, g_, b_, a_} {}
 };
@@ -133,22 +134,22 @@ ZYN_ARRAY(Color4fArray, ZynColor4f);
 ZYN_ARRAY(Color3bArrayArray, Color3bArray*);
 ZYN_ARRAY(Color4bArrayArray, Color4bArray*);
 
-/// Hue is in degrees, 0 to 360; saturation, value and channels run from 0 to 1, ends included. 0 for
-/// success; -1, with the outputs untouched, for an argument out of range or NaN.
+/// Converts a colour and returns 0. Hue is in degrees, 0 to 360; saturation, value and channels run
+/// from 0 to 1, ends included. Returns -1 and writes nothing if an argument is out of range or NaN.
 /// @{
 ZYN_EXPORT int HSV2RGB(double h, double s, double v, double* r, double* g, double* b) noexcept;
 ZYN_EXPORT int RGB2HSV(double r, double g, double b, double* h, double* s, double* v) noexcept;
 /// @}
-/// The packed colour; 0 for an argument out of range. A channel between two steps rounds to the
-/// nearest, one exactly in the middle down.
+/// Returns the packed colour; 0 for an argument out of range. A channel between two steps rounds to
+/// the nearest; one exactly in the middle rounds down.
 [[nodiscard]] ZYN_EXPORT std::uint32_t HSV2RGB(double h, double s, double v) noexcept;
-/// Of a packed colour, whose bytes count as 256ths: white has the value 0.99609375.
+/// Converts a packed colour, whose bytes count as 256ths: white has the value 0.99609375.
 ZYN_EXPORT void RGB2HSV(std::int32_t c, double& h, double& s, double& v) noexcept;
 
-/// A table of 256 colours, and the ways to compute a colour between two.
+/// A table of 256 colours, and the ways to interpolate between two colours.
 class ZYN_EXPORT IZynColorRamp : public ZynReferenced {
 public:
-    /// The ways to compute a colour between two, told at the operations below.
+    /// The ways to interpolate between two colours; the functions below describe them.
     enum Mode : int {
         Linear,
         FlatStart,
@@ -162,54 +163,55 @@ public:
         Reverse,
     };
 
-    /// Opaque greys, black to white.
+    /// Makes a ramp of opaque greys, black to white.
     IZynColorRamp() noexcept;
     IZynColorRamp(const IZynColorRamp&) noexcept = default;
     IZynColorRamp& operator=(const IZynColorRamp&) noexcept = default;
 
-    /// The first of the 256 colours, to be read and written.
+    /// Returns the first of the 256 colours, to be read and written.
     [[nodiscard]] virtual ZynColor4b* pcolor() noexcept;
-    /// 256.
+    /// Returns 256.
     [[nodiscard]] virtual int size() const noexcept;
-    /// Colour `i`; a default colour, transparent white, outside 0..255.
+    /// Returns colour `i`; transparent white for an `i` outside 0..255.
     [[nodiscard]] virtual ZynColor4b clr(int i) const noexcept;
 
-    /// A new ramp with these colours.
+    /// Returns a new ramp with these colours.
     [[nodiscard]] IZynColorRamp* clone() const;
 
-    // The colour at `pos` on the stretch from `start`, coloured `c0`, to `end`, coloured `c1`. A
-    // channel is truncated and its low 8 bits are kept, also where `pos` lies outside. On a stretch
-    // without length the two straight blends give c0, the cosine and the HSL forms black. The HSL
-    // forms reach their end colour within a step of each channel. In the order of the modes:
+    // Interpolation. Each function returns the colour at `pos` on the stretch from `start`,
+    // coloured `c0`, to `end`, coloured `c1`. Channels are truncated, and only their low 8 bits
+    // count, also if `pos` is outside. On a stretch of length 0 the two linear forms return c0; the
+    // cosine and HSL forms return black. The HSL forms reach their end colour within one step of
+    // each channel. The functions are in the order of the modes.
 
-    /// 0: straight blend of the channels.
+    /// Blends the channels linearly (mode 0).
     static std::uint32_t InterpolateLinear(std::uint32_t c0, std::uint32_t c1, float pos,
                                            float start, float end) noexcept;
-    /// 1: c0.
+    /// Returns c0 (mode 1).
     static std::uint32_t InterpolateFlatStart(std::uint32_t c0, std::uint32_t c1, float pos,
                                               float start, float end) noexcept;
-    /// 2: the mean of both.
+    /// Returns the mean of both (mode 2).
     static std::uint32_t InterpolateFlatMid(std::uint32_t c0, std::uint32_t c1, float pos,
                                             float start, float end) noexcept;
-    /// 3: c1.
+    /// Returns c1 (mode 3).
     static std::uint32_t InterpolateFlatEnd(std::uint32_t c0, std::uint32_t c1, float pos,
                                             float start, float end) noexcept;
-    /// 4: a blend that starts and ends gently.
+    /// Blends by a cosine, which changes slowly at both ends (mode 4).
     static std::uint32_t InterpolateCosine(std::uint32_t c0, std::uint32_t c1, float pos,
                                            float start, float end) noexcept;
-    /// 5: through hue, saturation and lightness, the hue rising.
+    /// Blends hue, saturation and lightness, with rising hue (mode 5).
     static std::uint32_t InterpolateHSLClockwise(std::uint32_t c0, std::uint32_t c1, float pos,
                                                  float start, float end) noexcept;
-    /// 6: the hue falls to a lower one, and rises once round to a higher one.
+    /// Blends them with falling hue to a lower hue, with rising hue to a higher one (mode 6).
     static std::uint32_t InterpolateHSLAntiClockwise(std::uint32_t c0, std::uint32_t c1, float pos,
                                                      float start, float end) noexcept;
-    /// 7: the short way round the hues.
+    /// Blends them the short way round the hues (mode 7).
     static std::uint32_t InterpolateHSLShortest(std::uint32_t c0, std::uint32_t c1, float pos,
                                                 float start, float end) noexcept;
-    /// 8: the long way round.
+    /// Blends them the long way round the hues (mode 8).
     static std::uint32_t InterpolateHSLLongest(std::uint32_t c0, std::uint32_t c1, float pos,
                                                float start, float end) noexcept;
-    /// 9: the straight blend from c1 to c0.
+    /// Blends the channels linearly from c1 to c0 (mode 9).
     static std::uint32_t InterpolateReverse(std::uint32_t c0, std::uint32_t c1, float pos,
                                             float start, float end) noexcept;
 
@@ -220,25 +222,25 @@ private:
     ZynColor4b table[256];
 };
 
-/// A new ramp of greys.
+/// Returns a new ramp of greys.
 [[nodiscard]] ZYN_EXPORT IZynColorRamp* newZynColorRamp();
 constexpr auto factoryOf(std::type_identity<IZynColorRamp>) { return &newZynColorRamp; }
 
-/// A colour at a place on a scale, with an identity that stays when it moves.
+/// A colour at a place on a scale, with an identity that survives moves.
 struct ZYN_EXPORT ZynColorPeg {
     std::uint32_t color = 0;  ///< packed
     float pos = 0;            ///< from 0 to 1
     int id;                   ///< -1 for a peg made of a colour and a place
 
-    /// Takes the next id.
+    /// Makes a black peg at 0 with the next id.
     ZynColorPeg() noexcept : id(newID()) {}
-    /// A peg without an identity: the id is -1.
+    /// Makes a peg without an identity: the id is -1.
     ZynColorPeg(std::uint32_t color_, float pos_) noexcept : color(color_), pos(pos_), id(-1) {}
 
-    /// The id.
+    /// Returns the id.
     [[nodiscard]] int getID() const noexcept { return id; }
 
-    /// Returns the next id and counts on, on any number of threads at once.
+    /// Returns the next id and advances the counter. Threads: any number may call it at once.
     [[nodiscard]] static int newID() noexcept {
         return std::atomic_ref(uniqueID).fetch_add(1, std::memory_order_relaxed);
     }
@@ -246,43 +248,46 @@ struct ZYN_EXPORT ZynColorPeg {
     static int uniqueID;  ///< the next id; not to be read or set while another thread makes a peg
 };
 
-/// A scale of colours from 0 to 1: a start, an end, any number of inner pegs between them, one of
-/// the ten ways to interpolate, and bands. Inner pegs are numbered from 0 by ascending place; three
-/// negative indices name the fixed pegs.
+/// A scale of colours from 0 to 1: a start, an end, any number of inner pegs between them, a mode
+/// of interpolation, and bands. Inner pegs are numbered from 0 by ascending place; three negative
+/// indices name the fixed pegs.
 class ZYN_EXPORT IZynGradeColor : public ZynReferenced {
 public:
-    /// Index of a fixed peg.
+    /// The index of a fixed peg.
     /// @{
     static constexpr int startIndex = -3;
     static constexpr int endIndex = -2;
     static constexpr int zeroIndex = -4;
     /// @}
 
-    /// Number of inner pegs.
+    /// Returns the number of inner pegs.
     [[nodiscard]] virtual int getPegCount() = 0;
-    /// Any negative index but those of start and end gives the zero peg, one that is too large a peg
-    /// of black at 0 with the id -1.
+    /// Returns the peg at `index`. Any negative index other than those of start and end returns the
+    /// zero peg. An index that is too large returns a black peg at 0 with the id -1.
     [[nodiscard]] virtual ZynColorPeg getPeg(int index) = 0;
-    /// Sets colour and place of an inner peg, whose id stays, and gives its new index; of a fixed peg
-    /// sets the colour alone: -1, as for an index that there is not. The place is held within 0..1,
-    /// in `peg` too.
+    /// Sets colour and place of an inner peg, which keeps its id, and returns its new index. Sets
+    /// only the colour of a fixed peg, and returns -1. Returns -1 and changes nothing for an index
+    /// that does not exist. The place is clamped to 0..1; the form that takes a `peg` clamps it
+    /// there too.
     /// @{
     virtual int setPeg(int index, ZynColorPeg& peg) = 0;
     virtual int setPeg(int index, std::uint32_t color, float pos) = 0;
     /// @}
-    /// Adds an inner peg with a new id, behind those at its place, and gives its index. The place is
-    /// held within 0..1.
+    /// Adds an inner peg with a new id, after those at the same place, and returns its index. The
+    /// place is clamped to 0..1.
     /// @{
     virtual int addPeg(const ZynColorPeg& peg) = 0;
     virtual int addPeg(std::uint32_t color, float pos) = 0;
     /// @}
-    /// Removes an inner peg, if there is such a one.
+    /// Removes inner peg `index`; does nothing if there is none.
     virtual void removePeg(int index) = 0;
-    /// The inner peg at the lower end of the stretch that holds `pos`, the first of two; startIndex
-    /// below the first peg, -1 beyond the last one.
+    /// Returns the inner peg at the lower end of the stretch that contains `pos`. On the border of
+    /// two stretches that is the lower one; at the first of several pegs it is 0. Returns
+    /// startIndex below the first peg. Returns -1 above the last peg, at a single peg, and without
+    /// inner pegs.
     [[nodiscard]] virtual int findSegment(float pos) = 0;
 
-    /// Packed colour of a fixed peg.
+    /// Returns or sets the packed colour of a fixed peg.
     /// @{
     virtual void setStartColor(std::uint32_t color) = 0;
     [[nodiscard]] virtual std::uint32_t getStartColor() = 0;
@@ -291,36 +296,38 @@ public:
     virtual void setZeroColor(std::uint32_t color) = 0;
     [[nodiscard]] virtual std::uint32_t getZeroColor() = 0;
     /// @}
-    /// Whether 0 exactly has a colour of its own; not 0 for yes.
+    /// Returns or sets whether 0 exactly has a colour of its own; any value other than 0 means yes.
     /// @{
     virtual void setUseZero(int use) = 0;
     [[nodiscard]] virtual int getUseZero() = 0;
     /// @}
-    /// The way to interpolate, an IZynColorRamp::Mode; Cosine in a new scale.
+    /// Returns or sets the mode of interpolation, an IZynColorRamp::Mode; Cosine in a new scale.
     /// @{
     [[nodiscard]] virtual int getMode() = 0;
     virtual void setMode(int mode) = 0;
     /// @}
-    /// Number of bands of one colour; -1, as any number below 1, for none.
+    /// Returns or sets the number of bands of one colour. Any number below 1 means no bands; a new
+    /// scale has -1.
     /// @{
     [[nodiscard]] virtual int getSteps() = 0;
     virtual void setSteps(int steps) = 0;
     /// @}
 
-    /// The packed colour at `t`; 0 outside 0..1, for NaN, and in a mode that there is not. With
-    /// bands, the colour in the middle of t's: at 1 exactly that lies beyond the end of the scale,
-    /// and what comes depends on the mode.
+    /// Returns the packed colour at `t`; 0 outside 0..1, for NaN, and in an unknown mode. With
+    /// bands, returns the colour in the middle of the band of `t`. At 1 exactly that middle is
+    /// beyond the end of the scale, and the colour depends on the mode.
     [[nodiscard]] virtual std::uint32_t getColor(float t) = 0;
     /// Fills `out` with the opaque colours at i / count, the first with the zero colour if that is
-    /// in use. False, with nothing written, in a mode that there is not, and for a null `out` with
-    /// something to be written. REQUIRES: room for `count`, and for one if the zero colour is in use.
+    /// in use. Returns false and writes nothing in an unknown mode, and for a null `out` unless
+    /// there is nothing to write. REQUIRES: room for `count` colours, and for one if the zero
+    /// colour is in use.
     virtual bool fillTable(ZynColor4b* out, int count) = 0;
 
 protected:
     ~IZynGradeColor() override = default;
 };
 
-/// A new scale from black to white, without inner pegs.
+/// Returns a new scale from black to white, without inner pegs.
 [[nodiscard]] ZYN_EXPORT IZynGradeColor* newZynGradeColor();
 constexpr auto factoryOf(std::type_identity<IZynGradeColor>) { return &newZynGradeColor; }
 

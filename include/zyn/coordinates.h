@@ -1,8 +1,8 @@
 /// @file
-/// Bare coordinates: two or three numbers, consecutive in memory, that stand for an array of them.
+/// Bare coordinates: two or three numbers, consecutive in memory, usable as an array.
 ///
-/// PT2 and PT3 are what points (point.h) and laser records (las.h) are made of. They know nothing but
-/// their numbers:
+/// PT2 and PT3 are the base of points (point.h) and laser records (las.h). They hold their numbers
+/// and nothing else:
 ///
 ///     PT3<double> p(1.0, 2.0, 3.0);
 ///     const double* xyz = p;                    // three consecutive coordinates
@@ -14,7 +14,7 @@
 
 namespace zyn {
 
-/// What default construction of bare coordinates stores.
+/// The value of default-constructed bare coordinates.
 template <class T>
 inline constexpr T unsetCoordinate = T(-99999);
 
@@ -25,21 +25,21 @@ concept CoordinatePointer = std::same_as<P, T*> || std::same_as<P, const T*>;
 /// Two bare coordinates, consecutive in memory. T is float, double or std::int32_t.
 template <class T>
 struct PT2 {
-    using Coordinate = T;  ///< What it is made of.
+    using Coordinate = T;  ///< The type of a coordinate.
 
     T x = unsetCoordinate<T>;  ///< abscissa
     T y = unsetCoordinate<T>;  ///< ordinate
 
     constexpr PT2() noexcept = default;
-    /// The point (x_, y_).
+    /// Makes the point (x_, y_).
     constexpr PT2(T x_, T y_) noexcept : x(x_), y(y_) {}
 
-    /// Address of `x`: an array of two coordinates.
+    /// Returns the address of `x`: an array of two coordinates.
     template <std::same_as<const T*> P>
     operator P() const noexcept {
         return &x;
     }
-    /// Exact comparison of the coordinates.
+    /// Compares the coordinates exactly.
     friend constexpr bool operator==(const PT2& a, const PT2& b) noexcept {
         return a.x == b.x && a.y == b.y;
     }
@@ -48,29 +48,29 @@ struct PT2 {
 /// Three bare coordinates, consecutive in memory. T is float or double.
 template <class T>
 struct PT3 {
-    using Coordinate = T;  ///< What it is made of.
+    using Coordinate = T;  ///< The type of a coordinate.
 
     T x = unsetCoordinate<T>;  ///< abscissa
     T y = unsetCoordinate<T>;  ///< ordinate
     T z = unsetCoordinate<T>;  ///< height
 
     constexpr PT3() noexcept = default;
-    /// The point (x_, y_, z_).
+    /// Makes the point (x_, y_, z_).
     constexpr PT3(T x_, T y_, T z_) noexcept : x(x_), y(y_), z(z_) {}
 
-    /// Address of `x`: an array of three coordinates.
+    /// Returns the address of `x`: an array of three coordinates.
     template <std::same_as<const T*> P>
     operator P() const noexcept {
         return &x;
     }
-    /// Exact comparison of the coordinates; nothing that a derived point carries takes part.
+    /// Compares the coordinates exactly, and nothing that a derived point adds.
     friend constexpr bool operator==(const PT3& a, const PT3& b) noexcept {
         return a.x == b.x && a.y == b.y && a.z == b.z;
     }
 };
 
-/// A point is neither compared with an address of coordinates nor subtracted from one: some compilers
-/// would turn it into its own address for that.
+/// Refuses to compare a point with an address of coordinates, and to subtract one from the other.
+/// Without these, some compilers would convert the point to its own address.
 /// @{
 template <class P, CoordinatePointer<typename P::Coordinate> A>
 bool operator==(const P&, A) = delete;

@@ -1,14 +1,9 @@
 /// @file
-/// Delaunay engines: points in, a surface out.
+/// Delaunay engines: incremental triangulation of a set of points.
 ///
-/// An engine is a triangulated irregular network inside a rectangular frame. It is fed points one at
-/// a time and triangulates them by Delaunay's rule in the plane: no vertex lies inside the circle of
-/// any triangle. Enforced edges, and holes that removePoint closes, may break that rule. A vertex is a
-/// pointer to the caller's point, which must stay alive and in place for the life of the engine: reserve
-/// the array before filling it. The four corners of the frame are vertices too; triangles that touch one
-/// are frame triangles, and what reports on the surface leaves them out. Leave a margin between the
-/// points and the frame. Coordinates go up to 1e100: a point beyond is refused, and a frame with a
-/// corner beyond accepts no point and locates none.
+/// An engine is a triangulated irregular network inside a rectangular frame. It takes points one at
+/// a time and keeps the Delaunay property in the plane: the circumcircle of a triangle contains no
+/// vertex. Enforced edges, and the holes that removePoint closes, may break that property.
 ///
 ///     ref_ptr<IZynDelaunayD> engine = newZynDelaunayDouble(0.0, minX, minY, maxX, maxY);
 ///     for (XPnt3d& p : *points) { engine->addPoint(&p, 0.001); }
@@ -18,17 +13,31 @@
 ///     }
 ///     writeBinary(engine.get(), "terrain.tin");
 ///
-/// Take the double engine for coordinates on the ground; the float one halves the memory of the
-/// points, not of the triangles. Points in spatial order are located in a few steps each.
-/// Every network is valid after every call: triangles counter-clockwise by exact arithmetic, links
-/// symmetric. Triangles of no area occur only on an edge of the frame or of an open hull, and while
-/// there are points in one place. A network that was read is what the file says: its numbers are
-/// checked, its geometry is not, and on a damaged one every call still ends and touches no foreign
-/// memory.
-/// Without memory std::bad_alloc is thrown: the network stays as it was, but for enforceEdge, which may
-/// have flipped some edges, and for a read.
-/// One thread at a time; different engines share nothing. Records keep their address until
-/// deleteTriangle or removePoint moves one, or a read replaces them all.
+/// Use the double engine for coordinates on the ground. The float engine halves the memory of the
+/// points, not of the triangles. Insertion is fastest if the points come in spatial order.
+///
+/// Frame: the four corners of the frame are vertices too. A triangle that touches one is a frame
+/// triangle, and functions that report on the surface leave it out. Leave a margin between the
+/// points and the frame. Coordinates are limited to 1e100: a point beyond is refused. An engine
+/// whose frame has a corner beyond accepts no point and locates none.
+///
+/// Ownership: a vertex is a pointer to the caller's point, which must stay alive and in place for
+/// the life of the engine. Reserve the array before filling it. The engine owns its triangle
+/// records. A record keeps its address until deleteTriangle or removePoint moves one, or a read
+/// replaces them all.
+///
+/// Validity: the network is valid after every call, except that triangulate may fold triangles. Its
+/// triangles are counter-clockwise by exact arithmetic, and its links are symmetric. Zero-area
+/// triangles occur only along the frame or an open hull, and next to duplicate points. A read
+/// checks the numbers in a file, but not the geometry. Even on a network from a damaged file every
+/// call ends, and accesses no foreign memory.
+///
+/// Errors: if allocation fails, a call throws std::bad_alloc and leaves the network unchanged,
+/// except:
+/// - after enforceEdge some edges may have been flipped;
+/// - after a read the network may be empty.
+///
+/// Threads: use an engine on one thread at a time. Different engines share nothing.
 #pragma once
 
 #include <zyn/array.h>
@@ -45,80 +54,84 @@
 
 namespace zyn {
 
-/// What both engines offer, in the order of the interface.
+/// The operations of both engines, in the order of the interface.
 template <class Real>
 class ZYN_EXPORT DelaunayInterface : public IZynGeometry {
 public:
     using Tri = TinRecord<Real>;  ///< The triangle of this precision.
     using Pnt = XPnt3<Real>;      ///< The point of this precision.
 
-    // Iteration, in pool order, by the engine's one cursor. rayIntersections, rayNearest and exportObj
-    // move it too; the ranges of triangles.h do not.
+    // Iteration, in the order of the pool, with the one cursor of the engine. rayIntersections,
+    // rayNearest and exportObj move the cursor too; the ranges of triangles.h do not.
 
-    /// The triangle at the cursor, which moves on; null after the last, until the next rewind.
+    /// Returns the triangle at the cursor and advances the cursor. Returns null after the last
+    /// triangle, until the next rewind.
     virtual Tri* nextTriangle() = 0;
     /// Sets the cursor to the first triangle.
     virtual void rewindTriangles() = 0;
-    /// Number of triangles, frame triangles included: 2 in a new engine, 2 more a point.
+    /// Returns the number of triangles, frame triangles included. A new engine has 2, and each
+    /// point adds 2.
     [[nodiscard]] virtual int triangleCount() const = 0;
 
-    /// Takes `t` out and moves the newest triangle into its place; the links of its neighbours to
-    /// it become null. It does not repair the network. False when `t` is null, no triangle of this
-    /// engine, or the newest.
+    /// Removes `t`, and moves the newest triangle to its address. The links of its neighbours to it
+    /// become null; the network is not repaired. Returns false and changes nothing if `t` is null,
+    /// is no triangle of this engine, or is the newest.
     virtual bool deleteTriangle(Tri* t) = 0;
     /// Returns 0.
     virtual std::int32_t reservedA() = 0;
 
-    /// The triangle that holds (x, y), by a walk from the newest triangle; null outside.
+    /// Returns the triangle that contains (x, y), or null outside the network. The walk starts at
+    /// the newest triangle.
     [[nodiscard]] virtual Tri* locate(Real x, Real y) = 0;
-    /// Whether a corner of `t` is a corner of the frame.
+    /// Returns whether a corner of `t` is a corner of the frame.
     [[nodiscard]] virtual bool isFrameTriangle(const Tri* t) const = 0;
-    /// Whether `p` points into the engine's frame.
+    /// Returns whether `p` points into the engine's frame.
     [[nodiscard]] virtual bool isFrameVertex(const Real* p) const = 0;
 
-    /// Works towards edge a-b, both vertices of the network, by flipping the edges that cross it.
-    /// Starts at `hint`, or at the first triangle when it is null. The
-    /// triangle that holds `a`, or null when `a` lies outside. Nothing is recorded: a later
-    /// addPoint may flip the edge away, and an edge that many others cross often does not come in;
-    /// calling again does not help then.
+    /// Tries to bring edge a-b into the network, by flipping the edges that cross it. Starts at
+    /// `hint`, or at the first triangle if `hint` is null. Returns the triangle that contains `a`,
+    /// or null if `a` is outside. REQUIRES: `a` and `b` are vertices of the network.
+    ///
+    /// Success is not guaranteed: an edge that crosses many others often stays out, and calling
+    /// again does not help. The edge is not recorded, so a later addPoint may flip it away.
     virtual Tri* enforceEdge(Real* a, Real* b, Tri* hint) = 0;
 
     /// Inserts the point, which becomes a vertex by its address. Returns false and changes no
     /// triangle if:
     /// - the point is outside the frame, is not finite, or x or y is beyond 1e100;
-    /// - both x and y are within `tolerance` of a corner of the triangle that holds it;
+    /// - both x and y are within `tolerance` of a corner of the triangle that contains it;
     /// - the same object is a vertex already, whatever the tolerance;
     /// - `tolerance` is not a number, or `p` is null.
     ///
-    /// Tolerance 0 refuses equal x, y only. A negative one lets other points into the same place:
-    /// the network is valid there, but triangles of no area between the points can hide an edge
-    /// from its neighbour. The double engine numbers the point first, also one that it refuses: `inten`
-    /// becomes the low 16 bits of the number of calls before.
+    /// Tolerance 0 refuses only equal x, y. A negative one lets other points into the same place:
+    /// the network stays valid, but zero-area triangles between the points can hide an edge from
+    /// its neighbour. The double engine first sets `inten` of the point, even if it then refuses
+    /// the point. `inten` becomes the low 16 bits of the number of earlier calls.
     virtual bool addPoint(Pnt* p, Real tolerance) = 0;
 };
 
 /// The engine in single precision.
 class ZYN_EXPORT IZynDelaunay : public DelaunayInterface<float> {
 public:
-    /// Removes the vertex nearest to (x, y) among the corners of the triangle there, and closes the
-    /// hole with triangles that are Delaunay's as far as one pass over them makes them so.
+    /// Removes the vertex nearest to (x, y) among the corners of the triangle there. Fills the hole
+    /// with triangles, and makes them Delaunay as far as one pass over them can.
     ///
     /// The triangle is where findRefine() ends, from `hint`, or from the newest triangle if that is
-    /// null. Its tolerance wants metres: in degrees, pass locate(x, y) as `hint`. The point's own
-    /// record is not touched. Returns false and changes nothing:
+    /// null. Its tolerance suits metres: for degrees, pass locate(x, y) as `hint`. The point's own
+    /// record is not changed. Returns false and changes nothing:
     /// - if no corner is nearer than `radius` and than 3162.27 in the plane; a negative radius
     ///   works as its magnitude;
-    /// - for a corner of the frame, and a vertex with an edge of the frame in its ring;
-    /// - for a vertex among points in one place, if no triangles with an area fill the hole;
-    /// - for a vertex of more than 53 neighbours.
+    /// - for a corner of the frame, and for a vertex with an edge of the frame in its ring;
+    /// - for a vertex among duplicate points, if no triangles with an area fill the hole;
+    /// - for a vertex with more than 53 neighbours.
     virtual bool removePoint(tin* hint, float x, float y, float radius) = 0;
     /// Returns 0.
     virtual std::int32_t reservedB() = 0;
-    /// A new array, the caller's, of the points in which the whole line p1-p2 meets the surface, in
-    /// pool order.
+    /// Returns a new array of the points in which the whole line p1-p2 meets the surface, in the
+    /// order of the pool. Ownership: the caller takes the array into a ref_ptr, as a factory's.
     [[nodiscard]] virtual Pnt3fArray* rayIntersections(const XPnt3f& p1, const XPnt3f& p2) = 0;
-    /// The smallest line parameter among those points, 0 at p1 and 1 at p2, negative ones included.
-    /// False, with `*t` without meaning, when the line misses the surface.
+    /// Sets `*t` to the smallest line parameter among those points: 0 at p1, 1 at p2, negative ones
+    /// included. Returns false if the line misses the surface; `*t` then has no meaning.
     virtual bool rayNearest(const XPnt3f& p1, const XPnt3f& p2, float* t) = 0;
     /// Returns 0.
     virtual std::int32_t reservedC() = 0;
@@ -127,49 +140,60 @@ public:
 /// The engine in double precision.
 class ZYN_EXPORT IZynDelaunayD : public DelaunayInterface<double> {
 public:
-    // One-shot triangulation of a whole point set by the mesh generator (Triangle, Shewchuk 1996), in
-    // place of addPoint.
+    // Triangulation of a whole point set at once, in place of addPoint, by the mesh generator
+    // (Triangle, Shewchuk 1996).
 
-    /// Triangulates the convex hull of `count` points, pointers to x, y, z, which must stay and
-    /// become vertices by their addresses: of whole XPnt3d for findCone with a radius and
-    /// exportObj. The generator sees x and y rounded to float, and ignores all but one of the
-    /// points that then fall together: prefer addPoints() of network.h, unless the coordinates are
-    /// small numbers. At those of a national grid (1e6) the rounding, up to 0.25, loses points and
-    /// folds triangles.
+    /// Triangulates the convex hull of `count` points, pointers to x, y, z. They become vertices by
+    /// their addresses and must stay in place. findCone with a radius and exportObj need pointers
+    /// to whole XPnt3d.
     ///
-    /// The frame's two triangles stay, first and without a link to the new ones, whose outer edges
-    /// have no neighbour: later points and queries outside the hull find no triangle, and enforceEdge
-    /// needs a hint, such as locate() gives, since without one it starts in the frame. `inten` is left
-    /// as it is. True without a new triangle when the rounded points all lie in one place or on one
-    /// line. False, with nothing changed, when the engine holds anything but its two frame triangles,
-    /// for fewer than three points, null, a coordinate that is not finite as a float, and in a
-    /// build without the generator, which prints messages to standard output and ends the process
-    /// when it runs out of memory. Calls from several threads wait for each other.
+    /// The generator rounds x and y to float. It ignores all but one of the points that are equal
+    /// after rounding. Prefer addPoints() of network.h, unless the coordinates are small numbers:
+    /// at those of a national grid (1e6) the rounding, up to 0.25, loses points and folds
+    /// triangles.
+    ///
+    /// The two triangles of the frame stay, first in the pool and without links to the new ones. So
+    /// later points and queries outside the hull find no triangle. enforceEdge needs a hint, such
+    /// as the result of locate(), because without one it starts in the frame. `inten` does not
+    /// change.
+    ///
+    /// Returns true without new triangles if the rounded points are all equal or collinear. Returns
+    /// false and changes nothing if:
+    /// - the engine holds anything other than its two frame triangles;
+    /// - `points` is null, or `count` is below 3;
+    /// - a coordinate is not finite as a float;
+    /// - the build is without the generator.
+    ///
+    /// The generator prints messages to standard output, and ends the process if it runs out of
+    /// memory. Threads: calls from several threads wait for each other.
     virtual bool triangulate(double** points, int count) = 0;
-    /// The same for the points of an array, which must stay in place.
+    /// Triangulates the points of an array in the same way. They must stay in place.
     virtual bool triangulate(Pnt3dArray* points) = 0;
-    /// As in IZynDelaunay, without the limit on the number of neighbours.
+    /// Removes a vertex, as in IZynDelaunay, without the limit on the number of neighbours.
     virtual bool removePoint(tind* hint, double x, double y, double radius) = 0;
     /// Returns 0.
     virtual std::int32_t reservedB() = 0;
-    /// Only the float engine intersects lines: null.
+    /// Returns null: only the float engine intersects lines.
     [[nodiscard]] virtual Pnt3dArray* rayIntersections(const XPnt3d& p1, const XPnt3d& p2) = 0;
-    /// Only the float engine intersects lines: false.
+    /// Returns false: only the float engine intersects lines.
     virtual bool rayNearest(const XPnt3d& p1, const XPnt3d& p2, double* t) = 0;
     /// Returns 0.
     virtual std::int32_t reservedC() = 0;
-    /// Writes the surface as text lines `v x y z` and `f a b c` (formats.md), and its progress to
-    /// standard output. `points` is the whole sequence that addPoint was given, in that order. A
-    /// face whose longest edge in space is above `maxEdge` is left out, if that is below 99999. A
-    /// negative `maxEdge` works as its magnitude, which then has no upper bound.
-    /// Serves up to 32768 points, whose number fits `inten`; writeObj of network.h has no such limit.
-    /// False when the file cannot be opened or written whole, with an old one as it was, and on a network
-    /// whose vertices are bare coordinates (after a read or compactVertices).
+    /// Writes the surface as text lines `v x y z` and `f a b c` (formats.md), and reports progress
+    /// on standard output. `points` is the whole sequence that addPoint was given, in that order.
+    ///
+    /// Leaves out each face whose longest edge in space is above `maxEdge`, if `maxEdge` is below
+    /// 99999. A negative `maxEdge` works as its magnitude, without that upper bound. Works for up
+    /// to 32768 points, whose numbers fit `inten`; writeObj of network.h has no such limit. Returns
+    /// false and leaves an existing file unchanged if:
+    /// - the file cannot be opened, or cannot be written whole;
+    /// - the vertices are bare coordinates, after a read or compactVertices.
     virtual bool exportObj(std::span<const XPnt3d> points, const char* path, double maxEdge) = 0;
 };
 
-/// A new engine with two triangles between the corners of the frame, whose height is `z`. REQUIRES:
-/// minX < maxX and minY < maxY. A frame that is not finite, or beyond 1e100, accepts no point.
+/// Returns a new engine with two triangles between the corners of the frame, which have the height
+/// `z`. A frame that is not finite or goes beyond 1e100 accepts no point. REQUIRES: minX < maxX and
+/// minY < maxY.
 /// @{
 [[nodiscard]] ZYN_EXPORT IZynDelaunay* newZynDelaunay(float z, float minX, float minY, float maxX,
                                                       float maxY);
@@ -179,68 +203,71 @@ public:
 constexpr auto factoryOf(std::type_identity<IZynDelaunay>) { return &newZynDelaunay; }
 constexpr auto factoryOf(std::type_identity<IZynDelaunayD>) { return &newZynDelaunayDouble; }
 
-// Operations on an engine of either precision beside its interface. A null engine, or one that is
-// not this library's, gets false or 0.
+// Operations on an engine of either precision, outside its interface. They return false or 0 for
+// null, and for an engine that this library did not make.
 
-/// Distinct vertices of the network, without the corners of the frame.
+/// Returns the number of distinct vertices, without the corners of the frame.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT int vertexCount(DelaunayInterface<Real>* engine);
-/// Distinct vertices, those corners of the frame included that a triangle has.
+/// Returns the number of distinct vertices, corners of the frame included if a triangle has them.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT int allVertexCount(DelaunayInterface<Real>* engine);
-/// Triangles that are not frame triangles.
+/// Returns the number of triangles that are not frame triangles.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT int surfaceTriangleCount(DelaunayInterface<Real>* engine);
-/// Sum of their areas in space; infinite only if beyond the largest number.
+/// Returns the sum of their areas in space. It is infinite only if it exceeds the largest number.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT Real surfaceArea(DelaunayInterface<Real>* engine);
-/// Sum of their areas in the plane.
+/// Returns the sum of their areas in the plane.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT Real surfaceAreaHorizen(DelaunayInterface<Real>* engine);
-/// Their bounds. False, with nothing written, when there is no such triangle.
+/// Sets the bounds of those triangles. Returns false and writes nothing if there are none.
 template <class Real>
 ZYN_EXPORT bool bounds(DelaunayInterface<Real>* engine, Real& minX, Real& minY, Real& minZ,
                        Real& maxX, Real& maxY, Real& maxZ);
 
-/// Copies the vertices of the surface into one buffer that the engine owns until its end, and makes the
-/// network refer to it instead of the caller's points; lists of vertices, such as fixed edges, do not
-/// follow. Vertices that only frame triangles have stay the caller's. The copies are bare coordinates:
-/// findCone with a radius and exportObj, which use `inten`, are not for them. The number of vertices
-/// copied.
+/// Copies the vertices of the surface into one buffer of the engine, and makes the network refer to
+/// it instead of the caller's points. Returns the number of vertices copied.
+/// - Vertices that only frame triangles have are still the caller's.
+/// - Lists of vertices, such as fixed edges, do not follow.
+/// - The copies are bare coordinates: do not use findCone with a radius or exportObj afterwards,
+///   since both need `inten`.
+///
+/// Ownership: the engine keeps the buffer until its end.
 template <class Real>
 ZYN_EXPORT int compactVertices(DelaunayInterface<Real>* engine);
 
 /// Writes the network to a binary file, which appears whole or not at all (formats.md). Returns
-/// false if it could not be written.
+/// false if it cannot be written.
 template <class Real>
 ZYN_EXPORT bool writeBinary(DelaunayInterface<Real>* engine, const char* path);
-/// The same as text, with six significant digits a coordinate. True even when the file could not be
-/// written.
+/// Writes the network as text, with six significant digits per coordinate. Returns true even if the
+/// file cannot be written.
 template <class Real>
 ZYN_EXPORT bool writeText(DelaunayInterface<Real>* engine, const char* path);
 
-/// Replaces the network by that of a binary file, which must be writable too. `count` becomes the
-/// number of its vertices, the corners of the frame included, and `vertices` a new array of
-/// (count - 4) triples that the network points into: the caller's, to be freed by `delete[]` after
-/// the engine's end. The vertices are bare coordinates: findCone with a radius and exportObj, which
-/// use `inten`, are not for them.
+/// Replaces the network by that of a binary file, which must be writable too. Sets `count` to the
+/// number of its vertices, the corners of the frame included. Sets `vertices` to a new array of
+/// (count - 4) triples, which the network points into. The vertices are bare coordinates: do not
+/// use findCone with a radius or exportObj, since both need `inten`.
 ///
-/// At the start of every read `vertices` becomes null and `count` 0: free the array of an earlier
-/// read through a pointer of your own. If the file cannot be read or is damaged, returns false and
-/// leaves the network empty, good for nothing but another read. If memory runs out, throws
-/// std::bad_alloc and leaves it so, or as it was. A file of the other precision is not
-/// distinguished from a damaged one.
+/// Every read first sets `vertices` to null and `count` to 0: keep the array of an earlier read in
+/// a pointer of your own. A file of the other precision counts as damaged. If the file cannot be
+/// read or is damaged, returns false and leaves the network empty: it then accepts only another
+/// read. If allocation fails, throws std::bad_alloc and leaves the network empty or unchanged.
+///
+/// Ownership: `vertices` is the caller's, who frees it by `delete[]` after the engine's end.
 template <class Real>
 ZYN_EXPORT bool readBinary(DelaunayInterface<Real>* engine, const char* path, Real*& vertices,
                            int& count);
-/// The same for a text file.
+/// Reads a text file in the same way.
 template <class Real>
 ZYN_EXPORT bool readText(DelaunayInterface<Real>* engine, const char* path, Real*& vertices,
                          int& count);
 
-/// Replaces the network by that of a binary or text file, which may be closed to writing. The engine
-/// owns the vertices until its end, and those of earlier reads and of compactVertices() too. In all
-/// else each works as the function of that name with `vertices`.
+/// Replaces the network by that of a binary or text file, which may be read-only. In all else works
+/// as the function of that name with `vertices`. Ownership: the engine keeps the vertices until its
+/// end, those of earlier reads and of compactVertices() too.
 /// @{
 template <class Real>
 ZYN_EXPORT bool readBinary(DelaunayInterface<Real>& engine, const char* path);
@@ -248,12 +275,13 @@ template <class Real>
 ZYN_EXPORT bool readText(DelaunayInterface<Real>& engine, const char* path);
 /// @}
 
-// Reading by reference, as in `vertexCount(*engine)`
+// Reading by reference, as in `vertexCount(*engine)`.
 
 /// @cond
 namespace detail {
-/// Returns the engine as the functions that take a pointer want it. To cast `const` away is safe for
-/// those that only read, and for no others: no engine is const itself, and these change nothing in it.
+/// Returns the engine as the functions that take a pointer want it. Casting `const` away is safe
+/// for functions that only read: no engine is const itself, and these functions change nothing in
+/// it.
 template <class Real>
 [[nodiscard]] DelaunayInterface<Real>* readable(const DelaunayInterface<Real>& engine) {
     return const_cast<DelaunayInterface<Real>*>(&engine);
@@ -261,8 +289,9 @@ template <class Real>
 }  // namespace detail
 /// @endcond
 
-/// Returns what the function of that name writes or returns for a pointer. bounds() returns nothing if
-/// there is no such triangle. Threads: several may read one engine so while none changes it.
+/// Returns what the function of that name writes or returns for a pointer. bounds() returns nullopt
+/// if there are no such triangles. Threads: several threads may read one engine in this way, while
+/// none changes it.
 /// @{
 template <class Real>
 [[nodiscard]] int vertexCount(const DelaunayInterface<Real>& engine) {

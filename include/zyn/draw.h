@@ -1,10 +1,11 @@
 /// @file
-/// What a display holds for a point cloud: classes of points, and parameters of drawing.
+/// The display of a point cloud: classes of points, and drawing parameters. Threads: use an object
+/// on one thread at a time.
 ///
 ///     ref_ptr<IZynLasDrawParam> param = newZynLasDrawParam();
 ///     param->ramp = newZynColorRamp();
 ///     param->classes[2].value = 2;                        // the application knows class 2
-///     param->assignPntClass(read);                        // takes colour, name, visibility from it
+///     param->assignPntClass(read);                        // copies colour, name, visibility
 #pragma once
 
 #include <zyn/array.h>
@@ -20,46 +21,46 @@ namespace zyn {
 
 /// A class of points.
 struct ZYN_EXPORT PntClass {
-    /// The number of an entry that is free.
+    /// The number of a free entry.
     static constexpr std::int32_t freeValue = -2147483647;
 
     std::int32_t value;  ///< number of the class
-    bool visible;        ///< whether it is drawn
-    ZynColor4b color;    ///< of its points
-    QString name;        ///< for the user
+    bool visible;        ///< whether the points are drawn
+    ZynColor4b color;    ///< colour of the points
+    QString name;        ///< name for the user
 
-    /// A free entry, unless a number is given.
+    /// Makes a free entry, unless a number is given.
     PntClass(std::int32_t value_ = freeValue, bool visible_ = true,
              ZynColor4b color_ = ZynColor4b::White(), QString name_ = defaultName());
 
-    /// "Default".
+    /// Returns "Default".
     [[nodiscard]] static QString defaultName();
 
     /// Replaces all fields.
     void setVal(std::int32_t value_, bool visible_, ZynColor4b color_, QString name_);
-    /// Whether the entry is in use.
+    /// Returns whether the entry is in use.
     [[nodiscard]] bool isValid() const noexcept { return value != freeValue; }
-    /// Frees the entry; all but `value` stays.
+    /// Frees the entry; changes nothing but `value`.
     void setInvalid() noexcept { value = freeValue; }
 };
 
 ZYN_ARRAY(PntClassArray, PntClass);
 
-/// Parameters of drawing. But for the ramp and the classes, what they mean is the application's.
-/// Copies share the ramp.
+/// Drawing parameters. Except for the ramp and the classes, their meaning is the application's.
+/// Ownership: copies share the ramp.
 class ZYN_EXPORT IZynLasDrawParam : public ZynReferenced {
 public:
     IZynLasDrawParam() = default;
     IZynLasDrawParam(const IZynLasDrawParam&) = default;
     IZynLasDrawParam& operator=(const IZynLasDrawParam&) = default;
 
-    /// A new object with a ramp of its own, or without one as this.
+    /// Returns a new object with a copy of the ramp, or without a ramp if this has none.
     [[nodiscard]] IZynLasDrawParam* clone() const;
-    /// Gives each element's visibility, colour and name to the first entry of `classes` with its
-    /// value, if there is one. The number of elements; 0 for null.
+    /// Copies each element's visibility, colour and name to the first entry of `classes` with its
+    /// value, if there is one. Returns the number of elements; 0 for null.
     std::int32_t assignPntClass(const ref_ptr<PntClassArray>& a);
 
-    /// The application's.
+    /// Fields of the application.
     /// @{
     std::uint8_t head[5] = {};
     std::int32_t param0 = 0, param1 = 0;
@@ -69,7 +70,7 @@ public:
     /// @}
     ref_ptr<IZynColorRamp> ramp;  ///< the colours of a scalar; null in a new object
     PntClass classes[256];        ///< free in a new object
-    /// The application's: bytes that follow each other without a gap.
+    /// Fields of the application: bytes in sequence without a gap.
     /// @{
     std::uint8_t flag0 = 0xFF;
     ZynColor4b colors[4] = {ZynColor4b::Yellow(), ZynColor4b::Yellow(), ZynColor4b::Yellow(),
@@ -82,7 +83,7 @@ protected:
     ~IZynLasDrawParam() override;
 };
 
-/// New, without a ramp, all classes free.
+/// Returns a new object without a ramp, with all classes free.
 [[nodiscard]] ZYN_EXPORT IZynLasDrawParam* newZynLasDrawParam();
 constexpr auto factoryOf(std::type_identity<IZynLasDrawParam>) { return &newZynLasDrawParam; }
 

@@ -1,11 +1,11 @@
 /// @file
-/// Envelopes: axis-aligned boxes, held as the bounds of each axis.
+/// Envelopes: axis-aligned boxes, stored as the bounds of each axis.
 ///
-/// A new Enve2d or Enve3d is invalid: its minima stand above everything and its maxima below, so
-/// that the first point or box that it grows by replaces them all, without a special case. The
-/// fields run per axis, the minimum before the maximum, which is not the order of most arguments.
-/// Growth ignores a coordinate that is not a number. Queries on an invalid box answer by the same
-/// comparisons as on any other.
+/// A new Enve2d or Enve3d is invalid: its minima are above everything and its maxima below. So the
+/// first point or box that it grows by replaces all bounds, without a special case. The fields run
+/// per axis, the minimum before the maximum; most arguments run in another order. Growth ignores a
+/// coordinate that is not a number. Queries use the same comparisons on an invalid box as on any
+/// other.
 ///
 ///     Enve3d box;                                   // invalid
 ///     for (const XPnt3d& p : *points) { box.SetBox(p); }
@@ -35,7 +35,7 @@ class Enve3d;
 /// The mark of an invalid envelope: each minimum is this, each maximum its negative.
 inline constexpr double invalidBound = 2147483647.0;
 
-/// A point in space of either precision: PT3 and all that derives from it, laser points included.
+/// A point in space of either precision: PT3 and what derives from it, laser points included.
 template <class P>
 concept SpatialPoint = std::derived_from<P, PT3<double>> || std::derived_from<P, PT3<float>>;
 
@@ -49,13 +49,13 @@ template <class T>
 struct EnveBase2 {
     T minX{}, maxX{}, minY{}, maxY{};  ///< bounds; 0 in a new one
 
-    /// The length along x.
+    /// Returns the length along x.
     [[nodiscard]] constexpr T Width() const noexcept { return span(minX, maxX); }
-    /// The length along y.
+    /// Returns the length along y.
     [[nodiscard]] constexpr T Hight() const noexcept { return span(minY, maxY); }
-    /// Whether it has no inner point.
+    /// Returns whether the box has no interior.
     [[nodiscard]] constexpr bool IsEmpty() const noexcept { return maxX <= minX || maxY <= minY; }
-    /// Exact comparison of the bounds.
+    /// Compares the bounds exactly.
     friend constexpr bool operator==(const EnveBase2&, const EnveBase2&) noexcept = default;
 
 private:
@@ -74,7 +74,7 @@ template <class T>
 struct EnveBase3 {
     T minX{}, maxX{}, minY{}, maxY{}, minZ{}, maxZ{};  ///< bounds; 0 in a new one
 
-    /// Exact comparison of the bounds.
+    /// Compares the bounds exactly.
     friend constexpr bool operator==(const EnveBase3&, const EnveBase3&) noexcept = default;
 };
 
@@ -85,60 +85,62 @@ struct ENVE3D : EnveBase3<double> {};
 /// Integer bounds; a new one has 0 in all four, and none is invalid.
 struct Enve2i : EnveBase2<std::int32_t> {};
 
-/// Box in the plane. A new one is invalid.
+/// A box in the plane. A new one is invalid.
 class ZYN_EXPORT Enve2d : public EnveBase2<double> {
 public:
     constexpr Enve2d() noexcept
         : EnveBase2{invalidBound, -invalidBound, invalidBound, -invalidBound} {}
-    /// The values as they are, even if a minimum is above its maximum.
+    /// Takes the values as they are, even if a minimum is above its maximum.
     constexpr Enve2d(double minX_, double minY_, double maxX_, double maxY_) noexcept
         : EnveBase2{minX_, maxX_, minY_, maxY_} {}
-    /// The box between two corners in any order.
+    /// Makes the box between two corners in any order.
     constexpr Enve2d(const XPnt2d& a, const XPnt2d& b) noexcept
         : Enve2d(std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)) {}
 
     // Reading
 
-    /// False when any of the four bounds is at its mark.
+    /// Returns false if any of the four bounds is at its mark.
     [[nodiscard]] constexpr bool isValid() const noexcept {
         return minX != invalidBound && minY != invalidBound && maxX != -invalidBound &&
                maxY != -invalidBound;
     }
-    /// Whether it has no inner point.
+    /// Returns whether the box has no interior.
     [[nodiscard]] constexpr bool isEmpty() const noexcept { return IsEmpty(); }
-    /// The length along x.
+    /// Returns the length along x.
     [[nodiscard]] constexpr double width() const noexcept { return Width(); }
-    /// The length along y.
+    /// Returns the length along y.
     [[nodiscard]] constexpr double hight() const noexcept { return Hight(); }
-    /// Width times height.
+    /// Returns width times height.
     [[nodiscard]] constexpr double area() const noexcept { return Width() * Hight(); }
-    /// The middle.
+    /// Returns the middle.
     [[nodiscard]] constexpr XPnt2d MidPoint() const noexcept {
         return {(minX + maxX) / 2, (minY + maxY) / 2};
     }
-    /// The same.
+    /// Returns the middle.
     [[nodiscard]] constexpr XPnt2d midPoint() const noexcept { return MidPoint(); }
-    /// Corner `i`, counter-clockwise from the lower left; an invalid point for an `i` outside 0..3.
+    /// Returns corner `i`, counter-clockwise from the lower left; an invalid point for an `i`
+    /// outside 0..3.
     [[nodiscard]] XPnt2d getCorner(int i) const noexcept;
-    /// A corner; y runs upwards.
+    /// Returns a corner; y runs upwards.
     /// @{
     [[nodiscard]] constexpr XPnt2d LeftBottomCorner() const noexcept { return {minX, minY}; }
     [[nodiscard]] constexpr XPnt2d RightBottomCorner() const noexcept { return {maxX, minY}; }
     [[nodiscard]] constexpr XPnt2d RightTopCorner() const noexcept { return {maxX, maxY}; }
     [[nodiscard]] constexpr XPnt2d LeftTopCorner() const noexcept { return {minX, maxY}; }
     /// @}
-    /// The same box at height 0.
+    /// Returns this box in space, with both bounds of z at 0.
     [[nodiscard]] Enve3d getEnve3d() const noexcept;
-    /// By area, then by the sum of the bounds, then by minX.
+    /// Compares by area, then by the sum of the bounds, then by minX.
     [[nodiscard]] bool operator<(const Enve2d& e) const noexcept;
 
     // Growing
 
-    /// As a new one.
+    /// Makes the box invalid, like a new one.
     constexpr void setInvalid() noexcept { *this = Enve2d(); }
     /// Grows by the point (x, y).
     void SetBox(double x, double y) noexcept { SetBox(x, y, x, y); }
-    /// Grows: the first two move the minima only, the last two the maxima only.
+    /// Grows by two corners: the first two values change the minima only, the last two the maxima
+    /// only.
     constexpr void SetBox(double minX_, double minY_, double maxX_, double maxY_) noexcept {
         minX = std::min(minX, minX_);
         minY = std::min(minY, minY_);
@@ -156,30 +158,30 @@ public:
         SetBox(p);
         SetBox(q);
     }
-    /// Each minimum becomes the smaller of the two, each maximum the larger.
+    /// Grows by a box: each minimum becomes the smaller of the two, each maximum the larger.
     void Union(const Enve2d& e) noexcept { SetBox(e.minX, e.minY, e.maxX, e.maxY); }
-    /// All four sides move out by `d`.
+    /// Moves all four sides outwards by `d`.
     void extend(double d) noexcept;
-    /// Each side moves out by the fraction `p` of the size before: 0.1 for ten percent.
+    /// Moves each side outwards by the fraction `p` of the previous size: 0.1 for ten percent.
     void extendPercent(double p) noexcept;
 
     // Moving and scaling
 
-    /// Moves.
+    /// Moves the box.
     void offset(double dx, double dy) noexcept;
-    /// Moves by x, y of the point.
+    /// Moves the box by x, y of the point.
     template <PlanarOrSpatialPoint P>
     Enve2d& operator+=(const P& p) noexcept {
         offset(double(p.x), double(p.y));
         return *this;
     }
-    /// Moves back by them.
+    /// Moves the box back by x, y of the point.
     template <PlanarOrSpatialPoint P>
     Enve2d& operator-=(const P& p) noexcept {
         offset(-double(p.x), -double(p.y));
         return *this;
     }
-    /// Scales bounds about the origin; the division multiplies by 1/s.
+    /// Scales bounds about the origin. Division multiplies by 1/s.
     /// @{
     void ScaleX(double s) noexcept;
     void ScaleY(double s) noexcept;
@@ -192,83 +194,85 @@ public:
 
     // Containment and crossing
 
-    /// Whether `e` lies inside, bounds included.
+    /// Returns whether `e` is inside, bounds included.
     [[nodiscard]] bool isCover(const Enve2d& e) const noexcept;
-    /// minX <= x < maxX and minY <= y < maxY: each point belongs to one cell of a grid of boxes.
+    /// Returns whether minX <= x < maxX and minY <= y < maxY. So each point belongs to one cell of
+    /// a grid of boxes.
     [[nodiscard]] bool isCover(double x, double y) const noexcept;
-    /// Whether the ranges overlap on both axes, their bounds not counted.
+    /// Returns whether the open ranges overlap on both axes.
     [[nodiscard]] bool isIntersect(const Enve2d& e) const noexcept;
-    /// Whether the segment a-b crosses or touches the outline and does not have both its ends in the
-    /// box, as isCover(x, y) tells it.
+    /// Returns whether the segment a-b crosses or touches the outline, unless both its ends are in
+    /// the box by isCover(x, y).
     [[nodiscard]] bool isIntersect(const XPnt2d& a, const XPnt2d& b) const noexcept;
-    /// Whether the segment a-b crosses or touches the outline, by intersect_seg() with each side.
+    /// Returns whether the segment a-b crosses or touches the outline, by intersect_seg() with each
+    /// side.
     [[nodiscard]] bool isRayIntersect(const XPnt2d& a, const XPnt2d& b) const noexcept;
 };
 
-/// Box in space. A new one is invalid.
+/// A box in space. A new one is invalid.
 class ZYN_EXPORT Enve3d : public EnveBase3<double> {
 public:
     constexpr Enve3d() noexcept
         : EnveBase3{invalidBound,  -invalidBound, invalidBound,
                     -invalidBound, invalidBound,  -invalidBound} {}
-    /// The values as they are, even if a minimum is above its maximum.
+    /// Takes the values as they are, even if a minimum is above its maximum.
     constexpr Enve3d(double minX_, double minY_, double minZ_, double maxX_, double maxY_,
                      double maxZ_) noexcept
         : EnveBase3{minX_, maxX_, minY_, maxY_, minZ_, maxZ_} {}
-    /// x and y from the argument; the bounds of z become invalid.
+    /// Takes x and y from the argument; the bounds of z become invalid.
     template <std::derived_from<Enve2d> E>
     Enve3d& operator=(const E& e) noexcept {
         return *this = Enve3d(e.minX, e.minY, invalidBound, e.maxX, e.maxY, -invalidBound);
     }
 
-    /// An invalid box.
+    /// Returns an invalid box.
     [[nodiscard]] static constexpr Enve3d invalid() noexcept { return {}; }
-    /// The same.
+    /// Returns an invalid box.
     [[nodiscard]] static constexpr Enve3d invalidEnve3d() noexcept { return {}; }
-    /// From -1 to 1 on every axis.
+    /// Returns the box from -1 to 1 on every axis.
     [[nodiscard]] static constexpr Enve3d stdEnve3d() noexcept { return {-1, -1, -1, 1, 1, 1}; }
 
     // Reading
 
-    /// False when all six bounds are at their marks.
+    /// Returns false if all six bounds are at their marks.
     [[nodiscard]] constexpr bool isValid() const noexcept { return *this != invalid(); }
-    /// The length along x; along y; along z.
+    /// Returns the length along x, y or z.
     /// @{
     [[nodiscard]] constexpr double Width() const noexcept { return maxX - minX; }
     [[nodiscard]] constexpr double HightY() const noexcept { return maxY - minY; }
     [[nodiscard]] constexpr double HightZ() const noexcept { return maxZ - minZ; }
     /// @}
-    /// The surface.
+    /// Returns the area of the surface of the box.
     [[nodiscard]] double area() const noexcept;
-    /// The product of the three lengths.
+    /// Returns the product of the three lengths.
     [[nodiscard]] double Volume() const noexcept;
-    /// The length from corner to opposite corner.
+    /// Returns the length from corner to opposite corner.
     [[nodiscard]] double getDiagonal() const noexcept;
-    /// The middle.
+    /// Returns the middle.
     [[nodiscard]] constexpr XPnt3d MidPoint() const noexcept {
         return {(minX + maxX) / 2, (minY + maxY) / 2, (minZ + maxZ) / 2};
     }
-    /// The corner of all minima.
+    /// Returns the corner of all minima.
     [[nodiscard]] constexpr XPnt3d getMinPnt() const noexcept { return {minX, minY, minZ}; }
-    /// The corner of all maxima.
+    /// Returns the corner of all maxima.
     [[nodiscard]] constexpr XPnt3d getMaxPnt() const noexcept { return {maxX, maxY, maxZ}; }
-    /// The bounds of x and y.
+    /// Returns the bounds of x and y.
     [[nodiscard]] constexpr Enve2d getEnve2d() const noexcept { return {minX, minY, maxX, maxY}; }
-    /// By volume, then by surface, then by the sum of the bounds, then by minX.
+    /// Compares by volume, then by surface, then by the sum of the bounds, then by minX.
     [[nodiscard]] bool operator<(const Enve3d& e) const noexcept;
 
     // Growing and replacing
 
-    /// As a new one.
+    /// Makes the box invalid, like a new one.
     constexpr void setInvalid() noexcept { *this = Enve3d(); }
     /// Grows by the point.
     void SetBox(double x, double y, double z) noexcept { Union(Enve3d(x, y, z, x, y, z)); }
-    /// The same.
+    /// Grows by the point.
     template <SpatialPoint P>
     void SetBox(const P& p) noexcept {
         SetBox(double(p.x), double(p.y), double(p.z));
     }
-    /// Replaces by the box between two corners in any order, unlike Enve2d::SetBox.
+    /// Replaces the box by the one between two corners in any order. Enve2d::SetBox grows instead.
     template <SpatialPoint P>
     void SetBox(const P& p, const P& q) noexcept {
         const auto [x0, x1] = std::minmax(p.x, q.x);
@@ -276,12 +280,12 @@ public:
         const auto [z0, z1] = std::minmax(p.z, q.z);
         SetBox(double(x0), double(y0), double(z0), double(x1), double(y1), double(z1));
     }
-    /// Replaces by the values as they are.
+    /// Replaces the bounds by the values as they are.
     void SetBox(double minX_, double minY_, double minZ_, double maxX_, double maxY_,
                 double maxZ_) noexcept {
         *this = Enve3d(minX_, minY_, minZ_, maxX_, maxY_, maxZ_);
     }
-    /// Each minimum becomes the smaller of the two, each maximum the larger.
+    /// Grows by a box: each minimum becomes the smaller of the two, each maximum the larger.
     constexpr void Union(const Enve3d& e) noexcept {
         minX = std::min(minX, e.minX);
         minY = std::min(minY, e.minY);
@@ -290,20 +294,20 @@ public:
         maxY = std::max(maxY, e.maxY);
         maxZ = std::max(maxZ, e.maxZ);
     }
-    /// All six sides move out by `d`.
+    /// Moves all six sides outwards by `d`.
     void Extend(double d) noexcept;
 
     // Moving and scaling
 
-    /// Moves.
+    /// Moves the box.
     void offset(double dx, double dy, double dz) noexcept;
-    /// Moves by the coordinates of the point; one in the plane moves x and y.
+    /// Moves the box by the coordinates of the point; a point in the plane moves x and y.
     template <PlanarOrSpatialPoint P>
     Enve3d& operator+=(const P& p) noexcept {
         offset(double(p.x), double(p.y), heightOf(p));
         return *this;
     }
-    /// Moves back by them.
+    /// Moves the box back by the coordinates of the point.
     template <PlanarOrSpatialPoint P>
     Enve3d& operator-=(const P& p) noexcept {
         offset(-double(p.x), -double(p.y), -heightOf(p));
@@ -320,7 +324,7 @@ public:
 
     // Containment and crossing. A point on a side is in the box, unlike in Enve2d.
 
-    /// Whether the point lies in the box, or between the bounds of these two axes.
+    /// Returns whether the point is in the box, or between the bounds of these two axes.
     /// @{
     [[nodiscard]] bool isCover(const XPnt3d& p) const noexcept { return isCover(p.x, p.y, p.z); }
     [[nodiscard]] bool isCover(double x, double y, double z) const noexcept;
@@ -328,18 +332,19 @@ public:
     [[nodiscard]] bool isXZCover(double x, double z) const noexcept;
     [[nodiscard]] bool isYZCover(double y, double z) const noexcept;
     /// @}
-    /// Whether `e` lies within the bounds of x and y.
+    /// Returns whether `e` is within the bounds of x and y, bounds included.
     [[nodiscard]] bool isCover(const Enve2d& e) const noexcept;
-    /// Whether, on each axis, the bounds of this box reach a bound of `e`: isIntersect(min, max,
-    /// e.min, e.max). So a box strictly inside `e` on any axis does not cover it.
+    /// Returns whether, on each axis, the bounds of this box reach a bound of `e`: isIntersect(min,
+    /// max, e.min, e.max). So a box that is strictly inside `e` on any axis does not cover it.
     [[nodiscard]] bool isCover(const Enve3d& e) const noexcept;
-    /// Whether the ranges of x and y overlap, their bounds not counted.
+    /// Returns whether the open ranges of x and y overlap.
     [[nodiscard]] bool isIntersected(const Enve2d& e) const noexcept;
-    /// Whether the segment a-b touches the box: both ends inside, or the line through them passes
-    /// through a side of an axis on which the segment reaches a bound of the box. That side may lie
-    /// beyond the segment's end.
+    /// Returns whether the segment a-b touches the box, by one of two tests:
+    /// - Both ends are inside.
+    /// - The segment reaches a bound of the box on some axis, and the whole line a-b passes through
+    ///   the box's side there. That side may be beyond the end of the segment.
     [[nodiscard]] bool isIntersected(const XPnt3d& a, const XPnt3d& b) const noexcept;
-    /// The common part when isCover(e), otherwise an invalid box.
+    /// Returns the common part if isCover(e), otherwise an invalid box.
     [[nodiscard]] Enve3d intersect(const Enve3d& e) const noexcept;
 
 private:
@@ -353,16 +358,19 @@ private:
     }
 };
 
-/// The first box grown by the second.
+/// Returns the first box grown by the second.
 [[nodiscard]] ZYN_EXPORT Enve2d Union(const Enve2d& a, const Enve2d& b) noexcept;
-/// The same in space.
+/// Returns the first box grown by the second.
 [[nodiscard]] ZYN_EXPORT Enve3d Union(const Enve3d& a, const Enve3d& b) noexcept;
 
-/// Whether the span from a0 to a1, in either direction, reaches a bound of the interval from b0 to
-/// b1: not when it is a single value, lies wholly above or below the interval, or strictly inside.
+/// Returns whether the span from a0 to a1, in either direction, reaches a bound of the interval
+/// from b0 to b1. Returns false if the span is:
+/// - a single value;
+/// - wholly above or below the interval;
+/// - strictly inside the interval.
 [[nodiscard]] ZYN_EXPORT bool isIntersect(double a0, double a1, double b0, double b1) noexcept;
-/// Whether the span from a0 to a1, in either direction, reaches into the interval from b0 to b1: not
-/// when both are >= b1, or both <= b0.
+/// Returns whether the span from a0 to a1, in either direction, reaches into the interval from b0
+/// to b1. Returns false if both ends are >= b1, or both are <= b0.
 [[nodiscard]] ZYN_EXPORT bool isCover(double a0, double a1, double b0, double b1) noexcept;
 
 /// Base of everything that has an envelope.
@@ -372,21 +380,21 @@ public:
     IZynGeometry(const IZynGeometry&) = default;
     IZynGeometry& operator=(const IZynGeometry&) = default;
 
-    /// A number for the kind of geometry.
+    /// Returns a number for the kind of geometry.
     [[nodiscard]] virtual int getGeoType() const = 0;
-    /// The bounds of all of it; here, an invalid envelope.
+    /// Returns the bounds of the whole geometry; here, an invalid envelope.
     [[nodiscard]] virtual Enve3d getEnvelope() const;
-    /// How it lies to `e`; here, -1.
+    /// Returns the relation to `e`; here, -1.
     [[nodiscard]] virtual std::int32_t relation(const Enve3d& e) const;
-    /// Moves it; here, nothing moves. Gives 0.
+    /// Moves the geometry; here, does nothing. Returns 0.
     virtual std::int32_t move(double dx, double dy, double dz);
-    /// Turns it; here, nothing turns. Gives 0.
+    /// Rotates the geometry; here, does nothing. Returns 0.
     virtual std::int32_t rotate(const double* centre, const double* axis, double angle);
 
 protected:
     ~IZynGeometry() override;
 
-    /// A byte that a derived class gives its meaning; copied with the object.
+    /// A byte whose meaning a derived class defines; copied with the object.
     std::uint8_t flag = 0;
 };
 

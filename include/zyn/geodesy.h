@@ -4,7 +4,8 @@
 ///     XPnt3d xyz = BLH2WGS(XPnt3d(48.0, 11.0, 520.0));    // latitude, longitude, height
 ///     XPnt3d blh = WGS2BLH(xyz);
 ///
-/// Latitude and longitude are in degrees, heights above the ellipsoid and coordinates in metres.
+/// Latitude and longitude are in degrees. Heights above the ellipsoid and Cartesian coordinates are
+/// in metres. Threads: any number may call these functions at once.
 #pragma once
 
 #include <zyn/export.h>
@@ -12,13 +13,15 @@
 
 namespace zyn {
 
-/// X, Y, Z from latitude x, longitude y, height z. e^2 is 0.0066943799886513.
+/// Returns X, Y, Z for latitude x, longitude y and height z. Uses e^2 = 0.0066943799886513.
 [[nodiscard]] ZYN_EXPORT XPnt3d BLH2WGS(const XPnt3d& blh) noexcept;
 
-/// Latitude x, longitude y, height z from X, Y, Z, by iteration on the latitude to 1e-10 radians. e^2
-/// is 0.006694379990126453. The longitude is an arc cosine: it lies between 0 and 180, that of a
-/// point in the west comes back positive, and near 0 and 180 it is good to about 1e-6 degrees only.
-/// On the axis: (90, 0, Z - b), in the south (-90, 0, -Z - b), with the semi-minor axis b.
+/// Returns latitude x, longitude y and height z for X, Y, Z. Iterates on the latitude to 1e-10
+/// radians. Uses e^2 = 0.006694379990126453.
+///
+/// The longitude is an arc cosine, from 0 to 180 degrees: for a point in the west it comes back
+/// positive. Near 0 and 180 it is accurate only to about 1e-6 degrees. On the axis the result is
+/// (90, 0, Z - b), in the south (-90, 0, -Z - b), with the semi-minor axis b.
 [[nodiscard]] ZYN_EXPORT XPnt3d WGS2BLH(const XPnt3d& xyz) noexcept;
 
 }  // namespace zyn

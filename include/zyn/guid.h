@@ -1,5 +1,12 @@
 /// @file
-/// A 128-bit identifier as a counted value. The library stores and prints it, and makes none.
+/// A 128-bit identifier as a counted value. The library stores and prints identifiers, and
+/// generates none.
+///
+///     ref_ptr<IZynGUID> id = new IZynGUID;
+///     id->setData1(0x12ab);
+///     id->setData2(3);
+///     id->setData3(0xff);
+///     QString text = id->toString();              // "12ab-3-ff-"
 #pragma once
 
 #include <zyn/export.h>
@@ -11,7 +18,7 @@ class QString;
 
 namespace zyn {
 
-/// A host makes it itself: there is no factory. A new one is all zeros.
+/// A new identifier is all zeros. There is no factory: a host makes it by `new`.
 class ZYN_EXPORT IZynGUID : public ZynReferenced {
 public:
     IZynGUID() = default;
@@ -21,7 +28,7 @@ public:
 
     /// Does nothing.
     void generate() noexcept;
-    /// The fields.
+    /// Returns or sets a field.
     /// @{
     [[nodiscard]] std::uint32_t getData1() const noexcept { return data1; }
     [[nodiscard]] std::uint16_t getData2() const noexcept { return data2; }
@@ -30,14 +37,14 @@ public:
     void setData2(std::uint16_t value) noexcept { data2 = value; }
     void setData3(std::uint16_t value) noexcept { data3 = value; }
     /// @}
-    /// Copies eight bytes. They can not be read back.
+    /// Copies eight bytes into the fourth field, which cannot be read back.
     void setData4(const unsigned char* bytes) noexcept;
-    /// Whether the first three fields are all different from 0.
+    /// Returns whether the first three fields are all different from 0.
     [[nodiscard]] bool isValid() const noexcept { return data1 != 0 && data2 != 0 && data3 != 0; }
-    /// The first three fields in hexadecimal, each with a "-" behind it: "12ab-3-ff-". The first
-    /// prints as a signed number.
+    /// Returns the first three fields in hexadecimal, with a "-" after each: "12ab-3-ff-". The
+    /// first is printed as a signed number.
     [[nodiscard]] QString toString() const;
-    /// Does nothing; 0.
+    /// Does nothing and returns 0.
     std::int32_t frString(const QString& text) noexcept;
 
 private:

@@ -1,9 +1,10 @@
 /// @file
 /// Records of a laser scan, in single and double precision.
 ///
-/// The library reads the coordinates and the intensity of a record and copies the rest whole: the
-/// meaning of `attr`, the words and `tail` is the application's. Records are plain values. A point
-/// of point.h is made from a LasPnt with its intensity.
+/// The library reads the coordinates and the intensity of a record. It copies the rest as it is:
+/// the meaning of `attr`, the words and `tail` is the application's. Records are plain values. A
+/// point of point.h is made from a LasPnt with its intensity. Threads: use an array or a pool on
+/// one thread at a time.
 ///
 ///     ref_ptr<LasPntArray> scan = newLasPntArray();
 ///     LasPnt record;                                   // x, y, z are -99999
@@ -27,11 +28,11 @@ namespace zyn {
 
 class IZynProgress;
 
-/// Laser point in single precision: 28 bytes without gaps. It begins like an XPnt3f, with x, y, z
-/// and `inten`. A new one has -99999 in its coordinates and 0 in all the rest.
+/// A laser point in single precision: 28 bytes without gaps. Like an XPnt3f it begins with x, y, z
+/// and `inten`. A new one has -99999 in its coordinates and 0 elsewhere.
 struct LasPnt : PT3<float> {
     std::int16_t inten = 0;  ///< intensity
-    /// The application's.
+    /// Fields of the application.
     /// @{
     std::uint8_t attr[6] = {};
     std::uint16_t word0 = 0;
@@ -50,11 +51,11 @@ struct LasPnt : PT3<float> {
     }
 };
 
-/// Laser point in double precision. A new one is 0 throughout, unlike a new LasPnt.
+/// A laser point in double precision. A new one is 0 throughout, unlike a new LasPnt.
 struct ZynLasPntD : XPnt3d {
     std::uint16_t intenD =
-        0;  ///< Stands where `inten` does in a LasPnt; the library reads `inten`.
-    /// The application's.
+        0;  ///< In the place of `inten` in a LasPnt; the library reads `inten` instead.
+    /// Fields of the application.
     /// @{
     std::uint8_t attr[6] = {};
     std::uint16_t word0 = 0;
@@ -70,8 +71,8 @@ struct ZynLasPntD : XPnt3d {
     }
 };
 
-/// The smallest intensity of the `n` records as x, the largest as y; (2147483647, -2147483647) for
-/// an `n` below 1.
+/// Returns the smallest intensity of the `n` records as x, the largest as y; (2147483647,
+/// -2147483647) for an `n` below 1.
 [[nodiscard]] ZYN_EXPORT XPnt2d maxminInten(const LasPnt* pnts, std::int32_t n) noexcept;
 
 // Arrays of records by value and by pointer
@@ -83,9 +84,10 @@ ZYN_ARRAY(PLasPntdArray, ZynLasPntD*);
 ZYN_ARRAY(PLasPntArrayArray, PLasPntArray*);
 ZYN_ARRAY(PLasPntdArrayArray, PLasPntdArray*);
 
-/// Views of a `source` that is not null: the address of each record, as that of its head. Only x, y,
-/// z and `inten` may be touched through it, one at a time: what follows belongs to the record. The
-/// view holds no count and is valid as long as the records stay in place.
+/// Returns a view of `source`: the address of each record, as that of its head. Through the view
+/// access only x, y, z and `inten`, one at a time: what follows belongs to the record. The view
+/// holds no count of `source`, and is valid as long as the records stay in place. REQUIRES:
+/// `source` is not null.
 /// @{
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(LasPntArray* source);
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(const PLasPntArray* source);
@@ -99,15 +101,15 @@ ZYN_POOL(PLasPntPool, LasPnt*);
 ZYN_POOL(PLasPntPoold, ZynLasPntD*);
 ZYN_POOL_CLASS(PLasPntPoolPool, PLasPntPool*);
 
-/// The address of each record, in order: a view, valid until `source` is emptied. The cursor of
-/// `source` moves. The progress is not called, and may be null.
+/// Returns the address of each record, in order: a view, valid until `source` is emptied. Moves the
+/// cursor of `source`. Does not call the progress, which may be null.
 /// @{
 [[nodiscard]] ZYN_EXPORT ref_ptr<PLasPntPool> PntsToPool(LasPntPool* source,
                                                          IZynProgress* progress);
 [[nodiscard]] ZYN_EXPORT ref_ptr<PLasPntPoold> PntsToPool(LasPntPoold* source,
                                                           IZynProgress* progress);
 /// @}
-/// The pointers as an array. The cursor of `source` moves.
+/// Returns the pointers as an array. Moves the cursor of `source`.
 [[nodiscard]] ZYN_EXPORT ref_ptr<PLasPntdArray> PntsToPntArr(PLasPntPoold* source);
 
 }  // namespace zyn

@@ -5,8 +5,8 @@
 ///     log->setName(QStringLiteral("calc"));
 ///     log->info(QStringLiteral("started"));      // [INFO]2026-03-07 09:05:01 calc started
 ///
-/// There is no threshold: every call makes its line. Lines stay in a buffer until it is full or the
-/// log ends. A log is for one thread at a time.
+/// There is no threshold: every call writes its line. Lines stay in a buffer until it is full or
+/// the log is deleted. Threads: use a log on one thread at a time.
 #pragma once
 
 #include <zyn/export.h>
@@ -23,18 +23,19 @@ class ZYN_EXPORT IZynLog : public ZynReferenced {
 public:
     /// Sets the third field of the lines that follow; it is empty at first.
     virtual void setName(QString name) = 0;
-    /// Sets whether lines go to standard output beside an open file; without one they always do.
+    /// Sets whether lines also go to standard output while a file is open. Without a file they
+    /// always do.
     virtual void setEcho(bool echo) = 0;
-    /// Returns what setEcho() has set.
+    /// Returns the value that setEcho() has set.
     [[nodiscard]] virtual bool getEcho() = 0;
-    /// Goes on in another file, which is emptied unless `append` is true. Returns false if it
-    /// cannot be opened. Lines that a full disk refuses are lost.
+    /// Closes the current file and continues in another one, which is emptied unless `append` is
+    /// true. Returns false if it cannot be opened. Lines that a full disk refuses are lost.
     virtual bool open(QString path, bool append) = 0;
     /// Returns whether lines go to a file.
     [[nodiscard]] virtual bool isOpen() = 0;
-    /// Sets two strings that the log keeps and does not show.
+    /// Stores two strings, which the log does not show.
     virtual void setParams(QString a, QString b) = 0;
-    /// Writes a line of that level.
+    /// Writes a line of the level in the name.
     /// @{
     virtual void fatal(QString message) = 0;
     virtual void error(QString message) = 0;
@@ -47,8 +48,8 @@ protected:
     ~IZynLog() override = default;
 };
 
-/// Returns a new log in every case: with an empty path, or one that cannot be opened, it writes to
-/// standard output.
+/// Returns a new log in every case. With an empty path, or one that cannot be opened, it writes to
+/// standard output, and its echo is set.
 [[nodiscard]] ZYN_EXPORT IZynLog* newZynLog(QString path, bool append, bool echo);
 constexpr auto factoryOf(std::type_identity<IZynLog>) { return &newZynLog; }
 

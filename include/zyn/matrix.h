@@ -2,11 +2,10 @@
 /// Dense matrices: a value template, and counted matrices that cross the library's boundary.
 ///
 /// `matrix<T>` is a plain value with storage of its own. MatrixByte, MatrixChar, MatrixInt,
-/// MatrixLong, MatrixFlt and MatrixDbl are counted interfaces over it, all with the same operations
-/// in the same order (TypedMatrix), made by factories with count 0. Elements stand row by row;
-/// indices count from 0; the smallest matrix is 1 x 1. Integer elements wrap around. An operation
-/// that gives a new counted matrix leaves the one it was called on alone, and the new one is the
-/// caller's. A matrix is for one thread at a time.
+/// MatrixLong, MatrixFlt and MatrixDbl are counted interfaces over it. They have the same
+/// operations in the same order (TypedMatrix), and factories that make them with count 0. Elements
+/// are stored row by row; indices count from 0; the smallest matrix is 1 x 1. Integer elements wrap
+/// around.
 ///
 ///     auto m = make<MatrixDbl>();                  // a ref_ptr
 ///     m->setSize(2, 2);
@@ -19,9 +18,14 @@
 ///     matrix<double> x = a * b;
 ///     m->assign(x);                                // and m->toMatrix() for the way back
 ///
-/// Operations on matrices that are not square where they have to be, and products of sizes that do
-/// not match, throw a plain string: a `char*`. Without memory std::bad_alloc is thrown, and every matrix
-/// stays as it was.
+/// An operation that needs a square matrix, or matrices whose sizes match, throws a plain string
+/// (`char*`) for any other; only invert() returns false instead. If allocation fails, operations
+/// throw std::bad_alloc and leave every matrix unchanged.
+///
+/// Ownership: an operation that returns a new counted matrix does not change its own; the new one
+/// is the caller's, with count 0.
+///
+/// Threads: use a matrix on one thread at a time.
 #pragma once
 
 #include <zyn/export.h>
@@ -40,7 +44,7 @@ namespace zyn {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
-/// The element types that the library has matrices of.
+/// The element types of the library's matrices.
 template <class T>
 concept MatrixElement =
     std::same_as<T, unsigned char> || std::same_as<T, char> || std::same_as<T, std::int32_t> ||
@@ -50,9 +54,9 @@ concept MatrixElement =
 template <MatrixElement T>
 class matrix {
 public:
-    /// 1 x 1, the element 0.
+    /// Makes a 1 x 1 matrix with the element 0.
     matrix();
-    /// Zeros. A size below 1 counts as 1.
+    /// Makes a matrix of zeros. A size below 1 counts as 1.
     matrix(int rows, int cols);
     /// Copies shape and elements.
     /// @{
@@ -60,80 +64,83 @@ public:
     matrix& operator=(const matrix& other);
     /// @}
 
-    /// Whether there is storage: always true.
+    /// Returns whether there is storage: always true.
     [[nodiscard]] virtual bool isValid() const noexcept;
 
-    /// The shape, 1 at least.
+    /// Returns the number of rows or columns, at least 1.
     /// @{
     [[nodiscard]] int rows() const noexcept { return rowCount; }
     [[nodiscard]] int cols() const noexcept { return colCount; }
     /// @}
-    /// The elements, row by row, valid until the shape is set or assigned.
+    /// Returns the elements, row by row. Valid until the shape is set or assigned.
     /// @{
     [[nodiscard]] T* data() noexcept { return elements.get(); }
     [[nodiscard]] const T* data() const noexcept { return elements.get(); }
     /// @}
-    /// Whether there is such an element.
+    /// Returns whether element (row, col) exists.
     [[nodiscard]] bool isInside(int row, int col) const noexcept {
         return row >= 0 && row < rowCount && col >= 0 && col < colCount;
     }
 
     // Elements
 
-    /// Unchecked.
+    /// Returns element (row, col). REQUIRES: isInside(row, col).
     /// @{
     [[nodiscard]] T get(int row, int col) const noexcept { return elements[at(row, col)]; }
     [[nodiscard]] T& getRef(int row, int col) noexcept { return elements[at(row, col)]; }
     /// @}
-    /// False, with nothing changed, outside.
+    /// Sets element (row, col). Returns false and changes nothing if it does not exist.
     bool set(int row, int col, T value) noexcept;
-    /// Zeros of a new shape, also when the shape stays. False, with nothing changed, for a size
-    /// below 1.
+    /// Makes all elements 0 and sets the shape, which may be the same. Returns false and changes
+    /// nothing for a size below 1.
     bool setSize(int rows, int cols);
-    /// The same, filled with `value`.
+    /// Fills all elements with `value` and sets the shape. Returns false and changes nothing for a
+    /// size below 1.
     bool setSize(int rows, int cols, const T& value);
-    /// Takes over shape and elements; true. Assigning a matrix to itself changes nothing.
+    /// Copies shape and elements, and returns true. Assigning a matrix to itself changes nothing.
     bool assign(const matrix& other);
-    /// True. Throws "matrix<T> must be square." if it is not.
+    /// Makes the identity matrix, and returns true. Throws "matrix<T> must be square." if the
+    /// matrix is not square.
     bool setIdentity();
-    /// True.
+    /// Sets all elements to 0, and returns true.
     bool setZero() noexcept;
 
     // Parts and orders
 
-    /// A copy of the rectangle, both ends of both ranges included; 1 x 1 with the element 0 when a
-    /// range is empty or reaches outside.
+    /// Returns a copy of the rectangle, both ends of both ranges included. Returns a 1 x 1 matrix
+    /// with the element 0 if a range is empty or goes outside.
     [[nodiscard]] matrix subMatrix(int firstRow, int lastRow, int firstCol, int lastCol) const;
-    /// The rows, or the columns, in reverse order: a copy, or in place with true.
+    /// Reverses the order of the rows, or of the columns: returns a copy, or works in place and
+    /// returns true.
     /// @{
     [[nodiscard]] matrix flippedUpDown() const;
     bool flipUpDown() noexcept;
     [[nodiscard]] matrix flippedLeftRight() const;
     bool flipLeftRight() noexcept;
     /// @}
-    /// Holds its place; false, and nothing is done.
+    /// Returns false and does nothing. The function only keeps its place in the interface.
     bool minorOf(int row, int col) const noexcept;
-    /// Rows and columns exchanged: a copy, or in place.
+    /// Exchanges rows and columns: returns a copy, or works in place.
     /// @{
     [[nodiscard]] matrix transposed() const;
     void transpose();
     /// @}
 
-    // Sums and extremes. Indices are unchecked.
+    // Sums and extremes. REQUIRES: the row or column exists.
 
-    /// Added in T, from the first element on.
+    /// Returns the sum of a row or column, added in T from the first element on.
     /// @{
     [[nodiscard]] T rowSum(int row) const noexcept;
     [[nodiscard]] T colSum(int col) const noexcept;
     /// @}
-    /// The sums of the rows, added in double.
+    /// Returns the sum of all elements: the sums of the rows, added in double.
     [[nodiscard]] double sum() const noexcept;
-    /// The square of the sum, not a sum of squares.
+    /// Returns the square of the sum of a row or column, not a sum of squares.
     /// @{
     [[nodiscard]] T rowSumSquared(int row) const noexcept;
     [[nodiscard]] T colSumSquared(int col) const noexcept;
     /// @}
-    /// Smallest and largest element.
+    /// Returns the smallest or the largest element.
     /// @{
     [[nodiscard]] T colMin(int col) const noexcept;
     [[nodiscard]] T colMax(int col) const noexcept;
@@ -144,25 +151,27 @@ public:
 
     // Algebra
 
-    /// A copy treated by invert(), whatever that answers. Throws "matrix<T> must be square." if it
-    /// is not.
+    /// Returns a copy treated by invert(), which may have failed. Throws "matrix<T> must be
+    /// square." if the matrix is not square.
     [[nodiscard]] matrix inverse() const;
-    /// Inverts in place by Gauss-Jordan elimination with full pivoting and without a tolerance.
-    /// False when the matrix is not square, and, with "invert is not availble!\n" on standard
-    /// output and the matrix as the elimination left it, when it is singular. Of integer matrices
-    /// only those with pivots 1 and -1 have a meaningful inverse.
+    /// Inverts in place, by Gauss-Jordan elimination with full pivoting and without a tolerance.
+    /// Returns false if the matrix is not square, and changes nothing. Returns false if the matrix
+    /// is singular, prints "invert is not availble!\n" to standard output, and leaves the elements
+    /// half processed. The inverse of an integer matrix has a meaning only if all pivots are 1 or
+    /// -1.
     bool invert();
-    /// The product with the transpose: rows() x rows().
+    /// Returns the product with the transpose, of size rows() x rows().
     [[nodiscard]] matrix timesTranspose() const;
-    /// Throws "Matrices do not have common size" unless a.cols() is b.rows().
+    /// Returns the product. Throws "Matrices do not have common size" unless a.cols() is b.rows().
     [[nodiscard]] friend matrix operator*(const matrix& a, const matrix& b) {
         return product(a, b);
     }
     /// Maps the elements linearly, the smallest to `low` and the largest to `high`: (x - min) /
-    /// (max - min) * (high - low) + low. On integers the quotient truncates, so that all but the
-    /// largest become `low`. On equal elements floats become NaN, integers `low`.
+    /// (max - min) * (high - low) + low. On integers the quotient truncates, so all elements except
+    /// the largest become `low`. If all elements are equal, floats become NaN and integers become
+    /// `low`.
     void normalize(T low, T high) noexcept;
-    /// A copy treated by normalize().
+    /// Returns a copy treated by normalize().
     [[nodiscard]] matrix normalized(T low, T high) const;
 
 private:
@@ -187,12 +196,12 @@ extern template class ZYN_EXPORT matrix<double>;
 
 #pragma GCC diagnostic pop
 
-/// The interface of the counted matrix of T whose class is Derived; matrix<T> documents what the
-/// operations do.
+/// The interface of the counted matrix of T whose class is Derived. matrix<T> documents the
+/// operations.
 template <class Derived, MatrixElement T>
 class ZYN_EXPORT TypedMatrix : public ZynReferenced {
 public:
-    /// The element, as standard containers call it.
+    /// The element type, named as in standard containers.
     using value_type = T;
 
     TypedMatrix() = default;
@@ -200,7 +209,7 @@ public:
     TypedMatrix& operator=(const TypedMatrix&) = default;
     ~TypedMatrix() override = default;
 
-    /// As in matrix.
+    /// Does what the function of that name in matrix<T> does.
     /// @{
     [[nodiscard]] virtual int rows() const = 0;
     [[nodiscard]] virtual int cols() const = 0;
@@ -208,22 +217,23 @@ public:
     virtual bool setSize(int rows, int cols, const T& value) = 0;
     virtual bool setSize(int rows, int cols) = 0;
     /// @}
-    /// Hold their places; false.
+    /// Returns false. The functions only keep their places in the interface.
     /// @{
     virtual bool reserved1() = 0;
     virtual bool reserved2() = 0;
     virtual bool reserved3() = 0;
     /// @}
-    /// As in matrix.
+    /// Does what the function of that name in matrix<T> does.
     /// @{
     virtual bool set(int row, int col, T value) = 0;
     [[nodiscard]] virtual T get(int row, int col) const = 0;
     [[nodiscard]] virtual T& getRef(int row, int col) = 0;
     [[nodiscard]] virtual T* data() = 0;
     /// @}
-    /// False, with nothing changed, for null and for an object that is not the library's.
+    /// Copies shape and elements, and returns true. Returns false and changes nothing for null, and
+    /// for an object that is not the library's.
     virtual bool assign(Derived* other) = 0;
-    /// As in matrix. A result is new, with count 0.
+    /// Does what the function of that name in matrix<T> does. A result is new, with count 0.
     /// @{
     virtual bool assign(const matrix<T>& other) = 0;
     [[nodiscard]] virtual Derived* subMatrix(int firstRow, int lastRow, int firstCol,
@@ -258,9 +268,9 @@ public:
 
     /// Returns whether there is storage.
     [[nodiscard]] bool isValid() const { return data() != nullptr; }
-    /// Returns the elements, row by row, to be read. Valid until the shape is set or assigned.
+    /// Returns the elements, row by row, for reading. Valid until the shape is set or assigned.
     [[nodiscard]] const T* data() const { return const_cast<TypedMatrix*>(this)->data(); }
-    /// Returns a value with this shape and these elements; assign() is the way back.
+    /// Returns a value with this shape and these elements; assign() converts back.
     [[nodiscard]] matrix<T> toMatrix() const {
         matrix<T> value(rows(), cols());
         std::copy_n(data(), static_cast<std::size_t>(rows()) * static_cast<std::size_t>(cols()),

@@ -1,5 +1,5 @@
 /// @file
-/// Surfaces: what a host does with a network beyond the engine's own interface.
+/// Operations on the network of an engine: points and breaklines in, heights, lines and files out.
 ///
 ///     ref_ptr<IZynDelaunayD> engine = newZynDelaunayDouble(0.0, minX, minY, maxX, maxY);
 ///     addPoints(engine.get(), points.get(), 0.001);
@@ -8,18 +8,25 @@
 ///     const ref_ptr<Pnt3dArrayArray> lines = contours(engine.get(), levels.get());
 ///     if (!writePly(engine.get(), "terrain.ply")) { report("terrain.ply could not be written"); }
 ///
-/// Everything here works on engines of either precision and computes in double. The surface is the
-/// triangles that are no frame triangles; `maxEdge`, where it is asked for, takes those out of it too
-/// whose longest edge in space, in the unit of the coordinates, is longer: all of them below 0, none
-/// for a NaN. The surface includes its rim. An engine that is null,
-/// or not this library's, has no surface. Where more memory is needed than there is, std::bad_alloc is
-/// thrown, and the network is valid. Threads: one at a time, as with the engine itself; several may
-/// read one engine while none changes it.
-///
-/// What only reads takes a reference too, and returns what it finds:
+/// Operations that only read also take a reference, and return what they find:
 ///
 ///     const std::optional<double> z = heightAt(*engine, x, y);
 ///     const ref_ptr<Pnt3dArrayArray> lines = contours(*engine, std::array{10.0, 20.0});
+///
+/// New programs are easier to write with the class of surface.h, which owns its points.
+///
+/// Surface: the triangles without a corner of the frame, rim included. All operations take engines
+/// of either precision and compute in double. An engine that is null or of another library has no
+/// surface.
+///
+/// `maxEdge` leaves out triangles whose longest edge in space exceeds it, in the unit of the
+/// coordinates. A negative one leaves out all triangles, a NaN none.
+///
+/// Ownership: the host owns points, lists and the engine; results are new arrays.
+///
+/// Threads: one at a time on an engine. Several may read one engine while none changes it.
+///
+/// Errors: if allocation fails, throws std::bad_alloc and leaves a valid network.
 #pragma once
 
 #include <zyn/array.h>
@@ -42,8 +49,8 @@ namespace zyn {
 
 class IZynProgress;
 
-// Members of a class, since compilers do not agree on the name that a function gets from a condition in
-// its signature.
+// Members of a class, since compilers do not agree on the name that a function gets from a
+// condition in its signature.
 /// @cond
 template <class Real>
 struct Pnt3Containers;
@@ -73,209 +80,248 @@ template <class Real>
 using VertexArray = typename TinRecord<Real>::RealPtrArray;
 /// @}
 
-// Points in spatial order: neighbours on the ground come close to each other. An engine that gets
-// them so finds each within a few steps, in memory that was just used.
+// Points in spatial order
 
-/// Sorts the points along a Hilbert curve through their box; points in one cell of the curve keep
-/// their order, and a crowded cell is sorted again by its own box. Points that are not finite come
-/// last. Takes linear time, once more for every level of crowding within crowding, and memory for a
-/// copy of the points. Null is passed over.
-/// Source of the curve: Hilbert 1891; of the sort: radix sort from the lowest digit.
+/// Sorts points along a Hilbert curve through their box, so that points close in the plane are
+/// close in memory. Queries on a network of such points are fastest. Points in one cell of the
+/// curve keep their order, and a crowded cell is sorted again by its own box. Points that are not
+/// finite come last. Does nothing for null.
+///
+/// Takes O(n) time, once more for each level of crowding within crowding, and a copy of the points.
+/// Sources: the curve, Hilbert 1891; least-significant-digit radix sort.
 /// @{
 ZYN_EXPORT void spatialSort(Pnt3dArray* points);
 ZYN_EXPORT void spatialSort(Pnt3fArray* points);
 /// @}
-/// The same order without moving a point: indices from 0. A new array, empty for null.
+/// Returns the indices of the points in that order, from 0, as a new array. It is empty for null.
 /// @{
 [[nodiscard]] ZYN_EXPORT ref_ptr<IntArray> spatialOrder(const Pnt3dArray* points);
 [[nodiscard]] ZYN_EXPORT ref_ptr<IntArray> spatialOrder(const Pnt3fArray* points);
 /// @}
 
-/// Inserts all points, in spatial order but where they are: they become vertices, as with addPoint,
-/// and must stay. The order that they stand in does not matter for the speed; which one of points
-/// within `tolerance` of each other goes in is not said. Gives the number of points that went in; the
-/// indices of refused ones are appended to `rejected`, ascending.
+/// Inserts points as addPoint does, in an order that makes it fast, whatever their order in the
+/// array. Returns the number of points that became vertices. Appends the indices of all other
+/// points to `rejected`, ascending. Which of several points within `tolerance` becomes the vertex
+/// is not defined.
 ///
-/// Each point of either precision gets a number in `inten`, whether it goes in or not: the low 16 bits of its index, on
-/// from the number of points that the engine was given before, so that exportObj finds it. The progress gets
-/// setTotal(number of points) and steps that sum up to it, and is asked isCanceled() before every
-/// 1024 points; after a yes the network is valid and holds what went in so far.
+/// REQUIRES: the points stay in place as long as the engine uses them.
 ///
-/// Queries run fastest where the points are in spatial order in memory too: spatialSort() them first.
+/// Sets `inten` of each point to the low 16 bits of its number: its index plus the number of points
+/// that the engine was offered before. exportObj uses these numbers.
+///
+/// Calls progress->setTotal() with the number of points, then step() with parts that add up to it,
+/// and isCanceled() before each 1024 points. If that returns true, stops with a valid network of
+/// the points so far.
 template <class Real>
 ZYN_EXPORT int addPoints(DelaunayInterface<Real>* engine, Pnt3Array<Real>* points,
                          std::type_identity_t<Real> tolerance, IZynProgress* progress = nullptr,
                          IntArray* rejected = nullptr);
 
-// Breaklines. A fixed edge is a pair of vertices, one behind the other in a list of vertices, which
-// the host keeps: the network itself remembers none. Insert the points first and the breaklines
-// then: addPoint and removePoint know nothing of fixed edges.
+// Breaklines
 
-/// Makes the polyline part of the network: a vertex for each of its points, which must stay in
-/// place as with addPoint, or the vertex that is there already within `tolerance`; and between them
-/// edges, or chains of edges where other vertices lie on a segment, by exact arithmetic. Gives the
-/// number of edges in the network that it became, each counted once. -1, with nothing changed, for a
-/// point that is not finite or outside the network, fewer than two points, a tolerance that is not at
-/// least 0, and null. Beside a hole left by deleteTriangle, points in one place, or damage from a file,
-/// a segment may stay out. New vertices are numbered as by addPoint, in both this and the next way.
+// A fixed edge is a pair of vertices, one behind the other in a list that the host keeps. The
+// network itself does not remember fixed edges, and addPoint and removePoint ignore them. So insert
+// all points before the breaklines.
+
+/// Makes a polyline part of the network. Each of its points becomes a vertex, unless one is there
+/// within `tolerance`. Each segment becomes an edge, or a chain of edges through vertices that are
+/// exactly on it. Returns the number of edges of the network that are pieces of the polyline, each
+/// counted once.
 ///
-/// `fixed` may be null. Its edges stay, except those that a segment crosses: these give way and are taken
-/// out, or, with `crossings`, are split by a vertex there, with the height of the edge that was
-/// first, whose point is appended to `crossings` and must stay too. Lines bend by the rounding of such
-/// a vertex. Edges that a new vertex splits are replaced by their halves, and the edges of the polyline
-/// are appended; what comes twice in the list is taken out. When memory runs out, an edge that was
-/// about to be replaced may be missing in the list. Takes time for all of `fixed`, so hand many
-/// breaklines over in one call.
+/// Returns -1 and changes nothing if:
+/// - `engine` or `points` is null, or there are fewer than two points;
+/// - a point is not finite or outside the network;
+/// - the tolerance is negative or NaN.
 ///
-/// With `crossings`, a segment that passes an end of a fixed edge within the tolerance or the rounding
-/// of a crossing goes through it, and lines that cross so close to an end of one of them meet there.
-/// So lines that overlap share their vertices, and the same lines a second time add none. A segment
-/// makes at most one vertex more than twice the number of fixed edges that cross it. Where that is
-/// used up and no vertex is near, the edge that it crosses gives way.
-/// Sources: the removal of crossing edges by flips, Sloan 1993, in an order that is known to end;
+/// REQUIRES: the points stay in place as long as the engine uses them.
+///
+/// `fixed` is the list of fixed edges, or null. The edges of the polyline are appended. An edge
+/// that a new vertex splits is replaced by its halves, and duplicates are removed. An edge that a
+/// segment crosses gives way: it leaves the list. Each call takes time for the whole list, so pass
+/// many polylines at once.
+///
+/// `crossings` keeps such edges: both lines get a vertex where they cross, with the height of the
+/// earlier edge. Its point is appended to `crossings`, and must stay in place too. Rounding of that
+/// vertex bends both lines a little. So:
+/// - a segment that passes an end of a fixed edge within the tolerance or that rounding goes
+///   through it;
+/// - lines that cross so close to an end of one of them meet at that end;
+/// - overlapping lines share their vertices, and the same lines a second time add none;
+/// - a segment adds at most one vertex more than twice the number of fixed edges that cross it.
+///   Beyond that, an edge without a vertex near the crossing gives way.
+///
+/// A segment may be missing next to a hole left by deleteTriangle, next to points in one place, and
+/// in a network that was damaged in a file. If allocation fails, an edge that was about to be
+/// replaced may be missing in `fixed`. New vertices are numbered as by addPoint.
+///
+/// Sources: removal of crossing edges by flips, Sloan 1993, in an order that is proven to end;
 /// iterated snap rounding, Halperin and Packer 2002.
 template <class Real>
 ZYN_EXPORT int addBreakline(DelaunayInterface<Real>* engine, Pnt3Array<Real>* points,
                             std::type_identity_t<Real> tolerance,
                             VertexArray<Real>* fixed = nullptr,
                             Pnt3Pool<Real>* crossings = nullptr);
-/// The same for many polylines in turn; bad ones are left out, and -1 comes back only when all are.
+/// Makes polylines part of the network, in turn. Leaves out those for which addBreakline() returns
+/// -1, and returns -1 only if all are left out.
 template <class Real>
 ZYN_EXPORT int addBreaklines(DelaunayInterface<Real>* engine, Pnt3ArrayArray<Real>* polylines,
                              std::type_identity_t<Real> tolerance,
                              VertexArray<Real>* fixed = nullptr,
                              Pnt3Pool<Real>* crossings = nullptr);
-/// Flips every edge that is not locally Delaunay by the exact in-circle test, except those of
-/// `fixed`, until none is left: the constrained Delaunay triangulation. Gives the number of flips,
-/// held at the largest number; -1, with nothing changed, for null and for a network with a clockwise
-/// triangle or a link that is not mutual or leads out of it. Source: Lawson 1977.
+/// Makes the network the constrained Delaunay triangulation of its vertices and the edges of
+/// `fixed`. It flips other edges that fail the exact in-circle test until none is left. Returns the
+/// number of flips, or the largest int if there are more.
+///
+/// Returns -1 and changes nothing if:
+/// - `engine` is null;
+/// - a triangle is clockwise;
+/// - a link is not mutual or leads out of the network.
+///
+/// Source: Lawson 1977.
 template <class Real>
 ZYN_EXPORT int restoreDelaunay(DelaunayInterface<Real>* engine,
                                const VertexArray<Real>* fixed = nullptr);
 
-/// Makes the surface the Delaunay triangulation of the vertices alone, with their convex hull as its
-/// rim, whatever the frame: the corners of the frame count as infinitely far. Without it, they count as
-/// points, which take triangles at the rim. Returns the number of flips, held at the largest number.
+/// Makes the surface the Delaunay triangulation of the vertices alone, with their convex hull as
+/// its rim. The corners of the frame then count as infinitely far. Without this call they count as
+/// points, and take triangles from the rim. Returns the number of flips, or the largest int if
+/// there are more.
 ///
-/// - REQUIRES: inner edges of the surface are Delaunay already, as addPoints and restoreDelaunay
-///   leave them. Only the new triangles, and what they make illegal, are looked at.
+/// REQUIRES: the inner edges of the surface are Delaunay, as addPoints leaves them in a network
+/// whose hull was never closed. Call restoreDelaunay before it in any other case. Only new
+/// triangles, and edges that these make illegal, are tested.
+///
 /// - Edges of `fixed` between triangles of the surface stay. Edges to corners of the frame do not.
-/// - Vertices on the hull's edges stay part of the rim. Holes that deleteTriangle made in the surface
-///   stay. Points in one place keep triangles of no area, and may leave the rim open there.
-/// - Without three vertices off one line there is no surface, and nothing to do.
-/// - addPoint, removePoint and restoreDelaunay go on as before and may open the rim: call it again.
+/// - Vertices on an edge of the hull stay on the rim.
+/// - Holes that deleteTriangle made stay.
+/// - Points in one place keep zero-area triangles, and may leave the rim open there.
+/// - Without three vertices off one line there is no surface and no flip.
+/// - addPoint, addPoints, removePoint and restoreDelaunay may open the rim again.
 ///
 /// Returns -1 and changes nothing if:
-/// - `engine` is null or of another maker;
+/// - `engine` is null or of another library;
 /// - a frame triangle is missing;
 /// - the links of a frame triangle are damaged.
 ///
-/// If allocation fails, throws std::bad_alloc. The network is then valid, but may need
-/// restoreDelaunay before the next call. Takes time for the rim and the flips, and for a walk to the
-/// frame. Sources: the scan of the rim, Graham 1972; the flips, Lawson 1977.
+/// If allocation fails, throws std::bad_alloc and leaves a valid network, which may need
+/// restoreDelaunay before the next call. Takes time for the rim, for the flips, and for one walk to
+/// the frame. Sources: scan of the rim, Graham 1972; flips, Lawson 1977.
 template <class Real>
 ZYN_EXPORT int closeHull(DelaunayInterface<Real>* engine, const VertexArray<Real>* fixed = nullptr);
 
-/// The first broken invariant as a sentence, with the triangle's number in pool order but for an
-/// engine that is empty or null; a null string when the network is sound. Sound is, in the order of the
-/// tests: every triangle counter-clockwise by exact arithmetic, or of no area, but that only on the
-/// rim or in a network with points in one place; links mutual, across the same edge, and with `delaunay`
-/// no edge that fails the exact in-circle test; every connected part a disc with a convex rim that goes
-/// round once. Edges of frame triangles may also be legal as closeHull leaves them: all of them are if
-/// the rim of the surface turns inwards nowhere.
+/// Returns the first broken invariant as a sentence, with the index of its triangle in the pool, or
+/// a null string for a sound network. It checks, in this order, that:
+/// - each triangle is counter-clockwise by exact arithmetic. Zero-area triangles may occur on the
+///   rim, and anywhere in a network with points in one place;
+/// - links are mutual and across the same edge;
+/// - with `delaunay`, no edge fails the exact in-circle test. For edges of frame triangles, the
+///   result of closeHull is legal too: all of them are if the rim of the surface is convex;
+/// - each component is a disc, with a convex rim that winds once.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT QString validate(DelaunayInterface<Real>* engine, bool delaunay = false);
 
 // Heights
 
-/// The height of the surface at (x, y), by the plane of the triangle there. False, with `z` as it
-/// was, outside the surface. Walks from the newest triangle; behind a hole that deleteTriangle left,
-/// the walk may not come through. Beside points in one place, of different heights, either counts.
+/// Sets `z` to the height of the surface at (x, y), by the plane of the triangle there. Returns
+/// false and leaves `z` unchanged off the surface. Walks there from the newest triangle. The walk
+/// may end at a hole that deleteTriangle left. Next to points in one place, the height of any of
+/// them may count.
 template <class Real>
 ZYN_EXPORT bool heightAt(DelaunayInterface<Real>* engine, double x, double y, double& z);
-/// Sets the z of every point to the height of the surface there, NaN outside, and returns the number
-/// of heights. Walks from point to point: have them in spatial order. REQUIRES: at most 2147483647
-/// points.
+/// Sets the z of each point to the height of the surface there, or to NaN off the surface. Returns
+/// the number of heights. Walks from point to point, so points in spatial order are fastest.
+/// REQUIRES: at most 2147483647 points.
 /// @{
 template <class Real>
 ZYN_EXPORT int heightAt(DelaunayInterface<Real>* engine, Pnt3dArray* points);
 template <class Real>
 ZYN_EXPORT int heightAt(DelaunayInterface<Real>* engine, std::span<XPnt3d> points);
 /// @}
-/// The surface along the straight line from a to b: a new array with a point at both ends and one at
-/// every edge crossed, in order. Where the line leaves the surface and comes back, a point
-/// whose z is NaN, at the place where it comes back, stands between the parts; a part may be a single
-/// point. Along the edge of a hole that deleteTriangle left, with the hole on the right, the line is off
-/// the surface. Empty where there is no surface. A line that leaves the network takes time for all its
-/// triangles.
+/// Returns the surface along the straight line from a to b as a new array, in order: a point at
+/// both ends, and one at each edge that it crosses. It is empty if no part of the line is on the
+/// surface.
+///
+/// Where the line leaves the surface and returns, a point with a NaN z separates the parts. Its
+/// place is that of the return. A part may be a single point. Along the edge of a hole left by
+/// deleteTriangle, with the hole on the right, the line is off the surface. A line that leaves the
+/// network takes time for all triangles.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3dArray> profile(DelaunayInterface<Real>* engine,
                                                      const XPnt2d& a, const XPnt2d& b);
-/// Heights at the centres of cellsX by cellsY cells that fill the envelope: `out` gets cellsY rows
-/// of cellsX columns, the first row at minY, the first column at minX, and NaN outside the surface.
-/// False, with `out` as it was, for null, a count below 1, or an envelope whose width or height is not
-/// above 0 and finite.
+/// Sets `out` to the heights at the centres of cellsX by cellsY cells that fill the envelope:
+/// cellsY rows of cellsX columns, the first row at minY, the first column at minX, and NaN off the
+/// surface.
+///
+/// Returns false and leaves `out` unchanged if:
+/// - `engine` or `out` is null;
+/// - a count is below 1;
+/// - the width or height of the envelope is not positive and finite.
 template <class Real>
 ZYN_EXPORT bool rasterize(DelaunayInterface<Real>* engine, const Enve2d& envelope, int cellsX,
                           int cellsY, MatrixDbl* out, double maxEdge = anyEdge);
 
 // Lines and volumes
 
-/// The isolines of the surface: for each level, in the order given, lines whose points have its
-/// height, higher ground on their left. Each is joined across triangles as far as it goes; closed
-/// ones end with their first point. A line separates the ground at or above its level from the
-/// ground below: a flat area at the level is bounded once, a peak or ridge that only reaches it
-/// gives none, an edge of the rim at the level with ground below beside it gives one. A NaN gives none.
+/// Returns the isolines of the surface as a new array: for each level, in the order given, lines
+/// with higher ground on their left. Each line goes on across triangles as far as possible, and a
+/// closed one ends with its first point. A NaN level has no line.
+///
+/// A line separates ground at or above its level from ground below. So a flat area at the level is
+/// bounded once, a peak or ridge that only reaches it has no line, and an edge of the rim at the
+/// level with lower ground beside it is a line.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3dArrayArray> contours(DelaunayInterface<Real>* engine,
                                                            const DoubleArray* levels,
                                                            double maxEdge = anyEdge);
 
-/// Between a surface and a horizontal plane.
+/// Volumes and areas between a surface and a horizontal plane.
 struct SurfaceVolume {
     double cut = 0;       ///< volume of the ground above the plane
     double fill = 0;      ///< volume between the plane and the ground below it
-    double cutArea = 0;   ///< area in plan of the ground above
-    double fillArea = 0;  ///< and of the ground at the plane's height or below
+    double cutArea = 0;   ///< plan area of the ground above the plane
+    double fillArea = 0;  ///< plan area of the ground at or below the plane
 };
 
-/// Cut and fill against the plane z = level, a triangle that crosses it split. In cubic and square
-/// units of the coordinates; without meaning for a level that is not finite.
+/// Returns cut and fill against the plane z = level, in cubic and square units of the coordinates.
+/// It splits triangles that cross the plane. The result is undefined for a level that is not
+/// finite.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT SurfaceVolume volume(DelaunayInterface<Real>* engine, double level,
                                               double maxEdge = anyEdge);
 
-// Files. Each appears whole or not at all; formats.md lists the exceptions. Each writer returns
-// false if anything could not be written, and for null. Vertices come in the order of first
-// appearance.
+// Files
 
-/// Wavefront OBJ: a line `v x y z` a vertex, each coordinate with the digits that bring back the
-/// same number; then a line `f a b c` a triangle, counting vertices from 1.
+// A file is written whole or not at all; formats.md lists the exceptions. Each writer returns false
+// if the file could not be written, or `engine` is null. Vertices are in the order in which
+// triangles first use them.
+
+/// Writes Wavefront OBJ: a line `v x y z` for each vertex, with digits that read back as the same
+/// number, then a line `f a b c` for each triangle, with indices from 1.
 template <class Real>
 ZYN_EXPORT bool writeObj(DelaunayInterface<Real>* engine, const char* path,
                          double maxEdge = anyEdge);
 /// Normals in a PLY file.
 enum class PlyNormals {
-    none,    ///< nothing
-    vertex,  ///< one at each vertex
+    none,    ///< no normals
+    vertex,  ///< a normal at each vertex
 };
 
-/// PLY 1.0, binary, little-endian: vertices x, y, z in the engine's precision, and, when asked for,
-/// their unit normals nx, ny, nz as float, the mean of the triangles' weighted by area; then faces of
-/// three indices from 0.
+/// Writes PLY 1.0, binary, little-endian: for each vertex x, y, z in the engine's precision and, if
+/// asked for, the unit normal nx, ny, nz as float; then for each face three indices from 0. A
+/// vertex normal is the mean of the normals of its triangles, weighted by area.
 template <class Real>
 ZYN_EXPORT bool writePly(DelaunayInterface<Real>* engine, const char* path,
                          double maxEdge = anyEdge, PlyNormals normals = PlyNormals::none);
-/// The unit of coordinates, all three.
+/// The unit of all three coordinates.
 enum class LengthUnit {
     metre,         ///< the metre
     foot,          ///< 0.3048 m, the international foot
     usSurveyFoot,  ///< 1200/3937 m
 };
 
-/// Writes LandXML 1.2: a `Surface` of that name, with points as northing (y), easting (x) and height,
-/// and faces. The file says that the coordinates are in `unit`, metres by default, and holds them as
-/// they are.
+/// Writes LandXML 1.2: a `Surface` of that name, with points as northing (y), easting (x) and
+/// height, and faces. The file names `unit` as the unit of the coordinates, and holds them
+/// unconverted.
 /// @{
 template <class Real>
 ZYN_EXPORT bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, QString name,
@@ -287,8 +333,8 @@ ZYN_EXPORT bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, 
 
 // Reading by reference
 
-/// Returns what the function of that name writes or returns for a pointer. heightAt() of a place
-/// returns nothing, and rasterize() null, where that function returns false.
+/// Do the same for a reference. Where the function for a pointer returns false, heightAt() of a
+/// place returns nothing and rasterize() null.
 /// @{
 template <class Real>
 [[nodiscard]] QString validate(const DelaunayInterface<Real>& engine, bool delaunay = false) {

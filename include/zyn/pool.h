@@ -1,10 +1,9 @@
 /// @file
 /// Pools: counted containers for bulk data whose elements never move.
 ///
-/// A pool is a chain of blocks of 65536 elements, filled at its end. The address of an element stays
-/// valid until the pool is emptied. All members have the same operations in the same order
-/// (TypedPool) and are made by a factory of their own, with count 0. Pools of pointers hold plain
-/// pointers: what these point to is the caller's.
+/// A pool is a chain of blocks of 65536 elements, and grows at its end. The address of an element
+/// stays valid until the pool is emptied. All pool classes have the same operations in the same
+/// order (TypedPool). Each except the pools of pools has a factory, which makes it with count 0.
 ///
 ///     auto pool = make<Pnt3dPool>();                        // a ref_ptr
 ///     XPnt3d* first = pool->append(XPnt3d(1, 2, 3));        // stays where it is
@@ -13,9 +12,14 @@
 ///     pool->rewindBlocks();
 ///     while (std::size_t n = pool->currentBlockSize()) { use(pool->nextBlock(), n); }
 ///
-/// Both cursors belong to the pool: two walks at a time disturb each other, and a pool is for one
-/// thread at a time. A block is allocated whole; without memory for it std::bad_alloc is thrown. The
-/// pool then stays as it was, but for appending a pool or a vector of pointers, which stops half way.
+/// Both cursors belong to the pool, so two concurrent iterations disturb each other. A block is
+/// allocated whole. If allocation fails, an operation throws std::bad_alloc and leaves the pool
+/// unchanged, except when it appends a pool or a vector of pointers: the elements before the
+/// failure then stay.
+///
+/// Ownership: a pool of pointers holds plain pointers; what these point to is the caller's.
+///
+/// Threads: use a pool on one thread at a time.
 #pragma once
 
 #include <zyn/export.h>
@@ -30,10 +34,10 @@
 
 namespace zyn {
 
-/// Base of every pool.
+/// The base of every pool.
 class ZYN_EXPORT ZynPool : public ZynReferenced {
 public:
-    /// A kind that the library does not use.
+    /// The kind of a pool; the library does not use it.
     enum class Type : std::int32_t {
         Unspecified = 0,  ///< every pool of the library
     };
@@ -42,10 +46,10 @@ public:
     ZynPool(const ZynPool&) = default;
     ZynPool& operator=(const ZynPool&) = default;
 
-    /// Unspecified in every pool that the library makes.
+    /// Returns Unspecified for every pool that the library makes.
     [[nodiscard]] Type getType() const noexcept { return type; }
 
-    /// As TypedPool::clear().
+    /// Removes all elements, as TypedPool::clear().
     virtual void removeAll();
     /// Does nothing.
     virtual void trim();
@@ -61,20 +65,20 @@ private:
 template <class Derived, class E>
 class ZYN_EXPORT TypedPool : public ZynPool {
 public:
-    /// The element, as standard containers call it.
+    /// The element type, named as in standard containers.
     using value_type = E;
 
     TypedPool() = default;
-    /// The block size means something to implementations only.
+    /// Takes a block size, which only implementations use.
     explicit TypedPool(std::size_t) {}
-    // Elements are not copied, here and in assignment.
+    // Copying and assigning copy no elements.
     TypedPool(const TypedPool&) = default;
     TypedPool& operator=(const TypedPool&) = default;
     ~TypedPool() override = default;
 
-    /// Number of elements. The time of this, and of contains(), grows with the number of blocks.
+    /// Returns the number of elements.
     [[nodiscard]] virtual std::size_t size() const = 0;
-    /// Number of blocks, each of getBlockSize() elements but for the last.
+    /// Returns the number of blocks. Each has getBlockSize() elements, except the last.
     [[nodiscard]] virtual std::size_t blockCount() const = 0;
 
     // Adding
@@ -82,47 +86,50 @@ public:
     /// Rewinds `other`, appends a copy of each element that its next() returns until null, and
     /// returns the size of `other`. A pool that is appended to itself is doubled.
     virtual std::size_t append(Derived* other) = 0;
-    /// Appends copies of `count` elements; `count`, or -1 with nothing done when `items` is null or
-    /// `count` below 1.
+    /// Appends copies of `count` elements and returns `count`. Returns -1 and does nothing if
+    /// `items` is null or `count` is below 1.
     virtual int append(const E* items, int count) = 0;
-    /// Appends a copy, and gives its address.
+    /// Appends a copy, and returns its address.
     virtual E* append(const E& value) = 0;
-    /// Appends copies, and gives the size of the vector. Pointers must not be null.
+    /// Appends copies, and returns the size of the vector. REQUIRES: no pointer in the vector is
+    /// null.
     /// @{
     virtual std::size_t append(const std::vector<E>& values) = 0;
     virtual std::size_t append(const std::vector<E*>& values) = 0;
     /// @}
 
-    /// The address of an element, or null.
+    /// Returns the address of element `index`, or null if there is none.
     [[nodiscard]] virtual E* at(std::size_t index) = 0;
-    /// Removes all elements, frees their blocks, and sets the cursors to the start, as removeAll().
+    /// Removes all elements, frees their blocks, and sets the cursors to the start. removeAll()
+    /// does the same.
     virtual void clear() = 0;
 
     // The cursor over elements
 
-    /// The element under the cursor, which moves on; null at the end.
+    /// Returns the element at the cursor and advances the cursor; returns null at the end.
     [[nodiscard]] virtual E* next() = 0;
     /// Sets the cursor to the first element.
     virtual void rewind() = 0;
 
-    // The cursor over blocks. The size of a block is asked for before its start.
+    // The cursor over blocks. Ask for the size of a block before its start.
 
-    /// Returns the start of the block under the cursor, which moves on; null at the end and at an
-    /// empty block. Behind the last block the cursor is at the end. It stays there until
-    /// rewindBlocks(), also when a block is added.
+    /// Returns the start of the block at the cursor and advances the cursor; returns null at the
+    /// end and at an empty block. After the last block the cursor stays at the end until
+    /// rewindBlocks(), even if a block is added.
     [[nodiscard]] virtual E* nextBlock() = 0;
     /// Sets the cursor to the first block.
     virtual void rewindBlocks() = 0;
-    /// Number of elements in the block under the cursor; 0 at the end.
+    /// Returns the number of elements in the block at the cursor; 0 at the end.
     [[nodiscard]] virtual std::size_t currentBlockSize() const = 0;
 
-    /// Whether the address is that of an element of this pool.
+    /// Returns whether the address is that of an element of this pool. The time is proportional to
+    /// the number of blocks.
     [[nodiscard]] virtual bool contains(const E* element) const = 0;
-    /// Elements a block.
+    /// Returns the number of elements in a full block.
     [[nodiscard]] virtual std::size_t getBlockSize() const = 0;
 
-    /// `append(0)` on numbers and `append(nullptr)` on pointers append that element; `append(0)` on
-    /// pointers and `append(nullptr)` on anything else do not compile.
+    /// Appends the element: `append(0)` on numbers, `append(nullptr)` on pointers. `append(0)` on
+    /// pointers and `append(nullptr)` on any other element do not compile.
     /// @{
     template <std::integral N>
         requires(std::is_arithmetic_v<E> && !std::same_as<N, E>)
@@ -146,7 +153,7 @@ public:
     public:                                                       \
         using TypedPool::TypedPool;                               \
     }
-/// And its factory.
+/// Declares the pool class `Name` of `Element` and its factory.
 #define ZYN_POOL(Name, ...)                                                   \
     class Name;                                                               \
     [[nodiscard]] ZYN_EXPORT Name* new##Name();                               \
@@ -169,7 +176,7 @@ ZYN_POOL(Pnt2dPool, XPnt2d);
 ZYN_POOL(Pnt3fPool, XPnt3f);
 ZYN_POOL(Pnt3dPool, XPnt3d);
 
-// Pointers, which nobody counts
+// Raw pointers, which are not counted
 
 ZYN_POOL(PBytePool, unsigned char*);
 ZYN_POOL(PCharPool, char*);
@@ -182,7 +189,7 @@ ZYN_POOL(PPnt2dPool, XPnt2d*);
 ZYN_POOL(PPnt3fPool, XPnt3f*);
 ZYN_POOL(PPnt3dPool, XPnt3d*);
 
-// Pools of pools: the library has no implementation of these
+// Pools of pools, which the library does not implement
 
 ZYN_POOL_CLASS(PPnt3dPoolPool, PPnt3dPool*);
 ZYN_POOL_CLASS(PPnt3fPoolPool, PPnt3fPool*);

@@ -1,9 +1,18 @@
 /// @file
 /// How a long operation reports to its host.
 ///
-/// The library implements neither interface: a host derives from IZynProgress and passes its object
-/// as a raw pointer, null when nobody listens. Functions that take one hold no count of it and call
-/// it on the thread that called them: setTotal() once, then step() any number of times.
+///     class Bar : public IZynProgress {           // with the other operations, which may be empty
+///         void setTotal(double total) override { draw(0, total); }
+///         void step(double amount) override { draw(done += amount); }
+///         bool isCanceled() override { return stopPressed; }
+///     };
+///     ref_ptr<Bar> bar = new Bar;
+///     surface.addPoints(points, bar.get());
+///
+/// The library implements neither interface: a host derives from IZynProgress. Functions take its
+/// object as a raw pointer, null if nobody listens. They call setTotal() once, then step() any
+/// number of times. Ownership: they hold no count of it. Threads: they call it on the thread that
+/// called them.
 #pragma once
 
 #include <zyn/export.h>
@@ -13,30 +22,31 @@ class QString;
 
 namespace zyn {
 
-/// What a host implements to see how far an operation is.
+/// The interface that a host implements to see how far an operation is.
 class ZYN_EXPORT IZynProgress : public ZynReferenced {
 public:
-    /// What the steps add up to at the most.
+    /// Receives the sum of all steps, at most.
     virtual void setTotal(double total) = 0;
-    /// How far it is, from 0 to the total. The library does not call these.
+    /// Sets or returns the position, from 0 to the total. The library does not call these.
     /// @{
     virtual void setPosition(double position) = 0;
     [[nodiscard]] virtual double getPosition() = 0;
     /// @}
-    /// Moves on by `amount`.
+    /// Advances the position by `amount`.
     virtual void step(double amount) = 0;
-    /// What is being done. The library does not call it.
+    /// Receives a text about what is being done. The library does not call it.
     virtual void setMessage(QString message) = 0;
-    /// Whether the user wants an end. Only addPoints() of network.h asks.
+    /// Returns whether the user wants to stop. Only addPoints() of network.h and the insertions of a
+    /// Surface (surface.h) call it.
     [[nodiscard]] virtual bool isCanceled() = 0;
-    /// The end. The library does not call it.
+    /// Receives the end of the operation. The library does not call it.
     virtual void finish() = 0;
 
 protected:
     ~IZynProgress() override = default;
 };
 
-/// For a host whose user interface needs turns of its own during a long operation.
+/// An interface for a host whose user interface needs turns of its own during a long operation.
 class ZYN_EXPORT IZynProgressEvent : public ZynReferenced {
 public:
     /// Lets the user interface work. The library does not call it.

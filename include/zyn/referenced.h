@@ -1,11 +1,9 @@
 /// @file
 /// Counted objects and the module frame.
 ///
-/// Every object with a lifetime of its own derives from ZynReferenced, comes from a `new...` factory
-/// with count 0, and belongs to whoever puts it into a ref_ptr. When the last holder lets go, the
-/// object is deleted, or handed to the DeleteHandler that the application installed. Counts are
-/// plain integers: an object is for one thread at a time, and so is the handler slot, which is to be
-/// set before a second thread can release anything.
+/// Every object with a lifetime of its own derives from ZynReferenced. It comes from a `new...`
+/// factory with count 0, and belongs to the ref_ptr that takes it. When the last holder releases
+/// it, the object is deleted, or passed to the DeleteHandler that the application installed.
 ///
 ///     auto points = make<Pnt3dArray>();                // a ref_ptr; count 1
 ///     points->append(XPnt3d(1.0, 2.0, 3.0));
@@ -14,8 +12,11 @@
 ///     }                                                // count 1
 ///     points = nullptr;                                // deleted
 ///
-/// An object that never went into a ref_ptr, such as one from `newPnt3dArray()` in an `auto`, is
-/// discarded by one `unref()`.
+/// One `unref()` deletes an object that never went into a ref_ptr, such as one from
+/// `newPnt3dArray()` in an `auto`.
+///
+/// Threads: counts are plain integers, so use an object on one thread at a time. Install a handler
+/// before a second thread can release anything.
 #pragma once
 
 #include <zyn/export.h>
@@ -30,16 +31,17 @@
 
 class QString;
 
-/// Everything that the library offers.
+/// The namespace of the whole library.
 namespace zyn {
 
 template <class T>
 class XPnt3;
 class ZynReferenced;
 
-/// The application's hook into deletion. Once installed with ZynReferenced::setDeleteHandler, it
-/// receives every object whose count falls to zero, and the library owns it: it must be made by
-/// `new`, and is deleted when another handler replaces it and when the module is unloaded.
+/// The application's hook into deletion, installed with ZynReferenced::setDeleteHandler. It
+/// receives every object whose count falls to zero. Ownership: the library owns the handler, which
+/// must be made by `new`. The library deletes it when another handler replaces it and when the
+/// module is unloaded.
 class ZYN_EXPORT DeleteHandler {
 public:
     DeleteHandler() = default;
@@ -47,41 +49,42 @@ public:
     DeleteHandler& operator=(const DeleteHandler&) = delete;
     virtual ~DeleteHandler();
 
-    /// Holds its place in the interface; does nothing and is never called.
+    /// Does nothing and is never called. The function only keeps its place in the interface.
     virtual void reserved();
 
-    /// Takes over `object`, whose count has reached zero. The library does not look at it again;
-    /// it stays alive until the handler calls destroy() on it. Must not throw: a count may be given
-    /// up in a destructor.
+    /// Takes over `object`, whose count has reached zero. The library does not use it again; the
+    /// object lives until the handler calls destroy() on it. Must not throw, because destructors
+    /// release counts.
     virtual void deleteObject(const ZynReferenced* object) = 0;
 
 protected:
-    /// Deletes an object that deleteObject received; its destructor is closed to everyone else.
+    /// Deletes an object that deleteObject received. Only a handler has access to its destructor.
     static void destroy(const ZynReferenced* object);
 };
 
-/// First base of every counted class: one signed 32-bit count, 0 in a new object.
+/// The first base of every counted class: one signed 32-bit count, 0 in a new object.
 class ZYN_EXPORT ZynReferenced {
 public:
     ZynReferenced() noexcept = default;
-    /// The same; the flag has no effect.
+    /// Makes an object with count 0; ignores the flag.
     explicit ZynReferenced(bool) noexcept {}
-    /// A copy starts at count 0.
+    /// Makes an object with count 0, whatever the count of the original is.
     ZynReferenced(const ZynReferenced&) noexcept {}
-    /// Neither count moves.
+    /// Changes neither count.
     ZynReferenced& operator=(const ZynReferenced&) noexcept { return *this; }
 
-    /// The count.
+    /// Returns the count.
     [[nodiscard]] int referenceCount() const noexcept { return refCount; }
 
-    /// One count more.
+    /// Adds one to the count.
     /// @{
     void ref() const noexcept { ++refCount; }
     void AddRef() const noexcept { ref(); }
     /// @}
 
-    /// Lets one count go; an object whose count is then not above 0 ends. So a fresh object from a
-    /// factory, with count 0, is deleted by a single unref(). Not to be touched afterwards.
+    /// Releases one count, and deletes the object if the count is then not above 0. So a single
+    /// unref() deletes a fresh object from a factory, with count 0. Do not use the object
+    /// afterwards.
     /// @{
     void unref() const {
         if (--refCount <= 0) { endOfLife(); }
@@ -89,14 +92,14 @@ public:
     void Release() const { unref(); }
     /// @}
 
-    /// Lets one count go and nothing else, whatever the count becomes.
+    /// Releases one count and does nothing else, whatever the count becomes.
     void unref_nodelete() const noexcept { --refCount; }
 
-    /// The installed handler, or null. It stays the library's.
+    /// Returns the installed handler, or null. Ownership: it stays the library's.
     [[nodiscard]] static DeleteHandler* getDeleteHandler() noexcept;
 
-    /// Installs `handler`, which may be null, and takes it over; the one installed before is
-    /// deleted first. The handler that is already installed changes nothing.
+    /// Installs `handler`, which may be null, and takes it over. First deletes the handler that was
+    /// installed before. Does nothing if `handler` is installed already.
     static void setDeleteHandler(DeleteHandler* handler);
 
 protected:
@@ -109,13 +112,13 @@ private:
     mutable std::int32_t refCount = 0;
 };
 
-/// Holder of one count of a T, or of nothing. Made from a raw pointer implicitly, never turned back
-/// into one by itself. REQUIRES: T derives from ZynReferenced.
+/// The holder of one count of a T, or of nothing. It converts implicitly from a raw pointer, and
+/// not back. REQUIRES: T derives from ZynReferenced.
 template <class T>
 class ref_ptr {
 public:
     constexpr ref_ptr() noexcept = default;
-    /// Holds a count of its own; one that is moved hands its count over.
+    /// Takes a count of its own. A moved ref_ptr passes its count on.
     /// @{
     ref_ptr(T* object) noexcept : held(object) { refHeld(); }
     ref_ptr(const ref_ptr& other) noexcept : held(other.held) { refHeld(); }
@@ -127,8 +130,8 @@ public:
     }
     /// @}
 
-    /// The new object is counted before the old one is released, so that it may be one that only
-    /// the old one keeps alive.
+    /// Holds the new object, then releases the old one. So the new object may be one that only the
+    /// old one keeps alive.
     /// @{
     ref_ptr& operator=(T* object) {
         if (object == held) { return *this; }
@@ -148,7 +151,7 @@ public:
         if (T* const old = std::exchange(held, nullptr); old != nullptr) { old->unref(); }
     }
 
-    /// The object, which stays held; null for nothing.
+    /// Returns the object, which is still held; null if there is none.
     /// @{
     [[nodiscard]] T* get() const noexcept { return held; }
     T* operator->() const noexcept { return held; }
@@ -156,15 +159,15 @@ public:
     explicit operator bool() const noexcept { return held != nullptr; }
     /// @}
 
-    /// Returns the object and leaves its count to the caller, who gives it up with unref(); null if
-    /// there is no object. Holds nothing afterwards.
+    /// Returns the object and passes its count to the caller, who releases it with unref(). Returns
+    /// null if there is no object. Holds nothing afterwards.
     [[nodiscard]] T* release() noexcept { return std::exchange(held, nullptr); }
 
-    /// Moves no count.
+    /// Exchanges two holders. Changes no count.
     void swap(ref_ptr& other) noexcept { std::swap(held, other.held); }
 
-    /// Compares and orders addresses. A pointer is compared as it is: a temporary ref_ptr would end
-    /// an object of count 0.
+    /// Compares and orders addresses. A raw pointer is compared without a temporary ref_ptr, which
+    /// would delete an object of count 0.
     /// @{
     template <class U>
     friend bool operator==(const ref_ptr& a, const ref_ptr<U>& b) noexcept {
@@ -193,9 +196,9 @@ private:
     T* held = nullptr;
 };
 
-/// Returns a new T that the result holds. It comes from the factory of T, which takes `args`; a class
-/// without a factory does not compile. A class has the factory that `factoryOf(std::type_identity<T>)`
-/// in its own namespace returns.
+/// Returns a new T that the result holds. It comes from the factory of T, which takes `args`. A
+/// class has the factory that `factoryOf(std::type_identity<T>)` in its own namespace returns; a
+/// class without one does not compile.
 ///
 ///     auto engine = make<IZynDelaunayD>(0.0, minX, minY, maxX, maxY);
 template <class T, class... Args>
@@ -209,19 +212,20 @@ template <class T, class... Args>
 // A ZynGlobel is a value: nothing is ever deleted through a pointer to it.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
-/// Keeps whether the application gave an origin; see g_zynGlobal. This base never has one.
+/// An interface that records whether the application gave an origin; see g_zynGlobal. This base
+/// never has one.
 class ZYN_EXPORT ZynGlobel {
 public:
-    /// There is nothing to copy.
+    /// Does nothing: there is nothing to copy.
     /// @{
     ZynGlobel() noexcept = default;
     ZynGlobel(const ZynGlobel&) noexcept {}
     ZynGlobel& operator=(const ZynGlobel&) noexcept { return *this; }
     /// @}
 
-    /// Whether a position was ever given.
+    /// Returns whether a position was ever given.
     virtual bool isOrgPosGive();
-    /// Takes a copy of `position`; gives what isOrgPosGive() then answers.
+    /// Copies `position`, and returns what isOrgPosGive() then returns.
     virtual bool setOrgPosition(XPnt3<float>& position);
 };
 #pragma GCC diagnostic pop
@@ -229,14 +233,14 @@ public:
 /// The module's one ZynGlobel, made at load and kept until the process ends.
 ZYN_EXPORT extern ZynGlobel* g_zynGlobal;
 
-/// The version of the interface: 1, and no part of ZYN_VERSION (version.h).
+/// Returns the version of the interface: 1. It is not related to ZYN_VERSION (version.h).
 [[nodiscard]] ZYN_EXPORT std::int32_t getVersion() noexcept;
 
-/// A number between `a` and `b`, both included; the same one for the same arguments.
+/// Returns a number between `a` and `b`, both included: always the same one for the same arguments.
 [[nodiscard]] ZYN_EXPORT std::int32_t Rand(std::int32_t a, std::int32_t b) noexcept;
 
-/// Fills `byteCount` bytes at `target` with copies of `value`. Bytes at the end that are fewer than
-/// a whole value stay as they are. `target` may be unaligned; a count below 1 writes nothing.
+/// Fills `byteCount` bytes at `target` with copies of `value`. Bytes at the end that do not hold a
+/// whole value stay as they are. `target` may be unaligned; a count below 1 writes nothing.
 ///
 /// An int is a value of four bytes: `MemSet(p, 0, 10)` sets eight bytes to 0 and leaves two, and
 /// `MemSet(p, 1, 8)` writes the int 1 twice. Other types of value do not compile.
@@ -249,7 +253,7 @@ template <class T>
 void MemSet(void* target, T value, std::int32_t byteCount) = delete;
 /// @}
 
-/// A null string.
+/// Returns a null string.
 [[nodiscard]] ZYN_EXPORT QString newString();
 
 }  // namespace zyn
@@ -257,7 +261,7 @@ void MemSet(void* target, T value, std::int32_t byteCount) = delete;
 /// The hash of the address.
 template <class T>
 struct std::hash<zyn::ref_ptr<T>> {
-    /// Equal for holders of one object.
+    /// Returns the same hash for all holders of one object.
     std::size_t operator()(const zyn::ref_ptr<T>& p) const noexcept {
         return std::hash<T*>()(p.get());
     }

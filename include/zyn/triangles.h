@@ -6,8 +6,8 @@
 ///     const auto isSteep = [](const tind& t) { return t.boxZ() > 10; };
 ///     const auto steep = std::ranges::count_if(surfaceTriangles(*engine), isSteep);
 ///
-/// A range visits the pool in order and leaves the engine's cursor alone, so loops may be nested. It
-/// refers to the engine, which must outlive it and its iterators. An iterator is valid until the
+/// A range visits the pool in order and leaves the engine's cursor alone, so loops may be nested.
+/// It refers to the engine, which must outlive it and its iterators. An iterator is valid until the
 /// network changes. Threads: several may visit one engine while none changes it.
 #pragma once
 
@@ -31,7 +31,8 @@ inline constexpr double anyEdge = std::numeric_limits<double>::infinity();
 /// @cond
 namespace detail {
 
-/// Up to 64 triangles side by side. Those of the range have a bit in `members`, the lowest for `*first`.
+/// Up to 64 triangles side by side. Those of the range have a bit in `members`, the lowest for
+/// `*first`.
 template <class Real>
 struct TriangleBlock {
     const TinRecord<Real>* first = nullptr;
@@ -40,8 +41,9 @@ struct TriangleBlock {
     friend bool operator==(const TriangleBlock&, const TriangleBlock&) = default;
 };
 
-/// Returns the next block that has members, from the triangle `number` on, and moves `number` behind
-/// it. Returns an empty one at the end. Members are those of the surface, or all without a `maxEdge`.
+/// Returns the next block that has members, from the triangle `number` on, and moves `number`
+/// behind it. Returns an empty one at the end. Members are those of the surface, or all without a
+/// `maxEdge`.
 template <class Real>
 ZYN_EXPORT TriangleBlock<Real> nextBlock(const DelaunayInterface<Real>& engine, std::size_t& number,
                                          std::optional<double> maxEdge);
@@ -121,8 +123,8 @@ private:
     std::optional<double> maxEdge;
 };
 
-/// Returns the triangles of the network, frame triangles included; none for an engine that is not this
-/// library's.
+/// Returns the triangles of the network, frame triangles included; none for an engine that is not
+/// this library's.
 template <class Real>
 [[nodiscard]] TriangleRange<Real> triangles(const DelaunayInterface<Real>& engine) {
     return {engine, std::nullopt};

@@ -1,8 +1,15 @@
 /// @file
-/// A holder with a slot for each of five kinds of value, and a type code that is the host's.
+/// A holder with a slot for each of five kinds of value, and a type code with a meaning of the
+/// host's.
 ///
-/// Nothing is converted, and the code is tied to no slot: all can be set at once, and a getter reads
-/// its own whatever the code says. A slot that was never set gives -99999, the string a null string.
+///     ref_ptr<IZynVariant> value = newZynVarint();
+///     value->setDouble(2.5);
+///     value->setType(3);                          // 3 means a double to this host
+///     if (value->isValid()) { use(value->getDouble()); }
+///
+/// The holder converts nothing. The type code is tied to no slot: all slots can be set at once, and
+/// a getter reads its own slot whatever the code is. A number that was never set is -99999, and the
+/// string is a null string.
 #pragma once
 
 #include <zyn/export.h>
@@ -14,12 +21,12 @@ class QString;
 
 namespace zyn {
 
-/// The holder.
+/// The holder of one value of each kind.
 class ZYN_EXPORT IZynVariant : public ZynReferenced {
 public:
-    /// Whether the type code differs from 0, its first value.
+    /// Returns whether the type code differs from 0, its initial value.
     [[nodiscard]] virtual bool isValid() = 0;
-    /// Reads or sets a slot, or the type code.
+    /// Returns or sets a slot, or the type code.
     /// @{
     [[nodiscard]] virtual int getType() = 0;
     virtual void setType(int type) = 0;
@@ -39,7 +46,7 @@ protected:
     ~IZynVariant() override = default;
 };
 
-/// New, with nothing set.
+/// Returns a new holder with nothing set.
 [[nodiscard]] ZYN_EXPORT IZynVariant* newZynVarint();
 constexpr auto factoryOf(std::type_identity<IZynVariant>) { return &newZynVarint; }
 

@@ -52,11 +52,13 @@ int addPoints(DelaunayInterface<Real>* interface, Pnt3Array<Real>* points,
     const int count = points->size();
     engine->number(points->data(), count);
     std::vector<std::int32_t> refused;
-    const auto use = [&refused](std::int32_t index, bool isVertex) {
-        if (!isVertex) { refused.push_back(index); }
+    XPnt3<Real>* const first = points->data();
+    const auto insert = [&](std::int32_t index, TinRecord<Real>* start) {
+        if (!engine->insert(first + index, tolerance, start, noFixedEdges)) {
+            refused.push_back(index);
+        }
     };
-    const int offered = insertAll(*engine, points->data(), count, tolerance, noFixedEdges,
-                                  engine->newest(), progress, use);
+    const int offered = insertAll(*engine, first, count, engine->newest(), progress, insert);
     if (rejected != nullptr) {
         std::sort(refused.begin(), refused.end());
         rejected->append(refused.data(), static_cast<int>(refused.size()));

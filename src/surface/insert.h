@@ -19,12 +19,12 @@ using namespace detail;
 template <class Real>
 [[nodiscard]] std::vector<std::int32_t> insertionOrder(const XPnt3<Real>* points, int count);
 
-/// Inserts the points in that order, where they are. The first one is located from `start`, each other
-/// one from the newest triangle. Calls `use(index, isVertex)` after each. Returns the number of points
-/// that were offered, fewer only if the progress says so.
-template <class Real, class Fixed, class Use>
-int insertAll(DelaunayEngine<Real>& engine, XPnt3<Real>* first, int count, Real tolerance,
-              Fixed& fixed, TinRecord<Real>* start, IZynProgress* progress, Use use) {
+/// Calls `insert(index, start)` for the points in that order. The triangle to start from is `start`
+/// for the first one, and the newest triangle for each other one. Returns the number of calls, fewer
+/// than points only if the progress asks for an end.
+template <class Real, class Insert>
+int insertAll(const DelaunayEngine<Real>& engine, const XPnt3<Real>* first, int count,
+              TinRecord<Real>* start, IZynProgress* progress, Insert insert) {
     const std::vector<std::int32_t> order = insertionOrder(first, count);
     constexpr int part = 1024;  // points between two looks at the progress
     constexpr int ahead = 8;    // points whose memory is on its way
@@ -35,7 +35,7 @@ int insertAll(DelaunayEngine<Real>& engine, XPnt3<Real>* first, int count, Real 
         for (int n = done; n < end; ++n) {
             prefetch(first + order[static_cast<std::size_t>(std::min(n + ahead, count - 1))]);
             const std::int32_t index = order[static_cast<std::size_t>(n)];
-            use(index, engine.insert(first + index, tolerance, start, fixed));
+            insert(index, start);
             start = engine.newest();
         }
         if (progress != nullptr) { progress->step(end - done); }

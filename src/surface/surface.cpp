@@ -24,7 +24,9 @@ double checkedMaxEdge(double length) {
 
 }  // namespace
 
-Surface::Surface() : Surface(std::vector<XPnt3d>()) {}
+Surface::Surface() : Surface(SurfaceOptions()) {}
+
+Surface::Surface(const SurfaceOptions& options) : Surface(std::vector<XPnt3d>(), options) {}
 
 Surface::Surface(std::vector<XPnt3d>&& points, const SurfaceOptions& options)
     : own(std::make_unique<SurfaceState>(options)) {
@@ -39,6 +41,9 @@ Surface::Surface(std::span<const XPnt3d> points, const SurfaceOptions& options)
 
 Surface::Surface(const Pnt3dArray& points, const SurfaceOptions& options)
     : Surface(std::vector<XPnt3d>(points.begin(), points.end()), options) {}
+
+Surface::Surface(std::initializer_list<XPnt3d> points, const SurfaceOptions& options)
+    : Surface(std::vector<XPnt3d>(points), options) {}
 
 Surface::Surface(Surface&& other) noexcept
     : SurfaceView(std::exchange<SurfaceView>(other, {})), own(std::move(other.own)) {}

@@ -164,34 +164,32 @@ PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* pr
     // The first ones are only an outline, whose triangles shrink until the end.
     const int outline = static_cast<int>(added.size() / 8);
     const int spacing = added.size() < 1024 ? 1 : 2;
-    int taken = 0;
+    DelaunayEngine<double>& engine = *network.engine;
+    const bool hasLines = !network.fixed->isEmpty();
     Fallen fallen;
-    const auto use = [&](std::int32_t index, bool isNew) {
-        const XPnt3d& p = added[static_cast<std::size_t>(index)];
-        const double* const other =
-            isNew ? nullptr : network.engine->inPlaceOf(p, tolerance, network.start({p.x, p.y}));
-        if (isNew) {
+    const auto insert = [&](std::int32_t index, tind* start) {
+        XPnt3d& p = added[static_cast<std::size_t>(index)];
+        const Xy place{p.x, p.y};
+        if (!isPlaceable(p)) {
+            ++report.notFinite;
+        } else if (hasLines ? engine.insert(&p, tolerance, start, *network.fixed)
+                            : engine.insert(&p, tolerance, start, noFixedEdges)) {
             network.fixed->requireMemory();
             network.noteNewVertex(p);
-            if (++taken > outline && taken % spacing == 0) {
-                network.starts.note({p.x, p.y}, network.engine->count() - 1);
-            }
             vertices[static_cast<std::size_t>(report.first + index)] = true;
-            ++report.vertices;
-        } else if (other != nullptr && std::isfinite(p.z)) {
+            if (++report.vertices > outline && report.vertices % spacing == 0) {
+                network.starts.note(place, engine.count() - 1);
+            }
+        } else if (const double* const other =
+                       engine.inPlaceOf(p, tolerance, network.start(place))) {
             fallen.emplace_back(points.numberOf(other), report.first + index);
         } else {
             ++report.notFinite;
         }
     };
     const int count = static_cast<int>(added.size());
-    const Xy firstPlace = added.empty() ? Xy{0, 0} : Xy{added[0].x, added[0].y};
-    const auto insertBeside = [&](auto& fixed) {
-        return insertAll(*network.engine, added.data(), count, tolerance, fixed,
-                         network.start(firstPlace), progress, use);
-    };
-    const int offered =
-        network.fixed->isEmpty() ? insertBeside(noFixedEdges) : insertBeside(*network.fixed);
+    tind* const start = count == 0 ? nullptr : network.start({added[0].x, added[0].y});
+    const int offered = insertAll(engine, added.data(), count, start, progress, insert);
     report.refused = static_cast<int>(fallen.size());
     report.skipped = count - offered;
     if (vertexCount > 0) { restoreAt(report.first, report.vertices); }
@@ -214,10 +212,8 @@ void SurfaceState::restoreAt(int first, int count) {
     std::vector<tind*> pending;
     for (int number = first; number < points.size(); ++number) {
         if (!isVertex(number)) { continue; }
-        double* const v = points.at(number);
-        tind* const t = network.engine->locateFrom(network.start(xyOf(v)), xyOf(v));
-        const int corner = t == nullptr ? 3 : t->index(v);
-        if (corner == 3) { continue; }
+        const auto [t, corner] = network.triangleAt(points.at(number));
+        if (t == nullptr) { continue; }
         forEachAround(t, corner, network.engine->count(), [&pending](tind* n, int) {
             pending.push_back(n);
             return false;
@@ -237,26 +233,35 @@ bool isLine(const Polyline& line) {
 
 }  // namespace
 
+/// Returns the points of those lines that can become edges, and the number of points of each. Notes
+/// the other lines.
+SurfaceState::LinePoints SurfaceState::pointsOf(std::span<const Polyline> lines, bool soft,
+                                                std::vector<int>& leftOut) const {
+    LinePoints taken;
+    Polyline line;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        line = lines[i];
+        if (soft) { takeHeights(line); }
+        if (isLine(line)) {
+            taken.points.insert(taken.points.end(), line.begin(), line.end());
+            taken.lengths.push_back(line.size());
+        } else {
+            leftOut.push_back(static_cast<int>(i));
+        }
+    }
+    return taken;
+}
+
 BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
                                           const BreaklineOptions& wanted) {
     BreaklineReport report;
     const double tolerance = usableTolerance(wanted.tolerance);
-    std::vector<XPnt3d> all;
-    std::vector<std::size_t> lengths;
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        if (!isLine(lines[i])) {
-            report.leftOut.push_back(static_cast<int>(i));
-            continue;
-        }
-        all.insert(all.end(), lines[i].begin(), lines[i].end());
-        lengths.push_back(lines[i].size());
-    }
-    if (wanted.soft) { takeHeights(all); }
+    const LinePoints taken = pointsOf(lines, wanted.soft, report.leftOut);
     const int first = points.size();
-    std::span<XPnt3d> rest = points.append(all);
+    std::span<XPnt3d> rest = points.append(taken.points);
     const Numbers added{first, points.size()};
     vertices.resize(static_cast<std::size_t>(points.size()));
-    makeRoom(all, tolerance);
+    makeRoom(taken.points, tolerance);
 
     Breaklines<double>::Keep keep;
     if (!wanted.giveWay) {
@@ -273,7 +278,7 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
     Breaklines<double> breaklines(*network.engine, tolerance, *network.fixed, std::move(keep),
                                   network.startNear());
     breaklines.recordChangesIn(changed);
-    for (const std::size_t length : lengths) {
+    for (const std::size_t length : taken.lengths) {
         std::span<XPnt3d> line = rest.first(length);
         rest = rest.subspan(length);
         breaklines.add(line, [&](XPnt3d& p, const double* v) {
@@ -343,10 +348,8 @@ void SurfaceState::settleHeights(Fallen& fallen, Heights rule, Numbers added) {
 
 bool SurfaceState::removeVertex(int number) {
     if (number < 0 || number >= points.size() || !isVertex(number)) { return false; }
-    double* const v = points.at(number);
-    tind* const t = network.engine->locateFrom(network.start(xyOf(v)), xyOf(v));
-    const int corner = t == nullptr ? 3 : t->index(v);
-    if (corner == 3 || !network.remove(t, corner)) { return false; }
+    const auto [t, corner] = network.triangleAt(points.at(number));
+    if (t == nullptr || !network.remove(t, corner)) { return false; }
     vertices[static_cast<std::size_t>(number)] = false;
     --vertexCount;
     network.closeHull();

@@ -49,6 +49,13 @@ struct SurfaceNetwork {
     }
     /// Returns a triangle at or near q.
     [[nodiscard]] tind* start(Xy q) const { return starts.near(*engine, q); }
+    /// Returns a triangle at the vertex, with the number of its corner there; null where other vertices
+    /// hide it.
+    [[nodiscard]] std::pair<tind*, int> triangleAt(const double* v) const {
+        tind* const t = engine->locateFrom(start(xyOf(v)), xyOf(v));
+        const int corner = t == nullptr ? 3 : t->index(v);
+        return {corner == 3 ? nullptr : t, corner};
+    }
     /// Returns where to start walks, as startFrom of queries.h does.
     [[nodiscard]] detail::StartNear<double> startNear() const {
         return [this](tind* last, Xy q) { return starts.from(*engine, last, q); };
@@ -103,10 +110,18 @@ private:
         [[nodiscard]] bool contains(int number) const { return first <= number && number < end; }
     };
 
+    /// The points of several lines, one line behind the other.
+    struct LinePoints {
+        std::vector<XPnt3d> points;
+        std::vector<std::size_t> lengths;
+    };
+
     template <class Change>
     auto changeSafely(Change change);
     PointReport insertPoints(std::span<XPnt3d> added, IZynProgress* progress);
     BreaklineReport insertLines(std::span<const Polyline> lines, const BreaklineOptions& wanted);
+    [[nodiscard]] LinePoints pointsOf(std::span<const Polyline> lines, bool soft,
+                                      std::vector<int>& leftOut) const;
     bool removeVertex(int number);
     void makeRoom(std::span<const XPnt3d> newPoints, double tolerance);
     [[nodiscard]] StartTree newStarts() const;

@@ -142,12 +142,32 @@ std::vector<std::array<int, 2>> SurfaceView::edges() const {
     return pairs;
 }
 
+namespace {
+
+/// Whether a triangle of the view has the edge a-b.
+bool hasTriangleBeside(const Triangles& triangles, const SurfaceNetwork& network, const double* a,
+                       const double* b) {
+    const auto [t, corner] = network.triangleAt(a);
+    bool isFound = false;
+    if (t == nullptr) { return false; }
+    forEachAround(t, corner, network.engine->count(), [&](const tind* n, int) {
+        isFound = triangles.has(n) && n->index(b) != 3;
+        return isFound;
+    });
+    return isFound;
+}
+
+}  // namespace
+
 std::vector<std::array<int, 2>> SurfaceView::breaklineEdges() const {
     std::vector<std::array<int, 2>> pairs;
-    if (state == nullptr || !state->network.engine) { return pairs; }
+    const Triangles triangles = trianglesOf(state, maxEdge);
+    if (!triangles.hasEngine()) { return pairs; }
     const PDoubleArray& list = *state->network.fixedList;
     for (int i = 0; i + 1 < list.size(); i += 2) {
-        pairs.push_back({state->points.numberOf(list[i]), state->points.numberOf(list[i + 1])});
+        if (hasTriangleBeside(triangles, state->network, list[i], list[i + 1])) {
+            pairs.push_back({state->points.numberOf(list[i]), state->points.numberOf(list[i + 1])});
+        }
     }
     return pairs;
 }
@@ -258,8 +278,11 @@ Raster SurfaceView::rasterize(const Enve2d& envelope, int columns, int rows) con
         throwBad("the envelope of a raster has no area", envelope.area());
     }
     Raster raster{envelope, columns, rows, {}};
-    raster.values.assign(std::size_t(columns) * std::size_t(rows),
-                         std::numeric_limits<double>::quiet_NaN());
+    const std::size_t cells = std::size_t(columns) * std::size_t(rows);
+    if (cells > raster.values.max_size()) {
+        throwBad("a raster has too many cells", double(cells));
+    }
+    raster.values.assign(cells, std::numeric_limits<double>::quiet_NaN());
     detail::fillCells(trianglesOf(state, maxEdge), envelope, columns, rows, raster.values.data());
     return raster;
 }
@@ -276,31 +299,42 @@ std::vector<Polyline> SurfaceView::contours(std::span<const double> levels) cons
 
 namespace {
 
-DelaunayInterface<double>* engineBehind(const SurfaceState* state) {
-    return state == nullptr ? nullptr : state->network.engine.get();
+/// Writes the network, an empty one if there is no surface.
+template <class Write>
+void writeNetworkOf(const SurfaceState* state, const std::string& path, Write write) {
+    SurfaceState empty{SurfaceOptions()};
+    if (state == nullptr) {
+        empty.addPoints({}, nullptr);
+        state = &empty;
+    }
+    errno = 0;
+    requireWritten(write(state->network.engine.get(), path.c_str()), path);
 }
 
 }  // namespace
 
 void SurfaceView::writeObj(const std::string& path) const {
-    errno = 0;
-    requireWritten(zyn::writeObj(engineBehind(state), path.c_str(), maxEdge), path);
+    writeNetworkOf(state, path, [this](auto* engine, const char* file) {
+        return zyn::writeObj(engine, file, maxEdge);
+    });
 }
 
 void SurfaceView::writePly(const std::string& path, PlyNormals normals) const {
-    errno = 0;
-    requireWritten(zyn::writePly(engineBehind(state), path.c_str(), maxEdge, normals), path);
+    writeNetworkOf(state, path, [this, normals](auto* engine, const char* file) {
+        return zyn::writePly(engine, file, maxEdge, normals);
+    });
 }
 
 void SurfaceView::writeLandXml(const std::string& path, const QString& name,
                                LengthUnit unit) const {
-    errno = 0;
-    requireWritten(zyn::writeLandXml(engineBehind(state), path.c_str(), name, unit, maxEdge), path);
+    writeNetworkOf(state, path, [&](auto* engine, const char* file) {
+        return zyn::writeLandXml(engine, file, name, unit, maxEdge);
+    });
 }
 
 void SurfaceView::writeNetwork(const std::string& path) const {
-    errno = 0;
-    requireWritten(writeBinary(engineBehind(state), path.c_str()), path);
+    writeNetworkOf(state, path,
+                   [](auto* engine, const char* file) { return writeBinary(engine, file); });
 }
 
 }  // namespace zyn

@@ -1,5 +1,5 @@
-# Walks the way of the README's reader: installs the build, saves the blocks as files and runs the commands, as they
-# stand there, but for the prefix and the compiler.
+# Follows the README: installs the build, saves the blocks as files and runs the commands as they
+# are, except for the prefix and the compiler.
 include(${CMAKE_CURRENT_LIST_DIR}/../package/package.cmake)
 need_tools(pkg-config)
 
@@ -16,7 +16,7 @@ function(write_block language path)
     file(WRITE ${path} "${CMAKE_MATCH_1}")
 endfunction()
 
-# The line of the README that begins so, run in FOLDER.
+# Runs in FOLDER the line of the README that begins with BEGINNING.
 function(run_line variable beginning folder)
     if(NOT readme MATCHES "\n(${beginning}[^\n]*)")
         message(FATAL_ERROR "The README has no line ${beginning}")
@@ -31,7 +31,7 @@ function(run_line variable beginning folder)
     set(${variable} "${output}" PARENT_SCOPE)
 endfunction()
 
-# What the program of the block prints there.
+# Checks what the program of the block prints.
 function(expect_output beginning)
     run_line(printed ${beginning} ${project})
     if(NOT readme MATCHES "```text\n([^`]*)```")
@@ -44,7 +44,7 @@ function(expect_output beginning)
     file(REMOVE ${project}/waves.obj)
 endfunction()
 
-# Below /usr/local nothing of this has to be told.
+# An installation in /usr/local needs none of these.
 set(ENV{CMAKE_PREFIX_PATH} ${prefix})
 set(ENV{PKG_CONFIG_PATH} ${prefix}/${LIBDIR}/pkgconfig)
 set(ENV{LD_LIBRARY_PATH} ${prefix}/${LIBDIR})

@@ -1,5 +1,5 @@
-# The numbered cases of refused.cpp do not compile, each by itself and with the error that stands behind it there, and
-# the file without them does.
+# Checks that each numbered case of refused.cpp fails to compile with the error named after it there,
+# and that the file without them compiles.
 include(${CMAKE_CURRENT_LIST_DIR}/../package/package.cmake)
 need_tools(pkg-config)
 

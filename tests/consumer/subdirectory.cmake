@@ -1,4 +1,5 @@
-# A user's project that has the library's sources in a subdirectory, and installs the library KIND from there.
+# Builds a user's project that has the library's sources in a subdirectory, and installs the library
+# KIND from there.
 include(${CMAKE_CURRENT_LIST_DIR}/../package/package.cmake)
 
 set(build "${WORK_DIR}/on sources")

@@ -71,7 +71,7 @@ protected:
     void expectHelp() const {
         const std::string name = fs::path(program).filename();
         expectParts(report("--help"), {"usage: " + name + " INPUT", "\nexample: " + name + " data/",
-                                       "\nexit code: 0 done, 1 a failure"});
+                                       "\nexit code: 0 success, 1 a failure"});
         EXPECT_EQ(report("-h"), report("--help"));
         EXPECT_EQ(report("input --version"), name + " " PROJECT_VERSION "\n");
         expectFailure(run(""), "INPUT is missing; see " + name + " --help", 2);

@@ -42,11 +42,11 @@ TEST_F(BlockExample, NamesTheFileAndTheLineOfBadInput) {
     for (const auto& [contents, message] :
          {std::pair("", "has no camera"),
           {"camera 1 1 1\nimage 0 0 9 0 0 0\n", "fewer than two images"},
-          {"camera 1 0 1\n", ", line 1: a camera's numbers"},
+          {"camera 1 0 1\n", ", line 1: the numbers of a camera"},
           {"camera 1 1 1\n# b\ncamera 1 1 1\n", ", line 3: a block has one camera"},
           {"camera 1 1 1\nimage 0 0 9 0 0\n", ", line 2: 6 numbers are needed, not 5"},
           {"point 1 2 3x\n", ", line 1: '3x' is not a number"},
-          {"imago 1 2 3\n", ", line 1: 'imago' is none of"},
+          {"imago 1 2 3\n", ", line 1: 'imago' is not one of"},
           {"point 1 2 3\nbad 0 0 1 1\n", ", line 2: there is no such image"}}) {
         write("input", contents);
         expectFailure(run("input out"), message);
@@ -57,7 +57,7 @@ TEST_F(BlockExample, NamesTheFileAndTheLineOfBadInput) {
 
 TEST_F(ClassesExample, DrawsTheShippedTerrain) {
     write("line", "1 1 1\n2 2 2\n3 3 3\n");
-    expectFailure(run("line out"), "line: gives no surface");
+    expectFailure(run("line out"), "line: yields no surface");
     expectHelp();
     expectParts(report("--help"), {"slope below 8 %", "slope of 30 % and more", "above 70 %"});
     const std::string out = report("'" TERRAIN_FILE "' out");

@@ -119,8 +119,8 @@ TEST_F(SurfaceExample, TakesDegreesAndWarnsOfRefusedPoints) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(
         result.err,
-        "surface: warning: left out 1 of 401 points that are within 1.9e-11 of another in x and y; "
-        "with --tolerance 0 only those in one place\n");
+        "surface: warning: refused 1 of 401 points that are within 1.9e-11 of another in x and y; "
+        "--tolerance 0 refuses only duplicate points\n");
 
     // The strip is drawn a quarter as high as it is wide, to the corner.
     reportOn(strip);
@@ -152,7 +152,7 @@ TEST_F(SurfaceExample, HeedsItsOptions) {
 
     // A pyramid on a square of 4: 32 below 6, of which 4 are above the middle.
     expectParts(reportOn("0 0 0\n4 0 0\n4 4 0\n0 4 0\n2 2 6\n", "--contours 1"),
-                {"volume      4.000 above 3.000, 20.00 missing below\n",
+                {"volume      cut 4.000 above 3.000, fill 20.00 below\n",
                  "profile     west to east 12.65, up 6.000, down 6.000, across 1"});
 }
 
@@ -181,7 +181,7 @@ TEST_F(SurfaceExample, NamesTheFileAndTheLineOfBadInput) {
     for (const auto& [contents, message] :
          std::initializer_list<std::pair<std::string, std::string>>{
              {"", "is empty"},
-             {"It was a dark\nand stormy night.\n", "no line of x y z in it"},
+             {"It was a dark\nand stormy night.\n", "has no line of x y z"},
              {std::string("1 2 3\n\0\n", 8), "not a text file"},
              {"1 2 3\n4 5 6\n", "three points, not 2"},
              {"1 1 3\n2 2 5\n3 3 4\n9 9 1\n", "on one line"},
@@ -194,9 +194,9 @@ TEST_F(SurfaceExample, NamesTheFileAndTheLineOfBadInput) {
              {"1;2;3;4\n2;5;6;7,5\n", ", line 2: different separators"},
              {header + "1 2 3\n4 5 6\n", "cellsize"},
              {header + "cellsize x\n1 2 3\n4 5 6\n", ", line 5: 'cellsize' needs"},
-             {header + "cellsize 1\nNcols 3\n1 2 3\n4 5 6\n", ", line 6: 'Ncols' is there twice"},
+             {header + "cellsize 1\nNcols 3\n1 2 3\n4 5 6\n", ", line 6: 'Ncols' occurs twice"},
              {header + "cellsize 1\n1 2 3\n4 5\n", ", line 7: ends after 5 of 6"},
-             {header + "cellsize 1\n1 2 3\n4 5 6 7\n", ", line 7: goes on after the last of 6"},
+             {header + "cellsize 1\n1 2 3\n4 5 6 7\n", ", line 7: continues after the last of 6"},
              {header + "cellsize 1\n1 2 3\n4 nan 6\n", ", line 7: 'nan' is not"},
              {"ncols 99999\nnrows 99999\nxllcorner 0\nyllcorner 0\ncellsize 1\n1 2\n",
               "fewer cells"}}) {

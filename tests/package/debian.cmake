@@ -1,4 +1,5 @@
-# Makes the Debian packages of the build, checks them, installs them into a folder, and builds a user's project on them.
+# Makes the Debian packages of the build, checks them, installs them into a folder, and builds a
+# user's project on them.
 include(${CMAKE_CURRENT_LIST_DIR}/package.cmake)
 need_tools(dpkg dpkg-deb dpkg-shlibdeps fakeroot lintian pkg-config)
 
@@ -29,8 +30,8 @@ endif()
 
 run(lintian --fail-on error --tag-display-limit 0 ${runtime} ${development})
 
-# What is installed on the machine counts as installed in the folder, so that dependencies are checked; but the machine's
-# libraries are not indexed anew.
+# The machine's packages count as installed in the folder, so dependencies are checked. The machine's
+# libraries are not indexed again.
 file(COPY /var/lib/dpkg/status DESTINATION ${root}/var/lib/dpkg)
 file(MAKE_DIRECTORY ${root}/var/lib/dpkg/info ${root}/var/lib/dpkg/updates)
 file(WRITE ${packages}/bin/ldconfig "#!/bin/sh\n")

@@ -1,4 +1,5 @@
-# What the tests of packages share. They work in WORK_DIR, where `shared` and `static` are installed copies.
+# Functions of the package tests. They work in WORK_DIR, where `shared` and `static` are installed
+# copies.
 cmake_minimum_required(VERSION 3.24)
 
 function(run)
@@ -11,7 +12,7 @@ function(read_output variable)
     set(${variable} "${output}" PARENT_SCOPE)
 endfunction()
 
-# Ends the test as skipped where a tool is missing that scripts/setup installs on Debian, where this fails.
+# Skips the test if a tool is missing. On Debian, where scripts/setup installs the tools, fails it.
 macro(need_tools)
     foreach(tool IN ITEMS ${ARGN})
         find_program(path_of_${tool} ${tool})
@@ -25,7 +26,8 @@ macro(need_tools)
     endforeach()
 endmacro()
 
-# Configures and builds a project as its user does, in BUILD, with further arguments for the configuration.
+# Configures and builds a project in BUILD, as its user does, with further arguments for the
+# configuration.
 function(build_project source build)
     run(${CMAKE_COMMAND} -S ${source} -B ${build} -G ${GENERATOR} -D CMAKE_CXX_COMPILER=${CXX}
         -D CMAKE_CXX_FLAGS=${CXX_FLAGS} -D CMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER} ${ARGN})

@@ -1,4 +1,5 @@
-# Compares the names that the shared library exports with symbols.txt. After a wanted change of the interface:
+# Compares the names that the shared library exports with symbols.txt. After an intended change of
+# the interface, run:
 #     ZYN_UPDATE_SYMBOLS=1 ctest --preset dev -R package_symbols
 include(${CMAKE_CURRENT_LIST_DIR}/package.cmake)
 need_tools(nm)
@@ -6,8 +7,8 @@ need_tools(nm)
 set(ENV{LC_ALL} C)
 set(stored ${CMAKE_CURRENT_LIST_DIR}/symbols.txt)
 set(found ${WORK_DIR}/symbols.txt)
-# Left out is what a compiler adds as it sees fit: the tables of classes, and members of a record that a `requires`
-# clause denies to its precision, which Clang 14 makes all the same.
+# Leaves out symbols that depend on the compiler: the tables of classes, and members of a record
+# that a `requires` clause excludes for its precision, but Clang 14 emits.
 set(compilers_choice
     -e "/^(vtable|typeinfo|typeinfo name|VTT) for zyn::/d"
     -e "/^zyn::TinRecord<double>::normal\\(/d"

@@ -15,18 +15,19 @@
 ///
 /// New programs are easier to write with the class of surface.h, which owns its points.
 ///
-/// Surface: the triangles without a corner of the frame, rim included. All operations take engines
-/// of either precision and compute in double. An engine that is null or of another library has no
-/// surface.
+/// Surface: all triangles without a corner of the frame. Its boundary, the rim, belongs to it. All
+/// operations take engines of either precision and compute in double. An engine that is null, or
+/// that this library did not make, has no surface.
 ///
-/// `maxEdge` leaves out triangles whose longest edge in space exceeds it, in the unit of the
-/// coordinates. A negative one leaves out all triangles, a NaN none.
+/// Limit: `maxEdge` leaves out triangles whose longest edge in space exceeds it, in the unit of the
+/// coordinates. A negative value leaves out all triangles, NaN none.
 ///
 /// Ownership: the host owns points, lists and the engine; results are new arrays.
 ///
-/// Threads: one at a time on an engine. Several may read one engine while none changes it.
+/// Threads: use an engine on one thread at a time. Several threads may call operations that only
+/// read, while none changes the engine.
 ///
-/// Errors: if allocation fails, throws std::bad_alloc and leaves a valid network.
+/// Errors: if allocation fails, an operation throws std::bad_alloc and leaves a valid network.
 #pragma once
 
 #include <zyn/array.h>
@@ -100,9 +101,9 @@ ZYN_EXPORT void spatialSort(Pnt3fArray* points);
 /// @}
 
 /// Inserts points as addPoint does, in an order that makes it fast, whatever their order in the
-/// array. Returns the number of points that became vertices. Appends the indices of all other
-/// points to `rejected`, ascending. Which of several points within `tolerance` becomes the vertex
-/// is not defined.
+/// array. Returns the number of points that became vertices; 0 if `engine` or `points` is null, or
+/// if this library did not make the engine. Appends the indices of refused points to `rejected`,
+/// ascending. Which of several points within `tolerance` becomes the vertex is not defined.
 ///
 /// REQUIRES: the points stay in place as long as the engine uses them.
 ///
@@ -111,7 +112,7 @@ ZYN_EXPORT void spatialSort(Pnt3fArray* points);
 ///
 /// Calls progress->setTotal() with the number of points, then step() with parts that add up to it,
 /// and isCanceled() before each 1024 points. If that returns true, stops with a valid network of
-/// the points so far.
+/// the points so far. The remaining points are not in `rejected`.
 template <class Real>
 ZYN_EXPORT int addPoints(DelaunayInterface<Real>* engine, Pnt3Array<Real>* points,
                          std::type_identity_t<Real> tolerance, IZynProgress* progress = nullptr,
@@ -119,9 +120,9 @@ ZYN_EXPORT int addPoints(DelaunayInterface<Real>* engine, Pnt3Array<Real>* point
 
 // Breaklines
 
-// A fixed edge is a pair of vertices, one behind the other in a list that the host keeps. The
-// network itself does not remember fixed edges, and addPoint and removePoint ignore them. So insert
-// all points before the breaklines.
+// A constrained (fixed) edge is a pair of vertices, next to each other in a list that the host
+// keeps. The network itself does not store constrained edges, and addPoint and removePoint ignore
+// them. So insert all points before the breaklines.
 
 /// Makes a polyline part of the network. Each of its points becomes a vertex, unless one is there
 /// within `tolerance`. Each segment becomes an edge, or a chain of edges through vertices that are
@@ -129,30 +130,31 @@ ZYN_EXPORT int addPoints(DelaunayInterface<Real>* engine, Pnt3Array<Real>* point
 /// counted once.
 ///
 /// Returns -1 and changes nothing if:
-/// - `engine` or `points` is null, or there are fewer than two points;
+/// - `engine` is null, or this library did not make it;
+/// - `points` is null, or has fewer than two points;
 /// - a point is not finite or outside the network;
 /// - the tolerance is negative or NaN.
 ///
 /// REQUIRES: the points stay in place as long as the engine uses them.
 ///
-/// `fixed` is the list of fixed edges, or null. The edges of the polyline are appended. An edge
-/// that a new vertex splits is replaced by its halves, and duplicates are removed. An edge that a
-/// segment crosses gives way: it leaves the list. Each call takes time for the whole list, so pass
-/// many polylines at once.
+/// `fixed` is the list of constrained edges, or null. The call appends the edges of the polyline,
+/// replaces an edge that a new vertex splits by its halves, and removes duplicates. An edge that a
+/// segment crosses gives way: it is removed from the list. Each call takes time for the whole list,
+/// so pass many polylines at once.
 ///
-/// `crossings` keeps such edges: both lines get a vertex where they cross, with the height of the
-/// earlier edge. Its point is appended to `crossings`, and must stay in place too. Rounding of that
-/// vertex bends both lines a little. So:
-/// - a segment that passes an end of a fixed edge within the tolerance or that rounding goes
-///   through it;
-/// - lines that cross so close to an end of one of them meet at that end;
-/// - overlapping lines share their vertices, and the same lines a second time add none;
-/// - a segment adds at most one vertex more than twice the number of fixed edges that cross it.
-///   Beyond that, an edge without a vertex near the crossing gives way.
+/// With `crossings`, such edges stay: both lines get a vertex where they cross, with the height of
+/// the earlier edge. The call appends the point of that vertex to `crossings`; it must stay in
+/// place too. Rounding of that vertex bends both lines a little. So:
+/// - a segment goes through an end of a constrained edge that it passes within the tolerance, or
+///   within that rounding;
+/// - lines that cross that close to an end of one of them meet at that end;
+/// - overlapping lines share their vertices, and adding the same lines again makes none;
+/// - a segment that n constrained edges cross adds at most 2 n + 1 vertices. Beyond that, an edge
+///   without a vertex near the crossing gives way.
 ///
 /// A segment may be missing next to a hole left by deleteTriangle, next to points in one place, and
-/// in a network that was damaged in a file. If allocation fails, an edge that was about to be
-/// replaced may be missing in `fixed`. New vertices are numbered as by addPoint.
+/// in a network from a damaged file. If allocation fails, an edge that was about to be replaced may
+/// be missing in `fixed`. The call numbers new vertices as addPoint does.
 ///
 /// Sources: removal of crossing edges by flips, Sloan 1993, in an order that is proven to end;
 /// iterated snap rounding, Halperin and Packer 2002.
@@ -161,8 +163,8 @@ ZYN_EXPORT int addBreakline(DelaunayInterface<Real>* engine, Pnt3Array<Real>* po
                             std::type_identity_t<Real> tolerance,
                             VertexArray<Real>* fixed = nullptr,
                             Pnt3Pool<Real>* crossings = nullptr);
-/// Makes polylines part of the network, in turn. Leaves out those for which addBreakline() returns
-/// -1, and returns -1 only if all are left out.
+/// Makes polylines part of the network, one after the other. Leaves out those for which
+/// addBreakline() returns -1. Returns -1 only if all are left out, or if `polylines` is null.
 template <class Real>
 ZYN_EXPORT int addBreaklines(DelaunayInterface<Real>* engine, Pnt3ArrayArray<Real>* polylines,
                              std::type_identity_t<Real> tolerance,
@@ -184,7 +186,7 @@ ZYN_EXPORT int restoreDelaunay(DelaunayInterface<Real>* engine,
 
 /// Makes the surface the Delaunay triangulation of the vertices alone, with their convex hull as
 /// its rim. The corners of the frame then count as infinitely far. Without this call they count as
-/// points, and take triangles from the rim. Returns the number of flips, or the largest int if
+/// points, so triangles at the rim are missing. Returns the number of flips, or the largest int if
 /// there are more.
 ///
 /// REQUIRES: the inner edges of the surface are Delaunay, as addPoints leaves them in a network
@@ -194,29 +196,30 @@ ZYN_EXPORT int restoreDelaunay(DelaunayInterface<Real>* engine,
 /// - Edges of `fixed` between triangles of the surface stay. Edges to corners of the frame do not.
 /// - Vertices on an edge of the hull stay on the rim.
 /// - Holes that deleteTriangle made stay.
-/// - Points in one place keep zero-area triangles, and may leave the rim open there.
-/// - Without three vertices off one line there is no surface and no flip.
-/// - addPoint, addPoints, removePoint and restoreDelaunay may open the rim again.
+/// - Points in one place keep zero-area triangles, and the rim may not be convex there.
+/// - If all vertices are on one line, there is no surface, and the call flips nothing.
+/// - After addPoint, addPoints, removePoint or restoreDelaunay the rim may no longer be convex.
 ///
 /// Returns -1 and changes nothing if:
-/// - `engine` is null or of another library;
+/// - `engine` is null, or this library did not make it;
 /// - a frame triangle is missing;
 /// - the links of a frame triangle are damaged.
 ///
 /// If allocation fails, throws std::bad_alloc and leaves a valid network, which may need
-/// restoreDelaunay before the next call. Takes time for the rim, for the flips, and for one walk to
-/// the frame. Sources: scan of the rim, Graham 1972; flips, Lawson 1977.
+/// restoreDelaunay before the next call. The time depends on the length of the rim and the number
+/// of flips, after one walk to the frame. Sources: scan of the rim, Graham 1972; flips, Lawson
+/// 1977.
 template <class Real>
 ZYN_EXPORT int closeHull(DelaunayInterface<Real>* engine, const VertexArray<Real>* fixed = nullptr);
 
-/// Returns the first broken invariant as a sentence, with the index of its triangle in the pool, or
-/// a null string for a sound network. It checks, in this order, that:
-/// - each triangle is counter-clockwise by exact arithmetic. Zero-area triangles may occur on the
-///   rim, and anywhere in a network with points in one place;
+/// Returns a null string for a sound network, otherwise the first broken invariant as a sentence,
+/// with the index of its triangle in the pool. It checks that:
+/// - each triangle is counter-clockwise by exact arithmetic. Zero-area triangles may occur at the
+///   outer boundary of the network, and anywhere in a network with points in one place;
 /// - links are mutual and across the same edge;
-/// - with `delaunay`, no edge fails the exact in-circle test. For edges of frame triangles, the
-///   result of closeHull is legal too: all of them are if the rim of the surface is convex;
-/// - each component is a disc, with a convex rim that winds once.
+/// - with `delaunay`, no edge fails the exact in-circle test. Edges of frame triangles may fail it
+///   if the rim of the surface is convex, as closeHull makes it;
+/// - each component is a disc, whose outer boundary is convex and winds once.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT QString validate(DelaunayInterface<Real>* engine, bool delaunay = false);
 
@@ -238,19 +241,19 @@ template <class Real>
 ZYN_EXPORT int heightAt(DelaunayInterface<Real>* engine, std::span<XPnt3d> points);
 /// @}
 /// Returns the surface along the straight line from a to b as a new array, in order: a point at
-/// both ends, and one at each edge that it crosses. It is empty if no part of the line is on the
-/// surface.
+/// each end of the line, and one at each edge that the line crosses. It is empty if no part of the
+/// line is on the surface.
 ///
-/// Where the line leaves the surface and returns, a point with a NaN z separates the parts. Its
-/// place is that of the return. A part may be a single point. Along the edge of a hole left by
-/// deleteTriangle, with the hole on the right, the line is off the surface. A line that leaves the
-/// network takes time for all triangles.
+/// If the line leaves the surface and returns, a point with a NaN z separates the parts. Its place
+/// is where the line returns. A part may be a single point. Along the edge of a hole left by
+/// deleteTriangle, with the hole on the right, the line is off the surface. For a line that leaves
+/// the network, the time is proportional to the number of all triangles.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3dArray> profile(DelaunayInterface<Real>* engine,
                                                      const XPnt2d& a, const XPnt2d& b);
-/// Sets `out` to the heights at the centres of cellsX by cellsY cells that fill the envelope:
-/// cellsY rows of cellsX columns, the first row at minY, the first column at minX, and NaN off the
-/// surface.
+/// Sets `out` to the heights at the centres of the cells that fill the envelope: cellsY rows of
+/// cellsX columns. The first row is at minY, the first column at minX. A height off the surface is
+/// NaN.
 ///
 /// Returns false and leaves `out` unchanged if:
 /// - `engine` or `out` is null;
@@ -266,9 +269,10 @@ ZYN_EXPORT bool rasterize(DelaunayInterface<Real>* engine, const Enve2d& envelop
 /// with higher ground on their left. Each line goes on across triangles as far as possible, and a
 /// closed one ends with its first point. A NaN level has no line.
 ///
-/// A line separates ground at or above its level from ground below. So a flat area at the level is
-/// bounded once, a peak or ridge that only reaches it has no line, and an edge of the rim at the
-/// level with lower ground beside it is a line.
+/// A line separates ground at or above its level from ground below. So:
+/// - a flat area at the level is bounded once;
+/// - a peak or ridge that only reaches the level has no line;
+/// - an edge of the rim at the level, with lower ground beside it, is a line.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT ref_ptr<Pnt3dArrayArray> contours(DelaunayInterface<Real>* engine,
                                                            const DoubleArray* levels,
@@ -295,8 +299,8 @@ template <class Real>
 // if the file could not be written, or `engine` is null. Vertices are in the order in which
 // triangles first use them.
 
-/// Writes Wavefront OBJ: a line `v x y z` for each vertex, with digits that read back as the same
-/// number, then a line `f a b c` for each triangle, with indices from 1.
+/// Writes Wavefront OBJ: a line `v x y z` for each vertex, then a line `f a b c` for each triangle,
+/// with indices from 1. Coordinates have the digits that restore the same number.
 template <class Real>
 ZYN_EXPORT bool writeObj(DelaunayInterface<Real>* engine, const char* path,
                          double maxEdge = anyEdge);
@@ -306,9 +310,10 @@ enum class PlyNormals {
     vertex,  ///< a normal at each vertex
 };
 
-/// Writes PLY 1.0, binary, little-endian: for each vertex x, y, z in the engine's precision and, if
-/// asked for, the unit normal nx, ny, nz as float; then for each face three indices from 0. A
-/// vertex normal is the mean of the normals of its triangles, weighted by area.
+/// Writes PLY 1.0, binary, little-endian: x, y, z of each vertex in the engine's precision, then
+/// three indices from 0 for each face. With `normals`, the unit normal nx, ny, nz of each vertex
+/// follows its coordinates as float. It is the mean of the normals of its triangles, weighted by
+/// area.
 template <class Real>
 ZYN_EXPORT bool writePly(DelaunayInterface<Real>* engine, const char* path,
                          double maxEdge = anyEdge, PlyNormals normals = PlyNormals::none);
@@ -333,8 +338,8 @@ ZYN_EXPORT bool writeLandXml(DelaunayInterface<Real>* engine, const char* path, 
 
 // Reading by reference
 
-/// Do the same for a reference. Where the function for a pointer returns false, heightAt() of a
-/// place returns nothing and rasterize() null.
+/// Calls the function of the same name for a pointer. If that returns false, heightAt() of a place
+/// returns nothing and rasterize() null.
 /// @{
 template <class Real>
 [[nodiscard]] QString validate(const DelaunayInterface<Real>& engine, bool delaunay = false) {

@@ -12,9 +12,11 @@
 ///     ground.writePly("ground.ply");
 ///
 /// Numbers: every point has a number, which counts up from 0 in the order of input. The points of
-/// breaklines and the vertices at crossings count on in turn. A vertex has the number of its point.
-/// A number is never used again, also after removePoint(). Each point that another vertex stands
-/// for has a number too, and vertexOf() leads to that vertex.
+/// breaklines and the vertices at crossings continue the count. A vertex has the number of its
+/// point. No number is used twice, not even after removePoint().
+///
+/// Refused points: a point that is too close to a vertex has a number, but no vertex of its own.
+/// vertexOf() returns the number of that vertex.
 ///
 /// Ownership: a surface owns its points, and its results are values. A view is valid as long as the
 /// surface, and its triangles and ranges until the surface changes.
@@ -23,9 +25,9 @@
 /// surface must run alone.
 ///
 /// Errors: bad arguments throw std::invalid_argument, and files that cannot be written throw
-/// std::system_error. If allocation fails or a progress throws, the exception leaves a sound
-/// surface with a part of the change: points and pieces of breaklines may be missing, and vertices
-/// may have the height of their first point. Points that are not finite are left out and counted.
+/// std::system_error. Points that are not finite are left out and counted. If allocation fails or a
+/// progress throws, the exception leaves a sound surface with a part of the change. Points and
+/// pieces of breaklines may then be missing, and vertices may have the height of their first point.
 ///
 /// network.h has the same operations for programs that hold an engine.
 #pragma once
@@ -59,7 +61,7 @@ struct SurfaceState;
 /// A line in space, from point to point. A closed one ends with its first point.
 using Polyline = std::vector<XPnt3d>;
 
-/// The height of a vertex that stands for several points.
+/// The height of a vertex at which other points were refused.
 enum class Heights {
     first,      ///< the height of the first point, in the order of input
     last,       ///< the height of the last point
@@ -71,23 +73,23 @@ enum class Heights {
 
 /// How points become a surface.
 struct SurfaceOptions {
-    /// A point becomes no vertex if a corner of the triangle that holds it is this close in x and
-    /// y. That vertex then stands for it. With 0, this holds only for points in exactly one place.
+    /// A point is refused if its x and its y both differ by at most this from those of a corner of
+    /// the triangle that contains it. With 0, only a point in exactly the same place is refused.
     double tolerance = 0;
-    Heights heights = Heights::first;  ///< the height of a vertex that stands for several points
+    Heights heights = Heights::first;  ///< the height of a vertex at which points were refused
     double maxEdge = anyEdge;          ///< see Surface::setMaxEdge
-    IZynProgress* progress = nullptr;  ///< asked and advanced by the constructor, on its own thread
+    IZynProgress* progress = nullptr;  ///< called by the constructor, on its thread; may be null
 };
 
 /// How breaklines become edges.
 struct BreaklineOptions {
-    double tolerance = 0;                  ///< as for points, and for crossings close to a vertex
-    Heights heights = Heights::breakline;  ///< where a point of a line falls on a vertex
-    /// Gives all points of lines the height of the surface before the call, and keeps the heights
-    /// of vertices. A point off the surface keeps its own height. Between its points a line is
-    /// straight.
+    double tolerance = 0;  ///< as for points; a crossing this close to a vertex uses it
+    Heights heights = Heights::breakline;  ///< the height of a vertex that refuses a line's point
+    /// Sets the height of each point of the lines to that of the surface before the call, and keeps
+    /// the heights of vertices. A point off the surface keeps its own height. Between its points a
+    /// line is straight.
     bool soft = false;
-    /// Lets edges of earlier lines go where a later line crosses them, instead of making a vertex.
+    /// Drops an edge of an earlier line if a later line crosses it, instead of making a vertex.
     bool giveWay = false;
 };
 
@@ -95,9 +97,9 @@ struct BreaklineOptions {
 struct PointReport {
     int first = 0;      ///< the number of the first of the points
     int vertices = 0;   ///< how many became vertices
-    int refused = 0;    ///< how many have a vertex that stands for them
+    int refused = 0;    ///< how many are too close to a vertex
     int notFinite = 0;  ///< how many have a coordinate that is not finite, or x or y beyond 1e90
-    int skipped = 0;    ///< how many were left when the progress asked for an end
+    int skipped = 0;    ///< how many were not tried because the progress was canceled
 };
 
 /// What became of breaklines.
@@ -105,8 +107,8 @@ struct BreaklineReport {
     int edges = 0;             ///< edges of the network that are pieces of these lines
     int vertices = 0;          ///< points of the lines that became vertices
     int crossings = 0;         ///< vertices that were made where lines cross
-    int refused = 0;           ///< points of the lines that have a vertex that stands for them
-    int lost = 0;              ///< edges of these and of earlier lines that gave way
+    int refused = 0;           ///< points of the lines that are too close to a vertex
+    int lost = 0;              ///< edges of these and earlier lines that were dropped or not made
     std::vector<int> leftOut;  ///< indices of lines with a point that is not finite, or no length
 };
 
@@ -114,17 +116,18 @@ struct BreaklineReport {
 struct NetworkFault {
     /// The test that failed.
     enum class Kind {
-        shape,     ///< of one triangle by itself
-        link,      ///< of a triangle and its neighbour
-        delaunay,  ///< of an edge that is not constrained, by the in-circle test
-        rim,       ///< of the network as a whole
+        shape,     ///< a triangle by itself: its corners, its winding, its area
+        link,      ///< the links between a triangle and a neighbour
+        delaunay,  ///< the in-circle test of an edge that is not constrained
+        rim,       ///< the boundary of the network, or its rim
     };
     Kind kind;         ///< the test that failed
-    int triangle;      ///< its index in the network, frame triangles included; -1 for the whole
+    int triangle;      ///< its index, frame triangles included; -1 if no triangle is at fault
     std::string text;  ///< the fault as a sentence
 };
 
-/// Heights on a grid, row by row. The first row is the one at minY; each row begins at minX.
+/// Heights in rows of cells. The first row is the one at minY; each row begins at minX. The height
+/// of a cell is values[row * columns + column].
 struct Raster {
     Enve2d envelope;             ///< the area that the cells fill
     int columns = 0;             ///< the number of cells along x
@@ -148,7 +151,7 @@ public:
     [[nodiscard]] double area() const;
     /// Returns the area of the projection to the plane.
     [[nodiscard]] double planArea() const;
-    /// Returns the upward normal of length 1.
+    /// Returns the upward normal of length 1; (0, 0, 1) if rounding leaves no direction.
     [[nodiscard]] XPnt3d normal() const;
 
     /// Returns whether both are the same triangle.
@@ -172,7 +175,7 @@ private:
 /// A forward iterator over the triangles of a view.
 class ZYN_EXPORT SurfaceTriangleIterator {
 public:
-    /// Members of a standard forward iterator.
+    /// These are the members of a standard forward iterator.
     /// @{
     using value_type = SurfaceTriangle;
     using difference_type = std::ptrdiff_t;
@@ -238,18 +241,18 @@ public:
     }
     /// Returns the number of triangles.
     [[nodiscard]] int triangleCount() const;
-    /// Returns the numbers of all vertices of the surface, ascending.
+    /// Returns the numbers of all vertices, ascending, whatever the limit of edges.
     [[nodiscard]] std::vector<int> vertices() const;
     /// Returns the edges of the triangles as pairs of vertex numbers, each edge once.
     [[nodiscard]] std::vector<std::array<int, 2>> edges() const;
     /// Returns those edges that are pieces of breaklines.
     [[nodiscard]] std::vector<std::array<int, 2>> breaklineEdges() const;
-    /// Returns the closed outlines as lists of vertex numbers. Outer ones are counter-clockwise,
-    /// those of gaps clockwise. Without a limit of edges there is one: the convex hull, with all
-    /// vertices on it.
+    /// Returns the rim: the closed outlines of the surface as lists of vertex numbers. Outer ones
+    /// are counter-clockwise, those of gaps clockwise. Without a limit of edges there is one
+    /// outline: the convex hull, with all vertices on it.
     [[nodiscard]] std::vector<std::vector<int>> rim() const;
-    /// Returns the triangle that holds (x, y), or nothing off the surface. On an edge or a vertex
-    /// it is one of the triangles there.
+    /// Returns the triangle that contains (x, y), or nothing off the surface. On an edge or a
+    /// vertex it is one of the triangles there.
     [[nodiscard]] std::optional<SurfaceTriangle> triangleAt(double x, double y) const;
 
     // Measures
@@ -260,7 +263,7 @@ public:
     [[nodiscard]] double planArea() const;
     /// Returns the bounding box of the triangles, an invalid one without triangles.
     [[nodiscard]] Enve3d bounds() const;
-    /// Returns cut and fill against the plane z = level.
+    /// Returns cut and fill against the plane z = level; see volume() of network.h.
     [[nodiscard]] SurfaceVolume volume(double level) const;
 
     // Heights
@@ -269,8 +272,8 @@ public:
     /// height of the vertex. Takes about 1 us for a random place among a million points.
     [[nodiscard]] std::optional<double> heightAt(double x, double y) const;
     /// Sets the z of each point to the height there, or to NaN off the surface. Returns the number
-    /// of heights. It is several times faster a point than heightAt(), most of all if points in
-    /// turn are close to each other.
+    /// of heights. Takes a fraction of the time of heightAt() per point, least if consecutive
+    /// points are close to each other. REQUIRES: at most 2147483647 points.
     int heightsAt(std::span<XPnt3d> points) const;
     /// Returns the surface along the straight line from a to b; see profile() of network.h.
     [[nodiscard]] Polyline profile(const XPnt2d& a, const XPnt2d& b) const;
@@ -310,13 +313,14 @@ private:
     double maxEdge = anyEdge;
 };
 
-/// A surface that owns its points. One that was moved from is empty, and can be used again.
+/// A surface that owns its points. A moved-from surface is empty, and can be used again with
+/// default options.
 class ZYN_EXPORT Surface : public SurfaceView {
 public:
     /// Makes a surface without points.
     Surface();
-    /// Makes a surface without points that treats points to come by these options. Throws like the
-    /// constructors below.
+    /// Makes a surface without points, with these options for the points that addPoints() adds.
+    /// Throws like the constructors below.
     explicit Surface(const SurfaceOptions& options);
     /// Makes a surface of points, which are copied or moved in. Throws std::invalid_argument if the
     /// tolerance is negative or NaN, or `maxEdge` is NaN.
@@ -343,11 +347,11 @@ public:
         return addPoints(std::span(points.begin(), points.size()));
     }
     /// @}
-    /// Removes a vertex, also one on the hull. Returns false and changes nothing if no vertex has
-    /// this number, or if a breakline goes through it.
+    /// Removes a vertex, which may be on the hull. Returns false and changes nothing if no vertex
+    /// has this number, or if an edge of a breakline ends there.
     bool removePoint(int number);
-    /// Makes polylines edges of the surface, in turn. Where lines cross, they share a new vertex,
-    /// with the height of the earlier line; see addBreakline() of network.h. Throws
+    /// Makes polylines edges of the surface, one after the other. Where lines cross, they share a
+    /// new vertex, with the height of the earlier line; see addBreakline() of network.h. Throws
     /// std::invalid_argument if the tolerance is negative or NaN.
     BreaklineReport addBreaklines(std::span<const Polyline> lines,
                                   const BreaklineOptions& options = {});
@@ -359,20 +363,20 @@ public:
 
     /// Returns what became of the points of the constructor.
     [[nodiscard]] PointReport pointReport() const;
-    /// Returns the number of points so far, one above the highest number of a point.
+    /// Returns the number of points so far, which is one above the highest number of a point.
     [[nodiscard]] int pointCount() const;
     /// Returns the number of vertices.
     [[nodiscard]] int vertexCount() const;
-    /// Returns a point; a vertex has the height that it got. Throws std::invalid_argument if no
-    /// point has this number.
+    /// Returns the point of this number. The z of a vertex is the height that the option `heights`
+    /// chose. Throws std::invalid_argument if no point has this number.
     [[nodiscard]] XPnt3d point(int number) const;
-    /// Returns the number of the vertex that stands for a point, which may be the point itself.
-    /// Returns nothing if the point was not finite or skipped, or if the vertex was removed. Throws
-    /// std::invalid_argument if no point has this number.
+    /// Returns the number of the vertex of a point: its own number, or for a refused point that of
+    /// the vertex it was too close to. Returns nothing if the point was not finite or skipped, or
+    /// if the vertex was removed. Throws std::invalid_argument if no point has this number.
     [[nodiscard]] std::optional<int> vertexOf(int number) const;
 
-    /// Returns the first broken invariant, or nothing, unless the library has a fault. It checks
-    /// that:
+    /// Returns nothing for a sound surface, otherwise the first broken invariant, which is a fault
+    /// of the library. It checks that:
     /// - every triangle is counter-clockwise;
     /// - the links between neighbours are mutual;
     /// - every edge that is not constrained is Delaunay;

@@ -114,7 +114,7 @@ public:
     /// Enlarges the capacity to exactly `count`, if it is smaller. Throws std::length_error for a
     /// negative count; for elements of one byte, std::bad_alloc.
     virtual void reserve(int count) = 0;
-    /// Truncates the array, or fills it up with default elements: 0, null, or what the class makes.
+    /// Truncates the array, or appends default elements: 0, null, or default-constructed objects.
     /// Throws as reserve() does. Changes no count of a row.
     virtual void resize(int count) = 0;
 

@@ -3,7 +3,8 @@
 ///
 /// Angles are in radians. Lengths are in the unit of the world coordinates; image coordinates and
 /// the focal length share one unit. A value that is not set is -99999, which differs from the
-/// invalid mark of points.
+/// invalid mark of points. The library stores and copies the fields marked "carried", but does not
+/// read them.
 ///
 ///     zynCamOutParam cam;
 ///     cam.X = 500.0; cam.Y = 500.0; cam.Z = 1000.0;
@@ -44,7 +45,7 @@ struct zynCamAngelParam {
     void setInvalid() noexcept { phi = omega = kappa = unsetCamera; }
 };
 
-/// Seven numbers that the library stores and does not read.
+/// Seven carried numbers.
 struct zynCamModel {
     double v[7];  ///< carried
 };
@@ -53,7 +54,7 @@ struct zynCamModel {
 struct zynCamInParam {
     double x0, y0;   ///< principal point
     double f;        ///< focal length; above 0 when the camera is known
-    double ext[41];  ///< carried, not read
+    double ext[41];  ///< carried
 };
 
 /// The exterior orientation of one image.
@@ -61,14 +62,14 @@ struct ZYN_EXPORT zynCamOutParam {
     double X, Y, Z;              ///< projection centre in the world
     double phi, omega, kappa;    ///< rotation
     std::int32_t tagA;           ///< carried
-    std::int32_t carriedWord;    ///< carried; no value of its own in a new record
-    std::int32_t imageIndex;     ///< the image's index in its table, -1 once that has removed it
+    std::int32_t carriedWord;    ///< carried; undefined in a new record
+    std::int32_t imageIndex;     ///< index in the table; -1 after the table has removed the image
     std::int32_t tagB;           ///< carried
-    std::int64_t carriedNumber;  ///< carried; no value of its own in a new record
+    std::int64_t carriedNumber;  ///< carried; undefined in a new record
 
-    /// Makes an unset record, in which the two carried words have no value.
+    /// Makes an unset record, in which carriedWord and carriedNumber are undefined.
     zynCamOutParam() noexcept { setInvalid(); }
-    /// Unsets everything, except the two carried words.
+    /// Unsets everything, except carriedWord and carriedNumber.
     void setInvalid() noexcept;
     /// Returns a new array of nine: X, Y, Z, phi, omega, kappa, tagA, imageIndex, tagB.
     [[nodiscard]] DoubleArray* toArray() const;
@@ -83,8 +84,8 @@ struct ZYN_EXPORT zynCamParam {
     zynCamOutParam out;                                   ///< exterior orientation
     double L1, L2, L3, L4, L5, L6, L7, L8, L9, L10, L11;  ///< coefficients
 
-    /// Makes an unset record. These have no value: the further block of `in`, the carried words of
-    /// `out`, and L2 to L11.
+    /// Makes an unset record. These fields are undefined: `in.ext`, `out.carriedWord`,
+    /// `out.carriedNumber`, and L2 to L11.
     zynCamParam() noexcept;
     /// Returns whether the focal length is above 0. Tests nothing else.
     [[nodiscard]] bool isValid() const noexcept { return in.f > 0.0; }
@@ -141,7 +142,7 @@ struct ZynPOS3d {
     }
 };
 
-/// Seven numbers of an image that the library stores and does not read.
+/// Seven carried numbers of an image.
 struct ZynImagePOS {
     double v[7];  ///< carried
 };

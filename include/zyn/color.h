@@ -136,6 +136,7 @@ ZYN_ARRAY(Color4bArrayArray, Color4bArray*);
 
 /// Converts a colour and returns 0. Hue is in degrees, 0 to 360; saturation, value and channels run
 /// from 0 to 1, ends included. Returns -1 and writes nothing if an argument is out of range or NaN.
+/// REQUIRES: the pointers are not null.
 /// @{
 ZYN_EXPORT int HSV2RGB(double h, double s, double v, double* r, double* g, double* b) noexcept;
 ZYN_EXPORT int RGB2HSV(double r, double g, double b, double* h, double* s, double* v) noexcept;
@@ -181,8 +182,8 @@ public:
     // Interpolation. Each function returns the colour at `pos` on the stretch from `start`,
     // coloured `c0`, to `end`, coloured `c1`. Channels are truncated, and only their low 8 bits
     // count, also if `pos` is outside. On a stretch of length 0 the two linear forms return c0; the
-    // cosine and HSL forms return black. The HSL forms reach their end colour within one step of
-    // each channel. The functions are in the order of the modes.
+    // cosine and HSL forms return black. At `end` the HSL forms differ from c1 by at most 1 in each
+    // channel. The functions are in the order of the modes.
 
     /// Blends the channels linearly (mode 0).
     static std::uint32_t InterpolateLinear(std::uint32_t c0, std::uint32_t c1, float pos,
@@ -267,8 +268,8 @@ public:
     [[nodiscard]] virtual ZynColorPeg getPeg(int index) = 0;
     /// Sets colour and place of an inner peg, which keeps its id, and returns its new index. Sets
     /// only the colour of a fixed peg, and returns -1. Returns -1 and changes nothing for an index
-    /// that does not exist. The place is clamped to 0..1; the form that takes a `peg` clamps it
-    /// there too.
+    /// that does not exist. The place is clamped to 0..1; the form with `peg` also clamps the place
+    /// in `peg`.
     /// @{
     virtual int setPeg(int index, ZynColorPeg& peg) = 0;
     virtual int setPeg(int index, std::uint32_t color, float pos) = 0;
@@ -281,10 +282,10 @@ public:
     /// @}
     /// Removes inner peg `index`; does nothing if there is none.
     virtual void removePeg(int index) = 0;
-    /// Returns the inner peg at the lower end of the stretch that contains `pos`. On the border of
-    /// two stretches that is the lower one; at the first of several pegs it is 0. Returns
-    /// startIndex below the first peg. Returns -1 above the last peg, at a single peg, and without
-    /// inner pegs.
+    /// Returns the index of the inner peg at the lower end of the stretch that contains `pos`. On
+    /// the border of two stretches, the lower stretch counts; at the first of several pegs the
+    /// result is 0. Returns startIndex below the first peg. Returns -1 above the last peg, at a
+    /// single peg, and without inner pegs.
     [[nodiscard]] virtual int findSegment(float pos) = 0;
 
     /// Returns or sets the packed colour of a fixed peg.
@@ -296,7 +297,7 @@ public:
     virtual void setZeroColor(std::uint32_t color) = 0;
     [[nodiscard]] virtual std::uint32_t getZeroColor() = 0;
     /// @}
-    /// Returns or sets whether 0 exactly has a colour of its own; any value other than 0 means yes.
+    /// Returns or sets whether exactly 0 has the zero colour; any value other than 0 means yes.
     /// @{
     virtual void setUseZero(int use) = 0;
     [[nodiscard]] virtual int getUseZero() = 0;

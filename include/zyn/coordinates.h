@@ -7,6 +7,9 @@
 ///     PT3<double> p(1.0, 2.0, 3.0);
 ///     const double* xyz = p;                    // three consecutive coordinates
 ///     bool same = p == PT3<double>(1, 2, 3);    // exactly
+///     PT2<float> unset;                         // x and y are -99999
+///     unset.x = 4.0F;
+///     XPnt3d point = p;                         // with the geometry of point.h
 #pragma once
 
 #include <concepts>

@@ -19,11 +19,11 @@
 /// Frame: the four corners of the frame are vertices too. A triangle that touches one is a frame
 /// triangle, and functions that report on the surface leave it out. Leave a margin between the
 /// points and the frame. Coordinates are limited to 1e100: a point beyond is refused. An engine
-/// whose frame has a corner beyond accepts no point and locates none.
+/// whose frame goes beyond refuses every point and locates none.
 ///
 /// Ownership: a vertex is a pointer to the caller's point, which must stay alive and in place for
 /// the life of the engine. Reserve the array before filling it. The engine owns its triangle
-/// records. A record keeps its address until deleteTriangle or removePoint moves one, or a read
+/// records. A record keeps its address until deleteTriangle or removePoint moves records, or a read
 /// replaces them all.
 ///
 /// Validity: the network is valid after every call, except that triangulate may fold triangles. Its
@@ -37,7 +37,8 @@
 /// - after enforceEdge some edges may have been flipped;
 /// - after a read the network may be empty.
 ///
-/// Threads: use an engine on one thread at a time. Different engines share nothing.
+/// Threads: use an engine on one thread at a time. Several threads may call functions that take a
+/// const reference, while none changes the engine. Different engines share nothing.
 #pragma once
 
 #include <zyn/array.h>
@@ -54,7 +55,9 @@
 
 namespace zyn {
 
-/// The operations of both engines, in the order of the interface.
+/// The operations of both engines, in the order of the interface. Of the operations of
+/// IZynGeometry, getGeoType() returns 18 and getEnvelope() the bounds of the surface, invalid
+/// without triangles. The others do nothing and return 0.
 template <class Real>
 class ZYN_EXPORT DelaunayInterface : public IZynGeometry {
 public:
@@ -85,7 +88,7 @@ public:
     [[nodiscard]] virtual Tri* locate(Real x, Real y) = 0;
     /// Returns whether a corner of `t` is a corner of the frame.
     [[nodiscard]] virtual bool isFrameTriangle(const Tri* t) const = 0;
-    /// Returns whether `p` points into the engine's frame.
+    /// Returns whether `p` is the address of a corner of the engine's frame.
     [[nodiscard]] virtual bool isFrameVertex(const Real* p) const = 0;
 
     /// Tries to bring edge a-b into the network, by flipping the edges that cross it. Starts at
@@ -148,8 +151,8 @@ public:
     /// to whole XPnt3d.
     ///
     /// The generator rounds x and y to float. It ignores all but one of the points that are equal
-    /// after rounding. Prefer addPoints() of network.h, unless the coordinates are small numbers:
-    /// at those of a national grid (1e6) the rounding, up to 0.25, loses points and folds
+    /// after rounding. Prefer addPoints() of network.h, unless the coordinates are small numbers.
+    /// At coordinates of a national grid (1e6) the rounding, up to 0.25, loses points and folds
     /// triangles.
     ///
     /// The two triangles of the frame stay, first in the pool and without links to the new ones. So
@@ -212,16 +215,16 @@ template <class Real>
 /// Returns the number of distinct vertices, corners of the frame included if a triangle has them.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT int allVertexCount(DelaunayInterface<Real>* engine);
-/// Returns the number of triangles that are not frame triangles.
+/// Returns the number of triangles of the surface: those that are not frame triangles.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT int surfaceTriangleCount(DelaunayInterface<Real>* engine);
-/// Returns the sum of their areas in space. It is infinite only if it exceeds the largest number.
+/// Returns the area of the surface in space. It is infinite only if it exceeds the largest number.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT Real surfaceArea(DelaunayInterface<Real>* engine);
-/// Returns the sum of their areas in the plane.
+/// Returns the area of the projection of the surface to the plane.
 template <class Real>
 [[nodiscard]] ZYN_EXPORT Real surfaceAreaHorizen(DelaunayInterface<Real>* engine);
-/// Sets the bounds of those triangles. Returns false and writes nothing if there are none.
+/// Sets the bounds of the surface. Returns false and writes nothing if it has no triangle.
 template <class Real>
 ZYN_EXPORT bool bounds(DelaunayInterface<Real>* engine, Real& minX, Real& minY, Real& minZ,
                        Real& maxX, Real& maxY, Real& maxZ);
@@ -229,7 +232,7 @@ ZYN_EXPORT bool bounds(DelaunayInterface<Real>* engine, Real& minX, Real& minY, 
 /// Copies the vertices of the surface into one buffer of the engine, and makes the network refer to
 /// it instead of the caller's points. Returns the number of vertices copied.
 /// - Vertices that only frame triangles have are still the caller's.
-/// - Lists of vertices, such as fixed edges, do not follow.
+/// - Lists of vertices, such as constrained edges, still hold the old addresses.
 /// - The copies are bare coordinates: do not use findCone with a radius or exportObj afterwards,
 ///   since both need `inten`.
 ///
@@ -265,9 +268,9 @@ template <class Real>
 ZYN_EXPORT bool readText(DelaunayInterface<Real>* engine, const char* path, Real*& vertices,
                          int& count);
 
-/// Replaces the network by that of a binary or text file, which may be read-only. In all else works
-/// as the function of that name with `vertices`. Ownership: the engine keeps the vertices until its
-/// end, those of earlier reads and of compactVertices() too.
+/// Replaces the network by that of a binary or text file, which may be read-only. Otherwise works
+/// like the function of the same name with `vertices`. Ownership: the engine keeps the vertices
+/// until its end, including those of earlier reads and of compactVertices().
 /// @{
 template <class Real>
 ZYN_EXPORT bool readBinary(DelaunayInterface<Real>& engine, const char* path);
@@ -289,9 +292,9 @@ template <class Real>
 }  // namespace detail
 /// @endcond
 
-/// Returns what the function of that name writes or returns for a pointer. bounds() returns nullopt
-/// if there are no such triangles. Threads: several threads may read one engine in this way, while
-/// none changes it.
+/// Returns what the function of the same name returns or sets for a pointer. bounds() returns
+/// nullopt if the surface has no triangle. Threads: several threads may read one engine in this
+/// way, while none changes it.
 /// @{
 template <class Real>
 [[nodiscard]] int vertexCount(const DelaunayInterface<Real>& engine) {

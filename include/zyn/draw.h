@@ -5,7 +5,9 @@
 ///     ref_ptr<IZynLasDrawParam> param = newZynLasDrawParam();
 ///     param->ramp = newZynColorRamp();
 ///     param->classes[2].value = 2;                        // the application knows class 2
-///     param->assignPntClass(read);                        // copies colour, name, visibility
+///     ref_ptr<PntClassArray> read = newPntClassArray();
+///     read->append(PntClass(2, true, ZynColor4b::Brown(), QStringLiteral("GROUND")));
+///     param->assignPntClass(read);                        // copies visibility, colour, name
 #pragma once
 
 #include <zyn/array.h>

@@ -2,10 +2,12 @@
 /// Envelopes: axis-aligned boxes, stored as the bounds of each axis.
 ///
 /// A new Enve2d or Enve3d is invalid: its minima are above everything and its maxima below. So the
-/// first point or box that it grows by replaces all bounds, without a special case. The fields run
-/// per axis, the minimum before the maximum; most arguments run in another order. Growth ignores a
-/// coordinate that is not a number. Queries use the same comparisons on an invalid box as on any
-/// other.
+/// first point or box that it grows by replaces all bounds, without a special case. The fields are
+/// in the order minX, maxX, minY, maxY; bounds as arguments are in the order minX, minY, maxX,
+/// maxY. Growth ignores a coordinate that is not a number. Queries on an invalid box compare its
+/// bounds like any others.
+///
+/// Threads: use a box on one thread at a time.
 ///
 ///     Enve3d box;                                   // invalid
 ///     for (const XPnt3d& p : *points) { box.SetBox(p); }

@@ -2,7 +2,8 @@
 /// Geodetic and earth-centred Cartesian coordinates on the WGS 84 ellipsoid.
 ///
 ///     XPnt3d xyz = BLH2WGS(XPnt3d(48.0, 11.0, 520.0));    // latitude, longitude, height
-///     XPnt3d blh = WGS2BLH(xyz);
+///     XPnt3d blh = WGS2BLH(xyz);                          // latitude, longitude, height
+///     const double metres = dist(xyz, BLH2WGS(XPnt3d(48.0, 11.001, 520.0)));    // geometry.h
 ///
 /// Latitude and longitude are in degrees. Heights above the ellipsoid and Cartesian coordinates are
 /// in metres. Threads: any number may call these functions at once.

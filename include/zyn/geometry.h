@@ -3,11 +3,11 @@
 /// triangles, balls and boxes.
 ///
 /// All functions are stateless, allocate nothing and take no locks. A function template on XPnt2 or
-/// XPnt3 exists for float and double; it computes in the precision of its points, which is one for
-/// all of them. Angles are in radians. A result that is computed has `inten` 0; one that is copied
-/// from a point has that point's. Tests are exact comparisons of computed values, unless namespace
-/// `tolerance` names them. For signs that are right on nearly collinear input, use the engine of
-/// delaunay.h. Division by zero follows IEEE 754; functions check for it only where they say so.
+/// XPnt3 exists for float and double. Its points all have one precision, in which it computes.
+/// Angles are in radians. A computed point has `inten` 0; a point that is copied keeps its `inten`.
+/// Tests are exact comparisons of computed values, unless namespace `tolerance` names them. For
+/// signs that are right on nearly collinear input, use the engine of delaunay.h. Division by zero
+/// follows IEEE 754; functions check for it only where they say so.
 ///
 /// Threads: any number may call these functions at once.
 ///
@@ -271,8 +271,8 @@ template <class T>
 ZYN_EXPORT void line_plane_X(const XPnt3<T>& p, const XPnt3<T>& dir, const XPnt3<T>& n, Scalar<T> d,
                              XPnt3<T>& out, Scalar<T>& t) noexcept;
 /// Sets `out` to the point of the line a-b that is nearest to the line c-d, with the `inten` of
-/// `a`. Returns false and changes nothing if the lines count as parallel: |(b - a) x (d - c)|^2 <
-/// 1e-7. The bound is absolute, so short segments count as parallel at any angle.
+/// `a`. Returns false and changes nothing if the lines count as parallel: |(b - a) x (d - c)|^2 is
+/// below 1e-7. The bound is absolute, so short segments count as parallel at any angle.
 template <class T>
 ZYN_EXPORT bool lines_intersect(const XPnt3<T>& a, const XPnt3<T>& b, const XPnt3<T>& c,
                                 const XPnt3<T>& d, XPnt3<T>& out) noexcept;
@@ -355,9 +355,9 @@ template <std::floating_point T>
                                             const XPnt2d& d) noexcept;
 /// @}
 /// Finds the crossing of the lines a-b and c-d. Sets the parameters `t` on a-b and `u` on c-d, each
-/// 0 to 1 within its segment. Returns false and writes neither if the lines count as parallel: |(b
-/// - a) x (d - c)| < 1e-8. The bound is absolute: two segments of 1e-4, as in degrees, count as
-/// parallel at any angle.
+/// 0 to 1 within its segment. Returns false and writes neither if the lines count as parallel:
+/// |(b - a) x (d - c)| < 1e-8. The bound is absolute, so two segments of length 1e-4, as in
+/// degrees, count as parallel at any angle.
 ZYN_EXPORT bool intersect_line(const XPnt2d& a, const XPnt2d& b, const XPnt2d& c, const XPnt2d& d,
                                double& t, double& u) noexcept;
 /// Returns whether the lines cross within both closed segments.
@@ -367,7 +367,7 @@ ZYN_EXPORT bool intersect_line(const XPnt2d& a, const XPnt2d& b, const XPnt2d& c
 /// intersect_line() does, whenever the lines cross.
 ZYN_EXPORT bool intersect_seg(const XPnt2d& a, const XPnt2d& b, const XPnt2d& c, const XPnt2d& d,
                               double& t, double& u) noexcept;
-/// Returns whether `p` is strictly inside the planar triangle, whichever way that runs.
+/// Returns whether `p` is strictly inside the planar triangle, whichever way its corners run.
 [[nodiscard]] ZYN_EXPORT bool isInTriangle(Coordinates<float, 2> a, Coordinates<float, 2> b,
                                            Coordinates<float, 2> c,
                                            Coordinates<float, 2> p) noexcept;
@@ -393,7 +393,7 @@ ZYN_EXPORT bool normalize(float& x, float& y, float& z) noexcept;
 
 /// Returns whether the difference is below tolerance::equal.
 [[nodiscard]] ZYN_EXPORT bool IsEqual(float a, float b) noexcept;
-/// Returns whether the difference is below `eps`; never for `eps` 0.
+/// Returns whether the difference is below `eps`; false if `eps` is 0.
 [[nodiscard]] ZYN_EXPORT bool IsEqual(float a, float b, float eps) noexcept;
 /// Compares x and y for `dim` 2, otherwise x, y and z, each within tolerance::equal after rounding
 /// to float. So large coordinates that round to the same float are equal.

@@ -6,7 +6,9 @@
 ///     id->setData1(0x12ab);
 ///     id->setData2(3);
 ///     id->setData3(0xff);
-///     QString text = id->toString();              // "12ab-3-ff-"
+///     if (id->isValid()) {
+///         QString text = id->toString();          // "12ab-3-ff-"
+///     }
 #pragma once
 
 #include <zyn/export.h>

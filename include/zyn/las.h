@@ -71,8 +71,8 @@ struct ZynLasPntD : XPnt3d {
     }
 };
 
-/// Returns the smallest intensity of the `n` records as x, the largest as y; (2147483647,
-/// -2147483647) for an `n` below 1.
+/// Returns the smallest intensity of the `n` records as x, and the largest as y. Returns
+/// (2147483647, -2147483647) for an `n` below 1.
 [[nodiscard]] ZYN_EXPORT XPnt2d maxminInten(const LasPnt* pnts, std::int32_t n) noexcept;
 
 // Arrays of records by value and by pointer
@@ -84,10 +84,10 @@ ZYN_ARRAY(PLasPntdArray, ZynLasPntD*);
 ZYN_ARRAY(PLasPntArrayArray, PLasPntArray*);
 ZYN_ARRAY(PLasPntdArrayArray, PLasPntdArray*);
 
-/// Returns a view of `source`: the address of each record, as that of its head. Through the view
-/// access only x, y, z and `inten`, one at a time: what follows belongs to the record. The view
-/// holds no count of `source`, and is valid as long as the records stay in place. REQUIRES:
-/// `source` is not null.
+/// Returns a view of `source`: the address of each record, as the address of a point. Through the
+/// view access only x, y, z and `inten`, and never assign a whole point: what follows belongs to
+/// the record. The view holds no count of `source`, and is valid as long as the records stay in
+/// place. REQUIRES: `source` is not null.
 /// @{
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(LasPntArray* source);
 [[nodiscard]] ZYN_EXPORT ref_ptr<PPnt3fArray> PntsToPnt3f(const PLasPntArray* source);
@@ -102,14 +102,15 @@ ZYN_POOL(PLasPntPoold, ZynLasPntD*);
 ZYN_POOL_CLASS(PLasPntPoolPool, PLasPntPool*);
 
 /// Returns the address of each record, in order: a view, valid until `source` is emptied. Moves the
-/// cursor of `source`. Does not call the progress, which may be null.
+/// cursor of `source`. Does not call the progress, which may be null. REQUIRES: `source` is not
+/// null.
 /// @{
 [[nodiscard]] ZYN_EXPORT ref_ptr<PLasPntPool> PntsToPool(LasPntPool* source,
                                                          IZynProgress* progress);
 [[nodiscard]] ZYN_EXPORT ref_ptr<PLasPntPoold> PntsToPool(LasPntPoold* source,
                                                           IZynProgress* progress);
 /// @}
-/// Returns the pointers as an array. Moves the cursor of `source`.
+/// Returns the pointers as an array. Moves the cursor of `source`. REQUIRES: `source` is not null.
 [[nodiscard]] ZYN_EXPORT ref_ptr<PLasPntdArray> PntsToPntArr(PLasPntPoold* source);
 
 }  // namespace zyn

@@ -18,9 +18,9 @@
 ///     matrix<double> x = a * b;
 ///     m->assign(x);                                // and m->toMatrix() for the way back
 ///
-/// An operation that needs a square matrix, or matrices whose sizes match, throws a plain string
-/// (`char*`) for any other; only invert() returns false instead. If allocation fails, operations
-/// throw std::bad_alloc and leave every matrix unchanged.
+/// Errors: an operation throws a plain string (`char*`) if its matrix must be square and is not, or
+/// if sizes do not match. Only invert() returns false instead. If allocation fails, an operation
+/// throws std::bad_alloc and leaves every matrix unchanged.
 ///
 /// Ownership: an operation that returns a new counted matrix does not change its own; the new one
 /// is the caller's, with count 0.

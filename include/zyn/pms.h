@@ -14,15 +14,13 @@
 ///     setImgNum(table.get(), 3);
 ///     cam.imageIndex = 0;                                     // before the record is set
 ///     table->setCamOutParam(0, cam);
-///     ref_ptr<Pnt2dArray> seen = newPnt2dArray();             // one entry per image,
-///     seen->resize(3);                                        // invalid if it is not seen
-///     seen->getRef(0).set(0.001, 0.002);
+///     ref_ptr<Pnt2dArray> seen = newPnt2dArray();
+///     seen->resize(3);                                        // one entry per image,
+///     seen->getRef(0).set(0.001, 0.002);                      // invalid if it is not measured
 ///     seen->getRef(2).set(0.003, 0.002);
-///     const int pnt = table->getWrdPntNum();                  // the index of the next point
-///     if (table->addWrdPnt(seen) == 0 && table->getWrdPntNum() > pnt) {
-///         table->getWrdPntObservations(pnt, pnts.get(), cams.get());
-///         table->setWrdPnt(pnt, intersection);
-///     }
+///     table->addWrdPnt(seen);                                 // world point 0
+///     table->getWrdPntObservations(0, pnts.get(), cams.get());
+///     table->setWrdPnt(0, intersection);                      // computed by the program
 ///
 /// A measurement and its world point refer to each other. Removing measurements one by one
 /// cascades. A world point exists as long as it has two measurements, an image as long as it has
@@ -36,7 +34,7 @@
 /// If allocation fails, an operation throws std::bad_alloc and leaves the table unchanged.
 ///
 /// Const: the virtual operations are not const, because programs override them in this form. Each
-/// operation that only reads has a const form, which calls it.
+/// operation that only reads has a const form, which calls the virtual one.
 ///
 /// Threads: use a table on one thread at a time, for reading too.
 #pragma once
@@ -136,11 +134,13 @@ public:
     /// Adds a measurement of an existing world point, valid or not, and links the point to it.
     /// - An invalid position is added too. It counts as one of the point's two measurements and as
     ///   an observation, but not as a valid measurement of the image.
-    /// - An earlier measurement of the point on that image stays and refers to the point, but loses
-    ///   its link from the point. getImgTagPnts and the operations on common points find both.
+    /// - An earlier measurement of the point on that image stays and refers to the point, but the
+    ///   point no longer refers to it. Then getImgTagPnts and the operations on common points find
+    ///   both measurements.
     virtual int addImgPnt(int img, const XPnt2d& xy, int pnt) = 0;
-    /// Adds a world point with its measurements: one entry per image, invalid where there is none,
-    /// at least two valid. The index of the point is what getWrdPntNum() returned before the call.
+    /// Adds a world point with its measurements: one entry per image, invalid where there is none.
+    /// The index of the point is what getWrdPntNum() returned before the call. Returns -1 and adds
+    /// nothing if fewer than two entries are valid.
     virtual int addWrdPnt(const ref_ptr<Pnt2dArray>& imgPnts, XPnt3d xyz) = 0;
     /// Adds a world point without coordinates in the same way. If there are fewer than two valid
     /// entries, adds nothing and still returns 0: only a comparison of getWrdPntNum() shows it.
@@ -156,8 +156,8 @@ public:
     /// Removes a world point and its measurements; images stay, even without measurements.
     virtual int removeWrdPnt(int pnt) = 0;
     /// Removes a measurement by its index. If it refers to a world point, the point then has no
-    /// measurement on this image. That is so even if the point was linked to a later one, which
-    /// stays on the image.
+    /// measurement on this image, even if it was linked to a later one. The later one stays on the
+    /// image.
     virtual int removeImgPntAt(int img, int idx) = 0;
     /// Removes the measurement of a world point on an image. Returns -1 if there is none.
     virtual int removeImgPnt(int img, int pnt) = 0;

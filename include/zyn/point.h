@@ -41,13 +41,13 @@ inline constexpr T invalidCoordinate =
 template <class T>
 class XPnt3;
 
-/// The type P holds coordinates without an intensity: it is neither a point in space nor a laser
+/// A type P of bare coordinates: it is neither a point in space with an intensity nor a laser
 /// record.
 template <class P, class T>
 concept BareCoordinates = std::derived_from<P, PT3<T>> && !std::derived_from<P, XPnt3<T>> &&
                           !std::derived_from<P, LasPnt>;
 
-/// A record can take from a P what its Head takes, and P is no other such record.
+/// A type P that a Record can be assigned from as its base Head can, and that is no Record itself.
 template <class P, class Record, class Head>
 concept AssignableHead = !std::derived_from<P, Record> && std::is_assignable_v<Head&, const P&>;
 
@@ -129,8 +129,8 @@ public:
     /// Returns "x,y", each with six significant digits; ignores the argument.
     [[nodiscard]] ZYN_EXPORT QString toString(int) const
         requires std::same_as<T, double>;
-    /// Reads two numbers, separated by the first comma. Returns false and changes nothing unless each
-    /// part is a number as a whole.
+    /// Reads two numbers, separated by the first comma. Returns false and changes nothing unless
+    /// each of the two parts is a number as a whole.
     ZYN_EXPORT bool frString(QString text)
         requires std::same_as<T, double>;
 };
@@ -175,13 +175,13 @@ public:
     constexpr XPnt3& operator=(const L& p) noexcept {
         return *this = XPnt3(p);
     }
-    /// Takes bare coordinates, double or of this precision; `inten` stays.
+    /// Copies bare coordinates, double or of this precision; `inten` stays.
     template <class P>
         requires(BareCoordinates<P, double> || BareCoordinates<P, T>)
     constexpr XPnt3& operator=(const P& p) noexcept {
         return set(static_cast<T>(p.x), static_cast<T>(p.y), static_cast<T>(p.z));
     }
-    /// Takes double coordinates in the plane, and sets z to 0; `inten` stays.
+    /// Copies double coordinates in the plane, and sets z to 0; `inten` stays.
     template <std::derived_from<PT2<double>> P>
     constexpr XPnt3& operator=(const P& p) noexcept {
         return set(static_cast<T>(p.x), static_cast<T>(p.y), T(0));
@@ -355,9 +355,10 @@ public:
         return set(x + tx, y + ty, z + tz);
     }
 
-    /// Becomes the centre of the smallest circle that contains the three points, in their
-    /// plane, and returns its radius. For a right, obtuse or collinear triple the radius is half
-    /// the longest side; otherwise the circle is the circumcircle. The points may be this point.
+    /// Becomes the centre of the smallest circle that contains the three points, in their plane,
+    /// and returns its radius. For a right, obtuse or collinear triple the radius is half the
+    /// longest side; otherwise the circle is the circumcircle. Each of the points may be this
+    /// point.
     ZYN_EXPORT T smallest_circle(const XPnt3& a, const XPnt3& b, const XPnt3& c) noexcept;
 };
 

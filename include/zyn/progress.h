@@ -10,9 +10,12 @@
 ///     surface.addPoints(points, bar.get());
 ///
 /// The library implements neither interface: a host derives from IZynProgress. Functions take its
-/// object as a raw pointer, null if nobody listens. They call setTotal() once, then step() any
-/// number of times. Ownership: they hold no count of it. Threads: they call it on the thread that
-/// called them.
+/// object as a raw pointer, which may be null. They call setTotal() once, then step() any number of
+/// times.
+///
+/// Ownership: the functions hold no count of the object.
+///
+/// Threads: the functions call the object on the thread that called them.
 #pragma once
 
 #include <zyn/export.h>
@@ -25,7 +28,7 @@ namespace zyn {
 /// The interface that a host implements to see how far an operation is.
 class ZYN_EXPORT IZynProgress : public ZynReferenced {
 public:
-    /// Receives the sum of all steps, at most.
+    /// Receives the total. All steps together advance the position to the total or less.
     virtual void setTotal(double total) = 0;
     /// Sets or returns the position, from 0 to the total. The library does not call these.
     /// @{
@@ -36,8 +39,8 @@ public:
     virtual void step(double amount) = 0;
     /// Receives a text about what is being done. The library does not call it.
     virtual void setMessage(QString message) = 0;
-    /// Returns whether the user wants to stop. Only addPoints() of network.h and the insertions of a
-    /// Surface (surface.h) call it.
+    /// Returns whether the user wants to stop. Only addPoints() of network.h, and the constructors
+    /// and addPoints() of Surface (surface.h), call it.
     [[nodiscard]] virtual bool isCanceled() = 0;
     /// Receives the end of the operation. The library does not call it.
     virtual void finish() = 0;

@@ -1,5 +1,5 @@
 /// @file
-/// Counted objects and the module frame.
+/// Counted objects, their holders, and a few functions of the whole library.
 ///
 /// Every object with a lifetime of its own derives from ZynReferenced. It comes from a `new...`
 /// factory with count 0, and belongs to the ref_ptr that takes it. When the last holder releases

@@ -4,6 +4,7 @@
 ///     ref_ptr<IZynSetting> settings = newZynSetting(QString());
 ///     settings->open(path);
 ///     QString last = settings->getValue(QStringLiteral("last file"));
+///     if (last.isNull()) { last = QStringLiteral("none"); }  // there is no such key
 ///     settings->setValue(QStringLiteral("last file"), file, QString());
 ///     settings->save();                                     // the destructor saves too
 ///
@@ -28,7 +29,7 @@ public:
     /// Remembers the path, and adds the entries of the file to the existing ones. Creates an empty
     /// file if there is none. Returns 0, or -1 at once if:
     /// - the file can be neither found nor created;
-    /// - the file cannot be read to its end, and then it adds no entry;
+    /// - the file cannot be read to its end; no entry is added;
     /// - the path is that of a folder, a pipe or a device.
     ///
     /// After -1 the destructor writes nothing: only save() writes the values that were set. If

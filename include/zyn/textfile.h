@@ -3,7 +3,12 @@
 ///
 ///     ref_ptr<Pnt2dArray> points;
 ///     if (readPnt2dArray(path, points, nullptr)) { use(*points); }
-///     ref_ptr<StringArray> fields = strSeperator(line, QStringLiteral(" ,\t"));
+///     if (const ref_ptr<StringArray> lines = readLines(path, nullptr)) {
+///         for (const QString& line : *lines) {
+///             const ref_ptr<StringArray> fields = strSeperator(line, QStringLiteral(" ,\t"));
+///             if (fields->size() > 2) { sum += toDouble(fields->get(2)); }
+///         }
+///     }
 ///
 /// The functions print nothing, and throw only std::bad_alloc. Text is in the codec of the locale,
 /// or in Unicode if the file begins with a byte order mark. A progress may be null (progress.h);

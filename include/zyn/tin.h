@@ -12,9 +12,11 @@
 ///          vertex[1] ------ vertex[2]
 ///                 neighbor[0]
 ///
-///     if (tind* t = engine->locate(x, y); t != nullptr && !engine->isFrameTriangle(t)) {
+///     tind* t = engine->locate(x, y);
+///     if (t != nullptr && !engine->isFrameTriangle(t)) {
 ///         double out = 0.0;                                  // height of z = 0 above the plane
 ///         if (t->IntersectVertical(x, y, 0.0, out)) { height = -out; }
+///         if (const tind* n = t->neighbor[0]) { use(n); }    // across vertex[1]-vertex[2]
 ///     }
 ///
 /// Use the float record for small extents near the origin, and the double one for coordinates on
@@ -51,7 +53,7 @@ public:
     using RealPtrArray = std::conditional_t<std::same_as<Real, double>, PDoubleArray, PFloatArray>;
 
     Real* vertex[3] = {};         ///< The corners, counter-clockwise: x, y, z each.
-    TinRecord* neighbor[3] = {};  ///< Across the edge opposite the corner of that index, or null.
+    TinRecord* neighbor[3] = {};  ///< Each across the edge opposite that corner, or null.
     std::int16_t mark = -1;       ///< Copied and compared, otherwise neither read nor changed.
 
     /// Compares all seven fields: addresses, never coordinates.
@@ -90,7 +92,7 @@ public:
     [[nodiscard]] int index(const Real* p) const noexcept {
         return p == vertex[0] ? 0 : p == vertex[1] ? 1 : p == vertex[2] ? 2 : 3;
     }
-    /// Returns the index of the neighbour slot that holds `n`; 3 if none does.
+    /// Returns the index of the neighbour that is `n`; 3 if none is.
     [[nodiscard]] int index(const TinRecord* n) const noexcept {
         return n == neighbor[0] ? 0 : n == neighbor[1] ? 1 : n == neighbor[2] ? 2 : 3;
     }
@@ -117,9 +119,10 @@ public:
 
     // Vertices around a vertex. These functions append to `out` and return the size of `out`.
 
-    /// Appends the ring of vertex[i], counter-clockwise from vertex[(i+2)%3]. For a vertex on the
-    /// outer boundary, the counter-clockwise run comes first, then the clockwise one. In float a
-    /// ring ends after 53 vertices. Returns 0 and does nothing for an index outside 0..2.
+    /// Appends the ring of vertex[i]: the vertices that edges connect to it, counter-clockwise from
+    /// vertex[(i+2)%3]. For a vertex on the outer boundary, the counter-clockwise part comes first,
+    /// then the clockwise one. In float a ring ends after 53 vertices. Returns 0 and does nothing
+    /// for an index outside 0..2.
     std::int32_t findCone(int i, RealPtrArray* out);
     /// Appends the ring of corner `p`. Returns 0 and does nothing if `p` is no corner.
     std::int32_t findCone(const Real* p, RealPtrArray* out);
@@ -144,7 +147,7 @@ public:
     /// Returns the area in space, by Heron's formula. It is infinite only if it exceeds the largest
     /// number.
     [[nodiscard]] Real Area() const;
-    /// Returns the area of the projection to the plane z = 0, in the same way.
+    /// Returns the area of the projection to the plane z = 0, also by Heron's formula.
     [[nodiscard]] Real AreaHorizen() const;
     /// Returns 0.
     [[nodiscard]] Real AreaVertical() const noexcept { return 0; }

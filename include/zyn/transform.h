@@ -10,6 +10,7 @@
 ///     ZynMatrix4d m = q.toMatrix();
 ///     m[0][3] = 100.0;                              // the translation is in the last column
 ///     XPnt3d moved = m * XPnt3d(1, 2, 3);
+///     XPnt3d back = m.getInverted() * moved;        // (1, 2, 3) up to rounding
 ///
 /// A new matrix or quaternion is invalid: every component is -2147483647.
 #pragma once
@@ -52,9 +53,9 @@ public:
     int setZero() noexcept;
     /// @}
     /// Returns whether this can serve as a rotation: no element is -2147483647, and the first three
-    /// rows and columns have length 1. A length counts three elements, and its square may differ
-    /// from 1 by 0.001. Orthogonality, the fourth row and the fourth column are not tested; NaN is
-    /// not detected.
+    /// rows and columns have length 1. Each length is that of three elements, and its square may
+    /// differ from 1 by 0.001. Orthogonality, the fourth row and the fourth column are not tested;
+    /// NaN is not detected.
     [[nodiscard]] bool isValid() const noexcept;
     /// Returns the sixteen elements, row by row.
     /// @{

@@ -3,6 +3,8 @@
 ///
 ///     double area = 0;
 ///     for (const tind& t : surfaceTriangles(*engine, 30.0)) { area += t.Area(); }
+///     int flat = 0;
+///     for (const tind& t : triangles(*engine)) { flat += t.AreaHorizen() == 0 ? 1 : 0; }
 ///     const auto isSteep = [](const tind& t) { return t.boxZ() > 10; };
 ///     const auto steep = std::ranges::count_if(surfaceTriangles(*engine), isSteep);
 ///
@@ -25,7 +27,7 @@
 
 namespace zyn {
 
-/// A `maxEdge` that takes out no triangle.
+/// The value of `maxEdge` that leaves out no triangle.
 inline constexpr double anyEdge = std::numeric_limits<double>::infinity();
 
 /// @cond
@@ -51,11 +53,12 @@ ZYN_EXPORT TriangleBlock<Real> nextBlock(const DelaunayInterface<Real>& engine, 
 }  // namespace detail
 /// @endcond
 
-/// A forward iterator over triangles, all or those of the surface; the default one is the end.
+/// A forward iterator over the triangles of an engine: all, or those of the surface. A
+/// default-constructed iterator is the end.
 template <class Real>
 class TriangleIterator {
 public:
-    /// What standard algorithms ask for.
+    /// These types are those that standard algorithms ask for.
     /// @{
     using value_type = TinRecord<Real>;
     using difference_type = std::ptrdiff_t;
@@ -65,7 +68,8 @@ public:
     /// @}
 
     TriangleIterator() = default;
-    /// Points to the first triangle; the end if there is none.
+    /// Makes an iterator to the first triangle of the surface, or of the network without a
+    /// `maxEdge`. It is the end if there is none.
     TriangleIterator(const DelaunayInterface<Real>& engine_, std::optional<double> maxEdge_)
         : engine(&engine_), maxEdge(maxEdge_) {
         block = detail::nextBlock(*engine, number, maxEdge);
@@ -91,7 +95,7 @@ public:
         return old;
     }
     /// @}
-    /// Compares places in one engine.
+    /// Returns whether both are at the same triangle. REQUIRES: both belong to one engine.
     friend bool operator==(const TriangleIterator& a, const TriangleIterator& b) {
         return a.block == b.block;
     }
@@ -123,8 +127,8 @@ private:
     std::optional<double> maxEdge;
 };
 
-/// Returns the triangles of the network, frame triangles included; none for an engine that is not
-/// this library's.
+/// Returns the triangles of the network, frame triangles included. It is empty for an engine that
+/// this library did not make.
 template <class Real>
 [[nodiscard]] TriangleRange<Real> triangles(const DelaunayInterface<Real>& engine) {
     return {engine, std::nullopt};

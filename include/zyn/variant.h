@@ -1,11 +1,12 @@
 /// @file
-/// A holder with a slot for each of five kinds of value, and a type code with a meaning of the
-/// host's.
+/// A holder with a slot for each of five kinds of value, and a type code that the host defines.
 ///
 ///     ref_ptr<IZynVariant> value = newZynVarint();
 ///     value->setDouble(2.5);
 ///     value->setType(3);                          // 3 means a double to this host
 ///     if (value->isValid()) { use(value->getDouble()); }
+///     int number = value->getInt();               // -99999: this slot was never set
+///     value->setString(QStringLiteral("2.5 m"));  // the double stays
 ///
 /// The holder converts nothing. The type code is tied to no slot: all slots can be set at once, and
 /// a getter reads its own slot whatever the code is. A number that was never set is -99999, and the

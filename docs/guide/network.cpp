@@ -18,7 +18,7 @@ int main() {
     const int count = addPoints(engine.get(), points.get(), 0.001);
     std::printf("%d points, %d triangles\n", count, surfaceTriangleCount(engine.get()));
 
-    // A road at its foot, whose edges must stay edges.
+    // A road at its foot, which becomes edges of the network.
     ref_ptr<Pnt3dArray> road = newPnt3dArray();
     for (int i = 0; i < 5; ++i) { road->append(XPnt3d(10.5 + 20 * i, 5.25 + i, 1)); }
     ref_ptr<PDoubleArray> fixed = newPDoubleArray();

@@ -75,8 +75,8 @@ void printState(IZynPMSDataTable& table, const char* when) {
                 table.getValidWrdPnts()->size(), table.getWrdPntNum(), measured);
 }
 
-/// Intersects a point, after removing its worst measurement as long as that is an error. Returns
-/// false if the point is removed with it.
+/// Intersects a point. As long as its worst residual is above the limit, removes that measurement
+/// and repeats. Returns false if the point was removed.
 bool intersectPoint(IZynPMSDataTable& table, int pnt, double f) {
     const ref_ptr<Pnt2dArray> pnts = newPnt2dArray();
     const ref_ptr<CamParaArray> cams = newCamParaArray();
@@ -99,7 +99,7 @@ bool intersectPoint(IZynPMSDataTable& table, int pnt, double f) {
     return false;
 }
 
-/// Runs an external computation on the exported block: moves it to the middle of its cameras.
+/// Exports the block, moves it to the middle of its cameras, and imports the result.
 void centre(IZynPMSDataTable& table) {
     const ref_ptr<Pnt2dArrayArray> imgPnts = newPnt2dArrayArray();
     const ref_ptr<IntArrayArray> imgPntIds = newIntArrayArray();

@@ -11,7 +11,7 @@ std::string_view takeField(std::string_view& text, char* separator = nullptr);
 
 bool isDigit(char c);
 
-/// Returns the number that `field` is as a whole; nothing if it is not a number or beyond a double.
+/// Returns the number that the whole `field` is; nothing if it is not a number or beyond a double.
 std::optional<double> toNumber(std::string_view field);
 
 /// Returns whether the magnitude of `value` is at most 1e9, as for metres on Earth; false for NaN.

@@ -41,16 +41,16 @@ QRgb rgb(const ZynColor4b& c, double shade = 1.0) {
     return qRgb(channel(c.r), channel(c.g), channel(c.b));
 }
 
-/// Returns the pixels per unit of length along one axis: those of both axes, or more if that is too
-/// few.
+/// Returns the pixels per unit of length along an axis of this extent. The longer side of the map
+/// decides, unless this axis would then get fewer than `shorterSide` pixels.
 double scaleOf(double extent, const Enve2d& area) {
     constexpr double least = 1e-9;
     const double longer = std::max({area.width(), area.hight(), least});
     return std::max(longerSide / longer, shorterSide / std::max(extent, least));
 }
 
-/// Returns the exaggeration of slopes for the shading: three, or less if the average ground is so
-/// steep that most of it would be black, as with degrees for x and y.
+/// Returns the exaggeration of slopes for the shading. It is three, or less if most of the ground
+/// would be black, as with degrees for x and y.
 double exaggerationOf(const SurfaceView& surface) {
     constexpr double most = 3, steepest = 0.9;
     const double ratio = surface.area() / surface.planArea();
@@ -146,8 +146,8 @@ void Picture::mixPixel(int column, int row, const ZynColor4b& color, double shar
                          mixed(qBlue(below), color.b)));
 }
 
-/// Returns a round length along x: an eighth of the map's width, or up to two and a half times
-/// that.
+/// Draws a bar for a round length along x, from an eighth of the map's width up to two and a half
+/// times that.
 void Picture::drawScale() {
     const ZynColor4b black = ZynColor4b::Black();
     const double length = roundUp(mapWidth / scale.x / 8);

@@ -63,7 +63,7 @@ Surface makeSurface(const Input& input, double tolerance, double maxEdge) {
                    {.tolerance = tolerance, .maxEdge = maxEdge, .progress = progress.get()});
 }
 
-/// Adds the breaklines to the surface. One without length only adds its point.
+/// Adds the breaklines to the surface. For a line without length, adds only its point.
 zyn::BreaklineReport addBreaklines(Surface& surface, const Input& input, double tolerance) {
     const std::vector<zyn::Polyline>& lines = input.breaklineFile.polylines;
     zyn::BreaklineReport added = surface.addBreaklines(lines, {.tolerance = tolerance});

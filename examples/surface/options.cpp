@@ -24,18 +24,19 @@ The program recognizes the form of INPUT:
   --columns xyz         lines begin with x
   --columns nxyz        lines begin with a number or name of the point. Without --columns, the
                         program assumes nxyz if each line has four numbers, the first is whole, and
-                        one of these holds: the first counts up by one in three lines or more; or x
-                        and y have decimals, and no number has two different points
+                        one of these holds:
+                          the first counts up by one, in three lines or more
+                          x and y have decimals, and no number has two different points
   --breaklines FILE     polylines that become edges of the surface: lines of points like those of
                         INPUT, with a blank line, or one that begins with # or >, between polylines.
                         A point of INPUT takes the height of a breakline point at the same place; a
                         breakline without length is a point
   --max-edge L          leave triangles with an edge longer than L out of everything except
-                        terrain.tin: bays in the outline, gaps in the data. The default is the whole
-                        convex hull
+                        terrain.tin, to keep bays in the outline and gaps in the data open. The
+                        default is the whole convex hull
   --tolerance T         refuse a point if both x and y are within T of an earlier point. The default
-                        is a ten-millionth of the extent, at most 0.001, with a warning that counts
-                        the refused points
+                        is a ten-millionth of the extent, at most 0.001; then the
+                        program warns if it refuses points
   --contours H          height between two contours of the picture; 0, the default, chooses a round
                         number for about twelve contours
   --out DIR             folder of the files, created if it is missing; default: .

@@ -88,7 +88,7 @@ public:
     [[nodiscard]] virtual Tri* locate(Real x, Real y) = 0;
     /// Returns whether a corner of `t` is a corner of the frame.
     [[nodiscard]] virtual bool isFrameTriangle(const Tri* t) const = 0;
-    /// Returns whether `p` is the address of a corner of the engine's frame.
+    /// Returns whether `p` points to a corner of the engine's frame.
     [[nodiscard]] virtual bool isFrameVertex(const Real* p) const = 0;
 
     /// Tries to bring edge a-b into the network, by flipping the edges that cross it. Starts at

@@ -240,9 +240,9 @@ ZYN_EXPORT int heightAt(DelaunayInterface<Real>* engine, Pnt3dArray* points);
 template <class Real>
 ZYN_EXPORT int heightAt(DelaunayInterface<Real>* engine, std::span<XPnt3d> points);
 /// @}
-/// Returns the surface along the straight line from a to b as a new array, in order: a point at
-/// each end of the line that is on the surface, and one at each edge that the line crosses. It is
-/// empty if no part of the line is on the surface.
+/// Returns the surface along the straight line from a to b, as a new array of points in order.
+/// There is one at each edge that the line crosses, and one at each end that is on the surface. It
+/// is empty if no part of the line is on the surface.
 ///
 /// If the line leaves the surface and returns, a point with a NaN z separates the parts. Its place
 /// is where the line returns. A part may be a single point. Along the edge of a hole left by

@@ -28,9 +28,9 @@
 ///
 /// Validity: the network is valid after every call, except that triangulate may fold triangles. Its
 /// triangles are counter-clockwise by exact arithmetic, and its links are symmetric. Zero-area
-/// triangles occur only along the frame or an open hull, and next to duplicate points. A read
-/// checks the numbers in a file, but not the geometry. Even on a network from a damaged file every
-/// call ends, and accesses no foreign memory.
+/// triangles occur only along the outer boundary of the network, and next to duplicate points. A
+/// read checks the numbers in a file, but not the geometry. Even on a network from a damaged file
+/// every call ends, and accesses no foreign memory.
 ///
 /// Errors: if allocation fails, a call throws std::bad_alloc and leaves the network unchanged,
 /// except:

@@ -119,7 +119,7 @@ struct NetworkFault {
         shape,     ///< a triangle by itself: its corners, its winding, its area
         link,      ///< the links between a triangle and a neighbour
         delaunay,  ///< the in-circle test of an edge that is not constrained
-        rim,       ///< the boundary of the network, or its rim
+        rim,       ///< the outer boundary of the network, or the hull of the surface
     };
     Kind kind;         ///< the test that failed
     int triangle;      ///< its index, frame triangles included; -1 if no triangle is at fault
@@ -383,8 +383,8 @@ public:
     /// - the rim is the convex hull.
     [[nodiscard]] std::optional<NetworkFault> validate() const;
 
-    /// Do the same as for a view. A temporary surface cannot be asked, since it would end before the
-    /// answer is used.
+    /// Works as for a view. Does not compile for a temporary surface, which would end before the
+    /// result is used.
     /// @{
     [[nodiscard]] SurfaceTriangleRange triangles() const& { return SurfaceView::triangles(); }
     SurfaceTriangleRange triangles() && = delete;

@@ -30,7 +30,7 @@ class IZynProgress;
 
 /// Returns the absolute path of the directory of `path`.
 [[nodiscard]] ZYN_EXPORT QString getFileDir(QString path);
-/// Returns the part of the name after its last point, or an empty string.
+/// Returns the part of the name after its last dot, or an empty string.
 [[nodiscard]] ZYN_EXPORT QString getFileExt(QString path);
 /// Returns the name with its extension.
 [[nodiscard]] ZYN_EXPORT QString getFileName(QString path);

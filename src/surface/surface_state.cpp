@@ -121,9 +121,9 @@ void SurfaceState::makeRoom(std::span<const XPnt3d> newPoints, double tolerance)
 /// Returns a tree of starts for all points that are or may become vertices.
 StartTree SurfaceState::newStarts() const {
     std::vector<Xy> sample;
-    for (int number = 0; number < points.size(); ++number) {
-        if (!StartTree::isSample(number)) { continue; }
-        const XPnt3d& p = points.at(number);
+    const auto count = static_cast<std::size_t>(points.size());
+    for (std::size_t n = 0; n < count; n = StartTree::nextOfSample(n)) {
+        const XPnt3d& p = points.at(static_cast<int>(n));
         if (isPlaceable(p)) { sample.push_back({p.x, p.y}); }
     }
     return StartTree(std::move(sample));
@@ -161,7 +161,7 @@ PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* pr
     makeRoom(added, tolerance);
     // The first ones are only an outline, whose triangles shrink until the end.
     const int outline = static_cast<int>(added.size() / 8);
-    const int spacing = added.size() < 1024 ? 1 : 2;
+    const int spacing = added.size() < 1024 ? 1 : 4;
     DelaunayEngine<double>& engine = *network.engine;
     const bool hasLines = !network.fixed->isEmpty();
     Fallen fallen;

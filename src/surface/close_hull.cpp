@@ -4,9 +4,11 @@
 #include "surface/frame_rim.h"
 #include "surface/lawson.h"
 #include "surface/restore.h"
+#include "triangulation/between.h"
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 #include "triangulation/flip.h"
+#include "triangulation/triangle_tests.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -63,10 +65,10 @@ private:
         return orientation(xyOf(a), xyOf(b), xyOf(c));
     }
     static bool isOnePlace(const Real* a, const Real* b) { return a[0] == b[0] && a[1] == b[1]; }
-    /// Whether p, on the line through a and b, is strictly between them.
-    static bool isBetween(const Real* a, const Real* p, const Real* b) {
-        const auto place = [](const Real* v) { return std::pair(v[0], v[1]); };
-        return std::min(place(a), place(b)) < place(p) && place(p) < std::max(place(a), place(b));
+    /// Returns whether p is on the edge from a to b, but at neither end.
+    static bool isInsideEdge(const Real* a, const Real* p, const Real* b) {
+        return turnOf(a, b, p) == 0 && isBetween(xyOf(a), xyOf(p), xyOf(b)) && !isOnePlace(p, a) &&
+               !isOnePlace(p, b);
     }
 
     /// Flips the edge opposite a slot. Returns the neighbour and the slot of its corner that keeps its
@@ -124,8 +126,7 @@ private:
         if (j == 3 || engine.isFrameVertex(n->vertex[j]) || fixed.contains(e.start(), e.end())) {
             return false;
         }
-        return turnOf(e.start(), e.end(), n->vertex[j]) == 0 &&
-               isBetween(e.start(), n->vertex[j], e.end());
+        return isInsideEdge(e.start(), n->vertex[j], e.end());
     }
 
     /// Graham's scan. It ends when it has cut off none of the vertices of a whole round.
@@ -177,11 +178,8 @@ private:
         }
     }
     bool mayFlip(const Tri* t, int i, const Tri* n, int j) const {
-        const auto isOriented = [](const Tri* of) {
-            return turnOf(of->vertex[0], of->vertex[1], of->vertex[2]) >= 0;
-        };
-        return !engine.isFrameTriangle(n) && slotBack(t, i, n) == j && isOriented(t) &&
-               isOriented(n) && !fixed.contains(t->vertex[after[i]], t->vertex[before[i]]);
+        return !engine.isFrameTriangle(n) && slotBack(t, i, n) == j && orientationOf(t) >= 0 &&
+               orientationOf(n) >= 0 && !fixed.contains(t->vertex[after[i]], t->vertex[before[i]]);
     }
 
     DelaunayEngine<Real>& engine;

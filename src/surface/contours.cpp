@@ -1,9 +1,11 @@
 // The isolines of a surface.
 #include <zyn/network.h>
 
+#include "surface/interpolate.h"
 #include "surface/queries.h"
 #include "triangulation/flip.h"
 #include "triangulation/triangle_numbers.h"
+#include "triangulation/vertex_position.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,6 +2,7 @@
 #include <zyn/network.h>
 
 #include "core/prefetch.h"
+#include "surface/height_plane.h"
 #include "surface/queries.h"
 #include "triangulation/flip.h"
 #include "triangulation/locate_step.h"

@@ -1,8 +1,12 @@
 // The surface along a straight line.
 #include <zyn/network.h>
 
+#include "surface/height_plane.h"
+#include "surface/interpolate.h"
 #include "surface/queries.h"
 #include "triangulation/flip.h"
+#include "triangulation/triangle_tests.h"
+#include "triangulation/vertex_position.h"
 
 #include <algorithm>
 #include <cmath>
@@ -65,8 +69,8 @@ private:
         const double toLeft = std::abs(Side(a, b, xyOf(left)).value);
         const double share = toRight + toLeft > 0 ? toRight / (toRight + toLeft) : 0.5;
         const XPnt3d from = positionOf(right), to = positionOf(left);
-        XPnt3d p(between(from.x, to.x, share), between(from.y, to.y, share),
-                 between(from.z, to.z, share));
+        XPnt3d p(interpolate(from.x, to.x, share), interpolate(from.y, to.y, share),
+                 interpolate(from.z, to.z, share));
         const double rounding =
             1e-14 * (std::abs(from.x) + std::abs(from.y) + std::abs(to.x) + std::abs(to.y));
         const auto isAt = [&p, rounding](Xy q) {
@@ -136,9 +140,8 @@ private:
                 exit.x = entry.x;
                 exit.y = entry.y;
             }
-            const auto& v = t->vertex;
-            if (orientation(xyOf(v[0]), xyOf(v[1]), xyOf(v[2])) == 0) {
-                // No area: its neighbours hold the same places.
+            if (orientationOf(t) == 0) {
+                // The neighbours of a degenerate triangle contain the same places.
             } else if (const Tri* const ground = surfaceAt(t)) {
                 addStretch(ground, entry, exit);
             } else {

@@ -2,12 +2,16 @@
 #include <zyn/network.h>
 
 #include "surface/cell_polygon.h"
+#include "surface/height_plane.h"
 #include "surface/queries.h"
 #include "triangulation/flip.h"
+#include "triangulation/triangle_tests.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
+#include <utility>
 
 namespace zyn {
 
@@ -44,10 +48,7 @@ public:
         : columns(x), rows(y), cells(out) {}
 
     void operator()(const TinRecord<Real>* t) const {
-        if (orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) == 0) {
-            return;  // its neighbours hold the same places
-        }
-        const HeightPlane plane(t);
+        if (orientationOf(t) == 0) { return; }  // its neighbours contain the same places
         double lowest = HUGE_VAL, highest = -HUGE_VAL;
         for (const Real* const v : t->vertex) {
             lowest = std::min(lowest, double(v[1]));
@@ -55,21 +56,36 @@ public:
         }
         const int spanned = rows.upTo(highest) - rows.upTo(lowest);
         if (spanned > fewRows && fillSliver(t, spanned)) { return; }
-        // More than the rounding of a crossing, which is some units in the last place.
-        const double unclear =
-            1e-14 * std::max({std::abs(double(t->vertex[0][0])), std::abs(double(t->vertex[1][0])),
-                              std::abs(double(t->vertex[2][0]))});
+        const Source source(t);
         // The row at either end may be one too many or too few by rounding: the test is by centres.
         for (int row = rows.upTo(lowest); row < rows.count; ++row) {
             const double y = rows.centre(row);
             if (y > highest) { break; }
             if (y < lowest) { continue; }
-            fillRow(t, plane, unclear, row, y);
+            fillRow(source, {row, y});
         }
     }
 
 private:
     static constexpr int fewRows = 16;
+
+    /// The triangle that cells are filled from.
+    struct Source {
+        const TinRecord<Real>* triangle;
+        HeightPlane plane;
+        double unclear;  // more than the rounding of a crossing, some units in the last place
+
+        explicit Source(const TinRecord<Real>* t)
+            : triangle(t),
+              plane(t),
+              unclear(1e-14 * std::max({std::abs(double(t->vertex[0][0])),
+                                        std::abs(double(t->vertex[1][0])),
+                                        std::abs(double(t->vertex[2][0]))})) {}
+    };
+    struct Row {
+        int number;
+        double y;  // of the centres
+    };
 
     /// Fills a triangle that spans many more rows than it holds centres. Returns false and changes
     /// nothing for any other, and where rounding hides the places of the centres.
@@ -88,49 +104,55 @@ private:
         if (spanned <= fewRows + 4 * polygon.area()) { return false; }
         polygon.forEachCell([&](int column, int row) {
             const Xy centre{columns.centre(column), rows.centre(row)};
-            if (isHeldBy(t, centre)) { rowOf(row)[column] = detail::heightIn(t, centre); }
+            if (contains(t, centre)) { rowOf(row)[column] = detail::heightIn(t, centre); }
         });
         return true;
     }
-    void fillRow(const TinRecord<Real>* t, const HeightPlane& plane, double unclear, int row,
-                 double y) const {
+    /// Fills the cells of a row that the triangle spans.
+    void fillRow(const Source& source, Row row) const {
+        const TinRecord<Real>* const t = source.triangle;
         double left = HUGE_VAL, right = -HUGE_VAL;
         for (int i = 0; i < 3; ++i) {
             const Real* a = t->vertex[after[i]];
             const Real* b = t->vertex[before[i]];
             if (b[1] < a[1] || (b[1] == a[1] && b[0] < a[0])) { std::swap(a, b); }
             const double ay = double(a[1]), by = double(b[1]);
-            if (y < ay || y > by) { continue; }
-            if (ay == by) { return fillEdge(a, b, row); }
+            if (row.y < ay || row.y > by) { continue; }
+            if (ay == by) { return fillEdge(a, b, row.number); }
             const double ax = double(a[0]), bx = double(b[0]);
-            const double x = y == by ? bx : ax + (bx - ax) * ((y - ay) / (by - ay));
+            const double x = row.y == by ? bx : ax + (bx - ax) * ((row.y - ay) / (by - ay));
             left = std::min(left, x);
             right = std::max(right, x);
         }
-        // Within a rounding of the ends, exact arithmetic decides.
-        left -= unclear;
-        right += unclear;
-        double* const out = rowOf(row);
+        fillBetween(source, row, left - source.unclear, right + source.unclear);
+    }
+    /// Fills the cells of a row with centres from `left` to `right`, which are outside the triangle by
+    /// the rounding of its crossings. Near both ends, exact arithmetic decides.
+    void fillBetween(const Source& source, Row row, double left, double right) const {
+        double* const out = rowOf(row.number);
         int cell = columns.upTo(left);
-        const double firstClear = left + 2 * unclear, lastClear = right - 2 * unclear;
-        const auto fillIfHeld = [&](double x) {
-            if (isHeldBy(t, {x, y})) { out[cell] = detail::heightIn(t, {x, y}); }
+        const double firstClear = left + 2 * source.unclear;
+        const double lastClear = right - 2 * source.unclear;
+        const auto fillIfHeld = [&](Xy centre) {
+            if (contains(source.triangle, centre)) {
+                out[cell] = detail::heightIn(source.triangle, centre);
+            }
         };
         for (; cell < columns.count; ++cell) {
             const double x = columns.centre(cell);
             if (x > firstClear || x > right) { break; }
-            if (x >= left) { fillIfHeld(x); }
+            if (x >= left) { fillIfHeld({x, row.y}); }
         }
         for (const int clear = columns.upTo(lastClear); cell < clear; ++cell) {
-            out[cell] = plane.at(columns.centre(cell), y);
+            out[cell] = source.plane.at(columns.centre(cell), row.y);
         }
         for (; cell < columns.count; ++cell) {
             const double x = columns.centre(cell);
             if (x > right) { return; }
             if (x < lastClear) {
-                out[cell] = plane.at(x, y);
+                out[cell] = source.plane.at(x, row.y);
             } else {
-                fillIfHeld(x);
+                fillIfHeld({x, row.y});
             }
         }
     }
@@ -142,14 +164,6 @@ private:
             if (x > right) { return; }
             if (x >= left) { rowOf(row)[cell] = heightOnEdge(a, b, {x, y}); }
         }
-    }
-    static bool isHeldBy(const TinRecord<Real>* t, Xy q) {
-        for (int i = 0; i < 3; ++i) {
-            if (orientation(xyOf(t->vertex[after[i]]), xyOf(t->vertex[before[i]]), q) < 0) {
-                return false;
-            }
-        }
-        return true;
     }
     [[nodiscard]] double* rowOf(int row) const {
         return cells + std::size_t(row) * std::size_t(columns.count);

@@ -8,6 +8,7 @@
 #include "triangulation/fixed_edges.h"
 #include "triangulation/flip.h"
 #include "triangulation/triangle_numbers.h"
+#include "triangulation/triangle_tests.h"
 
 #include <cstddef>
 #include <limits>
@@ -27,7 +28,7 @@ bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& triangleInd
     for (std::size_t n = 0; n < engine.count(); ++n) {
         const TinRecord<Real>* const t = engine.at(n);
         const auto& v = t->vertex;
-        if (orientation(xyOf(v[0]), xyOf(v[1]), xyOf(v[2])) < 0) { return false; }
+        if (orientationOf(t) < 0) { return false; }
         for (int i = 0; i < 3; ++i) {
             const TinRecord<Real>* const next = t->neighbor[i];
             if (next == nullptr) { continue; }

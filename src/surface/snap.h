@@ -3,7 +3,7 @@
 
 #include <zyn/point.h>
 
-#include "surface/surface_triangles.h"
+#include "surface/interpolate.h"
 #include "triangulation/predicates.h"
 
 #include <algorithm>
@@ -59,7 +59,7 @@ XPnt3<Real> crossingOf(const VertexSegment<Real>& edge, const VertexSegment<Real
         return Real(start + (sum > 0 ? extent * fromStart / sum : extent / 2));
     };
     const double share = sum > 0 ? fromStart / sum : 0.5;
-    return {place(0), place(1), Real(between(double(edge.from[2]), double(edge.to[2]), share))};
+    return {place(0), place(1), Real(interpolate(double(edge.from[2]), double(edge.to[2]), share))};
 }
 
 /// The square about a vertex that lines are taken through: what the tolerance and the rounding of a

@@ -1,9 +1,11 @@
+// The sort of points along a Hilbert curve.
 #include "surface/spatial_order.h"
 
 #include <zyn/network.h>
 
+#include "surface/hilbert_curve.h"
+
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cmath>
 #include <cstddef>
@@ -14,59 +16,6 @@ namespace zyn {
 namespace detail {
 
 namespace {
-
-// The curve. A cell's place is found from its upper bits down: two bits, one of x and one of y, give
-// a quarter, and each quarter holds a copy of the curve that may be swapped (x with y) and reversed.
-
-struct Turn {
-    bool swapped = false;
-    bool reversed = false;
-};
-
-/// The quarter's place, 0 to 3, in a curve that is turned so; `turn` becomes that of the quarter.
-constexpr unsigned quarter(unsigned x, unsigned y, Turn& turn) {
-    if (turn.swapped) { std::swap(x, y); }
-    const unsigned right = x ^ unsigned(turn.reversed);
-    const unsigned upper = y ^ unsigned(turn.reversed);
-    if (upper == 0) {
-        turn.reversed ^= right == 1;
-        turn.swapped ^= true;
-    }
-    return (3 * right) ^ upper;
-}
-
-/// Four levels of the curve at once: by turn, four bits of x and four of y.
-struct Steps {
-    std::array<std::uint16_t, 1024> table{};  // the place in 8 bits, below it the next turn in 2
-
-    constexpr Steps() {
-        for (unsigned entry = 0; entry < table.size(); ++entry) {
-            Turn turn{(entry & 512U) != 0, (entry & 256U) != 0};
-            unsigned place = 0;
-            for (unsigned bit = 4; bit-- > 0;) {
-                place = place << 2U | quarter(entry >> (bit + 4) & 1U, entry >> bit & 1U, turn);
-            }
-            table[entry] = static_cast<std::uint16_t>(place << 2U | 2U * unsigned(turn.swapped) |
-                                                      unsigned(turn.reversed));
-        }
-    }
-};
-constexpr Steps steps;
-
-/// The place of cell (x, y) on the curve through 2^16 by 2^16 cells, of which `nibbles` times four
-/// bits are used.
-std::uint32_t placeOnCurve(std::uint32_t x, std::uint32_t y, int nibbles) {
-    std::uint32_t place = 0, turn = 0;
-    for (int shift = 4 * nibbles - 4; shift >= 0; shift -= 4) {
-        const std::uint32_t step =
-            steps.table[turn << 8U | (x >> shift & 15U) << 4U | (y >> shift & 15U)];
-        place = place << 8U | step >> 2U;
-        turn = step & 3U;
-    }
-    return place;
-}
-
-// The sort
 
 struct Entry {
     std::uint32_t place;

@@ -3,6 +3,7 @@
 
 #include "triangulation/flip.h"
 #include "triangulation/predicates.h"
+#include "triangulation/triangle_tests.h"
 
 #include <cmath>
 #include <cstddef>
@@ -93,9 +94,6 @@ private:
         if (best.way == Way::edge && !isNearer(v, best.vertex)) { return; }
         best = {Way::edge, v, nullptr, t};
         isSure = hasArea(t) && (beside == nullptr || hasArea(beside));
-    }
-    static bool hasArea(const Tri* t) {
-        return orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) > 0;
     }
     /// Whether v is nearer to a than w, all on one line.
     [[nodiscard]] bool isNearer(const Real* v, const Real* w) const {

@@ -3,8 +3,10 @@
 
 #include "surface/breaklines.h"
 #include "surface/insert.h"
+#include "surface/interpolate.h"
 #include "surface/queries.h"
 #include "surface/restore.h"
+#include "surface/surface_triangles.h"
 #include "triangulation/ring.h"
 
 #include <algorithm>
@@ -25,58 +27,6 @@ bool isPlaceable(const XPnt3d& p) {
 double usableTolerance(double tolerance) { return std::min(tolerance, 2 * farthest); }
 
 }  // namespace
-
-SurfaceNetwork::SurfaceNetwork(const PlanBox& box, double tolerance)
-    : fixedList(newVertexArray<double>()), fixed(std::make_unique<FixedEdges<double>>(*fixedList)) {
-    constexpr double extents = 16;
-    const double size =
-        std::max({std::abs(box.minX), std::abs(box.maxX), std::abs(box.minY), std::abs(box.maxY)});
-    const double margin =
-        std::max({extents * (box.maxX - box.minX), extents * (box.maxY - box.minY), 1e-6 * size,
-                  2 * tolerance, 1e-200});
-    frame = {box.minX - margin, box.minY - margin, box.maxX + margin, box.maxY + margin};
-    engine = new delaunayD(0, frame.minX, frame.minY, frame.maxX, frame.maxY);
-}
-
-bool SurfaceNetwork::holds(const PlanBox& box, double tolerance) const {
-    return engine && (box.isEmpty() ||
-                      (frame.minX < box.minX - tolerance && box.maxX + tolerance < frame.maxX &&
-                       frame.minY < box.minY - tolerance && box.maxY + tolerance < frame.maxY));
-}
-
-void SurfaceNetwork::noteNewVertex(const double* v) {
-    if (isHullOpen) { return; }
-    tind* const newest = engine->newest();
-    forEachAround(newest, newest->index(v), engine->count(), [this](const tind* n, int) {
-        isHullOpen = engine->isFrameTriangle(n);
-        return isHullOpen;
-    });
-}
-
-bool SurfaceNetwork::remove(tind* t, int corner) {
-    double* const v = t->vertex[corner];
-    bool isOnLine = false, isOnRim = false;
-    forEachAround(t, corner, engine->count(), [&](const tind* n, int i) {
-        isOnLine = isFixed(v, n->vertex[after[i]]) || isFixed(v, n->vertex[before[i]]);
-        isOnRim = isOnRim || engine->isFrameTriangle(n);
-        return isOnLine;
-    });
-    if (isOnLine || !engine->removeVertex(t, corner)) { return false; }
-    isHullOpen = isHullOpen || isOnRim;
-    // Each one moves two triangles, so that a few leaves of the tree become stale.
-    constexpr std::size_t few = 128;
-    if (++removals > engine->count() / few) {
-        starts.noteAll(*engine);
-        removals = 0;
-    }
-    return true;
-}
-
-void SurfaceNetwork::closeHull() {
-    if (!isHullOpen) { return; }
-    detail::closeHull(*engine, *fixed, start(xyOf(engine->frameCorner(0))));
-    isHullOpen = false;
-}
 
 /// Makes the change. If that throws, mends the surface.
 template <class Change>
@@ -153,50 +103,63 @@ void SurfaceState::enterVertices(SurfaceNetwork& next) {
     restoreInside(*next.engine, *next.fixed);
 }
 
-PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* progress) {
+/// Remembers what insertPoints() has done so far.
+struct SurfaceState::Insertion {
+    std::span<XPnt3d> added;
+    double tolerance;
     PointReport report;
-    report.first = points.size() - static_cast<int>(added.size());
-    const double tolerance = usableTolerance(options.tolerance);
-    vertices.resize(static_cast<std::size_t>(points.size()));
-    makeRoom(added, tolerance);
-    // The first ones are only an outline, whose triangles shrink until the end.
-    const int outline = static_cast<int>(added.size() / 8);
-    const int spacing = added.size() < 1024 ? 1 : 2;
-    DelaunayEngine<double>& engine = *network.engine;
-    const bool hasLines = !network.fixed->isEmpty();
     Fallen fallen;
-    const auto insert = [&](std::int32_t index, tind* start) {
-        XPnt3d& p = added[static_cast<std::size_t>(index)];
-        const Xy place{p.x, p.y};
-        if (!isPlaceable(p)) {
-            ++report.notFinite;
-        } else if (hasLines ? engine.insert(&p, tolerance, start, *network.fixed)
-                            : engine.insert(&p, tolerance, start, noFixedEdges)) {
-            network.fixed->requireMemory();
-            network.noteNewVertex(p);
-            vertices[static_cast<std::size_t>(report.first + index)] = true;
-            if (++report.vertices > outline && report.vertices % spacing == 0) {
-                network.starts.note(place, engine.count() - 1);
-            }
-        } else if (const double* const other =
-                       engine.inPlaceOf(p, tolerance, network.start(place))) {
-            fallen.emplace_back(points.numberOf(other), report.first + index);
-        } else {
-            ++report.notFinite;
-        }
-    };
+};
+
+PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* progress) {
     const int count = static_cast<int>(added.size());
+    Insertion run{added, usableTolerance(options.tolerance), {}, {}};
+    PointReport& report = run.report;
+    report.first = points.size() - count;
+    vertices.resize(static_cast<std::size_t>(points.size()));
+    makeRoom(added, run.tolerance);
     tind* const start = count == 0 ? nullptr : network.start({added[0].x, added[0].y});
-    const int offered = insertAll(engine, added.data(), count, start, progress, insert);
-    report.refused = static_cast<int>(fallen.size());
+    const auto insert = [&](std::int32_t index, tind* from) { insertPoint(run, index, from); };
+    const int offered = insertAll(*network.engine, added.data(), count, start, progress, insert);
+    report.refused = static_cast<int>(run.fallen.size());
     report.skipped = count - offered;
     if (vertexCount > 0) { restoreAt(report.first, report.vertices); }
     vertexCount += report.vertices;
     const bool isFirstWanted = options.heights == Heights::breakline;
-    settleHeights(fallen, isFirstWanted ? Heights::first : options.heights,
+    settleHeights(run.fallen, isFirstWanted ? Heights::first : options.heights,
                   {report.first, points.size()});
     network.closeHull();
     return report;
+}
+
+/// Makes one of the added points a vertex, or counts it as one that cannot be a vertex. The search
+/// for its triangle begins at `start`.
+void SurfaceState::insertPoint(Insertion& run, int index, tind* start) {
+    XPnt3d& p = run.added[static_cast<std::size_t>(index)];
+    if (!isPlaceable(p)) {
+        ++run.report.notFinite;
+        return;
+    }
+    DelaunayEngine<double>& engine = *network.engine;
+    const int number = run.report.first + index;
+    const Xy place{p.x, p.y};
+    if (network.fixed->isEmpty() ? engine.insert(&p, run.tolerance, start, noFixedEdges)
+                                 : engine.insert(&p, run.tolerance, start, *network.fixed)) {
+        network.fixed->requireMemory();
+        network.noteNewVertex(p);
+        vertices[static_cast<std::size_t>(number)] = true;
+        // The first vertices are only an outline, whose triangles shrink until the end.
+        const int outline = static_cast<int>(run.added.size() / 8);
+        const int spacing = run.added.size() < 1024 ? 1 : 2;
+        if (++run.report.vertices > outline && run.report.vertices % spacing == 0) {
+            network.starts.note(place, engine.count() - 1);
+        }
+    } else if (const double* const other =
+                   engine.inPlaceOf(p, run.tolerance, network.start(place))) {
+        run.fallen.emplace_back(points.numberOf(other), number);
+    } else {
+        ++run.report.notFinite;
+    }
 }
 
 /// Restores the edges at new vertices. Insertion looks at those opposite to them only, and beside a
@@ -264,11 +227,8 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
     Breaklines<double>::Keep keep;
     if (!wanted.giveWay) {
         keep = [&](const XPnt3d& p) {
-            XPnt3d* const stored = points.append({&p, 1}).data();
-            vertices.resize(static_cast<std::size_t>(points.size()));
-            vertices.back() = true;
             ++report.crossings;
-            return stored;
+            return keepCrossing(p);
         };
     }
     Fallen fallen;
@@ -280,14 +240,13 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
         std::span<XPnt3d> line = rest.first(length);
         rest = rest.subspan(length);
         breaklines.add(line, [&](XPnt3d& p, const double* v) {
-            const double* const own = p;
-            const int number = points.numberOf(own);
-            if (v == own) {
-                vertices[static_cast<std::size_t>(number)] = true;
-                ++report.vertices;
-            } else {
+            const int number = points.numberOf(p);
+            if (v != static_cast<const double*>(p)) {
                 fallen.emplace_back(points.numberOf(v), number);
+                return;
             }
+            vertices[static_cast<std::size_t>(number)] = true;
+            ++report.vertices;
         });
     }
     report.edges = breaklines.edges();
@@ -302,7 +261,15 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
     return report;
 }
 
-/// Gives the points the height of the surface where there is one.
+/// Keeps a vertex at a crossing of lines. Returns its place.
+XPnt3d* SurfaceState::keepCrossing(const XPnt3d& p) {
+    XPnt3d* const stored = points.append({&p, 1}).data();
+    vertices.resize(static_cast<std::size_t>(points.size()));
+    vertices.back() = true;
+    return stored;
+}
+
+/// Sets the height of each point that is on the surface to that of the surface.
 void SurfaceState::takeHeights(std::span<XPnt3d> of) const {
     if (!network.engine) { return; }
     const SurfaceTriangles<double> surface(network.engine.get());
@@ -314,9 +281,10 @@ void SurfaceState::takeHeights(std::span<XPnt3d> of) const {
     }
 }
 
-/// Gives each vertex the height that the rule makes of those of the points that fell on it, in the
-/// order of their numbers. The height of a vertex from before counts as that of its points. Vertices
-/// at crossings have later numbers, but were there before points fell on them.
+/// Sets the height of each vertex by the rule, from its own height and those of the points that fell
+/// on it, in the order of their numbers. An older vertex comes first, and counts as often as the
+/// points it already stands for. Vertices at crossings count as older, although their numbers are
+/// later, since they were there before points fell on them.
 void SurfaceState::settleHeights(Fallen& fallen, Heights rule, Numbers added) {
     std::ranges::sort(fallen);
     for (std::size_t i = 0; i < fallen.size();) {
@@ -338,7 +306,7 @@ void SurfaceState::settleHeights(Fallen& fallen, Heights rule, Numbers added) {
             z = rule == Heights::last      ? heights[k]
                 : rule == Heights::lowest  ? std::min(z, heights[k])
                 : rule == Heights::highest ? std::max(z, heights[k])
-                : rule == Heights::mean    ? between(z, heights[k], 1.0 / count)
+                : rule == Heights::mean    ? interpolate(z, heights[k], 1.0 / count)
                                            : z;
         }
     }

@@ -2,10 +2,12 @@
 #include <zyn/geometry.h>
 #include <zyn/surface.h>
 
+#include "core/float_parts.h"
 #include "surface/queries.h"
 #include "surface/surface_error.h"
 #include "surface/surface_state.h"
 #include "triangulation/flip.h"
+#include "triangulation/vertex_position.h"
 
 #include <algorithm>
 #include <cmath>
@@ -50,13 +52,13 @@ double areaOf(const tind& t) {
     return std::isfinite(area) ? area : t.Area();
 }
 
-/// Returns the side in a unit of its own, so that no product overflows or vanishes. A power of two keeps
-/// every digit.
+/// Returns the side in a unit of its own, so that products neither overflow nor vanish. The unit is a
+/// power of two, which keeps every digit.
 XPnt3d inOwnUnit(const XPnt3d& side) {
     const double most = std::max({std::abs(side.x), std::abs(side.y), std::abs(side.z)});
     if (!(most > 0) || !std::isfinite(most)) { return side; }
-    const int unit = -std::ilogb(most);
-    return {std::scalbn(side.x, unit), std::scalbn(side.y, unit), std::scalbn(side.z, unit)};
+    const double unit = powerOfTwoIn(most);
+    return {side.x / unit, side.y / unit, side.z / unit};
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <zyn/network.h>
 
 #include "surface/queries.h"
+#include "triangulation/vertex_position.h"
 
 #include <algorithm>
 #include <array>

@@ -25,14 +25,14 @@
 
 namespace zyn {
 
-/// A `maxEdge` that takes out no triangle.
+/// Excludes no triangle when used as a `maxEdge`.
 inline constexpr double anyEdge = std::numeric_limits<double>::infinity();
 
 /// @cond
 namespace detail {
 
-/// Up to 64 triangles side by side. Those of the range have a bit in `members`, the lowest for
-/// `*first`.
+/// Represents up to 64 triangles in contiguous memory. Each triangle of the range has a bit in
+/// `members`; the lowest bit is for `*first`.
 template <class Real>
 struct TriangleBlock {
     const TinRecord<Real>* first = nullptr;
@@ -41,9 +41,9 @@ struct TriangleBlock {
     friend bool operator==(const TriangleBlock&, const TriangleBlock&) = default;
 };
 
-/// Returns the next block that has members, from the triangle `number` on, and moves `number`
-/// behind it. Returns an empty one at the end. Members are those of the surface, or all without a
-/// `maxEdge`.
+/// Returns the next block that has members, from triangle `number` on. Sets `number` to the
+/// triangle after the block. Returns an empty block at the end. Members are the triangles of the
+/// surface, or all triangles without a `maxEdge`.
 template <class Real>
 ZYN_EXPORT TriangleBlock<Real> nextBlock(const DelaunayInterface<Real>& engine, std::size_t& number,
                                          std::optional<double> maxEdge);
@@ -51,11 +51,11 @@ ZYN_EXPORT TriangleBlock<Real> nextBlock(const DelaunayInterface<Real>& engine, 
 }  // namespace detail
 /// @endcond
 
-/// A forward iterator over triangles, all or those of the surface; the default one is the end.
+/// Iterates forwards over all triangles, or those of the surface. The default iterator is the end.
 template <class Real>
 class TriangleIterator {
 public:
-    /// What standard algorithms ask for.
+    /// Describes the iterator for standard algorithms.
     /// @{
     using value_type = TinRecord<Real>;
     using difference_type = std::ptrdiff_t;
@@ -65,7 +65,7 @@ public:
     /// @}
 
     TriangleIterator() = default;
-    /// Points to the first triangle; the end if there is none.
+    /// Points to the first triangle, or is the end if there is none.
     TriangleIterator(const DelaunayInterface<Real>& engine_, std::optional<double> maxEdge_)
         : engine(&engine_), maxEdge(maxEdge_) {
         block = detail::nextBlock(*engine, number, maxEdge);
@@ -91,7 +91,7 @@ public:
         return old;
     }
     /// @}
-    /// Compares places in one engine.
+    /// Returns whether two iterators of one engine are at the same triangle.
     friend bool operator==(const TriangleIterator& a, const TriangleIterator& b) {
         return a.block == b.block;
     }
@@ -99,15 +99,15 @@ public:
 private:
     const DelaunayInterface<Real>* engine = nullptr;
     std::optional<double> maxEdge;
-    std::size_t number = 0;  // of the first triangle behind the block
+    std::size_t number = 0;  // of the first triangle after the block
     detail::TriangleBlock<Real> block;
 };
 
-/// A view of the triangles of an engine, made by triangles() or surfaceTriangles().
+/// Refers to the triangles of an engine, as a view. triangles() and surfaceTriangles() make it.
 template <class Real>
 class TriangleRange {
 public:
-    /// Makes a view of the surface, or of all triangles without a `maxEdge`.
+    /// Makes a view of the surface, or of all triangles if there is no `maxEdge`.
     TriangleRange(const DelaunayInterface<Real>& engine_, std::optional<double> maxEdge_)
         : engine(&engine_), maxEdge(maxEdge_) {}
 
@@ -123,8 +123,8 @@ private:
     std::optional<double> maxEdge;
 };
 
-/// Returns the triangles of the network, frame triangles included; none for an engine that is not
-/// this library's.
+/// Returns the triangles of the network, frame triangles included. Returns no triangles for an
+/// engine that is not of this library.
 template <class Real>
 [[nodiscard]] TriangleRange<Real> triangles(const DelaunayInterface<Real>& engine) {
     return {engine, std::nullopt};

@@ -13,8 +13,8 @@ struct CurveTurn {
     bool reversed = false;
 };
 
-/// Returns the place, 0 to 3, of a quarter in a curve with this turn, and sets `turn` to that of the
-/// quarter. `x` and `y` are the bits of the quarter, 0 or 1.
+/// Returns the place, 0 to 3, of a quarter in a curve with this turn, and sets `turn` to that of
+/// the quarter. `x` and `y` are the bits of the quarter, 0 or 1.
 constexpr unsigned placeOfQuarter(unsigned x, unsigned y, CurveTurn& turn) {
     if (turn.swapped) { std::swap(x, y); }
     const unsigned right = x ^ unsigned(turn.reversed);

@@ -19,7 +19,7 @@ using namespace detail;
 
 namespace {
 
-/// The centres of cells along one axis.
+/// Describes the centres of cells along one axis.
 struct CellAxis {
     double min, step, perStep;
     int count;
@@ -27,20 +27,20 @@ struct CellAxis {
     CellAxis(double min_, double max, int count_)
         : min(min_), step((max - min_) / count_), perStep(1 / step), count(count_) {}
     [[nodiscard]] double centre(int cell) const { return min + (cell + 0.5) * step; }
-    /// The last cell whose centre is not beyond `value`, to within a rounding; from 0 to count.
+    /// Returns the last cell whose centre is at most `value`, up to rounding; 0 to count.
     [[nodiscard]] int upTo(double value) const {
         const double cell = (value - min) * perStep - 0.5;
         return cell > 0 ? static_cast<int>(std::min(cell, double(count))) : 0;  // 0 for a NaN
     }
-    /// The place of `value` in cells: whole numbers are the centres.
+    /// Returns the place of `value` in cells, where whole numbers are the centres.
     [[nodiscard]] double placeOf(double value) const { return (value - min) * perStep - 0.5; }
-    /// How far the place of a centre is from a whole number at most, in cells.
+    /// Returns the largest distance of a centre's place from a whole number, in cells.
     [[nodiscard]] double unclear() const { return 0x1p-50 * (std::abs(min) * perStep + count); }
 };
 
-/// Fills the cells whose centres a triangle holds, row by row. Two triangles see the same crossing
-/// of their edge with a row, so no cell between them is left out; one that both hold gets the same
-/// height twice, which is that of heightAt().
+/// Fills the cells whose centres a triangle contains, row by row. Two triangles compute the same
+/// crossing of their common edge with a row, so no cell between them is left out. A cell that both
+/// contain gets the same height twice, which is that of heightAt().
 template <class Real>
 class TriangleFill {
 public:
@@ -57,7 +57,7 @@ public:
         const int spanned = rows.upTo(highest) - rows.upTo(lowest);
         if (spanned > fewRows && fillSliver(t, spanned)) { return; }
         const Source source(t);
-        // The row at either end may be one too many or too few by rounding: the test is by centres.
+        // By rounding, the first and last row may be off by one, so the loop compares the centres.
         for (int row = rows.upTo(lowest); row < rows.count; ++row) {
             const double y = rows.centre(row);
             if (y > highest) { break; }
@@ -69,7 +69,7 @@ public:
 private:
     static constexpr int fewRows = 16;
 
-    /// The triangle that cells are filled from.
+    /// Represents the triangle from which cells are filled.
     struct Source {
         const TinRecord<Real>* triangle;
         HeightPlane plane;
@@ -87,8 +87,8 @@ private:
         double y;  // of the centres
     };
 
-    /// Fills a triangle that spans many more rows than it holds centres. Returns false and changes
-    /// nothing for any other, and where rounding hides the places of the centres.
+    /// Fills a triangle that spans many more rows than it contains centres. Returns false and
+    /// changes nothing for other triangles, and if rounding blurs the places of the centres.
     bool fillSliver(const TinRecord<Real>* t, int spanned) const {
         Xy corner[3];
         double farthest = 0;
@@ -126,8 +126,8 @@ private:
         }
         fillBetween(source, row, left - source.unclear, right + source.unclear);
     }
-    /// Fills the cells of a row with centres from `left` to `right`, which are outside the triangle by
-    /// the rounding of its crossings. Near both ends, exact arithmetic decides.
+    /// Fills the cells of a row with centres from `left` to `right`, which leave room for the
+    /// rounding of the crossings. Near both ends, exact arithmetic decides.
     void fillBetween(const Source& source, Row row, double left, double right) const {
         double* const out = rowOf(row.number);
         int cell = columns.upTo(left);

@@ -1,4 +1,4 @@
-// The constrained Delaunay triangulation round fixed edges.
+// Flips to the constrained Delaunay triangulation around fixed edges.
 #include <zyn/network.h>
 
 #include "surface/restore.h"
@@ -21,8 +21,9 @@ using namespace detail;
 
 namespace {
 
-/// Whether no triangle runs clockwise and all links are mutual, across the same edge, and stay in the
-/// network: then every flip lowers the surface over the paraboloid, and flipping ends.
+/// Returns whether flipping ends. It does if no triangle is clockwise, and all links are mutual,
+/// across the same edge and inside the network: each flip then lowers the surface over the
+/// paraboloid.
 template <class Real>
 bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& triangleIndex) {
     for (std::size_t n = 0; n < engine.count(); ++n) {
@@ -39,8 +40,8 @@ bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& triangleInd
     return true;
 }
 
-/// Flips edges that fail the in-circle test and for which `mayFlip(t, i, n)` holds until none is left.
-/// Returns the number of flips.
+/// Flips edges that fail the in-circle test and for which `mayFlip(t, i, n)` returns true, until
+/// none is left. Returns the number of flips.
 template <class Real, class MayFlip>
 int flipIllegalEdges(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& triangleIndex,
                      MayFlip mayFlip) {

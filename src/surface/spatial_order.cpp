@@ -22,9 +22,9 @@ struct Entry {
     std::int32_t index;
 };
 
-/// Maps a box to cells, both axes by the same factor: that is in two parts, of which the first, a
-/// power of two, brings the box near 1, so that the second does not overflow for a tiny one.
-/// Coordinates are quartered where their difference would overflow.
+/// Maps a box to cells, both axes by the same factor. The factor has two parts: a power of two,
+/// which scales the box to about 1, and the rest, which therefore does not overflow for a tiny box.
+/// Coordinates are quartered if their difference would overflow.
 struct Cells {
     double minX, minY, part, toUnit, toCells;
 
@@ -52,7 +52,7 @@ public:
 
     explicit HilbertSort(const Pnt* points_) : points(points_) {}
 
-    /// Sorts the entries, whose points are finite, in two passes over about two bits a point.
+    /// Sorts the entries, by a radix sort in two passes. REQUIRES: their points are finite.
     void operator()(std::span<Entry> entries) {
         if (!assignPlaces(entries)) { return; }
         scratch.resize(std::max(scratch.size(), entries.size()));
@@ -67,7 +67,7 @@ public:
             first = end;
         }
     }
-    /// Sorts whatever cells were crowded, by their own boxes.
+    /// Sorts the points of crowded cells by finer cells.
     void refine() {
         while (!crowded.empty()) {
             const std::span<Entry> cell = crowded.back();
@@ -79,7 +79,8 @@ public:
 private:
     static constexpr std::ptrdiff_t crowd = 16;
 
-    /// False when all points are in one place.
+    /// Finds the place of each entry on the curve, and counts the digits. Returns false if all
+    /// points are in one place.
     bool assignPlaces(std::span<Entry> entries) {
         double minX = HUGE_VAL, minY = HUGE_VAL, maxX = -HUGE_VAL, maxY = -HUGE_VAL;
         for (const Entry& e : entries) {
@@ -92,7 +93,7 @@ private:
         if (!(maxX > minX) && !(maxY > minY)) { return false; }
         axisBits = std::clamp((static_cast<int>(std::bit_width(entries.size())) + 3) / 2, 4, 14);
         digitBits = axisBits;
-        // Just below a whole number of cells, so that the far side is in the last one.
+        // Slightly less than a whole number of cells, so that the far side is in the last cell.
         const Cells cells(minX, minY, maxX, maxY, std::ldexp(1.0, axisBits) * (1 - 1e-12));
         lowCounts.assign(std::size_t(1) << digitBits, 0);
         highCounts.assign(std::size_t(1) << digitBits, 0);

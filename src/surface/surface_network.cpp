@@ -1,4 +1,4 @@
-// How the network of a Surface changes.
+// Changes of the network of a Surface.
 #include "surface/surface_network.h"
 
 #include "surface/restore.h"
@@ -47,7 +47,7 @@ bool SurfaceNetwork::remove(tind* t, int corner) {
     });
     if (isOnLine || !engine->removeVertex(t, corner)) { return false; }
     isHullOpen = isHullOpen || isOnRim;
-    // Each one moves two triangles, so that a few leaves of the tree become stale.
+    // Each removal moves two triangles, so some cells of the tree become stale.
     constexpr std::size_t few = 128;
     if (++removals > engine->count() / few) {
         starts.noteAll(*engine);

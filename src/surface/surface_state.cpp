@@ -1,4 +1,4 @@
-// How a Surface changes.
+// Changes of a Surface.
 #include "surface/surface_state.h"
 
 #include "surface/breaklines.h"
@@ -17,18 +17,18 @@ namespace zyn::detail {
 
 namespace {
 
-/// Frames stay within what the predicates take.
+/// Limits coordinates, so that frames stay in the range of the predicates.
 constexpr double farthest = 1e90;
 
 bool isPlaceable(const XPnt3d& p) {
     return std::abs(p.x) <= farthest && std::abs(p.y) <= farthest && std::isfinite(p.z);
 }
-/// Returns a tolerance that has the same effect, and leaves room for a frame.
+/// Returns a tolerance with the same effect that leaves room for a frame.
 double usableTolerance(double tolerance) { return std::min(tolerance, 2 * farthest); }
 
 }  // namespace
 
-/// Makes the change. If that throws, mends the surface.
+/// Makes the change. If it throws, mends the surface.
 template <class Change>
 auto SurfaceState::changeSafely(Change change) {
     try {
@@ -50,7 +50,8 @@ bool SurfaceState::remove(int number) {
     return changeSafely([&] { return removeVertex(number); });
 }
 
-/// Gets a network that can hold the points. One that has become too small is made anew.
+/// Replaces a network whose frame is too small for the points. Replaces a tree of starts that is
+/// too coarse for them.
 void SurfaceState::makeRoom(std::span<const XPnt3d> newPoints, double tolerance) {
     PlanBox box = extent;
     for (const XPnt3d& p : newPoints) {
@@ -79,10 +80,10 @@ StartTree SurfaceState::newStarts() const {
     return StartTree(std::move(sample));
 }
 
-/// Inserts all vertices into a new network, and makes the edges that stay. These do not cross.
+/// Inserts all vertices into a new network, and makes the fixed edges, which do not cross.
 void SurfaceState::enterVertices(SurfaceNetwork& next) {
     std::vector<int> numbers;
-    std::vector<XPnt3d> places;  // side by side, for the order
+    std::vector<XPnt3d> places;  // contiguous, for insertionOrder()
     for (int number = 0; number < static_cast<int>(vertices.size()); ++number) {
         if (!isVertex(number)) { continue; }
         numbers.push_back(number);
@@ -162,10 +163,10 @@ void SurfaceState::insertPoint(Insertion& run, int index, tind* start) {
     }
 }
 
-/// Restores the edges at new vertices. Insertion looks at those opposite to them only, and beside a
-/// closed hull, where frame triangles are not Delaunay, that is not enough.
+/// Restores the edges at new vertices. Insertion only tests the edges opposite them. That is not
+/// enough beside a closed hull, where frame triangles are not Delaunay.
 void SurfaceState::restoreAt(int first, int count) {
-    constexpr int few = 8;  // of all vertices, one in so many
+    constexpr int few = 8;  // one in eight of all vertices
     if (count > vertexCount / few) {
         restoreInside(*network.engine, *network.fixed);
         return;
@@ -185,6 +186,8 @@ void SurfaceState::restoreAt(int first, int count) {
 
 namespace {
 
+/// Returns whether the points can become a chain of edges: all are placeable, and not all are in
+/// one place.
 bool isLine(const Polyline& line) {
     const auto isElsewhere = [&line](const XPnt3d& p) {
         return p.x != line[0].x || p.y != line[0].y;
@@ -194,8 +197,8 @@ bool isLine(const Polyline& line) {
 
 }  // namespace
 
-/// Returns the points of those lines that can become edges, and the number of points of each. Notes
-/// the other lines.
+/// Returns the points of the lines that can become edges, and the number of points of each. Appends
+/// the indices of the other lines to `leftOut`.
 SurfaceState::LinePoints SurfaceState::pointsOf(std::span<const Polyline> lines, bool soft,
                                                 std::vector<int>& leftOut) const {
     LinePoints taken;
@@ -281,10 +284,10 @@ void SurfaceState::takeHeights(std::span<XPnt3d> of) const {
     }
 }
 
-/// Sets the height of each vertex by the rule, from its own height and those of the points that fell
-/// on it, in the order of their numbers. An older vertex comes first, and counts as often as the
-/// points it already stands for. Vertices at crossings count as older, although their numbers are
-/// later, since they were there before points fell on them.
+/// Sets the height of each vertex by the rule, from its own height and those of the points that
+/// fell on it, in the order of their numbers. An older vertex comes first, and counts as often as
+/// the points it already stands for. Vertices at crossings count as older, although their numbers
+/// are later, since they were there before points fell on them.
 void SurfaceState::settleHeights(Fallen& fallen, Heights rule, Numbers added) {
     std::ranges::sort(fallen);
     for (std::size_t i = 0; i < fallen.size();) {
@@ -322,7 +325,7 @@ bool SurfaceState::removeVertex(int number) {
     return true;
 }
 
-/// Makes a sound surface of what a change has left when it threw, without memory.
+/// Makes a valid surface from the state that a change left when it threw. Allocates nothing.
 void SurfaceState::mend() noexcept {
     if (!network.engine) { return; }
     closeHullBySweeps(*network.engine, *network.fixed);

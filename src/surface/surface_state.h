@@ -1,10 +1,11 @@
-// What a Surface owns.
+// The data of a Surface.
 #pragma once
 
 #include <zyn/surface.h>
 
 #include "surface/point_store.h"
 #include "surface/surface_network.h"
+#include "surface/surface_triangles.h"
 
 #include <cstddef>
 #include <span>
@@ -14,17 +15,16 @@
 
 namespace zyn::detail {
 
-/// Owns what a Surface holds, and changes it. If a change throws, the surface stays sound, with a part
-/// of what was to change.
+/// Owns the points and the network of a Surface, and changes them. If a change throws, the surface
+/// stays valid, with a part of the change made.
 struct SurfaceState {
-    /// Points that fell on a vertex, by the number of the vertex and their own.
+    /// Lists points that fell on a vertex: the number of the vertex, then that of the point.
     using Fallen = std::vector<std::pair<int, int>>;
 
     explicit SurfaceState(const SurfaceOptions& newOptions) : options(newOptions) {}
 
-    // What throws leaves a sound surface, with a part of what was to change.
-
-    /// Makes vertices of points, the last ones of the store, and closes the hull.
+    /// Makes vertices of points and closes the hull. REQUIRES: `added` are the last points of the
+    /// store.
     PointReport addPoints(std::span<XPnt3d> added, IZynProgress* progress);
     BreaklineReport addLines(std::span<const Polyline> lines, const BreaklineOptions& wanted);
     bool remove(int number);
@@ -36,20 +36,20 @@ struct SurfaceState {
     SurfaceOptions options;
     PointReport firstReport;  // of the constructor's points
     PointStore points;
-    std::vector<bool> vertices;             // by point number; the last points may be missing
-    std::unordered_map<int, int> standIns;  // vertices by the numbers of points that fell on them
-    std::unordered_map<int, int> fallenCount;  // points at a vertex, where there are several
-    SurfaceNetwork network;                    // without an engine until there are points
+    std::vector<bool> vertices;             // whether points are vertices, by number; may end early
+    std::unordered_map<int, int> standIns;  // the vertex, by the number of a point that fell on it
+    std::unordered_map<int, int> fallenCount;  // of points at a vertex, if several
+    SurfaceNetwork network;                    // has no engine at first
     int vertexCount = 0;
 
 private:
-    /// The numbers of points from `first` up to, but not including, `end`.
+    /// Represents the numbers from `first` up to, but not including, `end`.
     struct Numbers {
         int first, end;
         [[nodiscard]] bool contains(int number) const { return first <= number && number < end; }
     };
 
-    /// The points of several lines, one line behind the other.
+    /// Holds the points of several lines, one line after the other.
     struct LinePoints {
         std::vector<XPnt3d> points;
         std::vector<std::size_t> lengths;
@@ -74,7 +74,14 @@ private:
     void settleHeights(Fallen& fallen, Heights rule, Numbers added);
     void mend() noexcept;
 
-    PlanBox extent;  // of all points that could become vertices
+    PlanBox extent;  // of all points that can become vertices
 };
+
+/// Returns the triangles of a surface without edges longer than `maxEdge`; none for null.
+[[nodiscard]] inline SurfaceTriangles<double> trianglesOf(const SurfaceState* state,
+                                                          double maxEdge) {
+    return SurfaceTriangles<double>(state == nullptr ? nullptr : state->network.engine.get(),
+                                    maxEdge);
+}
 
 }  // namespace zyn::detail

@@ -12,8 +12,8 @@
 
 namespace zyn::detail {
 
-/// Tells the triangles of the surface from the others of an engine: no corner is one of the frame,
-/// and no edge is longer than `maxEdge`.
+/// Selects the triangles of an engine that make up its surface: no corner is one of the frame, and
+/// no edge is longer than `maxEdge`.
 template <class Real>
 class SurfaceTriangles {
 public:

@@ -379,13 +379,16 @@ public:
     /// - the rim is the convex hull.
     [[nodiscard]] std::optional<NetworkFault> validate() const;
 
-    // A view or a range of a temporary surface would refer to nothing.
+    /// Do the same as for a view. A temporary surface cannot be asked, since it would end before the
+    /// answer is used.
+    /// @{
     [[nodiscard]] SurfaceTriangleRange triangles() const& { return SurfaceView::triangles(); }
     SurfaceTriangleRange triangles() && = delete;
     [[nodiscard]] SurfaceView withMaxEdge(double length) const& {
         return SurfaceView::withMaxEdge(length);
     }
     SurfaceView withMaxEdge(double length) && = delete;
+    /// @}
 
 private:
     detail::SurfaceState& changeable();

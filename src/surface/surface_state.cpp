@@ -286,7 +286,7 @@ void SurfaceState::takeHeights(std::span<XPnt3d> of) const {
 
 /// Sets the height of each vertex by the rule, from its own height and those of the points that
 /// fell on it, in the order of their numbers. An older vertex comes first, and counts as often as
-/// the points it already stands for. Vertices at crossings count as older, although their numbers
+/// the points it already represents. Vertices at crossings count as older, although their numbers
 /// are later, since they were there before points fell on them.
 void SurfaceState::settleHeights(Fallen& fallen, Heights rule, Numbers added) {
     std::ranges::sort(fallen);

@@ -97,10 +97,10 @@ void StartTree::noteAll(const Engine& engine) {
 }
 
 std::size_t StartTree::cellOf(Xy q) const {
+    const double place[] = {q.x, q.y};
     std::size_t node = 1;
-    while (node < leaves.size()) {
-        const double place = splitsY(node) ? q.y : q.x;
-        node = 2 * node + std::size_t(place >= splits[node]);
+    for (std::uint64_t axes = levelsAlongY; node < leaves.size(); axes >>= 1U) {
+        node = 2 * node + std::size_t(place[axes & 1U] >= splits[node]);
     }
     const std::size_t number = node - leaves.size();
     const Leaf& leaf = leaves[number];

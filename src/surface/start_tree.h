@@ -23,11 +23,11 @@ public:
     using Tri = TinRecord<double>;
     using Engine = DelaunayEngine<double>;
 
-    /// Returns whether the point of this number belongs to the sample. One of 32 does, without a
-    /// period that the order of points could have.
-    [[nodiscard]] static bool isSample(int number) {
+    /// Returns the number of the next point of the sample. About one point of 32 belongs to it,
+    /// without a period that the order of points could have.
+    [[nodiscard]] static std::size_t nextOfSample(std::size_t number) {
         constexpr std::uint32_t golden = 2654435769U;  // 2^32 over the golden ratio
-        return (static_cast<std::uint32_t>(number) * golden) >> 27U == 0;
+        return number + 1 + ((static_cast<std::uint32_t>(number) * golden) >> 26U);
     }
 
     /// Makes a tree without cells, which returns the newest triangle.

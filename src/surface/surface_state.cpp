@@ -72,9 +72,9 @@ void SurfaceState::makeRoom(std::span<const XPnt3d> newPoints, double tolerance)
 /// Returns a tree of starts for all points that are or may become vertices.
 StartTree SurfaceState::newStarts() const {
     std::vector<Xy> sample;
-    for (int number = 0; number < points.size(); ++number) {
-        if (!StartTree::isSample(number)) { continue; }
-        const XPnt3d& p = points.at(number);
+    const auto count = static_cast<std::size_t>(points.size());
+    for (std::size_t n = 0; n < count; n = StartTree::nextOfSample(n)) {
+        const XPnt3d& p = points.at(static_cast<int>(n));
         if (isPlaceable(p)) { sample.push_back({p.x, p.y}); }
     }
     return StartTree(std::move(sample));
@@ -151,7 +151,7 @@ void SurfaceState::insertPoint(Insertion& run, int index, tind* start) {
         vertices[static_cast<std::size_t>(number)] = true;
         // The first vertices are only an outline, whose triangles shrink until the end.
         const int outline = static_cast<int>(run.added.size() / 8);
-        const int spacing = run.added.size() < 1024 ? 1 : 2;
+        const int spacing = run.added.size() < 1024 ? 1 : 4;
         if (++run.report.vertices > outline && run.report.vertices % spacing == 0) {
             network.starts.note(place, engine.count() - 1);
         }

@@ -33,8 +33,8 @@ inline constexpr double anyEdge = std::numeric_limits<double>::infinity();
 /// @cond
 namespace detail {
 
-/// Up to 64 triangles side by side. Those of the range have a bit in `members`, the lowest for
-/// `*first`.
+/// Represents up to 64 triangles in contiguous memory. Each triangle of the range has a bit in
+/// `members`; the lowest bit is for `*first`.
 template <class Real>
 struct TriangleBlock {
     const TinRecord<Real>* first = nullptr;
@@ -43,9 +43,9 @@ struct TriangleBlock {
     friend bool operator==(const TriangleBlock&, const TriangleBlock&) = default;
 };
 
-/// Returns the next block that has members, from the triangle `number` on, and moves `number`
-/// behind it. Returns an empty one at the end. Members are those of the surface, or all without a
-/// `maxEdge`.
+/// Returns the next block that has members, from triangle `number` on. Sets `number` to the
+/// triangle after the block. Returns an empty block at the end. Members are the triangles of the
+/// surface, or all triangles without a `maxEdge`.
 template <class Real>
 ZYN_EXPORT TriangleBlock<Real> nextBlock(const DelaunayInterface<Real>& engine, std::size_t& number,
                                          std::optional<double> maxEdge);
@@ -103,15 +103,15 @@ public:
 private:
     const DelaunayInterface<Real>* engine = nullptr;
     std::optional<double> maxEdge;
-    std::size_t number = 0;  // of the first triangle behind the block
+    std::size_t number = 0;  // of the first triangle after the block
     detail::TriangleBlock<Real> block;
 };
 
-/// A view of the triangles of an engine, made by triangles() or surfaceTriangles().
+/// Refers to the triangles of an engine, as a view. triangles() and surfaceTriangles() make it.
 template <class Real>
 class TriangleRange {
 public:
-    /// Makes a view of the surface, or of all triangles without a `maxEdge`.
+    /// Makes a view of the surface, or of all triangles if there is no `maxEdge`.
     TriangleRange(const DelaunayInterface<Real>& engine_, std::optional<double> maxEdge_)
         : engine(&engine_), maxEdge(maxEdge_) {}
 

@@ -14,7 +14,7 @@ using namespace detail;
 
 namespace {
 
-/// Whether all points can become vertices.
+/// Returns whether there are at least two points, and all can become vertices.
 template <class Real>
 bool accepts(DelaunayEngine<Real>& engine, Pnt3Array<Real>* points,
              const detail::StartNear<Real>& start) {
@@ -27,7 +27,7 @@ bool accepts(DelaunayEngine<Real>& engine, Pnt3Array<Real>* points,
     });
 }
 
-/// Adds those of the polylines that can be; -1 when none can.
+/// Adds the polylines that can become edges. Returns the number of edges, or -1 if no polyline can.
 template <class Real, class Polylines>
 int addAll(DelaunayInterface<Real>* interface, Polylines&& polylines, Real tolerance,
            VertexArray<Real>* fixed, Pnt3Pool<Real>* crossings) {

@@ -1,4 +1,4 @@
-// Breaklines: polylines into a network, as edges that stay.
+// Breaklines: polylines that become constrained edges of a network.
 #pragma once
 
 #include <zyn/network.h>
@@ -20,10 +20,13 @@ namespace zyn::detail {
 
 /// Brings polylines into a network.
 ///
-/// A vertex where two lines cross is rounded, and may replace one within the tolerance: both lines
-/// bend there. Bent lines that run side by side would cross again and again. So a line that passes an
-/// end of a fixed edge as closely as that goes through it, and lines that cross so close to an end of
-/// one of them meet there: a vertex is made only where both lines lead clearly to either side.
+/// The vertex at a crossing of two lines is rounded, or is an older one within the tolerance, so
+/// both lines bend there. Bent lines that run side by side could cross again and again. Two rules
+/// prevent this:
+/// - a line that passes close to an end of a fixed edge goes through that end;
+/// - lines that cross close to an end of one of them meet at that end.
+/// A new vertex is therefore made only where both lines clearly continue on either side. "Close"
+/// means within the tolerance and the rounding of a crossing.
 /// Source: iterated snap rounding, Halperin and Packer 2002, with squares about vertices as pixels.
 template <class Real>
 class Breaklines {
@@ -34,7 +37,7 @@ public:
     /// Keeps a vertex at a crossing and returns its place.
     using Keep = std::function<Pnt*(const Pnt&)>;
 
-    /// Without `keep_`, edges of earlier lines give way.
+    /// Makes edges of earlier lines give way if `keep_` is empty.
     Breaklines(DelaunayEngine<Real>& engine_, Real tolerance_, FixedEdges<Real>& fixed_, Keep keep_,
                detail::StartNear<Real> start_)
         : engine(engine_),
@@ -46,14 +49,14 @@ public:
           start(std::move(start_)) {
         fixed.restartCounting();
     }
-    /// Appends those triangles to a list beside which edges may not be Delaunay any more.
+    /// Appends to a list the triangles whose edges may not be Delaunay any more.
     void recordChangesIn(std::vector<Tri*>& list) {
         changed = &list;
         maker.recordChangesIn(list);
     }
 
-    /// Makes a polyline part of the network. Calls `use` with each point and the vertex that it became
-    /// or fell on. Inserts all vertices first, since each may flip an edge away.
+    /// Makes a polyline part of the network. Inserts all its points first, since each may flip an
+    /// edge away. Calls `use` with each point and the vertex that it became or fell on.
     template <class Points, class Use>
     void add(Points& points, Use use) {
         std::vector<Real*> vertices;
@@ -76,7 +79,8 @@ public:
     }
     /// Returns the number of edges of the polylines, each counted once.
     [[nodiscard]] int edges() const { return static_cast<int>(fixed.added()); }
-    /// Returns the number of fixed edges that gave way, and of segments that are not there.
+    /// Returns the number of fixed edges that gave way, plus that of segments that could not be
+    /// made.
     [[nodiscard]] int lost() const { return lostEdges; }
 
 private:
@@ -85,7 +89,8 @@ private:
     using Crossing = typename Maker::Crossing;
     using Segment = VertexSegment<Real>;
 
-    /// Returns the nearest vertex that the point would be refused for, or null.
+    /// Returns the nearest vertex within the tolerance, or null. An insertion of the point would
+    /// fail because of that vertex.
     Real* vertexAt(const Pnt& p) { return vertexNear(p, tolerance); }
     Real* vertexNear(const Pnt& p, Real within) {
         const Xy q{double(p.x), double(p.y)};
@@ -94,8 +99,8 @@ private:
         latest = t;
         return engine.cornerAt(t, p, within);
     }
-    /// Makes the point a vertex. A fixed edge on the rim, which no flip takes away, gets it too if the
-    /// point is on it.
+    /// Makes the point a vertex. Also splits a fixed edge on the rim that the point is on, which
+    /// the flips of the insertion do not reach. Returns false if the engine refuses the point.
     bool insert(Pnt& p) {
         if (!engine.insert(&p, tolerance, latest, fixed)) { return false; }
         latest = engine.newest();
@@ -113,8 +118,9 @@ private:
         if (changed != nullptr) { changed->push_back(t); }
     }
 
-    /// Takes the fixed edges that lead all along the segment already, as if it was made before and bent
-    /// since. Returns false, with nothing changed, if there are none.
+    /// Counts fixed edges as the segment if a chain of them already leads from end to end close to
+    /// it. Such a chain is an earlier segment that was bent since. Returns false and changes
+    /// nothing if there is no such chain.
     bool follow(const Segment& line) {
         struct Place {
             Real* vertex;
@@ -148,7 +154,7 @@ private:
     }
 
     void makeSegment(Real* a, Real* b, int depth) {
-        // More steps than there are vertices on the way only in a damaged network.
+        // Only a damaged network needs more steps than it has vertices on the way.
         for (std::size_t stepsLeft = 2 * engine.count() + 16;
              a != nullptr && a != b && stepsLeft > 0; --stepsLeft) {
             a = advance(a, b, depth);
@@ -156,8 +162,8 @@ private:
         if (a != b) { ++lostEdges; }
     }
 
-    /// Makes the next edge from a towards b, or clears the way for it. Returns the vertex to go on from,
-    /// or null where the way is blocked.
+    /// Makes the next edge from a towards b, or clears the way for it. Returns the vertex to
+    /// continue from, or null if the way is blocked.
     Real* advance(Real* a, Real* b, int depth) {
         const Step step = maker.look(a, b);
         if (step.way == Maker::Way::blocked) { return nullptr; }
@@ -191,8 +197,8 @@ private:
         makeSegment(a, v, depth + 1);
         return v;
     }
-    /// Leads the line and the fixed edge that it crosses to one vertex. An edge for which there is none
-    /// gives way.
+    /// Leads the line and the fixed edge that it crosses through one vertex. Without such a vertex,
+    /// the edge gives way. Returns the vertex from which the line continues.
     Real* cross(const Segment& edge, const Segment& line, int depth) {
         Real* const v = meetingVertex(edge, line);
         const bool wasCounting = fixed.setCounting(fixed.counts(edge.from, edge.to));
@@ -213,7 +219,8 @@ private:
         ++lostEdges;
     }
 
-    /// Returns a vertex close to the way from a to b among those of the triangles at its first step.
+    /// Returns a vertex of the triangles at the first step from a to b that the line is to go
+    /// through, or null.
     Real* closeVertex(Real* a, Real* b, const Step& step) {
         Tri* const t = step.triangle;
         const bool isEdge = step.way == Maker::Way::edge;
@@ -226,7 +233,8 @@ private:
         const int apex = other == nullptr ? -1 : other->index(a, step.vertex);
         return apex < 0 ? nullptr : closeCorner(way, other, apex);
     }
-    /// Returns the corner of t if the line is to go through it.
+    /// Returns corner `i` of t if the line is to go through it, or null. The corner is then close
+    /// to the line and an end of a fixed edge.
     Real* closeCorner(const Segment& line, Tri* t, int i) {
         Real* const v = t->vertex[i];
         if (!snap.isClose(line, v) || !isBetween(line, v)) { return nullptr; }
@@ -239,8 +247,8 @@ private:
         return isOnFixed ? v : nullptr;
     }
 
-    /// Returns a vertex that brings both lines farther or is an end of them, new if need be; null if there
-    /// is none.
+    /// Returns a vertex at which the two lines can meet: each line ends there or continues towards
+    /// its end. Makes a new vertex if no old one serves. Returns null if there is none.
     Real* meetingVertex(const Segment& edge, const Segment& line) {
         const auto serves = [&](const Real* v) {
             return isEndOrBetween(edge, v) && isEndOrBetween(line, v);
@@ -265,12 +273,14 @@ private:
         --allowance;
         return insert(*stored) ? static_cast<Real*>(*stored) : nullptr;
     }
-    /// Returns how many vertices the segment may still make: in all, one more than twice the lines that
-    /// clearly cross it.
+    /// Returns how many new vertices the segment may still make. It starts with one more than twice
+    /// the number of fixed edges that clearly cross it.
     std::size_t verticesLeft() {
         if (allowance == unknown) { allowance = 2 * clearCrossings(segment) + 1; }
         return allowance;
     }
+    /// Returns the number of fixed edges that cross the line, with no end of either close to the
+    /// other.
     std::size_t clearCrossings(const Segment& line) {
         std::size_t clear = 0;
         const auto countClear = [&](const Crossing& c, int) {
@@ -291,7 +301,7 @@ private:
     }
 
     static constexpr std::size_t unknown = static_cast<std::size_t>(-1);
-    static constexpr int mostDepth = 64;  // of segments that bend while others are bent
+    static constexpr int mostDepth = 64;  // of nested calls of makeSegment()
 
     DelaunayEngine<Real>& engine;
     Maker maker;
@@ -302,8 +312,8 @@ private:
     detail::StartNear<Real> start;
     std::vector<Tri*>* changed = nullptr;
     Tri* latest = nullptr;            // where the last point was located
-    Segment segment;                  // of the polyline, the one that is being made
-    std::size_t allowance = unknown;  // of vertices that it makes
+    Segment segment;                  // the one of the polyline that is being made
+    std::size_t allowance = unknown;  // of new vertices for the segment
     std::size_t splitsLeft = 0;
     int lostEdges = 0;
 };

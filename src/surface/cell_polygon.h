@@ -1,4 +1,4 @@
-// The cells of a grid that a thin polygon meets, in time of their number.
+// The cells of a grid that a thin polygon covers, found in time proportional to their number.
 #pragma once
 
 #include "triangulation/predicates.h"
@@ -12,17 +12,18 @@
 
 namespace zyn::detail {
 
-/// The part of a triangle that covers a grid. Its unit is the cell: whole numbers are the centres.
+/// Represents the part of a triangle inside a grid. Coordinates are in cells: whole numbers are the
+/// centres of cells.
 ///
-/// A sliver can cross thousands of rows and columns and hold no centre of a cell. The centres also
-/// form lines in other directions: those with the fewest lines across the polygon come from a
-/// reduced basis of the lattice (Gauss). By the flatness theorem, a convex figure that such lines
-/// cross often holds about as many centres as it has area. The lines that are looked at are
-/// therefore no more than a constant and the square root of the number of centres.
+/// A sliver can cross thousands of rows and columns and contain no centre of a cell. The centres
+/// also form lines in other directions. A reduced basis of the lattice (Gauss) yields the direction
+/// with the fewest lines across the polygon. By the flatness theorem, a convex figure that many
+/// such lines cross contains about as many centres as it has area. So the number of lines visited
+/// is at most a constant plus a multiple of the square root of the number of centres.
 class CellPolygon {
 public:
-    /// The triangle a, b, c in columns and rows. Each coordinate is known to within `unclear_`
-    /// cells.
+    /// Takes the triangle a, b, c in columns and rows. Each coordinate has an error of at most
+    /// `unclear_` cells.
     CellPolygon(Xy a, Xy b, Xy c, int columns_, int rows_, double unclear_)
         : corner{a, b, c}, columns(columns_), rows(rows_), unclear(std::max(unclear_, 0x1p-31)) {
         // No centre is nearer than half a cell to the rim of the grid, so rounding loses none.
@@ -41,7 +42,7 @@ public:
         return std::abs(twice) / 2;
     }
 
-    /// Calls `use(column, row)` for all cells whose centres the polygon holds, and for some beside
+    /// Calls `use(column, row)` for all cells whose centres are in the polygon, and for some beside
     /// it.
     template <class Use>
     void forEachCell(Use use) const {
@@ -60,7 +61,8 @@ public:
     }
 
 private:
-    /// A linear function of columns and rows with whole coefficients, from 0 at `origin`.
+    /// Represents a linear function of columns and rows with whole coefficients. It is 0 at
+    /// origin().
     struct Form {
         std::int64_t x, y;
     };
@@ -72,7 +74,7 @@ private:
         }
     };
 
-    /// Cuts off what has `sign` times a coordinate above `limit`.
+    /// Cuts off the part in which `sign` times the coordinate is above `limit`.
     void clip(double Xy::*axis, double sign, double limit) {
         const auto old = corner;
         const std::size_t oldSize = std::exchange(size, 0);
@@ -92,7 +94,7 @@ private:
         const Xy offset = p - origin();
         return double(form.x) * offset.x + double(form.y) * offset.y;
     }
-    /// What the corners' coordinates leave open of a value.
+    /// Returns the error of a value that comes from the errors of the coordinates.
     [[nodiscard]] double unclearOf(Form form) const {
         return unclear * (std::abs(double(form.x)) + std::abs(double(form.y)));
     }
@@ -101,8 +103,9 @@ private:
         for (std::size_t i = 0; i < size; ++i) { range.include(valueAt(form, corner[i])); }
         return {range.low - unclearOf(form), range.high + unclearOf(form)};
     }
-    /// The sum of the products of both values at the corners, taken from the first corner: the
-    /// square of a norm that the width of the polygon is proportional to, to within a constant.
+    /// Returns an inner product of two forms: the sum of the products of their values at the
+    /// corners, relative to the first corner. Its norm is the width of the polygon, up to a
+    /// constant factor.
     [[nodiscard]] double product(Form f, Form g) const {
         double total = 0;
         for (std::size_t i = 1; i < size; ++i) {
@@ -112,13 +115,14 @@ private:
         }
         return total;
     }
-    /// Two forms that number the centres without gaps, the first with few values on the polygon.
+    /// Returns two forms that number the centres without gaps. The first has few values on the
+    /// polygon.
     [[nodiscard]] std::pair<Form, Form> reducedBasis() const {
         Form across{1, 0}, along{0, 1};
         if (product(along, along) < product(across, across)) { std::swap(across, along); }
         for (double width2 = product(across, across); width2 > 0.25;) {
             const double times = std::round(product(across, along) / width2);
-            // Larger coefficients would make the values unclear, and overflow in the end.
+            // Larger coefficients would make the values unclear, and finally overflow.
             if (std::abs(times) * unclearOf(across) + unclearOf(along) > 0.125) { break; }
             const auto whole = static_cast<std::int64_t>(times);
             const Form shorter{along.x - whole * across.x, along.y - whole * across.y};
@@ -129,7 +133,7 @@ private:
         }
         return {across, along};
     }
-    /// The values of `along` on the part of the polygon where that of `across` may be `line`.
+    /// Returns the range of `along` on the part of the polygon where `across` may be `line`.
     [[nodiscard]] Range crossing(Form across, Form along, double line) const {
         const double low = line - unclearOf(across), high = line + unclearOf(across);
         Range range;
@@ -147,7 +151,8 @@ private:
         }
         return {range.low - unclearOf(along), range.high + unclearOf(along)};
     }
-    /// The cell with these values: the forms' determinant is 1 or -1.
+    /// Returns the cell at which `across` is `line` and `along` is `place`. The determinant of the
+    /// forms is 1 or -1.
     [[nodiscard]] std::pair<std::int64_t, std::int64_t> cellAt(Form across, Form along, double line,
                                                                double place) const {
         const auto f = static_cast<std::int64_t>(line), g = static_cast<std::int64_t>(place);
@@ -157,7 +162,7 @@ private:
         return {x + sign * (f * along.y - g * across.y), y + sign * (g * across.x - f * along.x)};
     }
 
-    std::array<Xy, 7> corner;  // each of four cuts adds one at most
+    std::array<Xy, 7> corner;  // each of the four cuts adds at most one
     std::size_t size = 3;
     int columns, rows;
     double unclear;

@@ -1,12 +1,14 @@
-// The surface out to the convex hull of its vertices.
+// Flips that extend a surface to the convex hull of its vertices.
 #include <zyn/network.h>
 
 #include "surface/frame_rim.h"
 #include "surface/lawson.h"
 #include "surface/restore.h"
+#include "triangulation/between.h"
 #include "triangulation/engine.h"
 #include "triangulation/fixed_edges.h"
 #include "triangulation/flip.h"
+#include "triangulation/triangle_tests.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -20,34 +22,36 @@ using namespace detail;
 
 namespace {
 
-/// Flips the edges to the corners of the frame away from each vertex at which the rim turns inwards,
-/// as in Graham's scan, and then inner edges that are not Delaunay any more.
+/// Scans the rim as Graham's scan does. At each reflex vertex, flips away the edges to the corners
+/// of the frame. Then flips inner edges that are not Delaunay any more.
 ///
-/// Where the rim turns inwards at v, from u to w, the angle at v outside the surface is below 180
-/// degrees. So is that of the frame at each corner. The edges from v to the corners can therefore be
-/// flipped one after the other, until u-w is left and v is inside.
+/// At a reflex vertex v, where the rim goes from u over v to w, the angle outside the surface is
+/// below 180 degrees. The angles of the frame at its corners are, too. The edges from v to the
+/// corners can therefore be flipped one after the other, until the rim goes from u to w and v is
+/// inside.
 template <class Real>
 class HullCloser {
 public:
     using Tri = TinRecord<Real>;
     using Edge = typename FrameRim<Real>::Edge;
 
-    /// Finds the frame by a walk from `start_`.
+    /// Lets the walk to the frame begin at `start_`.
     HullCloser(DelaunayEngine<Real>& engine_, const FixedEdges<Real>& fixedEdges, Tri* start_)
         : engine(engine_), fixed(fixedEdges), start(start_), rim(engine_) {}
 
-    /// Closes the hull and restores what that makes illegal. Returns the number of flips; -1 when the
-    /// frame is not whole.
+    /// Closes the hull, and restores the edges that this makes illegal. Returns the number of
+    /// flips, or -1 if the frame is not whole.
     int close() {
         if (!closeOnly(true)) { return -1; }
         restore();
         return flips;
     }
-    /// Closes the hull without memory, and leaves edges that are not Delaunay.
+    /// Closes the hull without allocation. May leave edges that are not Delaunay.
     void closeWithoutMemory() noexcept { closeOnly(false); }
 
 private:
-    /// Notes in `pending` what may be illegal then, if it may. Returns false when the frame is not whole.
+    /// Closes the hull. If allocation is allowed, notes in `pending` the triangles with edges that
+    /// may be illegal then. Returns false if the frame is not whole.
     bool closeOnly(bool mayAllocate) {
         do {
             if (!rim.walk(start)) { return false; }
@@ -55,7 +59,7 @@ private:
         } while (rim.diagonal.triangle != nullptr && flip(rim.diagonal).triangle != nullptr);
         if (rim.diagonal.triangle != nullptr) { return true; }
         openFlats();
-        if (mayAllocate) { pending.reserve(rim.length); }  // cutting takes no more than that
+        if (mayAllocate) { pending.reserve(rim.length); }  // cutPockets() appends at most that many
         cutPockets();
         return true;
     }
@@ -63,15 +67,19 @@ private:
         return orientation(xyOf(a), xyOf(b), xyOf(c));
     }
     static bool isOnePlace(const Real* a, const Real* b) { return a[0] == b[0] && a[1] == b[1]; }
-    /// Whether p, on the line through a and b, is strictly between them.
-    static bool isBetween(const Real* a, const Real* p, const Real* b) {
-        const auto place = [](const Real* v) { return std::pair(v[0], v[1]); };
-        return std::min(place(a), place(b)) < place(p) && place(p) < std::max(place(a), place(b));
+    /// Returns whether p is on the edge from a to b, but at neither end.
+    static bool isInsideEdge(const Real* a, const Real* p, const Real* b) {
+        return turnOf(a, b, p) == 0 && isBetween(xyOf(a), xyOf(p), xyOf(b)) && !isOnePlace(p, a) &&
+               !isOnePlace(p, b);
     }
 
-    /// Flips the edge opposite a slot. Returns the neighbour and the slot of its corner that keeps its
-    /// place; no triangle, with nothing changed, if a new triangle would run clockwise, or more
-    /// triangles than before would have no area.
+    /// Flips an edge. Returns the old neighbour, with the slot of its corner that the flip keeps.
+    /// Returns no triangle and changes nothing if:
+    /// - the links do not fit together;
+    /// - the new edge would join a vertex to itself, or two corners of the frame;
+    /// - a new triangle would be clockwise;
+    /// - more triangles than before would have zero area;
+    /// - a new triangle would have one neighbour across two edges.
     Edge flip(Edge e) {
         const auto [t, i] = e;
         Tri* const n = t->neighbor[i];
@@ -82,7 +90,7 @@ private:
         const int first = turnOf(p, a, q), second = turnOf(q, b, p);
         const bool makesDiagonal = engine.isFrameVertex(p) && engine.isFrameVertex(q);
         if (p == q || makesDiagonal || first < 0 || second < 0) { return {}; }
-        // Beside points in one place, a new triangle could get one neighbour across two edges.
+        // This can happen beside points in one place.
         const auto isTwice = [](const Tri* one, const Tri* other) {
             return one != nullptr && one == other;
         };
@@ -101,8 +109,8 @@ private:
         if (flips < std::numeric_limits<int>::max()) { ++flips; }
     }
 
-    /// Gives triangles of no area to the frame: a vertex between the ends of an edge of the rim becomes
-    /// part of the rim. Vertices on a side of the frame leave such triangles.
+    /// Moves zero-area triangles from the surface to the frame: a vertex inside an edge of the rim
+    /// becomes part of the rim. Such triangles come from vertices on a side of the frame.
     void openFlats() {
         Edge e = rim.first;
         for (std::size_t left = rim.length; left > 0 && e.triangle != nullptr;) {
@@ -118,17 +126,18 @@ private:
         }
         rim.first = e;
     }
+    /// Returns whether the triangle of the surface beside an edge of the rim has its third vertex
+    /// inside that edge, which is not fixed.
     bool isOverFlat(Edge e) const {
         const Tri* const n = e.triangle->neighbor[e.slot];
         const int j = slotBack(e.triangle, e.slot, n);
         if (j == 3 || engine.isFrameVertex(n->vertex[j]) || fixed.contains(e.start(), e.end())) {
             return false;
         }
-        return turnOf(e.start(), e.end(), n->vertex[j]) == 0 &&
-               isBetween(e.start(), n->vertex[j], e.end());
+        return isInsideEdge(e.start(), n->vertex[j], e.end());
     }
 
-    /// Graham's scan. It ends when it has cut off none of the vertices of a whole round.
+    /// Runs Graham's scan. Ends after a round that cuts off no vertex.
     void cutPockets() {
         Edge in = rim.first;
         for (std::size_t settled = 0; rim.length > 2 && settled < rim.length;) {
@@ -145,12 +154,13 @@ private:
             }
         }
     }
-    /// Two vertices in one place would hide a turn.
+    /// Returns whether v is to be cut off between u and w: it is reflex, or in one place with u or
+    /// w, which would hide a turn.
     static bool isPocket(const Real* u, const Real* v, const Real* w) {
         return u != w && (isOnePlace(u, v) || isOnePlace(v, w) || turnOf(u, v, w) < 0);
     }
-    /// Takes the end of `in` out of the rim. `in` becomes the edge from its start to the next vertex.
-    /// Returns false if the vertex had to keep an edge to a corner of the frame.
+    /// Takes the end of `in` out of the rim, and makes `in` the edge from its start to the next
+    /// vertex. Returns false if an edge from that end to a corner of the frame cannot be flipped.
     bool cutOff(Edge& in) {
         for (;;) {
             const Edge cut = flip({in.triangle, before[in.slot]});
@@ -163,8 +173,8 @@ private:
         }
     }
 
-    /// Lawson's flips, from the new triangles on. Each flip lowers the surface over the paraboloid,
-    /// so they end.
+    /// Flips illegal edges, from the new triangles on. Each flip lowers the surface when it is
+    /// lifted to the paraboloid, so flipping ends.
     void restore() {
         while (!pending.empty()) {
             Tri* const t = pending.back();
@@ -177,11 +187,8 @@ private:
         }
     }
     bool mayFlip(const Tri* t, int i, const Tri* n, int j) const {
-        const auto isOriented = [](const Tri* of) {
-            return turnOf(of->vertex[0], of->vertex[1], of->vertex[2]) >= 0;
-        };
-        return !engine.isFrameTriangle(n) && slotBack(t, i, n) == j && isOriented(t) &&
-               isOriented(n) && !fixed.contains(t->vertex[after[i]], t->vertex[before[i]]);
+        return !engine.isFrameTriangle(n) && slotBack(t, i, n) == j && orientationOf(t) >= 0 &&
+               orientationOf(n) >= 0 && !fixed.contains(t->vertex[after[i]], t->vertex[before[i]]);
     }
 
     DelaunayEngine<Real>& engine;

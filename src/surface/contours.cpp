@@ -1,9 +1,11 @@
-// The isolines of a surface.
+// Contour lines of a surface.
 #include <zyn/network.h>
 
+#include "surface/interpolate.h"
 #include "surface/queries.h"
 #include "triangulation/flip.h"
 #include "triangulation/triangle_numbers.h"
+#include "triangulation/vertex_position.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,7 +22,7 @@ using namespace detail;
 
 namespace {
 
-/// Where a line crosses an edge. A crossing at an end of the edge is that vertex.
+/// Represents a point where a line crosses an edge. `vertex` is set if that is an end of the edge.
 template <class Real>
 struct Node {
     XPnt3d position;
@@ -31,15 +33,16 @@ struct Node {
     }
 };
 
-/// A line from node to node, the last one the first again if it is closed. `isRidge[i]` tells of the
-/// step behind node i that it runs along an edge at the level with ground below on both sides.
+/// Represents a line from node to node. The last node of a closed line equals the first.
+/// `isRidge[i]` is true if the step from node i to the next one is a ridge: an edge at the level,
+/// with lower ground on both sides.
 template <class Real>
 struct Trace {
     std::vector<Node<Real>> nodes;
     std::vector<bool> isRidge;
     bool isClosed = false;
 
-    /// Lets a closed line begin with a ridge, if it has one.
+    /// Rotates a closed line so that it begins with a ridge; does nothing if it has none.
     void startAtRidge() {
         const auto ridge = std::find(isRidge.begin(), isRidge.end(), true);
         if (!isClosed || ridge == isRidge.end()) { return; }
@@ -50,8 +53,8 @@ struct Trace {
     }
 };
 
-/// Follows the lines of one level through the triangles. A vertex at the level counts as above it, so
-/// that every triangle has no crossed edge or two and a line never ends at a vertex.
+/// Follows the lines of one level through the triangles. A vertex at the level counts as above it.
+/// So each triangle has no crossed edge or two of them, and no line ends at a vertex.
 template <class Real>
 class ContourTracer {
 public:
@@ -68,7 +71,7 @@ public:
         lastLevelOf.assign(surface.triangleCount(), 0);
     }
 
-    /// The lines of the level in pieces without ridges, appended to `pieces`.
+    /// Appends the lines of the level to `pieces`, cut where they follow ridges.
     void trace(double newLevel, std::vector<std::vector<Node<Real>>>& pieces) {
         level = newLevel;
         ++levelNumber;
@@ -87,14 +90,16 @@ private:
     [[nodiscard]] bool isDone(const Tri* t) {
         return lastLevelOf[std::size_t(triangleIndex(t))] == levelNumber;
     }
-    /// The neighbour across the edge opposite corner `i`, null at the rim of the surface.
+    /// Returns the neighbour across the edge opposite corner `i`, or null at the rim of the
+    /// surface.
     [[nodiscard]] const Tri* beyond(const Tri* t, int i) {
         const Tri* const n = t->neighbor[i];
         const std::int32_t number = triangleIndex(n);
         return number >= 0 && belongs[std::size_t(number)] ? n : nullptr;
     }
-    /// The edge by which a line, with higher ground on its left, comes into t or leaves it: seen from
-    /// inside, counter-clockwise, the edge goes down where the line comes in.
+    /// Returns the edge across which a line enters or leaves t, or 3 if there is none. Higher
+    /// ground is on the left of a line. So the line enters where the heights fall along the
+    /// counter-clockwise boundary of t.
     [[nodiscard]] int crossedEdge(const Tri* t, bool leaving) const {
         for (int i = 0; i < 3; ++i) {
             const bool from = isAbove(t->vertex[after[i]]), to = isAbove(t->vertex[before[i]]);
@@ -102,7 +107,8 @@ private:
         }
         return 3;
     }
-    /// Computed from the lower end, so that both triangles of an edge get the same point.
+    /// Returns the node at which the line crosses edge `i`. Computes it from the lower end, so both
+    /// triangles of an edge get the same node.
     [[nodiscard]] Node<Real> crossing(const Tri* t, int i) const {
         const Real* low = t->vertex[after[i]];
         const Real* high = t->vertex[before[i]];
@@ -112,8 +118,8 @@ private:
         const double share = shareOf(a.z, b.z, level);
         return {{a.x + share * (b.x - a.x), a.y + share * (b.y - a.y), level}, nullptr};
     }
-    /// Whether the step through t from one end of a level edge to the other has ground below beyond
-    /// that edge too. REQUIRES: t has a crossed edge.
+    /// Returns whether the step through t is a ridge: an edge of t at the level, with lower ground
+    /// in t and beyond the edge. REQUIRES: t has a crossed edge.
     [[nodiscard]] bool isRidgeStep(const Tri* t) {
         for (int i = 0; i < 3; ++i) {
             if (isAbove(t->vertex[i])) { continue; }
@@ -128,13 +134,14 @@ private:
         return false;
     }
 
-    /// Where a line that leaves or came to t across its edge goes on; null at its end, and where the
-    /// links of a damaged network lead astray.
+    /// Returns the triangle into which a line that leaves t continues, or the one from which it
+    /// came. Returns null at the end of the line, and where links of a damaged network do not fit
+    /// together.
     [[nodiscard]] const Tri* next(const Tri* t, bool leaving) {
         const Tri* const n = beyond(t, crossedEdge(t, leaving));
         return n != nullptr && crossedEdge(n, leaving) != 3 && !isDone(n) ? n : nullptr;
     }
-    /// The whole line through t: backwards first, to its start or round to t again.
+    /// Returns the whole line through t. Goes backwards first, to its start or around to t again.
     Trace<Real> follow(const Tri* t) {
         const Tri* start = t;
         for (std::size_t steps = 0; steps < belongs.size(); ++steps) {
@@ -155,7 +162,8 @@ private:
         return line;
     }
 
-    /// Cuts a line at its ridges, whose steps are left out, and drops steps that stay in one place.
+    /// Cuts a line at its ridges. Leaves out the steps along ridges, and steps between nodes in one
+    /// place.
     static void cut(Trace<Real> line, std::vector<std::vector<Node<Real>>>& pieces) {
         line.startAtRidge();
         std::vector<Node<Real>> piece{line.nodes[0]};
@@ -174,13 +182,13 @@ private:
     TriangleNumbers<Real> triangleIndex;
     std::vector<bool> belongs;
     std::vector<Slanted> slanted;
-    std::vector<std::uint32_t> lastLevelOf;  // by number of triangle: the latest level seen there
+    std::vector<std::uint32_t> lastLevelOf;  // by triangle, the latest level seen there
     std::uint32_t levelNumber = 0;
     double level = 0;
 };
 
-/// Joins pieces that were cut at ridges: each that ends at a vertex goes on with one that starts
-/// there. As many start at a vertex as end there.
+/// Joins pieces that were cut at ridges. A piece that ends at a vertex continues with one that
+/// starts there. As many pieces start at a vertex as end there.
 template <class Real>
 void join(std::vector<std::vector<Node<Real>>>& pieces) {
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
@@ -199,7 +207,7 @@ void join(std::vector<std::vector<Node<Real>>>& pieces) {
         startingAt.erase(found);
         return piece;
     };
-    // A piece that others were joined to stays where it is; they are emptied.
+    // A piece to which others are joined keeps its index; the others become empty.
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         while (!pieces[i].empty() && pieces[i].back().vertex != nullptr && !isClosed(pieces[i])) {
             const std::size_t next =

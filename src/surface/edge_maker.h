@@ -1,4 +1,4 @@
-// Bringing a straight segment into a network by flips.
+// Making a straight segment an edge of a network by flips.
 #pragma once
 
 #include "surface/step_search.h"
@@ -13,24 +13,24 @@
 
 namespace zyn::detail {
 
-/// Makes the segment between two vertices an edge, or a chain of edges through the vertices that lie on
-/// it. Every sign is exact and every flip leaves two counter-clockwise triangles, so the network is
-/// valid at any time.
+/// Makes the segment between two vertices an edge, or a chain of edges through the vertices that
+/// are on it. All signs are exact, and each flip leaves two counter-clockwise triangles, so the
+/// network is valid at any time.
 ///
-/// The edges that cross the segment from a to b form a list; their upper ends, left of a-b, form a
-/// chain from a to b. A corner of that chain whose angle on the segment's side is below 180 degrees
-/// can always be cut off: of the crossing edges that meet there, one can be flipped as long as there
-/// are any, and each flip takes one from the corner. The highest corner has such an angle, so the
-/// chain shrinks until a-b itself is left.
+/// The edges that cross the segment from a to b form a list. Their upper ends, left of a-b, form a
+/// chain from a to b. A corner of the chain can be cut off if its angle on the side of the segment
+/// is below 180 degrees. One of the crossing edges that meet there can then be flipped, and each
+/// flip takes one from the corner, until none is left. The corner farthest from a-b always has such
+/// an angle, so the chain shrinks until a-b itself is left.
 template <class Real>
 class EdgeMaker {
 public:
     using Tri = TinRecord<Real>;
 
-    /// The engine may get more points meanwhile, but lose none.
+    /// REQUIRES: the engine loses no points while the maker is used; it may get more.
     explicit EdgeMaker(DelaunayEngine<Real>& engine_) : engine(engine_) {}
 
-    /// Makes the next search for a vertex begin at t.
+    /// Lets the next search for a vertex begin at t.
     void startFrom(Tri* t) { hint = t; }
     /// Appends the triangles that flips change to a list, for as long as the maker is used.
     void recordChangesIn(std::vector<Tri*>& list) { changed = &list; }
@@ -38,8 +38,8 @@ public:
     using Step = StepTowards<Real>;
     using Way = typename Step::Way;
 
-    /// Returns the first step from a towards b, in time for the triangles round one of the two that
-    /// has fewer of them, and for the edges that cross a-b.
+    /// Returns the first step from a towards b. Takes time proportional to the number of triangles
+    /// around a or b, whichever is smaller, plus that of edges that cross a-b.
     [[nodiscard]] Step look(Real* a, Real* b) {
         Tri* const start = triangleAt(a, hint == nullptr ? engine.newest() : hint);
         if (start == nullptr) { return {}; }
@@ -57,9 +57,11 @@ public:
         return search.step();
     }
 
-    /// Collects the edges that cross a-b from `first` on. Returns the vertex where the crossings end: b,
-    /// or the first vertex on the segment; null when they end at a hole, and when `stop` returns true
-    /// for a crossing and the slot of the corner behind it.
+    /// Collects the edges that cross a-b, from the step `first` on. Calls `stop` with each crossing
+    /// and the slot of the corner behind it. Returns the vertex at which the crossings end, which
+    /// is b or the first vertex on the segment. Returns null if:
+    /// - `stop` returns true;
+    /// - the crossings end at a hole.
     template <class Stop>
     Real* collect(Real* a, Real* b, const Step& first, Stop stop) {
         crossings.clear();
@@ -82,7 +84,7 @@ public:
         return nullptr;
     }
 
-    /// An edge that crosses the segment, and the triangles before and behind it.
+    /// Represents an edge that crosses the segment, with the triangles before and behind it.
     struct Crossing {
         Real* upper;
         Real* lower;
@@ -91,9 +93,10 @@ public:
     };
     [[nodiscard]] const std::list<Crossing>& collected() const { return crossings; }
 
-    /// Flips the collected edges away. False, with some of them left, only in a damaged network.
+    /// Flips the collected edges away. Returns false, with some of them left, only in a damaged
+    /// network.
     bool flipAway(Real* a, Real* end) {
-        Place corner = crossings.begin();  // a crossing at the corner that is looked at
+        Place corner = crossings.begin();  // a crossing at the current corner
         while (!crossings.empty()) {
             if (corner == crossings.end()) { return false; }
             Run run = runOf(corner, a, end);
@@ -102,7 +105,7 @@ public:
                 continue;
             }
             if (!cutOff(run)) { return false; }
-            // The chain has changed at the corners on either side.
+            // The cut changes the angles at the corners on either side.
             corner = run.end;
             if (corner != crossings.begin()) { corner = runOf(std::prev(corner), a, end).begin; }
         }
@@ -112,7 +115,8 @@ public:
 private:
     using Search = StepSearch<Real>;
     using Place = typename std::list<Crossing>::iterator;
-    /// Crossings that meet at one upper corner, and the corners of the chain beside it.
+    /// Represents the crossings that meet at one upper corner, with the chain's corners on either
+    /// side.
     struct Run {
         Place begin, end;
         Real* left;
@@ -120,13 +124,13 @@ private:
         bool leftIsStart, rightIsEnd;
     };
 
-    /// A triangle at v, or null where other vertices hide it.
+    /// Returns a triangle at v, or null if other vertices in its place hide it.
     Tri* triangleAt(Real* v, Tri* start) {
         Tri* const t = engine.locateFrom(start, xyOf(v));
         return t == nullptr || t->index(v) == 3 ? nullptr : t;
     }
-    /// Looks for the first step from a by going there from b. Blocked if that is not certain, or if
-    /// `search`, which gets as many turns, is done first.
+    /// Looks for the first step from a by a walk from b. Takes turns with `search`. Returns a
+    /// blocked step if `search` is done first, or the result is not certain.
     Step lookBack(Search& search, Real* a, Real* b) {
         Tri* const newest = engine.newest();
         Tri* const start = newest->index(b) != 3 ? newest : triangleAt(b, engine.sample(xyOf(b)));
@@ -157,8 +161,10 @@ private:
                 isFirst, isLast};
     }
 
-    /// Flips the run away from its corner; run.end is then the place behind it. An edge that is flipped
-    /// at either end of the run may still cross the segment: it then belongs to the next corner.
+    /// Flips all edges of the run away from its corner, and sets run.end to the place behind it. An
+    /// edge that is flipped at either end of the run may still cross the segment, from the next
+    /// corner then. Returns false if no edge can be flipped, which only happens in a damaged
+    /// network.
     bool cutOff(Run& run) {
         for (Place at = run.begin; run.begin != run.end;) {
             if (at == run.end) { return false; }
@@ -184,7 +190,8 @@ private:
     static Real* apex(const Tri* t, const Crossing& c) {
         return t->vertex[t->index(c.upper, c.lower)];
     }
-    /// False too where damaged links do not fit together.
+    /// Returns whether the flip leaves two counter-clockwise triangles; false if damaged links do
+    /// not fit together.
     static bool isFlippable(const Crossing& c) {
         const int here = c.before->index(c.upper, c.lower);
         const int there = c.behind->index(c.upper, c.lower);
@@ -195,8 +202,8 @@ private:
         const Xy p = xyOf(apex(c.before, c)), q = xyOf(apex(c.behind, c));
         return orientation(p, xyOf(c.lower), q) > 0 && orientation(q, xyOf(c.upper), p) > 0;
     }
-    /// Flips one crossing and keeps the triangles of those beside it up to date. The triangle below
-    /// the new edge has the old lower end, the one above the old upper end.
+    /// Flips one crossing, and updates the triangles of the crossings beside it. The triangle below
+    /// the new edge keeps the old lower end, the one above it the old upper end.
     void flip(Place at, bool isFirst, bool isLast, bool crosses) {
         Tri* const below = at->before;
         Tri* const above = at->behind;
@@ -205,7 +212,7 @@ private:
         flipEdge(below, below->index(at->upper, at->lower), above,
                  above->index(at->upper, at->lower));
         if (changed != nullptr) { changed->insert(changed->end(), {below, above}); }
-        // Where the new edge does not cross, one of the two is out of the segment's way.
+        // If the new edge does not cross the segment, only one of the two triangles still does.
         Tri* first = isFirst && isLast ? below : above;
         Tri* second = first;
         if (crosses) {

@@ -1,4 +1,4 @@
-// The triangles round the corners of the frame, and the rim of the surface that they touch.
+// The triangles around the corners of the frame, and the rim of the surface beside them.
 #pragma once
 
 #include "surface/lawson.h"
@@ -9,15 +9,15 @@
 
 namespace zyn::detail {
 
-/// A walk round the frame. The rim of the surface is the cycle of edges opposite the corners of the
-/// frame: each is an edge of a triangle with one such corner. It runs counter-clockwise, with the
-/// surface on the left, and needs no memory beside the network.
+/// Finds the rim of a surface by a walk around the frame. The rim is the cycle of the edges
+/// opposite corners of the frame, in triangles with one such corner. It is counter-clockwise, with
+/// the surface on the left. Allocates nothing.
 template <class Real>
 class FrameRim {
 public:
     using Tri = TinRecord<Real>;
 
-    /// The edge opposite corner `slot` of a frame triangle, from `start()` to `end()`.
+    /// Represents the edge opposite corner `slot` of a frame triangle, from start() to end().
     struct Edge {
         Tri* triangle = nullptr;
         int slot = 0;
@@ -28,7 +28,7 @@ public:
 
     explicit FrameRim(DelaunayEngine<Real>& engine_) : engine(engine_) {}
 
-    /// Walks from `from` to the frame, and goes once round all its corners. Returns false if:
+    /// Walks from `from` to the frame, and goes once around all its corners. Returns false if:
     /// - a corner has no triangle;
     /// - the open edges there are not the four sides of the frame;
     /// - a link between triangles of one corner is not mutual.
@@ -47,19 +47,20 @@ public:
         return at.triangle == start.triangle && at.slot == start.slot;
     }
 
-    // What the walk found.
+    // Results of the walk
     std::size_t length = 0;  ///< number of edges of the rim
     Edge first;              ///< any edge of the rim; no triangle if there is none
-    /// A frame triangle whose edge opposite `slot` joins two opposite corners of the frame, or none.
+    /// Has a frame triangle whose edge joins two opposite corners of the frame, or none.
     Edge diagonal;
 
-    /// Returns the edge of the rim that starts where `e` ends, or one without a triangle, which only
-    /// damaged links lead to.
+    /// Returns the edge of the rim that starts where `e` ends. It has no triangle if damaged links
+    /// interrupt the rim.
     [[nodiscard]] Edge next(Edge e) const { return turn(e, after, before); }
     /// Returns the edge that ends where `e` starts.
     [[nodiscard]] Edge previous(Edge e) const { return turn(e, before, after); }
 
-    /// Whether the walk found a convex rim. Then the surface is the convex hull of its vertices.
+    /// Returns whether the walk found a convex rim. The surface is then the convex hull of its
+    /// vertices.
     [[nodiscard]] bool isConvex() const {
         if (first.triangle == nullptr) { return true; }
         Edge in = first;
@@ -75,8 +76,8 @@ public:
     }
 
 private:
-    /// Turns round the end of the edge at `ahead`, from one corner of the frame to the next, as far as
-    /// the next vertex.
+    /// Turns around the end of the edge at `ahead`, past corners of the frame, as far as the next
+    /// vertex that is not one.
     [[nodiscard]] Edge turn(Edge e, const int (&ahead)[4], const int (&behind)[4]) const {
         const Real* const v = e.triangle->vertex[ahead[e.slot]];
         for (int corners = 0; corners < 5; ++corners) {
@@ -93,7 +94,7 @@ private:
     Edge triangleAtCorner(int corner, Tri* from, std::size_t& stepsLeft) {
         const Real* const c = engine.frameCorner(corner);
         Tri* t = engine.locateFrom(from, xyOf(c));
-        // Only a vertex in the place of the corner hides it from the walk.
+        // A vertex in the place of the corner can hide it from the walk.
         for (std::size_t n = 0; n < engine.count() && (t == nullptr || t->index(c) == 3); ++n) {
             t = engine.at(n);
         }
@@ -106,8 +107,8 @@ private:
         return i == 3 ? Edge() : Edge{t, i};
     }
 
-    /// Goes counter-clockwise round the corner of the frame in `at`. Returns the last triangle with
-    /// the slot of the corner before, or none.
+    /// Goes counter-clockwise around the corner of the frame in `at`. Returns the last triangle,
+    /// with the slot of the previous corner of the frame, or none.
     Edge walkFan(Edge at, int corner, std::size_t& stepsLeft) {
         for (const Real* const c = engine.frameCorner(corner);;) {
             const auto [t, i] = at;

@@ -1,7 +1,8 @@
-// The height of a surface at points.
+// Heights of a surface at points.
 #include <zyn/network.h>
 
 #include "core/prefetch.h"
+#include "surface/height_plane.h"
 #include "surface/queries.h"
 #include "triangulation/flip.h"
 #include "triangulation/locate_step.h"
@@ -42,7 +43,8 @@ TinRecord<Real>* triangleAt(const SurfaceTriangles<Real>& surface, TinRecord<Rea
     return nullptr;
 }
 
-// Whatever the planes' rounding, a corner has its own height, and an edge one height for both sides.
+// Corners and edges are special cases, so that rounding of the planes does not affect them. A
+// corner has its own height, and a place on an edge has the same height in both triangles.
 template <class Real>
 double heightIn(const TinRecord<Real>* t, Xy q) {
     for (const Real* const v : t->vertex) {
@@ -59,8 +61,8 @@ double heightIn(const TinRecord<Real>* t, Xy q) {
 
 namespace {
 
-/// Several walks side by side, each through a part of the points: while one waits for memory, the
-/// others go on.
+/// Finds heights by several walks at once, each through a part of the points. While one of them
+/// waits for memory, the others continue.
 template <class Real>
 class HeightWalks {
 public:
@@ -78,7 +80,7 @@ public:
             }
         }
     }
-    /// The number of points that lie on the surface.
+    /// Sets the heights. Returns the number of points on the surface.
     int run() {
         while (running > 0) {
             for (std::size_t i = 0; i < running; ++i) {
@@ -90,7 +92,7 @@ public:
 
 private:
     static constexpr std::size_t mostWalks = 8;
-    /// More steps than between neighbours: the plain walk, which notices when it circles, takes over.
+    /// Limits the steps of one walk. A longer way is left to the plain walk, which detects circles.
     static constexpr int mostSteps = 256;
     struct Walk {
         Tri* at;
@@ -100,7 +102,7 @@ private:
     };
 
     static Xy placeOf(const XPnt3d& p) { return {p.x, p.y}; }
-    /// One step of a walk; true behind its last point.
+    /// Makes one step of a walk. Returns true after its last point.
     bool step(Walk& walk) {
         XPnt3d& p = *walk.point;
         const Xy q = placeOf(p);

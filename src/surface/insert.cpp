@@ -1,4 +1,4 @@
-// Whole arrays of points into an engine.
+// Insertion of whole arrays of points into an engine.
 #include "surface/insert.h"
 
 #include <zyn/network.h>
@@ -12,12 +12,13 @@ namespace zyn {
 namespace detail {
 namespace {
 
-/// An order of insertion made from one along a curve: rounds, each of every eighth point of the next
-/// one. The network is there in outline before it becomes dense: without the rounds, points would go
-/// in beside long triangles across all that is still empty, and cause half as many flips again. Every
-/// other round runs backwards, so that it starts near where the last one ended.
-/// Source: biased randomized insertion orders, Amenta, Choi and Rote 2003; here the sample is every
-/// eighth point instead of random.
+/// Returns an order of insertion in rounds. Each round is spread along the whole curve, and has
+/// seven times as many points as all rounds before it together. So the network is an outline before
+/// it becomes dense. Without rounds, long triangles across the empty part would cause half as many
+/// flips again. Every other round goes backwards, so that it starts near the end of the round
+/// before.
+/// Source: biased randomized insertion orders, Amenta, Choi and Rote 2003, but with every eighth
+/// point instead of a random sample.
 std::vector<std::int32_t> inRounds(const std::vector<std::int32_t>& curve) {
     constexpr std::size_t part = 8;
     std::vector<std::int32_t> order;

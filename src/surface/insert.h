@@ -1,4 +1,4 @@
-// Many points into an engine, in an order that makes it fast.
+// Insertion of many points into an engine, in an order that makes it fast.
 #pragma once
 
 #include <zyn/progress.h>
@@ -17,15 +17,15 @@ namespace zyn::detail {
 template <class Real>
 [[nodiscard]] std::vector<std::int32_t> insertionOrder(const XPnt3<Real>* points, int count);
 
-/// Calls `insert(index, start)` for the points in that order. The triangle to start from is `start`
-/// for the first one, and the newest triangle for each other one. Returns the number of calls, fewer
-/// than points only if the progress asks for an end.
+/// Calls `insert(index, start)` for the points in the order of insertion. Passes `start` with the
+/// first point, and the newest triangle with each later one. Returns the number of calls, which is
+/// below `count` only if `progress` is cancelled.
 template <class Real, class Insert>
 int insertAll(const DelaunayEngine<Real>& engine, const XPnt3<Real>* first, int count,
               TinRecord<Real>* start, IZynProgress* progress, Insert insert) {
     const std::vector<std::int32_t> order = insertionOrder(first, count);
-    constexpr int part = 1024;  // points between two looks at the progress
-    constexpr int ahead = 8;    // points whose memory is on its way
+    constexpr int part = 1024;  // points between two reports of progress
+    constexpr int ahead = 8;    // points whose memory is prefetched
     if (progress != nullptr) { progress->setTotal(count); }
     int done = 0;
     while (done < count && !(progress != nullptr && progress->isCanceled())) {

@@ -17,7 +17,7 @@ using namespace detail;
 
 namespace {
 
-/// The text as the value of an attribute, in UTF-8, without what XML 1.0 has no way to write:
+/// Returns the text as the value of an attribute, in UTF-8. Leaves out what XML 1.0 cannot contain:
 /// control characters, halves of surrogate pairs, U+FFFE and U+FFFF.
 std::string attributeText(const QString& text) {
     const QString escaped = text.toHtmlEscaped();
@@ -28,7 +28,7 @@ std::string attributeText(const QString& text) {
         if (c.isHighSurrogate() && i + 1 < escaped.size() && escaped[i + 1].isLowSurrogate()) {
             result += c;
             result += escaped[++i];
-        } else if (code == '\t' || code == '\n' || code == '\r') {  // would be read as blanks
+        } else if (code == '\t' || code == '\n' || code == '\r') {  // readers would see blanks
             result += QStringLiteral("&#%1;").arg(code);
         } else if (code >= ' ' && code < 0xFFFE && !c.isSurrogate()) {
             result += c;
@@ -42,7 +42,7 @@ std::string imperial(const char* linearUnit) {
            R"(" volumeUnit="cubicYard" temperatureUnit="fahrenheit" pressureUnit="inHG"/>)";
 }
 
-/// Returns the element that names the units, empty for a number that is no unit.
+/// Returns the element that names the units, or an empty text if `unit` is none of them.
 std::string unitsOf(LengthUnit unit) {
     switch (unit) {
     case LengthUnit::metre:
@@ -54,7 +54,7 @@ std::string unitsOf(LengthUnit unit) {
     return {};
 }
 
-/// Everything before the points.
+/// Returns everything before the points.
 std::string headOf(const QString& name, const std::string& units) {
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const std::string date = now.date().toString(Qt::ISODate).toStdString();
@@ -70,7 +70,7 @@ std::string headOf(const QString& name, const std::string& units) {
     return text;
 }
 
-/// A number as XML Schema writes it.
+/// Appends a number in the form of XML Schema.
 template <class Real>
 void appendCoordinate(std::string& text, Real c) {
     if (std::isfinite(c)) {

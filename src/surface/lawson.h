@@ -6,8 +6,9 @@
 
 namespace zyn::detail {
 
-/// Returns the slot of `n` that leads back to `t` across the edge of slot `i`, or 3. Beside points in
-/// one place, two triangles may share more than one edge.
+/// Returns the slot of `n` that links back to `t` across the edge of slot `i`, or 3 if there is
+/// none. Compares the ends of the edge, since two triangles may share several edges beside points
+/// in one place.
 template <class Real>
 inline int slotBack(const TinRecord<Real>* t, int i, const TinRecord<Real>* n) {
     for (int j = 0; n != nullptr && j < 3; ++j) {
@@ -20,8 +21,8 @@ inline int slotBack(const TinRecord<Real>* t, int i, const TinRecord<Real>* n) {
 }
 
 /// Flips the first edge of `t` that fails the exact in-circle test and for which `mayFlip(n, i, j)`
-/// holds: n is the neighbour in slot i of t, and t its neighbour in slot j. Returns n, or null without
-/// a flip.
+/// returns true. There, n is the neighbour in slot i of t, and t is the neighbour in slot j of n.
+/// Returns n, or null if no edge was flipped.
 template <class Real, class MayFlip>
 TinRecord<Real>* flipIllegalEdge(TinRecord<Real>* t, MayFlip mayFlip) {
     for (int i = 0; i < 3; ++i) {

@@ -22,7 +22,7 @@ struct Vector {
     double x = 0, y = 0, z = 0;
 };
 
-/// Normal of the triangle, as long as twice its area.
+/// Returns the normal of a triangle. Its length is twice the area.
 template <class Real>
 Vector crossOf(const Real* a, const Real* b, const Real* c) {
     const auto edge = [a](const Real* end) {
@@ -33,7 +33,7 @@ Vector crossOf(const Real* a, const Real* b, const Real* c) {
     return {u.y * v.z - u.z * v.y, u.z * v.x - u.x * v.z, u.x * v.y - u.y * v.x};
 }
 
-/// The unit vector in that direction; upwards when there is none.
+/// Returns the unit vector in the direction of v, or the upward one if v has no direction.
 Vector directionOf(const Vector& v) {
     const double length = std::hypot(v.x, v.y, v.z);
     if (!(length > 0) || !std::isfinite(length)) { return {0, 0, 1}; }

@@ -1,4 +1,4 @@
-// Points that stay in place, and their numbers.
+// Points that stay in place, with their numbers.
 #pragma once
 
 #include <zyn/point.h>
@@ -13,8 +13,8 @@
 
 namespace zyn::detail {
 
-/// Points by number, in the order in which they came. An address is valid until the store ends. Points
-/// that come together are side by side.
+/// Stores points by number, in the order in which they were added. The address of a point is valid
+/// until the store is destroyed. Points that are added together are contiguous.
 class PointStore {
 public:
     [[nodiscard]] int size() const { return count; }
@@ -28,7 +28,8 @@ public:
     [[nodiscard]] const XPnt3d& at(int number) const {
         return const_cast<PointStore*>(this)->at(number);
     }
-    /// Returns the number of the point with these coordinates in it, or -1 for one from elsewhere.
+    /// Returns the number of the point that contains these coordinates, or -1 if it is not in the
+    /// store.
     [[nodiscard]] int numberOf(const double* coordinates) const {
         const auto* const p = reinterpret_cast<const XPnt3d*>(coordinates);
         const auto behind = std::upper_bound(
@@ -40,14 +41,14 @@ public:
         return offset < std::ssize(chunk.points) ? chunk.firstNumber + static_cast<int>(offset)
                                                  : -1;
     }
-    /// Takes over the points and their memory.
+    /// Adds points and takes over their memory. Returns the points in the store.
     std::span<XPnt3d> take(std::vector<XPnt3d>&& points) {
         if (points.empty()) { return {}; }
         places.reserve(places.size() + 1);
         chunks.push_back({std::move(points), count});
         return finishChunk();
     }
-    /// Copies the points. They go behind the last ones if these have left room.
+    /// Adds copies of points. Returns them. Puts them after the last points if there is room.
     std::span<XPnt3d> append(std::span<const XPnt3d> points) {
         if (points.empty()) { return {}; }
         std::vector<XPnt3d>* last = chunks.empty() ? nullptr : &chunks.back().points;

@@ -1,8 +1,12 @@
-// The surface along a straight line.
+// Profiles: the surface along a straight line.
 #include <zyn/network.h>
 
+#include "surface/height_plane.h"
+#include "surface/interpolate.h"
 #include "surface/queries.h"
 #include "triangulation/flip.h"
+#include "triangulation/triangle_tests.h"
+#include "triangulation/vertex_position.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,9 +21,9 @@ using namespace detail;
 
 namespace {
 
-/// Walks along a-b from triangle to triangle. A vertex on the line counts as lying to its left, which
-/// is as if the line ran an infinitely small way farther right: it then meets no vertex, and comes
-/// into every triangle across one edge and leaves it across another.
+/// Walks along a-b from triangle to triangle. A vertex on the line counts as left of it, as if the
+/// line were moved to the right by an infinitely small distance. So the line meets no vertex, and
+/// enters and leaves every triangle across an edge.
 template <class Real>
 class ProfileWalk {
 public:
@@ -37,12 +41,12 @@ public:
         addEnd(b);
         return points;
     }
-    /// Whether no triangle of the surface was met.
+    /// Returns whether the walk met no triangle of the surface.
     [[nodiscard]] bool isMissed() const { return reached == -HUGE_VAL; }
 
 private:
     [[nodiscard]] int side(const Real* v) const { return orientation(a, b, xyOf(v)); }
-    /// The edge across which the line leaves t, or comes into it; 3 when it misses t.
+    /// Returns the edge across which the line leaves or enters t, or 3 if it misses t.
     [[nodiscard]] int crossedEdge(const Tri* t, bool leaving) const {
         for (int i = 0; i < 3; ++i) {
             const bool isRight = side(t->vertex[after[i]]) < 0;
@@ -50,12 +54,13 @@ private:
         }
         return 3;
     }
-    /// 0 at a, 1 at b.
+    /// Returns the place of p along the line: 0 at a, 1 at b.
     [[nodiscard]] double along(const XPnt3d& p) const {
         const Xy ab = b - a, ap = Xy{p.x, p.y} - a;
         return (ap.x * ab.x + ap.y * ab.y) / (ab.x * ab.x + ab.y * ab.y);
     }
-    /// Where the line crosses edge i of t. An end of the edge, a and b are met exactly.
+    /// Returns the point at which the line crosses edge i of t. Returns an end of the edge, a or b
+    /// exactly if it is within rounding of the crossing.
     [[nodiscard]] XPnt3d crossing(const Tri* t, int i) const {
         const Real* right = t->vertex[after[i]];
         const Real* left = t->vertex[before[i]];
@@ -65,8 +70,8 @@ private:
         const double toLeft = std::abs(Side(a, b, xyOf(left)).value);
         const double share = toRight + toLeft > 0 ? toRight / (toRight + toLeft) : 0.5;
         const XPnt3d from = positionOf(right), to = positionOf(left);
-        XPnt3d p(between(from.x, to.x, share), between(from.y, to.y, share),
-                 between(from.z, to.z, share));
+        XPnt3d p(interpolate(from.x, to.x, share), interpolate(from.y, to.y, share),
+                 interpolate(from.z, to.z, share));
         const double rounding =
             1e-14 * (std::abs(from.x) + std::abs(from.y) + std::abs(to.x) + std::abs(to.y));
         const auto isAt = [&p, rounding](Xy q) {
@@ -81,7 +86,7 @@ private:
         return p;
     }
 
-    /// Of the triangles round a, one that the line goes through.
+    /// Returns a triangle at a that the line goes through, or null.
     [[nodiscard]] Tri* firstTriangle() {
         std::vector<Tri*> around{engine.locateFrom(hint, a)};
         if (around[0] == nullptr) { return nullptr; }
@@ -103,7 +108,7 @@ private:
         }
         return true;
     }
-    /// A line that leaves the network, or starts outside it, may come in again.
+    /// Continues where the line enters the network, after it left the network or started outside.
     void reenter() {
         for (const auto& [where, t] : entries()) {
             if (where > reached) {
@@ -112,7 +117,7 @@ private:
             }
         }
     }
-    /// The triangles on the rim of the network where the line comes in, by where.
+    /// Returns the triangles at which the line enters the network, in their order along the line.
     [[nodiscard]] std::vector<std::pair<double, Tri*>> entries() {
         std::vector<std::pair<double, Tri*>> result;
         for (std::size_t n = 0; n < engine.count(); ++n) {
@@ -127,7 +132,7 @@ private:
         return result;
     }
 
-    /// From triangle to triangle; whether b was reached.
+    /// Walks from triangle to triangle, from t on. Returns whether it reached b.
     bool follow(Tri* t) {
         XPnt3d entry = crossing(t, crossedEdge(t, false));
         for (int out = crossedEdge(t, true); out != 3 && stepsLeft > 0; --stepsLeft) {
@@ -136,9 +141,8 @@ private:
                 exit.x = entry.x;
                 exit.y = entry.y;
             }
-            const auto& v = t->vertex;
-            if (orientation(xyOf(v[0]), xyOf(v[1]), xyOf(v[2])) == 0) {
-                // No area: its neighbours hold the same places.
+            if (orientationOf(t) == 0) {
+                // The neighbours of a degenerate triangle contain the same places.
             } else if (const Tri* const ground = surfaceAt(t)) {
                 addStretch(ground, entry, exit);
             } else {
@@ -155,8 +159,8 @@ private:
         return false;
     }
 
-    /// A triangle of the surface for a line inside t: t itself, or the one across an edge that the
-    /// line runs along.
+    /// Returns the triangle of the surface below the line in t: t itself, or the one across an edge
+    /// of t that the line follows. Returns null if there is none.
     [[nodiscard]] const Tri* surfaceAt(const Tri* t) const {
         if (surface.has(t)) { return t; }
         for (int i = 0; i < 3; ++i) {
@@ -166,7 +170,7 @@ private:
         }
         return nullptr;
     }
-    /// Adds the part of the line over `ground` that lies between a and b.
+    /// Adds the part of the line over `ground` that is between a and b.
     void addStretch(const Tri* ground, XPnt3d entry, XPnt3d exit) {
         if (along(exit) < 0 || along(entry) > 1) { return; }
         reached = std::max(reached, along(exit));
@@ -177,8 +181,8 @@ private:
         isInterrupted = false;
         add(exit);
     }
-    /// Where the line crosses edge i of t, no triangle of the surface, at a vertex, the surface may
-    /// touch it there.
+    /// Adds the vertex at which the line crosses edge i of t, if the surface touches the line
+    /// there. REQUIRES: t does not belong to the surface.
     void addTouch(Tri* t, int i) {
         const int left = side(t->vertex[after[i]]) < 0 ? before[i] : after[i];
         if (side(t->vertex[left]) != 0) { return; }
@@ -190,7 +194,7 @@ private:
             isInterrupted = true;
         }
     }
-    /// Either end may lie on the rim, with the line outside.
+    /// Adds an end of the line if it is on the surface, also where the rest of the line is outside.
     void addEnd(Xy end) {
         if (const Tri* const t = detail::triangleAt(surface, hint, end)) {
             add({end.x, end.y, detail::heightIn(t, end)});
@@ -212,7 +216,7 @@ private:
     Tri* const hint;
     const Xy a, b;
     std::vector<XPnt3d> points;
-    std::unordered_set<const Real*> touched;     // vertices that addTouch has looked round
+    std::unordered_set<const Real*> touched;     // vertices that addTouch() has tested
     std::size_t stepsLeft = 2 * engine.count();  // links of a damaged network may circle
     double reached = -HUGE_VAL;                  // the end of the latest part over the surface
     bool isInterrupted = false;
@@ -236,7 +240,7 @@ std::vector<XPnt3d> profileOf(const SurfaceTriangles<Real>& surface, TinRecord<R
     }
     ProfileWalk<Real> walk(surface, hint, a, b);
     points = walk.run();
-    if (walk.isMissed()) {  // perhaps along the rim, with the network on its left
+    if (walk.isMissed()) {  // the line may follow the rim, with the network on its left
         ProfileWalk<Real> back(surface, hint, b, a);
         std::vector<XPnt3d> found = back.run();
         if (!back.isMissed()) { points.assign(found.rbegin(), found.rend()); }

@@ -2,12 +2,16 @@
 #include <zyn/network.h>
 
 #include "surface/cell_polygon.h"
+#include "surface/height_plane.h"
 #include "surface/queries.h"
 #include "triangulation/flip.h"
+#include "triangulation/triangle_tests.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
+#include <utility>
 
 namespace zyn {
 
@@ -15,7 +19,7 @@ using namespace detail;
 
 namespace {
 
-/// The centres of cells along one axis.
+/// Describes the centres of cells along one axis.
 struct CellAxis {
     double min, step, perStep;
     int count;
@@ -23,20 +27,20 @@ struct CellAxis {
     CellAxis(double min_, double max, int count_)
         : min(min_), step((max - min_) / count_), perStep(1 / step), count(count_) {}
     [[nodiscard]] double centre(int cell) const { return min + (cell + 0.5) * step; }
-    /// The last cell whose centre is not beyond `value`, to within a rounding; from 0 to count.
+    /// Returns the last cell whose centre is at most `value`, up to rounding; 0 to count.
     [[nodiscard]] int upTo(double value) const {
         const double cell = (value - min) * perStep - 0.5;
         return cell > 0 ? static_cast<int>(std::min(cell, double(count))) : 0;  // 0 for a NaN
     }
-    /// The place of `value` in cells: whole numbers are the centres.
+    /// Returns the place of `value` in cells, where whole numbers are the centres.
     [[nodiscard]] double placeOf(double value) const { return (value - min) * perStep - 0.5; }
-    /// How far the place of a centre is from a whole number at most, in cells.
+    /// Returns the largest distance of a centre's place from a whole number, in cells.
     [[nodiscard]] double unclear() const { return 0x1p-50 * (std::abs(min) * perStep + count); }
 };
 
-/// Fills the cells whose centres a triangle holds, row by row. Two triangles see the same crossing
-/// of their edge with a row, so no cell between them is left out; one that both hold gets the same
-/// height twice, which is that of heightAt().
+/// Fills the cells whose centres a triangle contains, row by row. Two triangles compute the same
+/// crossing of their common edge with a row, so no cell between them is left out. A cell that both
+/// contain gets the same height twice, which is that of heightAt().
 template <class Real>
 class TriangleFill {
 public:
@@ -44,10 +48,7 @@ public:
         : columns(x), rows(y), cells(out) {}
 
     void operator()(const TinRecord<Real>* t) const {
-        if (orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) == 0) {
-            return;  // its neighbours hold the same places
-        }
-        const HeightPlane plane(t);
+        if (orientationOf(t) == 0) { return; }  // its neighbours contain the same places
         double lowest = HUGE_VAL, highest = -HUGE_VAL;
         for (const Real* const v : t->vertex) {
             lowest = std::min(lowest, double(v[1]));
@@ -55,24 +56,39 @@ public:
         }
         const int spanned = rows.upTo(highest) - rows.upTo(lowest);
         if (spanned > fewRows && fillSliver(t, spanned)) { return; }
-        // More than the rounding of a crossing, which is some units in the last place.
-        const double unclear =
-            1e-14 * std::max({std::abs(double(t->vertex[0][0])), std::abs(double(t->vertex[1][0])),
-                              std::abs(double(t->vertex[2][0]))});
-        // The row at either end may be one too many or too few by rounding: the test is by centres.
+        const Source source(t);
+        // By rounding, the first and last row may be off by one, so the loop compares the centres.
         for (int row = rows.upTo(lowest); row < rows.count; ++row) {
             const double y = rows.centre(row);
             if (y > highest) { break; }
             if (y < lowest) { continue; }
-            fillRow(t, plane, unclear, row, y);
+            fillRow(source, {row, y});
         }
     }
 
 private:
     static constexpr int fewRows = 16;
 
-    /// Fills a triangle that spans many more rows than it holds centres. Returns false and changes
-    /// nothing for any other, and where rounding hides the places of the centres.
+    /// Represents the triangle from which cells are filled.
+    struct Source {
+        const TinRecord<Real>* triangle;
+        HeightPlane plane;
+        double unclear;  // more than the rounding of a crossing, some units in the last place
+
+        explicit Source(const TinRecord<Real>* t)
+            : triangle(t),
+              plane(t),
+              unclear(1e-14 * std::max({std::abs(double(t->vertex[0][0])),
+                                        std::abs(double(t->vertex[1][0])),
+                                        std::abs(double(t->vertex[2][0]))})) {}
+    };
+    struct Row {
+        int number;
+        double y;  // of the centres
+    };
+
+    /// Fills a triangle that spans many more rows than it contains centres. Returns false and
+    /// changes nothing for other triangles, and if rounding blurs the places of the centres.
     bool fillSliver(const TinRecord<Real>* t, int spanned) const {
         Xy corner[3];
         double farthest = 0;
@@ -88,49 +104,55 @@ private:
         if (spanned <= fewRows + 4 * polygon.area()) { return false; }
         polygon.forEachCell([&](int column, int row) {
             const Xy centre{columns.centre(column), rows.centre(row)};
-            if (isHeldBy(t, centre)) { rowOf(row)[column] = detail::heightIn(t, centre); }
+            if (contains(t, centre)) { rowOf(row)[column] = detail::heightIn(t, centre); }
         });
         return true;
     }
-    void fillRow(const TinRecord<Real>* t, const HeightPlane& plane, double unclear, int row,
-                 double y) const {
+    /// Fills the cells of a row that the triangle spans.
+    void fillRow(const Source& source, Row row) const {
+        const TinRecord<Real>* const t = source.triangle;
         double left = HUGE_VAL, right = -HUGE_VAL;
         for (int i = 0; i < 3; ++i) {
             const Real* a = t->vertex[after[i]];
             const Real* b = t->vertex[before[i]];
             if (b[1] < a[1] || (b[1] == a[1] && b[0] < a[0])) { std::swap(a, b); }
             const double ay = double(a[1]), by = double(b[1]);
-            if (y < ay || y > by) { continue; }
-            if (ay == by) { return fillEdge(a, b, row); }
+            if (row.y < ay || row.y > by) { continue; }
+            if (ay == by) { return fillEdge(a, b, row.number); }
             const double ax = double(a[0]), bx = double(b[0]);
-            const double x = y == by ? bx : ax + (bx - ax) * ((y - ay) / (by - ay));
+            const double x = row.y == by ? bx : ax + (bx - ax) * ((row.y - ay) / (by - ay));
             left = std::min(left, x);
             right = std::max(right, x);
         }
-        // Within a rounding of the ends, exact arithmetic decides.
-        left -= unclear;
-        right += unclear;
-        double* const out = rowOf(row);
+        fillBetween(source, row, left - source.unclear, right + source.unclear);
+    }
+    /// Fills the cells of a row with centres from `left` to `right`, which leave room for the
+    /// rounding of the crossings. Near both ends, exact arithmetic decides.
+    void fillBetween(const Source& source, Row row, double left, double right) const {
+        double* const out = rowOf(row.number);
         int cell = columns.upTo(left);
-        const double firstClear = left + 2 * unclear, lastClear = right - 2 * unclear;
-        const auto fillIfHeld = [&](double x) {
-            if (isHeldBy(t, {x, y})) { out[cell] = detail::heightIn(t, {x, y}); }
+        const double firstClear = left + 2 * source.unclear;
+        const double lastClear = right - 2 * source.unclear;
+        const auto fillIfHeld = [&](Xy centre) {
+            if (contains(source.triangle, centre)) {
+                out[cell] = detail::heightIn(source.triangle, centre);
+            }
         };
         for (; cell < columns.count; ++cell) {
             const double x = columns.centre(cell);
             if (x > firstClear || x > right) { break; }
-            if (x >= left) { fillIfHeld(x); }
+            if (x >= left) { fillIfHeld({x, row.y}); }
         }
         for (const int clear = columns.upTo(lastClear); cell < clear; ++cell) {
-            out[cell] = plane.at(columns.centre(cell), y);
+            out[cell] = source.plane.at(columns.centre(cell), row.y);
         }
         for (; cell < columns.count; ++cell) {
             const double x = columns.centre(cell);
             if (x > right) { return; }
             if (x < lastClear) {
-                out[cell] = plane.at(x, y);
+                out[cell] = source.plane.at(x, row.y);
             } else {
-                fillIfHeld(x);
+                fillIfHeld({x, row.y});
             }
         }
     }
@@ -142,14 +164,6 @@ private:
             if (x > right) { return; }
             if (x >= left) { rowOf(row)[cell] = heightOnEdge(a, b, {x, y}); }
         }
-    }
-    static bool isHeldBy(const TinRecord<Real>* t, Xy q) {
-        for (int i = 0; i < 3; ++i) {
-            if (orientation(xyOf(t->vertex[after[i]]), xyOf(t->vertex[before[i]]), q) < 0) {
-                return false;
-            }
-        }
-        return true;
     }
     [[nodiscard]] double* rowOf(int row) const {
         return cells + std::size_t(row) * std::size_t(columns.count);

@@ -1,4 +1,4 @@
-// The constrained Delaunay triangulation round fixed edges.
+// Flips to the constrained Delaunay triangulation around fixed edges.
 #include <zyn/network.h>
 
 #include "surface/restore.h"
@@ -8,6 +8,7 @@
 #include "triangulation/fixed_edges.h"
 #include "triangulation/flip.h"
 #include "triangulation/triangle_numbers.h"
+#include "triangulation/triangle_tests.h"
 
 #include <cstddef>
 #include <limits>
@@ -20,14 +21,15 @@ using namespace detail;
 
 namespace {
 
-/// Whether no triangle runs clockwise and all links are mutual, across the same edge, and stay in the
-/// network: then every flip lowers the surface over the paraboloid, and flipping ends.
+/// Returns whether flipping ends. It does if no triangle is clockwise, and all links are mutual,
+/// across the same edge and inside the network: each flip then lowers the surface over the
+/// paraboloid.
 template <class Real>
 bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& triangleIndex) {
     for (std::size_t n = 0; n < engine.count(); ++n) {
         const TinRecord<Real>* const t = engine.at(n);
         const auto& v = t->vertex;
-        if (orientation(xyOf(v[0]), xyOf(v[1]), xyOf(v[2])) < 0) { return false; }
+        if (orientationOf(t) < 0) { return false; }
         for (int i = 0; i < 3; ++i) {
             const TinRecord<Real>* const next = t->neighbor[i];
             if (next == nullptr) { continue; }
@@ -38,8 +40,8 @@ bool isOriented(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& triangleInd
     return true;
 }
 
-/// Flips edges that fail the in-circle test and for which `mayFlip(t, i, n)` holds until none is left.
-/// Returns the number of flips.
+/// Flips edges that fail the in-circle test and for which `mayFlip(t, i, n)` returns true, until
+/// none is left. Returns the number of flips.
 template <class Real, class MayFlip>
 int flipIllegalEdges(DelaunayEngine<Real>& engine, TriangleNumbers<Real>& triangleIndex,
                      MayFlip mayFlip) {

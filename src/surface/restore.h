@@ -1,4 +1,4 @@
-// The constrained Delaunay triangulation of a surface, whatever its frame.
+// The constrained Delaunay triangulation of a surface, independent of its frame.
 #pragma once
 
 #include "triangulation/engine.h"
@@ -8,16 +8,17 @@
 
 namespace zyn::detail {
 
-/// Restores the edges between triangles of the surface, and leaves those of frame triangles alone.
+/// Flips edges between triangles of the surface until all are Delaunay or fixed. Leaves edges of
+/// frame triangles unchanged.
 void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed);
-/// Does so where only edges of the given triangles can be illegal.
+/// Does the same if only edges of the given triangles can be illegal.
 void restoreInside(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed,
                    std::vector<tind*> pending);
-/// Makes the surface the convex hull; see closeHull() of network.h. Finds the frame by a walk from
-/// `start`.
+/// Extends the surface to the convex hull; see closeHull() of network.h. Finds the frame by a walk
+/// from `start`.
 void closeHull(DelaunayEngine<double>& engine, const FixedEdges<double>& fixed, tind* start);
 
-/// Do both without memory, in sweeps over all triangles until one finds nothing to flip.
+/// Do the same without allocation, in sweeps over all triangles until one finds nothing to flip.
 /// @{
 void restoreInsideBySweeps(DelaunayEngine<double>& engine,
                            const FixedEdges<double>& fixed) noexcept;

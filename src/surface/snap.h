@@ -1,9 +1,9 @@
-// Where lines that nearly meet are taken through one vertex.
+// The rule by which lines that nearly meet go through one vertex.
 #pragma once
 
 #include <zyn/point.h>
 
-#include "surface/surface_triangles.h"
+#include "surface/interpolate.h"
 #include "triangulation/predicates.h"
 
 #include <algorithm>
@@ -12,20 +12,22 @@
 
 namespace zyn::detail {
 
-/// A straight piece between two vertices.
+/// Represents a straight piece between two vertices.
 template <class Real>
 struct VertexSegment {
     Real* from = nullptr;
     Real* to = nullptr;
 };
 
+/// Returns the distance of two vertices in plan.
 template <class Real>
 double planeDistance(const Real* a, const Real* b) {
     const Xy d = xyOf(b) - xyOf(a);
     return std::hypot(d.x, d.y);
 }
 
-/// Whether both ways from v to the ends are shorter than the segment, so that splitting there ends.
+/// Returns whether both parts are shorter than the segment if it is split at v, so that repeated
+/// splitting ends.
 template <class Real>
 bool isBetween(const VertexSegment<Real>& line, const Real* v) {
     const double length = planeDistance(line.from, line.to);
@@ -37,11 +39,11 @@ bool isEndOrBetween(const VertexSegment<Real>& line, const Real* v) {
     return v == line.from || v == line.to || isBetween(line, v);
 }
 
-/// Returns the place where the line crosses the edge, with the edge's height there. Where it is a
-/// number of the precision that short products lead to, there is no rounding.
+/// Returns the place where the line crosses the edge, with the height of the edge. The result is
+/// exact if it and the products that lead to it are representable.
 template <class Real>
 XPnt3<Real> crossingOf(const VertexSegment<Real>& edge, const VertexSegment<Real>& line) {
-    // Products of tiny coordinates would vanish; a power of two keeps every digit.
+    // Products of tiny coordinates would vanish. A unit that is a power of two keeps every digit.
     const double size = std::max({std::abs(double(line.from[0])), std::abs(double(line.from[1])),
                                   std::abs(double(line.to[0])), std::abs(double(line.to[1]))});
     const double unit = size < 0x1p-200 ? 0x1p300 : 1;
@@ -59,32 +61,33 @@ XPnt3<Real> crossingOf(const VertexSegment<Real>& edge, const VertexSegment<Real
         return Real(start + (sum > 0 ? extent * fromStart / sum : extent / 2));
     };
     const double share = sum > 0 ? fromStart / sum : 0.5;
-    return {place(0), place(1), Real(between(double(edge.from[2]), double(edge.to[2]), share))};
+    return {place(0), place(1), Real(interpolate(double(edge.from[2]), double(edge.to[2]), share))};
 }
 
-/// The square about a vertex that lines are taken through: what the tolerance and the rounding of a
-/// crossing fill.
+/// Decides which vertices a line is to go through: those whose square it touches. The size of the
+/// square is the tolerance plus the rounding of a crossing.
 template <class Real>
 class Snap {
 public:
-    /// The half side, in tolerances and in roundings.
+    /// Sets the half side of a square, in tolerances and in roundings.
     struct Reach {
         double tolerance, rounding;
     };
-    static constexpr Reach straight{1, 1};  ///< about a line as it was given
-    static constexpr Reach bent{4, 16};     ///< about one that has been bent several times
+    static constexpr Reach straight{1, 1};  ///< for a line as it was passed in
+    static constexpr Reach bent{4, 16};     ///< for a line that has been bent several times
 
     explicit Snap(Real tolerance_) : tolerance(double(tolerance_)) {}
 
+    /// Returns half the side of the squares for a line.
     [[nodiscard]] double reach(const VertexSegment<Real>& line, Reach times = straight) const {
-        // Of the coordinates of a crossing, and before that of the way there.
+        // The first term is for the coordinates of a crossing, the second for their computation.
         constexpr double rounding = double(std::numeric_limits<Real>::epsilon()) +
                                     4 * std::numeric_limits<double>::epsilon();
         const Xy a = xyOf(line.from), b = xyOf(line.to);
         const double size = std::max({std::abs(a.x), std::abs(a.y), std::abs(b.x), std::abs(b.y)});
         return times.tolerance * tolerance + times.rounding * rounding * size;
     }
-    /// Whether the segment touches the square about v.
+    /// Returns whether the segment touches the square about v.
     [[nodiscard]] bool isClose(const VertexSegment<Real>& line, const Real* v,
                                Reach times = straight) const {
         const Xy along = xyOf(line.to) - xyOf(line.from), toV = xyOf(v) - xyOf(line.from);

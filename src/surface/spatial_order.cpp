@@ -1,9 +1,11 @@
+// The sort of points along a Hilbert curve.
 #include "surface/spatial_order.h"
 
 #include <zyn/network.h>
 
+#include "surface/hilbert_curve.h"
+
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cmath>
 #include <cstddef>
@@ -15,67 +17,14 @@ namespace detail {
 
 namespace {
 
-// The curve. A cell's place is found from its upper bits down: two bits, one of x and one of y, give
-// a quarter, and each quarter holds a copy of the curve that may be swapped (x with y) and reversed.
-
-struct Turn {
-    bool swapped = false;
-    bool reversed = false;
-};
-
-/// The quarter's place, 0 to 3, in a curve that is turned so; `turn` becomes that of the quarter.
-constexpr unsigned quarter(unsigned x, unsigned y, Turn& turn) {
-    if (turn.swapped) { std::swap(x, y); }
-    const unsigned right = x ^ unsigned(turn.reversed);
-    const unsigned upper = y ^ unsigned(turn.reversed);
-    if (upper == 0) {
-        turn.reversed ^= right == 1;
-        turn.swapped ^= true;
-    }
-    return (3 * right) ^ upper;
-}
-
-/// Four levels of the curve at once: by turn, four bits of x and four of y.
-struct Steps {
-    std::array<std::uint16_t, 1024> table{};  // the place in 8 bits, below it the next turn in 2
-
-    constexpr Steps() {
-        for (unsigned entry = 0; entry < table.size(); ++entry) {
-            Turn turn{(entry & 512U) != 0, (entry & 256U) != 0};
-            unsigned place = 0;
-            for (unsigned bit = 4; bit-- > 0;) {
-                place = place << 2U | quarter(entry >> (bit + 4) & 1U, entry >> bit & 1U, turn);
-            }
-            table[entry] = static_cast<std::uint16_t>(place << 2U | 2U * unsigned(turn.swapped) |
-                                                      unsigned(turn.reversed));
-        }
-    }
-};
-constexpr Steps steps;
-
-/// The place of cell (x, y) on the curve through 2^16 by 2^16 cells, of which `nibbles` times four
-/// bits are used.
-std::uint32_t placeOnCurve(std::uint32_t x, std::uint32_t y, int nibbles) {
-    std::uint32_t place = 0, turn = 0;
-    for (int shift = 4 * nibbles - 4; shift >= 0; shift -= 4) {
-        const std::uint32_t step =
-            steps.table[turn << 8U | (x >> shift & 15U) << 4U | (y >> shift & 15U)];
-        place = place << 8U | step >> 2U;
-        turn = step & 3U;
-    }
-    return place;
-}
-
-// The sort
-
 struct Entry {
     std::uint32_t place;
     std::int32_t index;
 };
 
-/// Maps a box to cells, both axes by the same factor: that is in two parts, of which the first, a
-/// power of two, brings the box near 1, so that the second does not overflow for a tiny one.
-/// Coordinates are quartered where their difference would overflow.
+/// Maps a box to cells, both axes by the same factor. The factor has two parts: a power of two,
+/// which scales the box to about 1, and the rest, which therefore does not overflow for a tiny box.
+/// Coordinates are quartered if their difference would overflow.
 struct Cells {
     double minX, minY, part, toUnit, toCells;
 
@@ -103,7 +52,7 @@ public:
 
     explicit HilbertSort(const Pnt* points_) : points(points_) {}
 
-    /// Sorts the entries, whose points are finite, in two passes over about two bits a point.
+    /// Sorts the entries, by a radix sort in two passes. REQUIRES: their points are finite.
     void operator()(std::span<Entry> entries) {
         if (!assignPlaces(entries)) { return; }
         scratch.resize(std::max(scratch.size(), entries.size()));
@@ -118,7 +67,7 @@ public:
             first = end;
         }
     }
-    /// Sorts whatever cells were crowded, by their own boxes.
+    /// Sorts the points of crowded cells by finer cells.
     void refine() {
         while (!crowded.empty()) {
             const std::span<Entry> cell = crowded.back();
@@ -130,7 +79,8 @@ public:
 private:
     static constexpr std::ptrdiff_t crowd = 16;
 
-    /// False when all points are in one place.
+    /// Finds the place of each entry on the curve, and counts the digits. Returns false if all
+    /// points are in one place.
     bool assignPlaces(std::span<Entry> entries) {
         double minX = HUGE_VAL, minY = HUGE_VAL, maxX = -HUGE_VAL, maxY = -HUGE_VAL;
         for (const Entry& e : entries) {
@@ -143,7 +93,7 @@ private:
         if (!(maxX > minX) && !(maxY > minY)) { return false; }
         axisBits = std::clamp((static_cast<int>(std::bit_width(entries.size())) + 3) / 2, 4, 14);
         digitBits = axisBits;
-        // Just below a whole number of cells, so that the far side is in the last one.
+        // Slightly less than a whole number of cells, so that the far side is in the last cell.
         const Cells cells(minX, minY, maxX, maxY, std::ldexp(1.0, axisBits) * (1 - 1e-12));
         lowCounts.assign(std::size_t(1) << digitBits, 0);
         highCounts.assign(std::size_t(1) << digitBits, 0);

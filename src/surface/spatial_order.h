@@ -8,7 +8,7 @@
 
 namespace zyn::detail {
 
-/// The indices of `count` points in that order; see spatialSort().
+/// Returns the indices of `count` points in the order of the curve; see spatialSort().
 template <class Real>
 [[nodiscard]] std::vector<std::int32_t> hilbertOrder(const XPnt3<Real>* points, int count);
 

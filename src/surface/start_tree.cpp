@@ -1,3 +1,4 @@
+// A tree of places to start walks from.
 #include "surface/start_tree.h"
 
 #include "core/prefetch.h"
@@ -14,8 +15,8 @@ namespace {
 
 constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
 
-/// Goes from t towards q. Returns the triangle of the last step, and whether the walk has ended there.
-/// The neighbours are on their way from memory while the corners are waited for.
+/// Walks from t towards q. Returns the triangle of the last step, and whether the walk has ended
+/// there. Prefetches the neighbours before it reads the corners.
 std::pair<tind*, bool> approach(tind* t, Xy q) {
     constexpr int mostSteps = 64;
     bool isInside = false;
@@ -75,21 +76,21 @@ void StartTree::split(Xy* first, Xy* end, std::size_t node, const Box& box) {
 }
 
 std::size_t StartTree::leavesUnder(std::size_t node) const {
-    std::size_t first = node, end = node + 1;  // of a level
+    std::size_t first = node, end = node + 1;  // the nodes of a level
     while (first < leaves.size()) {
         first *= 2;
         end *= 2;
     }
-    // The last level may be there in part, and the one above has leaves for the rest.
+    // The last level may be incomplete. The level above has leaves for the rest.
     const std::size_t deepest = std::min(end, 2 * leaves.size());
     const std::size_t above = std::max(first / 2, leaves.size());
     return (deepest > first ? deepest - first : 0) + (end / 2 > above ? end / 2 - above : 0);
 }
 
 void StartTree::noteAll(const Engine& engine) {
-    constexpr std::size_t stride = 3;  // odd, so that no regular order of triangles is met
+    constexpr std::size_t stride = 3;  // odd, so that it does not coincide with a regular order
     std::ranges::fill(cells, none);
-    // Lower numbers overwrite higher ones, which removals take first.
+    // Lower numbers overwrite higher ones, which become stale first when triangles are removed.
     for (std::size_t n = engine.count() / stride * stride; n > 0; n -= stride) {
         note(xyOf(engine.at(n - 1)->vertex[0]), n - 1);
     }
@@ -119,7 +120,7 @@ TinRecord<double>* StartTree::near(const Engine& engine, Xy q) const {
     if (cells.empty() || latest == nullptr) { return latest; }
     const std::size_t home = cellOf(q);
     constexpr std::size_t mostWalks = 4;
-    // Cells whose numbers differ in the last bits are near each other.
+    // Cells whose numbers differ in the last bits only are near each other.
     for (std::size_t n = 0, walks = 0; n < side * side && walks < mostWalks; ++n) {
         Tri* const start = startAt(engine, home ^ n);
         if (start == nullptr) { continue; }

@@ -3,29 +3,30 @@
 
 #include "triangulation/flip.h"
 #include "triangulation/predicates.h"
+#include "triangulation/triangle_tests.h"
 
 #include <cmath>
 #include <cstddef>
 
 namespace zyn::detail {
 
-/// What is in the way from a vertex a towards a vertex b.
+/// Describes what is first on the way from a vertex a to a vertex b.
 template <class Real>
 struct StepTowards {
     enum class Way {
-        edge,     ///< an edge to `vertex`, which is on the segment or its end
-        crossed,  ///< the edge from `vertex` (on the left) to `other` crosses the segment
+        edge,     ///< an edge to `vertex`, which is b or on the segment
+        crossed,  ///< an edge from `vertex`, on the left, to `other`, which crosses the segment
         blocked,  ///< a hole, or damage
     };
     Way way = Way::blocked;
     Real* vertex = nullptr;
     Real* other = nullptr;
-    TinRecord<Real>* triangle = nullptr;  ///< at a: beside the edge, or before the crossed one
+    TinRecord<Real>* triangle = nullptr;  ///< at a, beside the edge or before the crossed one
 };
 
-/// Finds the step by looking at the triangles round a. It starts at one of them and goes both ways
-/// round, one triangle a turn, so that a step near by is found soon and two searches can take
-/// turns.
+/// Finds the step among the triangles around a. It starts at one of them and goes in both
+/// directions, one triangle per turn. So it finds a step near the start soon, and two searches can
+/// take turns.
 template <class Real>
 class StepSearch {
 public:
@@ -33,19 +34,19 @@ public:
     using Step = StepTowards<Real>;
     using Way = typename Step::Way;
 
-    /// Looks at no more than `most_` triangles: the links of a damaged network may circle.
+    /// Limits the search to `most_` triangles, since links of a damaged network may circle.
     /// REQUIRES: a is a corner of `start`.
     StepSearch(Tri* start, Real* a_, Real* b_, std::size_t most_)
         : a(a_), b(b_), most(most_), arm{{start, after}, {start, before}} {
         lookInside(start, start->index(a));
     }
 
-    /// Whether no more turns are needed.
+    /// Returns whether the search has ended.
     [[nodiscard]] bool isDone() const { return isSure || !(arm[0].isOpen || arm[1].isOpen); }
-    /// Whether the step is certain without a look at the other triangles.
+    /// Returns whether no triangle that was not looked at can lead to a better step.
     [[nodiscard]] bool isCertain() const { return isSure; }
-    /// The best step that was found so far. Beside triangles of no area several vertices can be
-    /// that way: the nearest counts.
+    /// Returns the best step found so far. Beside zero-area triangles several edges can lead
+    /// towards b; the one to the nearest vertex counts.
     [[nodiscard]] const Step& step() const { return best; }
 
     /// Looks at one more triangle. REQUIRES: !isDone()
@@ -59,7 +60,7 @@ public:
         if (i == 3) {
             moving.isOpen = false;
         } else if (next == other.triangle || turns > most) {
-            arm[0].isOpen = arm[1].isOpen = false;  // all the way round
+            arm[0].isOpen = arm[1].isOpen = false;  // both directions have met
         } else {
             moving.triangle = next;
             lookInside(next, i);
@@ -67,14 +68,14 @@ public:
     }
 
 private:
-    /// The search in one of the two directions.
+    /// Represents the search in one of the two directions.
     struct Arm {
         Tri* triangle;
         const int (&side)[4];
         bool isOpen = true;
     };
 
-    /// Improves the step by what t, with a at corner `i`, shows.
+    /// Improves the step if t, with a at corner `i`, has a better one.
     void lookInside(Tri* t, int i) {
         Real* const right = t->vertex[after[i]];
         Real* const left = t->vertex[before[i]];
@@ -87,22 +88,20 @@ private:
             isSure = hasArea(t);
         }
     }
-    /// Takes the edge of t from a to v, across which `beside` is. Where both triangles have an
-    /// area, no other edge from a has the same direction.
+    /// Takes the edge of t from a to v if it is the shortest so far; `beside` is the triangle
+    /// across it. If neither triangle is degenerate, no other edge from a has the same direction.
     void takeEdge(Tri* t, Real* v, const Tri* beside) {
         if (best.way == Way::edge && !isNearer(v, best.vertex)) { return; }
         best = {Way::edge, v, nullptr, t};
         isSure = hasArea(t) && (beside == nullptr || hasArea(beside));
     }
-    static bool hasArea(const Tri* t) {
-        return orientation(xyOf(t->vertex[0]), xyOf(t->vertex[1]), xyOf(t->vertex[2])) > 0;
-    }
-    /// Whether v is nearer to a than w, all on one line.
+    /// Returns whether v is nearer to a than w. REQUIRES: the three are collinear.
     [[nodiscard]] bool isNearer(const Real* v, const Real* w) const {
         return std::abs(v[0] - a[0]) < std::abs(w[0] - a[0]) ||
                std::abs(v[1] - a[1]) < std::abs(w[1] - a[1]);
     }
-    /// Whether v, on the line through a and b, is on b's side of a and not beyond b.
+    /// Returns whether v is on the segment but not at a. REQUIRES: v is on the line through a and
+    /// b.
     [[nodiscard]] bool isAhead(const Real* v) const {
         if (v == b) { return true; }
         const int axis = a[0] != b[0] ? 0 : 1;

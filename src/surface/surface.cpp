@@ -1,4 +1,4 @@
-// Surface: what it takes and how it changes.
+// Surface: construction, changes and points.
 #include <zyn/surface.h>
 
 #include "surface/surface_error.h"
@@ -56,10 +56,10 @@ Surface& Surface::operator=(Surface&& other) noexcept {
 
 Surface::~Surface() = default;
 
-/// A surface that was moved from becomes one without points.
+/// Returns the state. Makes an empty one first if the surface was moved from.
 SurfaceState& Surface::changeable() {
     if (!own) {
-        const double limit = maxEdge;  // may have been set since
+        const double limit = maxEdge;  // may have been set after the move
         *this = Surface();
         maxEdge = limit;
     }

@@ -1,4 +1,4 @@
-// What the writers of a surface share: its vertices and faces by number.
+// The base of the writers of surfaces: vertices and faces by number.
 #pragma once
 
 #include <zyn/network.h>
@@ -14,10 +14,12 @@
 
 namespace zyn::detail {
 
+/// Writes a file about the vertices and faces of a surface. Numbers the vertices in the order of
+/// the faces.
 template <class Real>
 class SurfaceFile : public FileWriter {
 public:
-    /// The numbers of the corners, from 0.
+    /// Holds the numbers of the corners, from 0.
     using Face = std::int32_t[3];
 
     SurfaceFile(DelaunayInterface<Real>* engine, const char* path, double maxEdge)
@@ -30,7 +32,7 @@ public:
             ++faces;
         });
     }
-    /// The coordinates, by number.
+    /// Returns the coordinates of the vertices by number.
     [[nodiscard]] const std::vector<Real*>& vertices() const { return numbers.vertices(); }
     [[nodiscard]] int faceCount() const { return faces; }
 
@@ -42,7 +44,7 @@ public:
             flushIfFull();
         }
     }
-    /// Calls `use` with every Face.
+    /// Calls `use` with every Face in turn.
     template <class Use>
     void forEachFace(Use use) {
         surface.forEach([&](const TinRecord<Real>* t, std::size_t) {

@@ -1,10 +1,12 @@
-// How a Surface changes.
+// Changes of a Surface.
 #include "surface/surface_state.h"
 
 #include "surface/breaklines.h"
 #include "surface/insert.h"
+#include "surface/interpolate.h"
 #include "surface/queries.h"
 #include "surface/restore.h"
+#include "surface/surface_triangles.h"
 #include "triangulation/ring.h"
 
 #include <algorithm>
@@ -15,70 +17,18 @@ namespace zyn::detail {
 
 namespace {
 
-/// Frames stay within what the predicates take.
+/// Limits coordinates, so that frames stay in the range of the predicates.
 constexpr double farthest = 1e90;
 
 bool isPlaceable(const XPnt3d& p) {
     return std::abs(p.x) <= farthest && std::abs(p.y) <= farthest && std::isfinite(p.z);
 }
-/// Returns a tolerance that has the same effect, and leaves room for a frame.
+/// Returns a tolerance with the same effect that leaves room for a frame.
 double usableTolerance(double tolerance) { return std::min(tolerance, 2 * farthest); }
 
 }  // namespace
 
-SurfaceNetwork::SurfaceNetwork(const PlanBox& box, double tolerance)
-    : fixedList(newVertexArray<double>()), fixed(std::make_unique<FixedEdges<double>>(*fixedList)) {
-    constexpr double extents = 16;
-    const double size =
-        std::max({std::abs(box.minX), std::abs(box.maxX), std::abs(box.minY), std::abs(box.maxY)});
-    const double margin =
-        std::max({extents * (box.maxX - box.minX), extents * (box.maxY - box.minY), 1e-6 * size,
-                  2 * tolerance, 1e-200});
-    frame = {box.minX - margin, box.minY - margin, box.maxX + margin, box.maxY + margin};
-    engine = new delaunayD(0, frame.minX, frame.minY, frame.maxX, frame.maxY);
-}
-
-bool SurfaceNetwork::holds(const PlanBox& box, double tolerance) const {
-    return engine && (box.isEmpty() ||
-                      (frame.minX < box.minX - tolerance && box.maxX + tolerance < frame.maxX &&
-                       frame.minY < box.minY - tolerance && box.maxY + tolerance < frame.maxY));
-}
-
-void SurfaceNetwork::noteNewVertex(const double* v) {
-    if (isHullOpen) { return; }
-    tind* const newest = engine->newest();
-    forEachAround(newest, newest->index(v), engine->count(), [this](const tind* n, int) {
-        isHullOpen = engine->isFrameTriangle(n);
-        return isHullOpen;
-    });
-}
-
-bool SurfaceNetwork::remove(tind* t, int corner) {
-    double* const v = t->vertex[corner];
-    bool isOnLine = false, isOnRim = false;
-    forEachAround(t, corner, engine->count(), [&](const tind* n, int i) {
-        isOnLine = isFixed(v, n->vertex[after[i]]) || isFixed(v, n->vertex[before[i]]);
-        isOnRim = isOnRim || engine->isFrameTriangle(n);
-        return isOnLine;
-    });
-    if (isOnLine || !engine->removeVertex(t, corner)) { return false; }
-    isHullOpen = isHullOpen || isOnRim;
-    // Each one moves two triangles, so that a few leaves of the tree become stale.
-    constexpr std::size_t few = 128;
-    if (++removals > engine->count() / few) {
-        starts.noteAll(*engine);
-        removals = 0;
-    }
-    return true;
-}
-
-void SurfaceNetwork::closeHull() {
-    if (!isHullOpen) { return; }
-    detail::closeHull(*engine, *fixed, start(xyOf(engine->frameCorner(0))));
-    isHullOpen = false;
-}
-
-/// Makes the change. If that throws, mends the surface.
+/// Makes the change. If it throws, mends the surface.
 template <class Change>
 auto SurfaceState::changeSafely(Change change) {
     try {
@@ -100,7 +50,8 @@ bool SurfaceState::remove(int number) {
     return changeSafely([&] { return removeVertex(number); });
 }
 
-/// Gets a network that can hold the points. One that has become too small is made anew.
+/// Replaces a network whose frame is too small for the points. Replaces a tree of starts that is
+/// too coarse for them.
 void SurfaceState::makeRoom(std::span<const XPnt3d> newPoints, double tolerance) {
     PlanBox box = extent;
     for (const XPnt3d& p : newPoints) {
@@ -129,10 +80,10 @@ StartTree SurfaceState::newStarts() const {
     return StartTree(std::move(sample));
 }
 
-/// Inserts all vertices into a new network, and makes the edges that stay. These do not cross.
+/// Inserts all vertices into a new network, and makes the fixed edges, which do not cross.
 void SurfaceState::enterVertices(SurfaceNetwork& next) {
     std::vector<int> numbers;
-    std::vector<XPnt3d> places;  // side by side, for the order
+    std::vector<XPnt3d> places;  // contiguous, for insertionOrder()
     for (int number = 0; number < static_cast<int>(vertices.size()); ++number) {
         if (!isVertex(number)) { continue; }
         numbers.push_back(number);
@@ -153,56 +104,69 @@ void SurfaceState::enterVertices(SurfaceNetwork& next) {
     restoreInside(*next.engine, *next.fixed);
 }
 
-PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* progress) {
+/// Remembers what insertPoints() has done so far.
+struct SurfaceState::Insertion {
+    std::span<XPnt3d> added;
+    double tolerance;
     PointReport report;
-    report.first = points.size() - static_cast<int>(added.size());
-    const double tolerance = usableTolerance(options.tolerance);
-    vertices.resize(static_cast<std::size_t>(points.size()));
-    makeRoom(added, tolerance);
-    // The first ones are only an outline, whose triangles shrink until the end.
-    const int outline = static_cast<int>(added.size() / 8);
-    const int spacing = added.size() < 1024 ? 1 : 4;
-    DelaunayEngine<double>& engine = *network.engine;
-    const bool hasLines = !network.fixed->isEmpty();
     Fallen fallen;
-    const auto insert = [&](std::int32_t index, tind* start) {
-        XPnt3d& p = added[static_cast<std::size_t>(index)];
-        const Xy place{p.x, p.y};
-        if (!isPlaceable(p)) {
-            ++report.notFinite;
-        } else if (hasLines ? engine.insert(&p, tolerance, start, *network.fixed)
-                            : engine.insert(&p, tolerance, start, noFixedEdges)) {
-            network.fixed->requireMemory();
-            network.noteNewVertex(p);
-            vertices[static_cast<std::size_t>(report.first + index)] = true;
-            if (++report.vertices > outline && report.vertices % spacing == 0) {
-                network.starts.note(place, engine.count() - 1);
-            }
-        } else if (const double* const other =
-                       engine.inPlaceOf(p, tolerance, network.start(place))) {
-            fallen.emplace_back(points.numberOf(other), report.first + index);
-        } else {
-            ++report.notFinite;
-        }
-    };
+};
+
+PointReport SurfaceState::insertPoints(std::span<XPnt3d> added, IZynProgress* progress) {
     const int count = static_cast<int>(added.size());
+    Insertion run{added, usableTolerance(options.tolerance), {}, {}};
+    PointReport& report = run.report;
+    report.first = points.size() - count;
+    vertices.resize(static_cast<std::size_t>(points.size()));
+    makeRoom(added, run.tolerance);
     tind* const start = count == 0 ? nullptr : network.start({added[0].x, added[0].y});
-    const int offered = insertAll(engine, added.data(), count, start, progress, insert);
-    report.refused = static_cast<int>(fallen.size());
+    const auto insert = [&](std::int32_t index, tind* from) { insertPoint(run, index, from); };
+    const int offered = insertAll(*network.engine, added.data(), count, start, progress, insert);
+    report.refused = static_cast<int>(run.fallen.size());
     report.skipped = count - offered;
     if (vertexCount > 0) { restoreAt(report.first, report.vertices); }
     vertexCount += report.vertices;
     const bool isFirstWanted = options.heights == Heights::breakline;
-    settleHeights(fallen, isFirstWanted ? Heights::first : options.heights,
+    settleHeights(run.fallen, isFirstWanted ? Heights::first : options.heights,
                   {report.first, points.size()});
     network.closeHull();
     return report;
 }
 
-/// Restores the edges at new vertices. Insertion looks at those opposite to them only, and beside a
-/// closed hull, where frame triangles are not Delaunay, that is not enough.
+/// Makes one of the added points a vertex, or counts it as one that cannot be a vertex. The search
+/// for its triangle begins at `start`.
+void SurfaceState::insertPoint(Insertion& run, int index, tind* start) {
+    XPnt3d& p = run.added[static_cast<std::size_t>(index)];
+    if (!isPlaceable(p)) {
+        ++run.report.notFinite;
+        return;
+    }
+    DelaunayEngine<double>& engine = *network.engine;
+    const int number = run.report.first + index;
+    const Xy place{p.x, p.y};
+    if (network.fixed->isEmpty() ? engine.insert(&p, run.tolerance, start, noFixedEdges)
+                                 : engine.insert(&p, run.tolerance, start, *network.fixed)) {
+        network.fixed->requireMemory();
+        network.noteNewVertex(p);
+        vertices[static_cast<std::size_t>(number)] = true;
+        // The first vertices are only an outline, whose triangles shrink until the end.
+        const int outline = static_cast<int>(run.added.size() / 8);
+        const int spacing = run.added.size() < 1024 ? 1 : 4;
+        if (++run.report.vertices > outline && run.report.vertices % spacing == 0) {
+            network.starts.note(place, engine.count() - 1);
+        }
+    } else if (const double* const other =
+                   engine.inPlaceOf(p, run.tolerance, network.start(place))) {
+        run.fallen.emplace_back(points.numberOf(other), number);
+    } else {
+        ++run.report.notFinite;
+    }
+}
+
+/// Restores the edges at new vertices. Insertion only tests the edges opposite them. That is not
+/// enough beside a closed hull, where frame triangles are not Delaunay.
 void SurfaceState::restoreAt(int first, int count) {
-    constexpr int few = 8;  // of all vertices, one in so many
+    constexpr int few = 8;  // one in eight of all vertices
     if (count > vertexCount / few) {
         restoreInside(*network.engine, *network.fixed);
         return;
@@ -222,6 +186,8 @@ void SurfaceState::restoreAt(int first, int count) {
 
 namespace {
 
+/// Returns whether the points can become a chain of edges: all are placeable, and not all are in
+/// one place.
 bool isLine(const Polyline& line) {
     const auto isElsewhere = [&line](const XPnt3d& p) {
         return p.x != line[0].x || p.y != line[0].y;
@@ -231,8 +197,8 @@ bool isLine(const Polyline& line) {
 
 }  // namespace
 
-/// Returns the points of those lines that can become edges, and the number of points of each. Notes
-/// the other lines.
+/// Returns the points of the lines that can become edges, and the number of points of each. Appends
+/// the indices of the other lines to `leftOut`.
 SurfaceState::LinePoints SurfaceState::pointsOf(std::span<const Polyline> lines, bool soft,
                                                 std::vector<int>& leftOut) const {
     LinePoints taken;
@@ -264,11 +230,8 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
     Breaklines<double>::Keep keep;
     if (!wanted.giveWay) {
         keep = [&](const XPnt3d& p) {
-            XPnt3d* const stored = points.append({&p, 1}).data();
-            vertices.resize(static_cast<std::size_t>(points.size()));
-            vertices.back() = true;
             ++report.crossings;
-            return stored;
+            return keepCrossing(p);
         };
     }
     Fallen fallen;
@@ -280,14 +243,13 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
         std::span<XPnt3d> line = rest.first(length);
         rest = rest.subspan(length);
         breaklines.add(line, [&](XPnt3d& p, const double* v) {
-            const double* const own = p;
-            const int number = points.numberOf(own);
-            if (v == own) {
-                vertices[static_cast<std::size_t>(number)] = true;
-                ++report.vertices;
-            } else {
+            const int number = points.numberOf(p);
+            if (v != static_cast<const double*>(p)) {
                 fallen.emplace_back(points.numberOf(v), number);
+                return;
             }
+            vertices[static_cast<std::size_t>(number)] = true;
+            ++report.vertices;
         });
     }
     report.edges = breaklines.edges();
@@ -302,7 +264,15 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
     return report;
 }
 
-/// Gives the points the height of the surface where there is one.
+/// Keeps a vertex at a crossing of lines. Returns its place.
+XPnt3d* SurfaceState::keepCrossing(const XPnt3d& p) {
+    XPnt3d* const stored = points.append({&p, 1}).data();
+    vertices.resize(static_cast<std::size_t>(points.size()));
+    vertices.back() = true;
+    return stored;
+}
+
+/// Sets the height of each point that is on the surface to that of the surface.
 void SurfaceState::takeHeights(std::span<XPnt3d> of) const {
     if (!network.engine) { return; }
     const SurfaceTriangles<double> surface(network.engine.get());
@@ -314,9 +284,10 @@ void SurfaceState::takeHeights(std::span<XPnt3d> of) const {
     }
 }
 
-/// Gives each vertex the height that the rule makes of those of the points that fell on it, in the
-/// order of their numbers. The height of a vertex from before counts as that of its points. Vertices
-/// at crossings have later numbers, but were there before points fell on them.
+/// Sets the height of each vertex by the rule, from its own height and those of the points that
+/// fell on it, in the order of their numbers. An older vertex comes first, and counts as often as
+/// the points it already represents. Vertices at crossings count as older, although their numbers
+/// are later, since they were there before points fell on them.
 void SurfaceState::settleHeights(Fallen& fallen, Heights rule, Numbers added) {
     std::ranges::sort(fallen);
     for (std::size_t i = 0; i < fallen.size();) {
@@ -338,7 +309,7 @@ void SurfaceState::settleHeights(Fallen& fallen, Heights rule, Numbers added) {
             z = rule == Heights::last      ? heights[k]
                 : rule == Heights::lowest  ? std::min(z, heights[k])
                 : rule == Heights::highest ? std::max(z, heights[k])
-                : rule == Heights::mean    ? between(z, heights[k], 1.0 / count)
+                : rule == Heights::mean    ? interpolate(z, heights[k], 1.0 / count)
                                            : z;
         }
     }
@@ -354,7 +325,7 @@ bool SurfaceState::removeVertex(int number) {
     return true;
 }
 
-/// Makes a sound surface of what a change has left when it threw, without memory.
+/// Makes a valid surface from the state that a change left when it threw. Allocates nothing.
 void SurfaceState::mend() noexcept {
     if (!network.engine) { return; }
     closeHullBySweeps(*network.engine, *network.fixed);

@@ -1,11 +1,13 @@
-// Surface: what it answers.
+// SurfaceView: the queries of a surface.
 #include <zyn/geometry.h>
 #include <zyn/surface.h>
 
 #include "surface/queries.h"
 #include "surface/surface_error.h"
 #include "surface/surface_state.h"
+#include "surface/triangle_area.h"
 #include "triangulation/flip.h"
+#include "triangulation/vertex_position.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,75 +24,7 @@ namespace {
 
 using Triangles = SurfaceTriangles<double>;
 
-Triangles trianglesOf(const SurfaceState* state, double maxEdge) {
-    return Triangles(state == nullptr ? nullptr : state->network.engine.get(), maxEdge);
-}
-
-int checkedSlot(int i) {
-    if (i < 0 || i > 2) { throwBad("a triangle has corners 0 to 2", i); }
-    return i;
-}
-
-/// Returns the normal of two sides, as long as twice the area in space. It points upwards, where
-/// rounding could turn that of a needle over.
-XPnt3d upwardNormal(const XPnt3d& u, const XPnt3d& v) {
-    const XPnt3d n = cross(u, v);
-    return {n.x, n.y, std::max(n.z, 0.0)};
-}
-XPnt3d doubleArea(const tind& t) {
-    const XPnt3d a = positionOf(t.vertex[0]);
-    return upwardNormal(positionOf(t.vertex[1]) - a, positionOf(t.vertex[2]) - a);
-}
-double lengthOf(const XPnt3d& p) { return std::hypot(p.x, p.y, p.z); }
-
-// Heron's formula would be wrong by a millionth on a needle.
-double planAreaOf(const tind& t) { return doubleArea(t).z / 2; }
-double areaOf(const tind& t) {
-    const double area = lengthOf(doubleArea(t)) / 2;
-    return std::isfinite(area) ? area : t.Area();
-}
-
-/// Returns the side in a unit of its own, so that no product overflows or vanishes. A power of two keeps
-/// every digit.
-XPnt3d inOwnUnit(const XPnt3d& side) {
-    const double most = std::max({std::abs(side.x), std::abs(side.y), std::abs(side.z)});
-    if (!(most > 0) || !std::isfinite(most)) { return side; }
-    const int unit = -std::ilogb(most);
-    return {std::scalbn(side.x, unit), std::scalbn(side.y, unit), std::scalbn(side.z, unit)};
-}
-
 }  // namespace
-
-// A triangle
-
-XPnt3d SurfaceTriangle::corner(int i) const { return positionOf(record->vertex[checkedSlot(i)]); }
-
-int SurfaceTriangle::vertex(int i) const {
-    return state->points.numberOf(record->vertex[checkedSlot(i)]);
-}
-
-std::optional<SurfaceTriangle> SurfaceTriangle::neighbor(int i) const {
-    const tind* const n = record->neighbor[checkedSlot(i)];
-    if (!trianglesOf(state, maxEdge).has(n)) { return std::nullopt; }
-    return SurfaceTriangle(state, maxEdge, n);
-}
-
-bool SurfaceTriangle::isBreakline(int i) const {
-    const int slot = checkedSlot(i);
-    return state->network.isFixed(record->vertex[after[slot]], record->vertex[before[slot]]);
-}
-
-double SurfaceTriangle::area() const { return areaOf(*record); }
-
-double SurfaceTriangle::planArea() const { return planAreaOf(*record); }
-
-XPnt3d SurfaceTriangle::normal() const {
-    const XPnt3d a = corner(0);
-    const XPnt3d n = upwardNormal(inOwnUnit(corner(1) - a), inOwnUnit(corner(2) - a));
-    const double length = lengthOf(n);
-    if (!(length > 0) || !std::isfinite(length)) { return {0, 0, 1}; }
-    return {n.x / length, n.y / length, n.z / length};
-}
 
 // Parts
 
@@ -144,7 +78,7 @@ std::vector<std::array<int, 2>> SurfaceView::edges() const {
 
 namespace {
 
-/// Whether a triangle of the view has the edge a-b.
+/// Returns whether a triangle of the view has the edge a-b.
 bool hasTriangleBeside(const Triangles& triangles, const SurfaceNetwork& network, const double* a,
                        const double* b) {
     const auto [t, corner] = network.triangleAt(a);
@@ -174,10 +108,10 @@ std::vector<std::array<int, 2>> SurfaceView::breaklineEdges() const {
 
 namespace {
 
-/// An edge of a triangle: the one opposite corner `slot`, with the triangle on its left.
+/// Represents an edge by the triangle on its left and the slot opposite it.
 using RimEdge = std::pair<const tind*, int>;
 
-/// Returns the edge of the rim that starts where this one ends.
+/// Returns the edge of the rim that starts at the end of e.
 RimEdge nextOnRim(const Triangles& triangles, RimEdge e) {
     auto [t, slot] = e;
     slot = after[slot];
@@ -293,48 +227,6 @@ std::vector<Polyline> SurfaceView::contours(std::span<const double> levels) cons
         trianglesOf(state, maxEdge), levels,
         [&lines](std::span<const XPnt3d> line) { lines.emplace_back(line.begin(), line.end()); });
     return lines;
-}
-
-// Files
-
-namespace {
-
-/// Writes the network, an empty one if there is no surface.
-template <class Write>
-void writeNetworkOf(const SurfaceState* state, const std::string& path, Write write) {
-    SurfaceState empty{SurfaceOptions()};
-    if (state == nullptr) {
-        empty.addPoints({}, nullptr);
-        state = &empty;
-    }
-    errno = 0;
-    requireWritten(write(state->network.engine.get(), path.c_str()), path);
-}
-
-}  // namespace
-
-void SurfaceView::writeObj(const std::string& path) const {
-    writeNetworkOf(state, path, [this](auto* engine, const char* file) {
-        return zyn::writeObj(engine, file, maxEdge);
-    });
-}
-
-void SurfaceView::writePly(const std::string& path, PlyNormals normals) const {
-    writeNetworkOf(state, path, [this, normals](auto* engine, const char* file) {
-        return zyn::writePly(engine, file, maxEdge, normals);
-    });
-}
-
-void SurfaceView::writeLandXml(const std::string& path, const QString& name,
-                               LengthUnit unit) const {
-    writeNetworkOf(state, path, [&](auto* engine, const char* file) {
-        return zyn::writeLandXml(engine, file, name, unit, maxEdge);
-    });
-}
-
-void SurfaceView::writeNetwork(const std::string& path) const {
-    writeNetworkOf(state, path,
-                   [](auto* engine, const char* file) { return writeBinary(engine, file); });
 }
 
 }  // namespace zyn

@@ -1,4 +1,4 @@
-// Triangles for the ranges, block by block.
+// The blocks of triangles behind the ranges of triangles.h.
 #include <zyn/triangles.h>
 
 #include "surface/surface_triangles.h"
@@ -9,9 +9,9 @@
 namespace zyn::detail {
 namespace {
 
-constexpr std::size_t most = 64;  // triangles in a block, whose members are bits of one number
+constexpr std::size_t most = 64;  // triangles in a block, one bit each
 
-/// Returns bits for those of `count` triangles that the surface has.
+/// Returns one bit for each of `count` triangles: 1 if it belongs to the surface.
 template <class Real>
 std::uint64_t membersOf(const SurfaceTriangles<Real>& surface, const TinRecord<Real>* first,
                         std::size_t count) {

@@ -1,7 +1,8 @@
-// Cut and fill.
+// Cut and fill between a surface and a level.
 #include <zyn/network.h>
 
 #include "surface/queries.h"
+#include "triangulation/vertex_position.h"
 
 #include <algorithm>
 #include <array>
@@ -14,11 +15,12 @@ using namespace detail;
 
 namespace {
 
-/// What a triangle of plan area `area` has on either side of the plane, by the heights of its corners
-/// above it. One corner alone on its side cuts off a tip; the rest is two triangles. Every
-/// piece is the product of its area and its mean height, so that nothing cancels out.
+/// Computes the volumes of a triangle above and below the level. If one corner is alone on its
+/// side, the level divides the triangle into a tip and two more triangles. The volume of each piece
+/// is the product of its area and its mean height, so no digits cancel.
 class CutFill {
 public:
+    /// Takes the area in plan, and the heights of the corners above the level.
     CutFill(double area, std::array<double, 3> heights) {
         const bool areNumbers = std::none_of(heights.begin(), heights.end(),
                                              [](double height) { return std::isnan(height); });
@@ -36,7 +38,7 @@ public:
 
 private:
     void split(double area, double tip, double a, double b) {
-        const double toA = tip / (tip - a);  // where the plane meets the edges, seen from the tip
+        const double toA = tip / (tip - a);  // the share of each edge on the side of the tip
         const double toB = tip / (tip - b);
         add(area * toA * toB, tip / 3);
         add(area * (1 - toB), (a + b) / 3);
@@ -59,7 +61,7 @@ SurfaceVolume volumeOf(const SurfaceTriangles<Real>& surface, double level) {
         const XPnt3d a = positionOf(t->vertex[0]), b = positionOf(t->vertex[1]),
                      c = positionOf(t->vertex[2]);
         const double area = ((b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x)) / 2;
-        // In eighths where a difference, or the sum of three, could overflow.
+        // Divides by eight if a difference, or the sum of three, could overflow.
         constexpr double large = std::numeric_limits<double>::max() / 8;
         const double most = std::max({a.z, b.z, c.z, level}),
                      least = std::min({a.z, b.z, c.z, level});

@@ -92,14 +92,14 @@ TYPED_TEST(Validate, NamesTheFaultAndItsTriangle) {
             EXPECT_EQ(this->fault(), this->sentence(t, text));
             *t = whole;
         };
-        expect(none, v[2], "lacks a corner");
-        expect(v[2], v[2], "has a corner twice");
-        expect(v[2], v[1], "runs clockwise");
-        if (t == inner) { expect(middle, v[2], "has no area"); }
+        expect(none, v[2], "has a null vertex");
+        expect(v[2], v[2], "has the same vertex twice");
+        expect(v[2], v[1], "is clockwise");
+        if (t == inner) { expect(middle, v[2], "has zero area"); }
         for (auto*& link : t->neighbor) {  // the neighbour's link has no counterpart
             auto* const n = std::exchange(link, nullptr);
             if (n == nullptr) { continue; }
-            EXPECT_EQ(this->fault(), this->sentence(n, "has a neighbour without a link back"));
+            EXPECT_EQ(this->fault(), this->sentence(n, "has a neighbour that does not link back"));
             link = n;
         }
     }
@@ -108,8 +108,8 @@ TYPED_TEST(Validate, NamesTheFaultAndItsTriangle) {
     auto*& link = all[0]->neighbor[0];
     for (const auto& [wrong, text] :
          {std::pair(&foreign, "has a neighbour that is not in the network"),
-          {inner, "has a neighbour without a link back"},
-          {all[0], "has a neighbour with another edge between them"}}) {
+          {inner, "has a neighbour that does not link back"},
+          {all[0], "has a neighbour that links back across another edge"}}) {
         auto* const before = std::exchange(link, wrong);
         EXPECT_EQ(this->fault(), this->sentence(all[0], text));
         link = before;
@@ -118,7 +118,7 @@ TYPED_TEST(Validate, NamesTheFaultAndItsTriangle) {
     EXPECT_EQ(this->fault(), "");
     EXPECT_THAT(this->fault(true), testing::EndsWith("edge that is not Delaunay"));
     ASSERT_TRUE(this->engine->deleteTriangle(this->engine->locate(30, 70)));
-    EXPECT_THAT(this->fault(), testing::EndsWith("stands at a bay in the rim"));
+    EXPECT_THAT(this->fault(), testing::EndsWith("has a reflex corner on the rim"));
 }
 
 // Eight triangles around a hub wind twice around a square.
@@ -135,12 +135,13 @@ TYPED_TEST(Validate, FindsRimsThatWindTwiceOrTouchThemselves) {
         *all[n] = {.vertex = {hub, rim[n], rim[(n + 1) % 8]},
                    .neighbor = {nullptr, all[(n + 1) % 8], all[(n + 7) % 8]}};
     }
-    EXPECT_EQ(this->fault(), "triangle 0 is part of what winds round more than once");
+    EXPECT_EQ(this->fault(),
+              "triangle 0 belongs to a component whose rim does not wind exactly once");
     // Cuts the triangles open from the hub to the start of the first round.
     all[0]->neighbor[2] = all[7]->neighbor[1] = nullptr;
-    EXPECT_EQ(this->fault(), "triangle 7 touches the rim at a corner twice");
+    EXPECT_EQ(this->fault(), "triangle 7 has a vertex that is on the rim twice");
     all[7]->vertex[2] = rim[8];
-    EXPECT_EQ(this->fault(), "triangle 7 stands at a bay in the rim");
+    EXPECT_EQ(this->fault(), "triangle 7 has a reflex corner on the rim");
 }
 
 }  // namespace

@@ -49,10 +49,10 @@ public:
           start(std::move(start_)) {
         fixed.restartCounting();
     }
-    /// Appends to a list the triangles whose edges may not be Delaunay any more.
-    void recordChangesIn(std::vector<Tri*>& list) {
-        changed = &list;
-        maker.recordChangesIn(list);
+    /// Records the triangles beside which edges may not be Delaunay any more.
+    void recordIn(Changes<Real>& record) {
+        changes = &record;
+        maker.recordIn(record);
     }
 
     /// Makes a polyline part of the network. Inserts all its points first, since each may flip an
@@ -115,7 +115,7 @@ private:
         return true;
     }
     void noteChange(Tri* t) {
-        if (changed != nullptr) { changed->push_back(t); }
+        if (changes != nullptr) { changes->note(engine, t); }
     }
 
     /// Counts fixed edges as the segment if a chain of them already leads from end to end close to
@@ -244,7 +244,10 @@ private:
                 fixed.contains(v, n->vertex[after[at]]) || fixed.contains(v, n->vertex[before[at]]);
             return isOnFixed;
         });
-        return isOnFixed ? v : nullptr;
+        // A segment that was bent does not miss a vertex that it led through.
+        const bool isOnSegment =
+            orientation(xyOf(segment.from), xyOf(segment.to), xyOf<Real>(v)) == 0;
+        return isOnFixed || isOnSegment ? v : nullptr;
     }
 
     /// Returns a vertex at which the two lines can meet: each line ends there or continues towards
@@ -310,7 +313,7 @@ private:
     FixedEdges<Real>& fixed;
     Keep keep;
     detail::StartNear<Real> start;
-    std::vector<Tri*>* changed = nullptr;
+    Changes<Real>* changes = nullptr;
     Tri* latest = nullptr;            // where the last point was located
     Segment segment;                  // the one of the polyline that is being made
     std::size_t allowance = unknown;  // of new vertices for the segment

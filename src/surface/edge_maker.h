@@ -17,6 +17,18 @@ namespace zyn::detail {
 /// are on it. All signs are exact, and each flip leaves two counter-clockwise triangles, so the
 /// network is valid at any time.
 ///
+/// Records triangles whose edges may not be Delaunay any more.
+template <class Real>
+struct Changes {
+    std::vector<TinRecord<Real>*> triangles;
+    bool touchTheFrame = false;  ///< whether one was a frame triangle
+
+    void note(const DelaunayEngine<Real>& engine, TinRecord<Real>* t) {
+        triangles.push_back(t);
+        touchTheFrame = touchTheFrame || engine.isFrameTriangle(t);
+    }
+};
+
 /// The edges that cross the segment from a to b form a list. Their upper ends, left of a-b, form a
 /// chain from a to b. A corner of the chain can be cut off if its angle on the side of the segment
 /// is below 180 degrees. One of the crossing edges that meet there can then be flipped, and each
@@ -32,8 +44,8 @@ public:
 
     /// Lets the next search for a vertex begin at t.
     void startFrom(Tri* t) { hint = t; }
-    /// Appends the triangles that flips change to a list, for as long as the maker is used.
-    void recordChangesIn(std::vector<Tri*>& list) { changed = &list; }
+    /// Records the triangles that flips change, for as long as the maker is used.
+    void recordIn(Changes<Real>& record) { changes = &record; }
 
     using Step = StepTowards<Real>;
     using Way = typename Step::Way;
@@ -211,7 +223,10 @@ private:
         Real* const q = apex(above, *at);
         flipEdge(below, below->index(at->upper, at->lower), above,
                  above->index(at->upper, at->lower));
-        if (changed != nullptr) { changed->insert(changed->end(), {below, above}); }
+        if (changes != nullptr) {
+            changes->note(engine, below);
+            changes->note(engine, above);
+        }
         // If the new edge does not cross the segment, only one of the two triangles still does.
         Tri* first = isFirst && isLast ? below : above;
         Tri* second = first;
@@ -226,7 +241,7 @@ private:
 
     DelaunayEngine<Real>& engine;
     Tri* hint = nullptr;  // where the last step was found
-    std::vector<Tri*>* changed = nullptr;
+    Changes<Real>* changes = nullptr;
     std::list<Crossing> crossings;
 };
 

@@ -13,6 +13,7 @@
 namespace zyn::detail {
 namespace {
 
+constexpr std::size_t sampleOfLeaf = 8;
 constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
 
 /// Walks from t towards q. Returns the triangle of the last step, and whether the walk has ended
@@ -35,44 +36,35 @@ std::pair<tind*, bool> approach(tind* t, Xy q) {
 
 }  // namespace
 
-struct StartTree::Box {
-    double minX, minY, maxX, maxY;
-};
-
-StartTree::StartTree(std::vector<Xy> sample) {
-    constexpr std::size_t sampleOfLeaf = 8;
+StartTree::StartTree(std::vector<Xy> sample, int vertices) : sampled(vertices) {
     if (sample.empty()) { return; }
     leaves.resize(std::max<std::size_t>(1, sample.size() / sampleOfLeaf));
     splits.resize(leaves.size());
     cells.assign(leaves.size() * side * side, none);
-    const auto [west, east] = std::ranges::minmax(sample, {}, &Xy::x);
-    const auto [south, north] = std::ranges::minmax(sample, {}, &Xy::y);
-    double width = east.x - west.x, height = north.y - south.y;
-    for (int level = 0; std::size_t(1) << level < leaves.size(); ++level) {
-        const bool isAlongY = height > width;
-        (isAlongY ? height : width) /= 2;
-        levelsAlongY |= std::uint64_t(isAlongY) << level;
-    }
-    split(sample.data(), sample.data() + sample.size(), 1, {west.x, south.y, east.x, north.y});
+    split(sample, 1);
 }
 
-void StartTree::split(Xy* first, Xy* end, std::size_t node, const Box& box) {
+void StartTree::split(std::span<Xy> sample, std::size_t node) {
+    const auto [west, east] = std::ranges::minmax(sample, {}, &Xy::x);
+    const auto [south, north] = std::ranges::minmax(sample, {}, &Xy::y);
+    const double width = east.x - west.x, height = north.y - south.y;
     if (node >= leaves.size()) {
-        leaves[node - leaves.size()] = {box.minX, box.minY, side / (box.maxX - box.minX),
-                                        side / (box.maxY - box.minY)};
+        // The vertices of the leaf extend a little beyond its sample.
+        const auto margin = 1.0 / double(sample.size());
+        const auto perUnit = [margin](double extent) { return side / (extent * (1 + 2 * margin)); };
+        leaves[node - leaves.size()] = {west.x - width * margin, south.y - height * margin,
+                                        perUnit(width), perUnit(height)};
         return;
     }
     const auto share = double(leavesUnder(2 * node)) / double(leavesUnder(node));
-    Xy* const middle = first + static_cast<std::ptrdiff_t>(double(end - first) * share);
-    const bool isAlongY = splitsY(node);
+    const auto middle = static_cast<std::size_t>(double(sample.size()) * share);
+    const bool isAlongY = height > width;
     const auto coordinate = isAlongY ? &Xy::y : &Xy::x;
-    std::ranges::nth_element(first, middle, end, {}, coordinate);
-    splits[node] = (*middle).*coordinate;
-    Box low = box, high = box;
-    (isAlongY ? low.maxY : low.maxX) = splits[node];
-    (isAlongY ? high.minY : high.minX) = splits[node];
-    split(first, middle, 2 * node, low);
-    split(middle, end, 2 * node + 1, high);
+    std::ranges::nth_element(sample, sample.begin() + static_cast<std::ptrdiff_t>(middle), {},
+                             coordinate);
+    splits[node] = {sample[middle].*coordinate, isAlongY};
+    split(sample.first(middle), 2 * node);
+    split(sample.subspan(middle), 2 * node + 1);
 }
 
 std::size_t StartTree::leavesUnder(std::size_t node) const {
@@ -97,10 +89,10 @@ void StartTree::noteAll(const Engine& engine) {
 }
 
 std::size_t StartTree::cellOf(Xy q) const {
-    const double place[] = {q.x, q.y};
     std::size_t node = 1;
-    for (std::uint64_t axes = levelsAlongY; node < leaves.size(); axes >>= 1U) {
-        node = 2 * node + std::size_t(place[axes & 1U] >= splits[node]);
+    while (node < leaves.size()) {
+        const Split& split = splits[node];
+        node = 2 * node + std::size_t((split.isAlongY ? q.y : q.x) >= split.at);
     }
     const std::size_t number = node - leaves.size();
     const Leaf& leaf = leaves[number];

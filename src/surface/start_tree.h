@@ -3,9 +3,9 @@
 
 #include "triangulation/engine.h"
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace zyn::detail {
@@ -33,12 +33,13 @@ public:
     /// Makes a tree without cells, which returns the newest triangle.
     StartTree() = default;
     /// Makes a tree whose cells refer to no triangle yet.
-    explicit StartTree(std::vector<Xy> sample);
+    StartTree(std::vector<Xy> sample, int vertices);
 
-    /// Returns whether a network of `triangles` needs smaller cells.
-    [[nodiscard]] bool isOutgrown(std::size_t triangles) const {
-        constexpr std::size_t mostTriangles = 32;  // in a cell
-        return triangles > mostTriangles * (cells.size() + 1);
+    /// Returns whether a network of this many vertices needs another tree, because many of them came
+    /// after the sample.
+    [[nodiscard]] bool isOutgrown(int vertices) const {
+        constexpr int few = 16;
+        return vertices > sampled + sampled / few;
     }
     /// Sets triangle `number` as the start of walks to places near q.
     void note(Xy q, std::size_t number) {
@@ -60,22 +61,21 @@ private:
         double minX, minY;
         double perX, perY;  // cells per unit of length
     };
-    struct Box;
-
+    struct Split {
+        double at;
+        bool isAlongY;
+    };
     [[nodiscard]] std::size_t cellOf(Xy q) const;
     [[nodiscard]] Tri* startAt(const Engine& engine, std::size_t cell) const;
-    void split(Xy* first, Xy* end, std::size_t node, const Box& box);
+    void split(std::span<Xy> sample, std::size_t node);
     [[nodiscard]] std::size_t leavesUnder(std::size_t node) const;
-    [[nodiscard]] bool splitsY(std::size_t node) const {
-        return (levelsAlongY >> (std::bit_width(node) - 1U) & 1U) != 0;
-    }
 
     // The root is node 1; the children of node n are 2n and 2n + 1. The second half of the nodes
     // are leaves.
-    std::vector<double> splits;
+    std::vector<Split> splits;
     std::vector<Leaf> leaves;
     std::vector<std::uint32_t> cells;  // numbers of triangles, leaf by leaf
-    std::uint64_t levelsAlongY = 0;    // by depth, whether nodes are split by y
+    int sampled = 0;                   // number of vertices when the sample was taken
 };
 
 }  // namespace zyn::detail

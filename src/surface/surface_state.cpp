@@ -63,21 +63,21 @@ void SurfaceState::makeRoom(std::span<const XPnt3d> newPoints, double tolerance)
         network = std::move(next);
     }
     extent = box;
-    if (network.starts.isOutgrown(network.engine->count() + 2 * newPoints.size())) {
-        network.starts = newStarts();
+    if (network.starts.isOutgrown(vertexCount + static_cast<int>(newPoints.size()))) {
+        network.starts = newStarts(newPoints.size());
         network.starts.noteAll(*network.engine);
     }
 }
 
-/// Returns a tree of starts for all points that are or may become vertices.
-StartTree SurfaceState::newStarts() const {
+/// Returns a tree of starts for the vertices and as many points as may become vertices.
+StartTree SurfaceState::newStarts(std::size_t newPoints) const {
     std::vector<Xy> sample;
     const auto count = static_cast<std::size_t>(points.size());
     for (std::size_t n = 0; n < count; n = StartTree::nextOfSample(n)) {
         const XPnt3d& p = points.at(static_cast<int>(n));
         if (isPlaceable(p)) { sample.push_back({p.x, p.y}); }
     }
-    return StartTree(std::move(sample));
+    return {std::move(sample), vertexCount + static_cast<int>(newPoints)};
 }
 
 /// Inserts all vertices into a new network, and makes the fixed edges, which do not cross.
@@ -93,7 +93,7 @@ void SurfaceState::enterVertices(SurfaceNetwork& next) {
         next.engine->insert(&points.at(numbers[static_cast<std::size_t>(i)]), 0);
     }
     if (!network.engine) { return; }
-    next.starts = newStarts();
+    next.starts = newStarts(0);
     next.starts.noteAll(*next.engine);
     Breaklines<double> breaklines(*next.engine, 0, *next.fixed, nullptr, next.startNear());
     const PDoubleArray& edges = *network.fixedList;
@@ -235,10 +235,10 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
         };
     }
     Fallen fallen;
-    std::vector<tind*> changed;
+    Changes<double> changes;
     Breaklines<double> breaklines(*network.engine, tolerance, *network.fixed, std::move(keep),
                                   network.startNear());
-    breaklines.recordChangesIn(changed);
+    breaklines.recordIn(changes);
     for (const std::size_t length : taken.lengths) {
         std::span<XPnt3d> line = rest.first(length);
         rest = rest.subspan(length);
@@ -250,6 +250,7 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
             }
             vertices[static_cast<std::size_t>(number)] = true;
             ++report.vertices;
+            network.starts.note({p.x, p.y}, network.engine->count() - 1);
         });
     }
     report.edges = breaklines.edges();
@@ -258,8 +259,8 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
     vertexCount += report.vertices + report.crossings;
     const Heights hard = wanted.heights == Heights::breakline ? Heights::last : wanted.heights;
     settleHeights(fallen, wanted.soft ? Heights::first : hard, added);
-    restoreInside(*network.engine, *network.fixed, std::move(changed));
-    network.isHullOpen = true;
+    network.isHullOpen = network.isHullOpen || changes.touchTheFrame;
+    restoreInside(*network.engine, *network.fixed, std::move(changes.triangles));
     network.closeHull();
     return report;
 }

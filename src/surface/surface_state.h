@@ -67,7 +67,7 @@ private:
     XPnt3d* keepCrossing(const XPnt3d& p);
     bool removeVertex(int number);
     void makeRoom(std::span<const XPnt3d> newPoints, double tolerance);
-    [[nodiscard]] StartTree newStarts() const;
+    [[nodiscard]] StartTree newStarts(std::size_t newPoints) const;
     void enterVertices(SurfaceNetwork& next);
     void restoreAt(int first, int count);
     void takeHeights(std::span<XPnt3d> of) const;

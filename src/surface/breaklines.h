@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <functional>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -89,15 +90,37 @@ private:
     using Crossing = typename Maker::Crossing;
     using Segment = VertexSegment<Real>;
 
-    /// Returns the nearest vertex within the tolerance, or null. An insertion of the point would
-    /// fail because of that vertex.
+    /// Returns a vertex within the tolerance, or null.
     Real* vertexAt(const Pnt& p) { return vertexNear(p, tolerance); }
     Real* vertexNear(const Pnt& p, Real within) {
         const Xy q{double(p.x), double(p.y)};
         Tri* const t = engine.locateFrom(start(latest, q), q);
         if (t == nullptr) { return nullptr; }
         latest = t;
-        return engine.cornerAt(t, p, within);
+        // An insertion of the point would fail because of a corner of t.
+        if (Real* const corner = engine.cornerAt(t, p, within)) { return corner; }
+        return within > 0 ? vertexBeyond(t, p, within) : nullptr;
+    }
+    /// Returns a vertex within the distance that is no corner of t, which holds p, or null. Such a
+    /// vertex is behind an edge that passes close to p.
+    Real* vertexBeyond(Tri* t, const Pnt& p, Real within) {
+        const Snap<Real> square(within);
+        std::vector<Tri*> pending{t};
+        std::unordered_set<const Tri*> seen{t};
+        while (!pending.empty()) {
+            Tri* const from = pending.back();
+            pending.pop_back();
+            for (int i = 0; i < 3; ++i) {
+                Tri* const n = from->neighbor[i];
+                const Segment edge{from->vertex[after[i]], from->vertex[before[i]]};
+                if (n == nullptr || !square.isClose(edge, p) || !seen.insert(n).second) {
+                    continue;
+                }
+                if (Real* const corner = engine.cornerAt(n, p, within)) { return corner; }
+                pending.push_back(n);
+            }
+        }
+        return nullptr;
     }
     /// Makes the point a vertex. Also splits a fixed edge on the rim that the point is on, which
     /// the flips of the insertion do not reach. Returns false if the engine refuses the point.

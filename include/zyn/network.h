@@ -148,7 +148,8 @@ ZYN_EXPORT int addPoints(DelaunayInterface<Real>* engine, Pnt3Array<Real>* point
 /// - a segment goes through an end of a constrained edge that it passes within the tolerance, or
 ///   within that rounding;
 /// - lines that cross that close to an end of one of them meet at that end;
-/// - overlapping lines share their vertices, and adding the same lines again makes none;
+/// - overlapping lines share their vertices. Adding the same lines again makes none without a
+///   tolerance, and few with one, since points may then fall on vertices that were made since;
 /// - a segment that n constrained edges cross adds at most 2 n + 1 vertices. Beyond that, an edge
 ///   without a vertex near the crossing gives way.
 ///

@@ -256,7 +256,10 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
     report.edges = breaklines.edges();
     report.lost = breaklines.lost();
     report.refused = static_cast<int>(fallen.size());
-    vertexCount += report.vertices + report.crossings;
+    const int made = report.vertices + report.crossings;
+    constexpr int few = 16;
+    if (made > vertexCount / few) { network.starts.noteAll(*network.engine); }
+    vertexCount += made;
     const Heights hard = wanted.heights == Heights::breakline ? Heights::last : wanted.heights;
     settleHeights(fallen, wanted.soft ? Heights::first : hard, added);
     network.isHullOpen = network.isHullOpen || changes.touchTheFrame;

@@ -1,6 +1,7 @@
 // Making a straight segment an edge of a network by flips.
 #pragma once
 
+#include "surface/changes.h"
 #include "surface/step_search.h"
 #include "triangulation/engine.h"
 #include "triangulation/flip.h"
@@ -9,7 +10,6 @@
 #include <iterator>
 #include <list>
 #include <utility>
-#include <vector>
 
 namespace zyn::detail {
 
@@ -17,18 +17,6 @@ namespace zyn::detail {
 /// are on it. All signs are exact, and each flip leaves two counter-clockwise triangles, so the
 /// network is valid at any time.
 ///
-/// Records triangles whose edges may not be Delaunay any more.
-template <class Real>
-struct Changes {
-    std::vector<TinRecord<Real>*> triangles;
-    bool touchTheFrame = false;  ///< whether one was a frame triangle
-
-    void note(const DelaunayEngine<Real>& engine, TinRecord<Real>* t) {
-        triangles.push_back(t);
-        touchTheFrame = touchTheFrame || engine.isFrameTriangle(t);
-    }
-};
-
 /// The edges that cross the segment from a to b form a list. Their upper ends, left of a-b, form a
 /// chain from a to b. A corner of the chain can be cut off if its angle on the side of the segment
 /// is below 180 degrees. One of the crossing edges that meet there can then be flipped, and each

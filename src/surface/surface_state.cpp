@@ -256,16 +256,20 @@ BreaklineReport SurfaceState::insertLines(std::span<const Polyline> lines,
     report.edges = breaklines.edges();
     report.lost = breaklines.lost();
     report.refused = static_cast<int>(fallen.size());
-    const int made = report.vertices + report.crossings;
+    const Heights hard = wanted.heights == Heights::breakline ? Heights::last : wanted.heights;
+    settleHeights(fallen, wanted.soft ? Heights::first : hard, added);
+    restoreBeside(changes, report.vertices + report.crossings);
+    return report;
+}
+
+/// Restores the surface beside what lines have changed. They made this many vertices.
+void SurfaceState::restoreBeside(Changes<double>& changes, int made) {
     constexpr int few = 16;
     if (made > vertexCount / few) { network.starts.noteAll(*network.engine); }
     vertexCount += made;
-    const Heights hard = wanted.heights == Heights::breakline ? Heights::last : wanted.heights;
-    settleHeights(fallen, wanted.soft ? Heights::first : hard, added);
     network.isHullOpen = network.isHullOpen || changes.touchTheFrame;
     restoreInside(*network.engine, *network.fixed, std::move(changes.triangles));
     network.closeHull();
-    return report;
 }
 
 /// Keeps a vertex at a crossing of lines. Returns its place.

@@ -3,6 +3,7 @@
 
 #include <zyn/surface.h>
 
+#include "surface/changes.h"
 #include "surface/point_store.h"
 #include "surface/surface_network.h"
 #include "surface/surface_triangles.h"
@@ -64,6 +65,7 @@ private:
     BreaklineReport insertLines(std::span<const Polyline> lines, const BreaklineOptions& wanted);
     [[nodiscard]] LinePoints pointsOf(std::span<const Polyline> lines, bool soft,
                                       std::vector<int>& leftOut) const;
+    void restoreBeside(Changes<double>& changes, int made);
     XPnt3d* keepCrossing(const XPnt3d& p);
     bool removeVertex(int number);
     void makeRoom(std::span<const XPnt3d> newPoints, double tolerance);

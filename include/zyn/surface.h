@@ -245,7 +245,8 @@ public:
     [[nodiscard]] std::vector<int> vertices() const;
     /// Returns the edges of the triangles as pairs of vertex numbers, each edge once.
     [[nodiscard]] std::vector<std::array<int, 2>> edges() const;
-    /// Returns those edges that are pieces of breaklines.
+    /// Returns the pieces of breaklines as pairs of vertex numbers. With a limit of edges, returns
+    /// only those that are edges of the triangles.
     [[nodiscard]] std::vector<std::array<int, 2>> breaklineEdges() const;
     /// Returns the rim: the closed outlines of the surface as lists of vertex numbers. Outer ones
     /// are counter-clockwise, those of gaps clockwise. Without a limit of edges there is one

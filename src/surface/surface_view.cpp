@@ -99,7 +99,8 @@ std::vector<std::array<int, 2>> SurfaceView::breaklineEdges() const {
     if (!triangles.hasEngine()) { return pairs; }
     const PDoubleArray& list = *state->network.fixedList;
     for (int i = 0; i + 1 < list.size(); i += 2) {
-        if (hasTriangleBeside(triangles, state->network, list[i], list[i + 1])) {
+        if (maxEdge == anyEdge ||
+            hasTriangleBeside(triangles, state->network, list[i], list[i + 1])) {
             pairs.push_back({state->points.numberOf(list[i]), state->points.numberOf(list[i + 1])});
         }
     }
